@@ -1,0 +1,41 @@
+# How a test is registered. No test runs without a time-out, a label and the offscreen platform.
+
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# Builds all tests that start threads: the ones that the thread sanitizer runs.
+add_custom_target(threaded_tests)
+
+set(KESTREL_TEST_TIMEOUT 120 CACHE STRING "Seconds after which a hanging test is killed")
+
+function(kestrel_register_test name threaded)
+    set(labels ${ARGN})
+    if(threaded)
+        list(APPEND labels threaded)
+        add_dependencies(threaded_tests ${name})
+    endif()
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${KESTREL_TEST_TIMEOUT} LABELS "${labels}"
+                                            ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()
+
+# kestrel_add_qt_test(<name> [THREADED] SOURCES <file>... [LIBS <target>...] [LABELS <label>...])
+# A QtTest program; its main is in the source (QTEST_MAIN or QTEST_GUILESS_MAIN).
+function(kestrel_add_qt_test name)
+    cmake_parse_arguments(ARG "THREADED" "" "SOURCES;LIBS;LABELS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt5::Test)
+    kestrel_target(${name} QT)
+    add_test(NAME ${name} COMMAND ${name})
+    kestrel_register_test(${name} ${ARG_THREADED} qt ${ARG_LABELS})
+endfunction()
+
+# kestrel_add_gtest(<name> [THREADED] SOURCES <file>... [LIBS <target>...] [LABELS <label>...])
+# A GoogleTest program without Qt, linked to gtest_main; one ctest entry for the whole program.
+function(kestrel_add_gtest name)
+    cmake_parse_arguments(ARG "THREADED" "" "SOURCES;LIBS;LABELS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest_main)
+    kestrel_target(${name})
+    add_test(NAME ${name} COMMAND ${name})
+    kestrel_register_test(${name} ${ARG_THREADED} gtest ${ARG_LABELS})
+endfunction()

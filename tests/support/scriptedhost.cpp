@@ -1,0 +1,317 @@
+#include "tests/support/scriptedhost.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t replySize = 200;
+
+std::string nextOf(std::deque<std::string>& values) {
+    const std::string value = values.front();
+    if (values.size() > 1) {
+        values.pop_front();
+    }
+    return value;
+}
+
+void removeOne(std::vector<Requester*>& list, Requester* requester) {
+    const auto found = std::find(list.begin(), list.end(), requester);
+    if (found != list.end()) {
+        list.erase(found);
+    }
+}
+
+// printf and strtod of the "C" locale, whatever the locale of the test's process.
+class CLocale {
+public:
+    CLocale()
+        : m_c(newlocale(LC_ALL_MASK, "C", nullptr))
+        , m_before(uselocale(m_c)) {}
+    ~CLocale() {
+        uselocale(m_before);
+        freelocale(m_c);
+    }
+    CLocale(const CLocale&) = delete;
+    CLocale& operator=(const CLocale&) = delete;
+
+private:
+    locale_t m_c;
+    locale_t m_before;
+};
+
+} // namespace
+
+void ScriptedHost::answer(const std::string& parameter, const std::string& value) {
+    answerInTurn(parameter, {value});
+}
+
+void ScriptedHost::answerInTurn(const std::string& parameter,
+                                const std::vector<std::string>& values) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_values[parameter].assign(values.begin(), values.end());
+}
+
+void ScriptedHost::answerCommand(const std::string& command, const std::string& replyLine) {
+    answerCommandInTurn(command, {replyLine});
+}
+
+void ScriptedHost::answerCommandInTurn(const std::string& command,
+                                       const std::vector<std::string>& lines) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_commandReplies[command].assign(lines.begin(), lines.end());
+}
+
+void ScriptedHost::fail(const std::string& text, int error) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_failures[text] = error;
+}
+
+void ScriptedHost::succeed(const std::string& text) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_failures.erase(text);
+}
+
+void ScriptedHost::injectFault(int index, Fault fault, bool fromThenOn) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faultIndex = m_operations + index;
+    m_fault = fault;
+    m_faultStays = fromThenOn;
+}
+
+void ScriptedHost::clearFault() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faultIndex = -1;
+}
+
+int ScriptedHost::operationCount() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_operations;
+}
+
+std::vector<std::string> ScriptedHost::journal() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_journal;
+}
+
+std::vector<std::string> ScriptedHost::operations() const {
+    std::vector<std::string> lines = journal();
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const std::string& line) { return line.rfind("log ", 0) == 0; }),
+                lines.end());
+    return lines;
+}
+
+std::vector<std::string> ScriptedHost::logTexts() const {
+    static const std::string prefix = "log standard KESTREL3 1 ";
+    std::vector<std::string> texts;
+    for (const std::string& line : journal()) {
+        if (line.rfind("log ", 0) == 0) {
+            // A line of another category, source or level is kept whole, so that it stands out.
+            texts.push_back(line.rfind(prefix, 0) == 0 ? line.substr(prefix.size()) : line);
+        }
+    }
+    return texts;
+}
+
+void ScriptedHost::clearJournal() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_journal.clear();
+    m_operations = 0;
+    m_faultIndex = -1;
+}
+
+std::vector<Requester*> ScriptedHost::requesters(const std::string& channel) const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_requesters.find(channel);
+    return found == m_requesters.end() ? std::vector<Requester*>() : found->second;
+}
+
+std::vector<Requester*> ScriptedHost::measurementRequesters() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_measurementRequesters;
+}
+
+int ScriptedHost::deliver(const std::string& line) {
+    const std::string channel = line.substr(0, line.find(' '));
+    int result = 0;
+    for (Requester* requester : requesters(channel)) {
+        result = requester->set_ascii_data(channel.c_str(), line.c_str());
+    }
+    return result;
+}
+
+void ScriptedHost::startMeasurement() {
+    for (Requester* requester : measurementRequesters()) {
+        requester->set_mea_started();
+    }
+}
+
+void ScriptedHost::stopMeasurement() {
+    for (Requester* requester : measurementRequesters()) {
+        requester->set_mea_stopped();
+    }
+}
+
+int ScriptedHost::set_channel_option(int channel, int timeout_ms, int flags) {
+    record("set_channel_option " + std::to_string(channel) + ' ' + std::to_string(timeout_ms) +
+           ' ' + std::to_string(flags));
+    return 0;
+}
+
+int ScriptedHost::send_command(char* reply, const char* command) {
+    const Answer answer = ask("send", command, true);
+    write(reply, answer);
+    return answer.result;
+}
+
+int ScriptedHost::get_parameter_string(char* reply, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string parameter = formatted(format, arguments);
+    va_end(arguments);
+    const Answer answer = ask("get_string", parameter, false);
+    write(reply, answer);
+    return answer.result;
+}
+
+int ScriptedHost::get_parameter_int(int* value, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string parameter = formatted(format, arguments);
+    va_end(arguments);
+    const Answer answer = ask("get_int", parameter, false);
+    *value = answer.result == 0 ? std::atoi(answer.text.c_str()) : -123456789;
+    return answer.result;
+}
+
+int ScriptedHost::get_parameter_double(double* value, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string parameter = formatted(format, arguments);
+    va_end(arguments);
+    const Answer answer = ask("get_double", parameter, false);
+    const CLocale locale;
+    *value = answer.result == 0 ? std::strtod(answer.text.c_str(), nullptr) : -123456789.0;
+    return answer.result;
+}
+
+int ScriptedHost::get_parameter_bool(bool* value, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string parameter = formatted(format, arguments);
+    va_end(arguments);
+    const Answer answer = ask("get_bool", parameter, false);
+    // A failed query leaves the opposite of what it found: the value then counts for nothing.
+    *value = answer.result == 0 ? answer.text == "yes" : !*value;
+    return answer.result;
+}
+
+int ScriptedHost::set_parameter(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string text = formatted(format, arguments);
+    va_end(arguments);
+    return ask("set", text, true).result;
+}
+
+int ScriptedHost::register_data_requester(const char* channel, Requester* requester) {
+    record(std::string("register ") + channel);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_requesters[channel].push_back(requester);
+    return 0;
+}
+
+int ScriptedHost::unregister_data_requester(const char* channel, Requester* requester) {
+    record(std::string("unregister ") + channel);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    removeOne(m_requesters[channel], requester);
+    return 0;
+}
+
+int ScriptedHost::register_measurement_requester(Requester* requester) {
+    record("register_measurement");
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_measurementRequesters.push_back(requester);
+    return 0;
+}
+
+int ScriptedHost::unregister_measurement_requester(Requester* requester) {
+    record("unregister_measurement");
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    removeOne(m_measurementRequesters, requester);
+    return 0;
+}
+
+void ScriptedHost::write_log(const char* category, const char* source, int level,
+                             const char* text) {
+    record(std::string("log ") + category + ' ' + source + ' ' + std::to_string(level) + ' ' +
+           text);
+}
+
+ScriptedHost::Answer ScriptedHost::ask(const std::string& verb, const std::string& text,
+                                       bool isCommand) {
+    record(verb + ' ' + text);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const int operation = m_operations++;
+    const bool faulty = m_faultIndex >= 0 &&
+                        (operation == m_faultIndex || (m_faultStays && operation > m_faultIndex));
+    if (faulty) {
+        switch (m_fault) {
+        case Fault::Error:
+            return {1, "rubbish", true};
+        case Fault::EmptyReply:
+            return {0, "", true};
+        case Fault::Garbage:
+            return {0, "\x01\xff\xfe%s%n\x80\"<b>", true};
+        case Fault::Unterminated:
+            return {0, std::string(replySize, 'x'), false};
+        case Fault::HugeNumber:
+            return {0, "2000000000", true};
+        case Fault::MinusOne:
+            return {0, "-1", true};
+        }
+    }
+    const auto failure = m_failures.find(text);
+    if (failure != m_failures.end()) {
+        return {failure->second, "rubbish", true};
+    }
+    auto& table = isCommand ? m_commandReplies : m_values;
+    const auto found = table.find(text);
+    if (found != table.end()) {
+        return {0, nextOf(found->second), true};
+    }
+    return isCommand ? Answer{0, "kestrel2 ok", true} : Answer{1, "unknown", true};
+}
+
+void ScriptedHost::write(char* reply, const Answer& answer) {
+    const std::size_t length =
+        std::min(answer.text.size(), answer.terminated ? replySize - 1 : replySize);
+    std::memcpy(reply, answer.text.data(), length);
+    if (answer.terminated) {
+        reply[length] = '\0';
+    }
+}
+
+void ScriptedHost::record(const std::string& line) {
+    if (onOperation) {
+        onOperation(line);
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_journal.push_back(line);
+}
+
+std::string ScriptedHost::formatted(const char* format, std::va_list arguments) {
+    const CLocale locale;
+    std::va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, again);
+    va_end(again);
+    std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '\0');
+    std::vsnprintf(text.data(), text.size(), format, arguments);
+    text.pop_back();
+    return text;
+}
