@@ -1,0 +1,41 @@
+# Sourced by ./run and ./test: the Debian and Ubuntu packages that they need.
+
+build_packages=(
+    build-essential cmake ninja-build ccache
+    qtbase5-dev libfast-float-dev libeigen3-dev
+    libgtest-dev libbenchmark-dev
+    fonts-dejavu-core
+)
+analysis_packages=(clang-format-14 clang-tidy-14 clazy clang-14)
+
+# install_missing PACKAGE...
+# Installs those of the packages that are not there yet; asks for root only when something is missing.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "Installing ${missing[*]}"
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# install_locale NAME
+# Generates a UTF-8 locale such as de_DE that is missing.
+install_locale() {
+    locale -a | grep -qix "$1\.utf-\?8" && return
+    install_missing locales
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" localedef -i "$1" -f UTF-8 "$1.UTF-8"
+    locale -a | grep -qix "$1\.utf-\?8"
+}
+
+# Precompiled headers and ccache go together only with these.
+export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
