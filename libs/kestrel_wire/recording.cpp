@@ -1,0 +1,255 @@
+#include "libs/kestrel_wire/recording.h"
+
+#include <array>
+#include <charconv>
+#include <istream>
+
+namespace kestrel_wire {
+
+namespace {
+
+constexpr std::string_view firstLine = "kestrel-recording 1";
+constexpr std::string_view lastHeaderLine = "records";
+constexpr std::string_view versionIntroduction = "version ";
+constexpr std::string_view parameterIntroduction = "parameter ";
+constexpr std::array<std::pair<std::string_view, std::string RecordingHeader::*>, 4> versions = {
+    {{"system", &RecordingHeader::system},
+     {"protocol", &RecordingHeader::protocol},
+     {"system_ct", &RecordingHeader::systemCt},
+     {"model", &RecordingHeader::model}}};
+
+// a data line whose every byte is escaped, twice (the channel may be the whole line)
+constexpr std::size_t maxRecordLength = 8 * maxLineLength + 64;
+constexpr std::size_t chunkSize = 16 * 1024;
+constexpr std::string_view hexDigits = "0123456789abcdef";
+
+std::string_view takeWord(std::string_view& text) {
+    const std::size_t blank = text.find(' ');
+    const std::string_view word = text.substr(0, blank);
+    text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
+    return word;
+}
+
+bool startsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+bool parseVersion(std::string_view text, RecordingHeader& header) {
+    const std::string_view name = takeWord(text);
+    for (const auto& [known, member] : versions) {
+        if (name == known) {
+            return unescape(text, header.*member);
+        }
+    }
+    return false;
+}
+
+// the name is quoted, for it holds blanks
+bool parseParameter(std::string_view text, RecordingHeader& header) {
+    const std::size_t nameEnd = text.find('"', 1);
+    if (text.empty() || text.front() != '"' || nameEnd == std::string_view::npos ||
+        text.substr(nameEnd, 2) != "\" ") {
+        return false;
+    }
+    std::string name;
+    std::string value;
+    if (!unescape(text.substr(1, nameEnd - 1), name) || name.empty() ||
+        !unescape(text.substr(nameEnd + 2), value)) {
+        return false;
+    }
+    header.parameters.emplace_back(std::move(name), std::move(value));
+    return true;
+}
+
+bool parseHex(std::string_view digits, char& byte) {
+    unsigned value = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, failure] = std::from_chars(digits.data(), end, value, 16);
+    byte = static_cast<char>(static_cast<unsigned char>(value));
+    return digits.size() == 2 && failure == std::errc() && stop == end;
+}
+
+} // namespace
+
+std::string_view channelOf(std::string_view line) {
+    const std::string_view word = line.substr(0, line.find(' '));
+    return word.empty() ? std::string_view("-") : word;
+}
+
+std::string escaped(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\\') {
+            result += "\\\\";
+        } else if (c == '\n') {
+            result += "\\n";
+        } else if (c == '\r') {
+            result += "\\r";
+        } else if (c == '\t') {
+            result += "\\t";
+        } else if (byte < 0x20 || byte >= 0x7f) {
+            result += "\\x";
+            result += hexDigits[byte >> 4U];
+            result += hexDigits[byte & 0xfU];
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+bool unescape(std::string_view text, std::string& result) {
+    result.clear();
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\') {
+            result += text[i];
+            continue;
+        }
+        if (++i == text.size()) {
+            return false;
+        }
+        char byte = '\0';
+        switch (text[i]) {
+        case '\\':
+            byte = '\\';
+            break;
+        case 'n':
+            byte = '\n';
+            break;
+        case 'r':
+            byte = '\r';
+            break;
+        case 't':
+            byte = '\t';
+            break;
+        case 'x':
+            if (!parseHex(text.substr(i + 1, 2), byte)) {
+                return false;
+            }
+            i += 2;
+            break;
+        default:
+            return false;
+        }
+        result += byte;
+    }
+    return true;
+}
+
+std::string formatRecordingHeader(const RecordingHeader& header) {
+    std::string text(firstLine);
+    text += '\n';
+    for (const auto& [name, member] : versions) {
+        text.append(versionIntroduction).append(name).append(" ");
+        text.append(escaped(header.*member)).append("\n");
+    }
+    for (const auto& [name, value] : header.parameters) {
+        text.append(parameterIntroduction).append("\"").append(escaped(name)).append("\" ");
+        text.append(escaped(value)).append("\n");
+    }
+    return text.append(lastHeaderLine).append("\n");
+}
+
+std::string formatRecord(std::uint64_t microseconds, std::string_view line) {
+    std::string text = std::to_string(microseconds);
+    text.append(" ").append(escaped(channelOf(line)));
+    text.append(" ").append(escaped(line)).append("\n");
+    return text;
+}
+
+RecordingReader::RecordingReader(std::istream& stream)
+    : m_stream(stream)
+    , m_framer(maxRecordLength)
+    , m_chunk(chunkSize) {}
+
+RecordingReader::Result RecordingReader::readHeader(RecordingHeader& header) {
+    header = RecordingHeader();
+    std::string line;
+    Result result = readLine(line);
+    if (result == Result::Ok && line != firstLine) {
+        return malformed("not a recording of a known format");
+    }
+    while (result == Result::Ok) {
+        result = readLine(line);
+        const std::string_view text = line;
+        if (result != Result::Ok || text == lastHeaderLine) {
+            break;
+        }
+        const bool isVersion = startsWith(text, versionIntroduction);
+        const bool isParameter = startsWith(text, parameterIntroduction);
+        if (isVersion && !parseVersion(text.substr(versionIntroduction.size()), header)) {
+            return malformed("unreadable version");
+        }
+        if (isParameter && !parseParameter(text.substr(parameterIntroduction.size()), header)) {
+            return malformed("unreadable parameter");
+        }
+        if (header.parameters.size() > maxParameters) {
+            return malformed("too many parameters");
+        }
+        if (!isVersion && !isParameter) {
+            return malformed("unknown line in the header");
+        }
+    }
+    return result == Result::End ? malformed("the file ends inside its header") : result;
+}
+
+RecordingReader::Result RecordingReader::next(Record& record) {
+    std::string text;
+    const Result result = readLine(text);
+    if (result != Result::Ok) {
+        return result;
+    }
+    std::string_view rest = text;
+    const std::string_view number = takeWord(rest);
+    const char* const numberEnd = number.data() + number.size();
+    const auto [stop, failure] = std::from_chars(number.data(), numberEnd, record.microseconds);
+    if (number.empty() || failure != std::errc() || stop != numberEnd) {
+        return malformed("unreadable time stamp");
+    }
+    if (record.microseconds < m_lastTime) {
+        return malformed("the time stamp goes backwards");
+    }
+    m_lastTime = record.microseconds;
+    const std::string_view channel = takeWord(rest);
+    if (!unescape(channel, record.channel) || !unescape(rest, record.line)) {
+        return malformed("unreadable escape");
+    }
+    if (record.channel != channelOf(record.line)) {
+        return malformed("the channel is not that of the line");
+    }
+    if (record.line.size() > maxLineLength) {
+        return malformed("the line is too long");
+    }
+    return Result::Ok;
+}
+
+RecordingReader::Result RecordingReader::readLine(std::string& line) {
+    while (m_error.empty() && !m_framer.takeLine(line)) {
+        if (m_framer.overflowed()) {
+            ++m_lineNumber;
+            return malformed("the line is too long");
+        }
+        m_stream.read(m_chunk.data(), static_cast<std::streamsize>(m_chunk.size()));
+        const auto size = static_cast<std::size_t>(m_stream.gcount());
+        if (size == 0) {
+            m_truncated = m_framer.pendingSize() > 0;
+            return Result::End;
+        }
+        m_framer.feed(m_chunk.data(), size);
+    }
+    if (!m_error.empty()) {
+        return Result::Malformed;
+    }
+    ++m_lineNumber;
+    return Result::Ok;
+}
+
+RecordingReader::Result RecordingReader::malformed(const char* reason) {
+    m_error = reason;
+    return Result::Malformed;
+}
+
+} // namespace kestrel_wire

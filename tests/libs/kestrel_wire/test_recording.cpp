@@ -1,0 +1,205 @@
+#include "libs/kestrel_wire/recording.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using kestrel_wire::Record;
+using kestrel_wire::RecordingHeader;
+using kestrel_wire::RecordingReader;
+using Result = kestrel_wire::RecordingReader::Result;
+
+namespace {
+
+RecordingHeader someHeader() {
+    RecordingHeader header;
+    header.system = "3.1.0";
+    header.protocol = "1.14.0";
+    header.systemCt = "3.0.2";
+    header.model = "SIM \\ 1";
+    header.parameters = {{"measurementtool reference_of_tool b01", "b01"},
+                         {"measurementtool output_6dmt", "no"},
+                         {"cal type_desc measurementtool", "\"a \"quoted\" text\"\n"}};
+    return header;
+}
+
+struct ReadAll {
+    RecordingHeader header;
+    std::vector<Record> records;
+    Result result = Result::Ok;
+    bool truncated = false;
+    std::size_t lineNumber = 0;
+    std::string error;
+};
+
+ReadAll readAll(const std::string& text) {
+    std::istringstream stream(text);
+    RecordingReader reader(stream);
+    ReadAll all;
+    all.result = reader.readHeader(all.header);
+    Record record;
+    while (all.result == Result::Ok) {
+        all.result = reader.next(record);
+        if (all.result == Result::Ok) {
+            all.records.push_back(record);
+        }
+    }
+    all.truncated = reader.truncated();
+    all.lineNumber = reader.lineNumber();
+    all.error = reader.error();
+    return all;
+}
+
+const std::string smallHeader = kestrel_wire::formatRecordingHeader({"1", "2", "3", "m", {}});
+constexpr std::size_t smallHeaderLines = 6;
+
+} // namespace
+
+TEST(Recording, headerAndRecordsComeBackAsWritten) {
+    const std::string garbled("6dmt2 \x01\xff\\ \"x\"\t\r\n\0 end", 22);
+    std::string text = kestrel_wire::formatRecordingHeader(someHeader());
+    text += kestrel_wire::formatRecord(0, "fr 1");
+    text += kestrel_wire::formatRecord(0, "6dmtr 1 0");
+    text += kestrel_wire::formatRecord(16667, garbled);
+    text += kestrel_wire::formatRecord(18446744073709551615U, "");
+    const ReadAll all = readAll(text);
+    EXPECT_EQ(all.result, Result::End) << all.error;
+    EXPECT_FALSE(all.truncated);
+    EXPECT_EQ(all.header.system, "3.1.0");
+    EXPECT_EQ(all.header.protocol, "1.14.0");
+    EXPECT_EQ(all.header.systemCt, "3.0.2");
+    EXPECT_EQ(all.header.model, "SIM \\ 1");
+    EXPECT_EQ(all.header.parameters, someHeader().parameters);
+    ASSERT_EQ(all.records.size(), 4U);
+    EXPECT_EQ(all.records[1].microseconds, 0U);
+    EXPECT_EQ(all.records[1].channel, "6dmtr");
+    EXPECT_EQ(all.records[1].line, "6dmtr 1 0");
+    EXPECT_EQ(all.records[2].microseconds, 16667U);
+    EXPECT_EQ(all.records[2].channel, "6dmt2");
+    EXPECT_EQ(all.records[2].line, garbled);
+    EXPECT_EQ(all.records[3].channel, "-");
+    EXPECT_EQ(all.records[3].line, "");
+}
+
+TEST(Recording, isPlainText) {
+    EXPECT_EQ(kestrel_wire::formatRecord(7, std::string("6d\x80 \\\r\n\t\x1f\0", 10)),
+              "7 6d\\x80 6d\\x80 \\\\\\r\\n\\t\\x1f\\x00\n");
+    EXPECT_EQ(kestrel_wire::formatRecordingHeader(
+                  {"3.1.0", "1.14.0", "3.1.0", "SIM", {{"measurementtool output_6dmt", "no"}}}),
+              "kestrel-recording 1\n"
+              "version system 3.1.0\n"
+              "version protocol 1.14.0\n"
+              "version system_ct 3.1.0\n"
+              "version model SIM\n"
+              "parameter \"measurementtool output_6dmt\" no\n"
+              "records\n");
+}
+
+TEST(Recording, theChannelIsTheFirstWord) {
+    EXPECT_EQ(kestrel_wire::channelOf("6dmt2 1 1"), "6dmt2");
+    EXPECT_EQ(kestrel_wire::channelOf("6dmt2"), "6dmt2");
+    EXPECT_EQ(kestrel_wire::channelOf(" 6dmt2"), "-");
+    EXPECT_EQ(kestrel_wire::channelOf(""), "-");
+}
+
+TEST(Recording, aLastLineCutByACrashIsLeftOutAndReported) {
+    const std::string whole = smallHeader + "5 fr fr 1\n6 fr fr 2\n";
+    for (std::size_t cut = 1; cut <= 9; ++cut) {
+        const ReadAll all = readAll(whole.substr(0, whole.size() - cut));
+        EXPECT_EQ(all.result, Result::End) << cut << " bytes cut";
+        EXPECT_TRUE(all.truncated) << cut << " bytes cut";
+        EXPECT_EQ(all.records.size(), 1U) << cut << " bytes cut";
+    }
+}
+
+TEST(Recording, aFileWithoutRecordsIsWellFormed) {
+    const ReadAll all = readAll(smallHeader);
+    EXPECT_EQ(all.result, Result::End);
+    EXPECT_FALSE(all.truncated);
+}
+
+TEST(Recording, aFileThatEndsInsideItsHeaderIsRefused) {
+    for (std::size_t size = 0; size < smallHeader.size(); ++size) {
+        EXPECT_EQ(readAll(smallHeader.substr(0, size)).result, Result::Malformed) << size;
+    }
+}
+
+namespace {
+
+class MalformedHeader : public testing::TestWithParam<std::pair<const char*, std::size_t>> {};
+class MalformedRecord : public testing::TestWithParam<const char*> {};
+
+} // namespace
+
+TEST_P(MalformedHeader, isRefusedWithItsLineNumber) {
+    const ReadAll all = readAll(GetParam().first);
+    EXPECT_EQ(all.result, Result::Malformed);
+    EXPECT_EQ(all.lineNumber, GetParam().second);
+    EXPECT_FALSE(all.error.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Recording, MalformedHeader,
+    testing::Values(std::pair("nonsense\n", 1U), std::pair("kestrel-recording 2\nrecords\n", 1U),
+                    std::pair("kestrel-recording 1\nversion\n", 2U),
+                    std::pair("kestrel-recording 1\nversion what 1\n", 2U),
+                    std::pair("kestrel-recording 1\nversion model a\\q\n", 2U),
+                    std::pair("kestrel-recording 1\nversion model a\nhello\n", 3U),
+                    std::pair("kestrel-recording 1\nparameter a b\n", 2U),
+                    std::pair("kestrel-recording 1\nparameter \"a b\n", 2U),
+                    std::pair("kestrel-recording 1\nparameter \"\" b\n", 2U),
+                    std::pair("kestrel-recording 1\nparameter \"a\"b\n", 2U),
+                    std::pair("kestrel-recording 1\nparameter \"a\" \\x4\n", 2U)));
+
+TEST_P(MalformedRecord, isRefusedWithItsLineNumber) {
+    const ReadAll all = readAll(smallHeader + "5 fr fr 1\n" + GetParam() + "\n7 fr fr 3\n");
+    EXPECT_EQ(all.result, Result::Malformed);
+    EXPECT_EQ(all.records.size(), 1U);
+    EXPECT_EQ(all.lineNumber, smallHeaderLines + 2);
+    EXPECT_FALSE(all.error.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Recording, MalformedRecord,
+                         testing::Values("", "6", "6 ", "x fr fr 1", "-6 fr fr 1", "6x fr fr 1",
+                                         "18446744073709551616 fr fr 1", "4 fr fr 1", "6 fr ts 1",
+                                         "6 fr frx 1", "6  fr 1", "6 fr fr \\", "6 fr fr \\q",
+                                         "6 fr fr \\x4", "6 fr fr \\xg0", "6 fr fr \\x-1",
+                                         "6 \\f fr 1"));
+
+TEST(Recording, aMalformedRecordingStaysMalformed) {
+    std::istringstream stream(smallHeader + "bad\n5 fr fr 1\n");
+    RecordingReader reader(stream);
+    RecordingHeader header;
+    Record record;
+    ASSERT_EQ(reader.readHeader(header), Result::Ok);
+    EXPECT_EQ(reader.next(record), Result::Malformed);
+    EXPECT_EQ(reader.next(record), Result::Malformed);
+    EXPECT_EQ(reader.lineNumber(), smallHeaderLines + 1);
+}
+
+TEST(Recording, aLineWithoutEndIsRefusedBeforeItFillsTheMemory) {
+    const ReadAll all = readAll(smallHeader + "5 fr fr " + std::string(2 * 1024 * 1024, 'x'));
+    EXPECT_EQ(all.result, Result::Malformed);
+    EXPECT_EQ(all.lineNumber, smallHeaderLines + 1);
+}
+
+TEST(Recording, theLongestDataLineFitsHoweverItIsEscaped) {
+    const std::string longest = "6d " + std::string(kestrel_wire::maxLineLength - 3, '\xff');
+    ReadAll all = readAll(smallHeader + kestrel_wire::formatRecord(1, longest));
+    ASSERT_EQ(all.records.size(), 1U) << all.error;
+    EXPECT_EQ(all.records[0].line, longest);
+    const std::string oneWord(kestrel_wire::maxLineLength, '\xff');
+    all = readAll(smallHeader + kestrel_wire::formatRecord(1, oneWord));
+    EXPECT_EQ(all.records.size(), 1U) << all.error;
+    all = readAll(smallHeader + kestrel_wire::formatRecord(1, longest + "x"));
+    EXPECT_EQ(all.result, Result::Malformed);
+}
+
+TEST(Recording, tooManyParametersAreRefused) {
+    std::string text = "kestrel-recording 1\n";
+    for (std::size_t i = 0; i <= RecordingReader::maxParameters; ++i) {
+        text += "parameter \"a\" b\n";
+    }
+    EXPECT_EQ(readAll(text + "records\n").result, Result::Malformed);
+}
