@@ -1,0 +1,97 @@
+#include "SourceFiles/measurementtoolmodule.h"
+
+#include "host_api/backendversions.h"
+#include "host_api/iomanager.h"
+#include "host_api/metatypes.h"
+
+#include <QAction>
+#include <QDockWidget>
+
+namespace {
+
+constexpr int versionMajor = 1;
+constexpr int versionMinor = 3;
+constexpr int versionPatch = 12;
+
+} // namespace
+
+MeasurementToolModule::MeasurementToolModule() = default;
+
+QString MeasurementToolModule::get_module_name() {
+    return tr("GUI Measurement Tool");
+}
+
+QString MeasurementToolModule::get_module_version() {
+    return QStringLiteral("v%1.%2.%3").arg(versionMajor).arg(versionMinor).arg(versionPatch);
+}
+
+void MeasurementToolModule::set_param(QString key, QVariant value) {
+    if (key == QLatin1String("CommandManager")) {
+        iom = value.value<IOManager*>();
+    } else if (key == QLatin1String("ModuleParent")) {
+        mod_parent = value.value<QWidget*>();
+    } else if (key == QLatin1String("BackendVersions")) {
+        beVers = value.value<BackendVersions*>();
+    } else if (key == QLatin1String("ObserverMode")) {
+        bObserverMode = value.toBool();
+    }
+}
+
+QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
+    if (!gui_elements.isEmpty() || isOldCompactSystem()) {
+        return gui_elements;
+    }
+    addDataDisplay();
+    return gui_elements;
+}
+
+void MeasurementToolModule::about_to_exit_module() {}
+
+void MeasurementToolModule::exit_module() {
+    deleteContent(gui_mtSettings);
+    deleteContent(gui_mtCalibration);
+    deleteContent(gui_mtDataDisplay);
+    gui_elements.clear();
+}
+
+void MeasurementToolModule::addDataDisplay() {
+    auto* const dock = new QDockWidget(tr("Measurement Tool Display"), mod_parent);
+    dock->setObjectName(QStringLiteral("MtDataDisplayDock"));
+
+    QAction* const action = dock->toggleViewAction();
+    action->setText(tr("&Measurement Tool"));
+    action->setStatusTip(tr("Show the Measurement Tool tracking data"));
+    action->setWhatsThis(tr("Show the Measurement Tool tracking data"));
+
+    gui_mtDataDisplay.menu_entry = action;
+    gui_mtDataDisplay.menu_entry_order_number = 270;
+    gui_mtDataDisplay.menu_name = tr("&View");
+    gui_mtDataDisplay.menu_order_number = 400;
+    gui_mtDataDisplay.content = dock;
+    gui_mtDataDisplay.action_active_during_measurement = 1;
+    add(gui_mtDataDisplay);
+}
+
+void MeasurementToolModule::add(_GuiElement& element) {
+    connect(element.content, &QObject::destroyed, this, [&element](QObject* gone) {
+        if (element.content == gone) {
+            element.content = nullptr;
+        }
+    });
+    connect(element.menu_entry, &QObject::destroyed, this, [&element](QObject* gone) {
+        if (element.menu_entry == gone) {
+            element.menu_entry = nullptr;
+        }
+    });
+    gui_elements.append(&element);
+}
+
+void MeasurementToolModule::deleteContent(_GuiElement& element) {
+    delete element.content;
+    element.content = nullptr;
+}
+
+bool MeasurementToolModule::isOldCompactSystem() const {
+    return beVers != nullptr && beVers->hubModel().startsWith(QLatin1String("MINIRIG")) &&
+           beVers->systemPt() < VersionInfo(2, 9, 4);
+}

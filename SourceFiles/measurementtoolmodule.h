@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host_api/guielement.h"
+#include "host_api/moduleinterface.h"
+
+#include <QObject>
+
+class BackendVersions;
+class IOManager;
+
+/// The plug-in's root object: takes the host's objects, builds the Measurement Tool dialogs on
+/// demand and hands them to the host as menu entries. GUI thread only.
+class MeasurementToolModule : public QObject, public ModuleInterface {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "org.kestrel.MeasurementToolModule")
+    Q_INTERFACES(ModuleInterface)
+
+public:
+    MeasurementToolModule();
+    ~MeasurementToolModule() override = default;
+
+    void about_to_exit_module() override;
+    void exit_module() override;
+    QString get_module_name() override;
+    QString get_module_version() override;
+    QList<_GuiElement*> get_gui_elements() override;
+    void set_param(QString key, QVariant value) override;
+
+private:
+    void addDataDisplay();
+
+    /// Hands a filled record to the host; it forgets its widget and action when the widget dies,
+    /// be it with the host's window.
+    void add(_GuiElement& element);
+    static void deleteContent(_GuiElement& element);
+
+    /// A compact controller whose software is too old for Measurement Tools.
+    bool isOldCompactSystem() const;
+
+    QWidget* mod_parent = nullptr; ///< parent of all widgets; the host's
+    QList<_GuiElement*> gui_elements;
+    _GuiElement gui_mtSettings;
+    _GuiElement gui_mtCalibration;
+    _GuiElement gui_mtDataDisplay;
+    IOManager* iom = nullptr;
+    BackendVersions* beVers = nullptr;
+    bool bObserverMode = false;
+};
