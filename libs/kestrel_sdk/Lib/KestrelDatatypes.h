@@ -1,0 +1,102 @@
+#pragma once
+
+/// What the frame parser makes of the controller's data lines: plain values, one record per tracked
+/// object, in the controller's own units.
+///
+/// `id` counts from 0. `quality` is the tracking quality; -1 means not tracked. `loc` is a
+/// position. `rot` is a rotation matrix, its nine numbers in the order of the line.
+namespace KestrelSDK_Datatypes {
+
+/// Standard body, line "6d".
+struct Kestrel_Body_Type_d {
+    int id;
+    double quality;
+    double loc[3];
+    double rot[9];
+};
+
+/// Hand-held interaction device, lines "6df" and "6df2".
+struct Kestrel_Wand_Type_d {
+    int id;
+    double quality;
+    int num_button;   ///< valid entries of `button`
+    int button[16];   ///< 1 pressed, 0 released
+    int num_joystick; ///< valid entries of `joystick`
+    double joystick[8];
+    double loc[3];
+    double rot[9];
+};
+
+/// Measurement Tool, lines "6dmt" and "6dmt2".
+struct Kestrel_MeaTool_Type_d {
+    int id;
+    double quality;
+    int num_button; ///< valid entries of `button`
+    int button[16]; ///< 1 pressed, 0 released
+    double loc[3];  ///< position of the tip
+    double rot[9];
+    double tipradius; ///< 0 when the line does not carry it
+    double cov[6];    ///< covariance of the tip position; all 0 when the line does not carry it
+};
+
+/// Measurement Tool reference, line "6dmtr".
+struct Kestrel_MeaRef_Type_d {
+    int id;
+    double quality;
+    double loc[3];
+    double rot[9];
+};
+
+/// One finger of a hand; position and orientation are those of its tip.
+struct Kestrel_Finger_Type_d {
+    double loc[3];
+    double rot[9];
+    double radiustip;
+    double lengthphalanx[3]; ///< from the tip inwards
+    double anglephalanx[2];  ///< between the phalanxes, from the tip inwards
+};
+
+/// Tracked hand, line "gl"; position and orientation are those of the back of the hand.
+struct Kestrel_Hand_Type_d {
+    int id;
+    double quality;
+    int lr;      ///< which hand
+    int nfinger; ///< valid entries of `finger`
+    double loc[3];
+    double rot[9];
+    Kestrel_Finger_Type_d finger[5];
+};
+
+/// One joint of a human model.
+struct Kestrel_Joint_Type_d {
+    int id;
+    double quality;
+    double loc[3];
+    double ang[3];
+    double rot[9];
+};
+
+/// Human model, line "6dj".
+struct Kestrel_Human_Type_d {
+    int id;
+    int num_joints; ///< valid entries of `joint`
+    Kestrel_Joint_Type_d joint[20];
+};
+
+/// Hybrid body with inertial sensor, line "6di".
+struct Kestrel_Inertial_Type_d {
+    int id;
+    int st;       ///< tracking state; 0 means not tracked
+    double error; ///< the controller's error estimate
+    double loc[3];
+    double rot[9];
+};
+
+/// Single marker, line "3d".
+struct Kestrel_Marker_Type_d {
+    int id;
+    double quality;
+    double loc[3];
+};
+
+} // namespace KestrelSDK_Datatypes

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "NumberScan.h"
+
+#include <cstring>
+
+namespace KestrelSDK_Parse {
+
+/// So many numbers into consecutive places.
+struct NumberList {
+    double* first;
+    int count;
+};
+
+/// Reads the items of one data line in order; private to the library. Every item moves the caller's
+/// position behind itself; one that cannot be read leaves the position where it was.
+class LineReader {
+public:
+    explicit LineReader(char*& position)
+        : m_position(position) {}
+
+    bool number(int& value) { return moveTo(Numbers::scanAnyInt(m_position, value)); }
+    bool number(unsigned int& value) { return moveTo(Numbers::scanAnyUnsigned(m_position, value)); }
+    bool number(double& value) { return moveTo(Numbers::scanAnyDouble(m_position, value)); }
+
+    /// The next block "[...]": its first numbers go to `items`, each an int, a double, an array
+    /// of doubles or a NumberList; further numbers in the block are ignored.
+    template <class... Items>
+    bool block(Items&&... items) {
+        const char* at = openBlock();
+        return at != nullptr && (read(at, items) && ...) && closeBlock(at);
+    }
+
+private:
+    bool moveTo(const char* end) {
+        if (end != nullptr) {
+            m_position += end - m_position;
+        }
+        return end != nullptr;
+    }
+
+    /// Start of the numbers of the next block; null when there is no complete one.
+    const char* openBlock() {
+        if (m_limit == nullptr) {
+            measure();
+        }
+        const char* open = *m_position == '[' ? m_position : std::strchr(m_position, '[');
+        return open == nullptr || open >= m_lastClose ? nullptr : open + 1;
+    }
+
+    /// No number continues over a "]", so the first one from `at` on is the block's own.
+    bool closeBlock(const char* at) {
+        const char* close = *at == ']' ? at : std::strchr(at, ']');
+        return moveTo(close + 1);
+    }
+
+    void measure() {
+        const char* end = m_position + std::strlen(m_position);
+        m_limit = end + 1;
+        m_lastClose = end;
+        while (m_lastClose != m_position && *m_lastClose != ']') {
+            --m_lastClose;
+        }
+    }
+
+    bool read(const char*& at, int& value) const {
+        return (at = Numbers::scanInt(at, m_limit, value)) != nullptr;
+    }
+    bool read(const char*& at, double& value) const {
+        return (at = Numbers::scanDouble(at, m_limit, value)) != nullptr;
+    }
+    template <std::size_t count>
+    bool read(const char*& at, double (&values)[count]) const {
+        return readAll(at, values, static_cast<int>(count));
+    }
+    bool read(const char*& at, const NumberList& list) const {
+        return readAll(at, list.first, list.count);
+    }
+
+    bool readAll(const char*& at, double* values, int count) const {
+        for (int i = 0; i < count; ++i) {
+            if (!read(at, values[i])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    char*& m_position;
+    const char* m_limit = nullptr;     ///< behind the line's NUL; null until the first block
+    const char* m_lastClose = nullptr; ///< the last "]" of the line, or its start
+};
+
+} // namespace KestrelSDK_Parse
