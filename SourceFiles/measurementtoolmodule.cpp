@@ -1,5 +1,6 @@
 #include "SourceFiles/measurementtoolmodule.h"
 
+#include "SourceFiles/mtdatadisplay.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
 #include "host_api/metatypes.h"
@@ -45,9 +46,16 @@ QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
     return gui_elements;
 }
 
-void MeasurementToolModule::about_to_exit_module() {}
+void MeasurementToolModule::about_to_exit_module() {
+    if (MtDataDisplay* const display = dataDisplay()) {
+        display->about_to_exit();
+    }
+}
 
 void MeasurementToolModule::exit_module() {
+    if (MtDataDisplay* const display = dataDisplay()) {
+        display->hide(); // ends its subscriptions; a visible widget that is deleted is not told
+    }
     deleteContent(gui_mtSettings);
     deleteContent(gui_mtCalibration);
     deleteContent(gui_mtDataDisplay);
@@ -57,6 +65,7 @@ void MeasurementToolModule::exit_module() {
 void MeasurementToolModule::addDataDisplay() {
     auto* const dock = new QDockWidget(tr("Measurement Tool Display"), mod_parent);
     dock->setObjectName(QStringLiteral("MtDataDisplayDock"));
+    dock->setWidget(new MtDataDisplay(iom, mod_parent, beVers));
 
     QAction* const action = dock->toggleViewAction();
     action->setText(tr("&Measurement Tool"));
@@ -70,6 +79,11 @@ void MeasurementToolModule::addDataDisplay() {
     gui_mtDataDisplay.content = dock;
     gui_mtDataDisplay.action_active_during_measurement = 1;
     add(gui_mtDataDisplay);
+}
+
+MtDataDisplay* MeasurementToolModule::dataDisplay() const {
+    const auto* const dock = qobject_cast<QDockWidget*>(gui_mtDataDisplay.content);
+    return dock != nullptr ? dock->findChild<MtDataDisplay*>() : nullptr;
 }
 
 void MeasurementToolModule::add(_GuiElement& element) {

@@ -7,6 +7,7 @@
 
 class BackendVersions;
 class IOManager;
+class MtDataDisplay;
 
 /// The plug-in's root object: takes the host's objects, builds the Measurement Tool dialogs on
 /// demand and hands them to the host as menu entries. GUI thread only.
@@ -28,6 +29,7 @@ public:
 
 private:
     void addDataDisplay();
+    MtDataDisplay* dataDisplay() const; ///< null before it is built and after it is gone
 
     /// Hands a filled record to the host; it forgets its widget and action when the widget dies,
     /// be it with the host's window.

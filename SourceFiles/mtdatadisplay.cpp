@@ -1,0 +1,247 @@
+#include "SourceFiles/mtdatadisplay.h"
+
+#include "KestrelParser.h"
+#include "SourceFiles/hostlink.h"
+#include "host_api/iomanager.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QThread>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t lineBufferSize = 10240; // terminator included
+constexpr int refreshMs = 200;
+constexpr int startDelayMs = 1;
+constexpr int fewestBodies = 4;
+constexpr int mostBodies = 65535; // as many as a line may hold
+
+QEvent::Type measurementEvent() {
+    static const int type = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(type);
+}
+
+} // namespace
+
+MtDataDisplay::MtDataDisplay(IOManager* host, QWidget* parent, BackendVersions* versions)
+    : QWidget(parent)
+    , beVers(versions)
+    , iom(hostlink::orDisconnected(host)) {
+    ui.setupUi(this);
+    bIsMtAvailable = isMtAvailable();
+    ascii_buf = std::make_unique<char[]>(lineBufferSize);
+    measurementEvent();
+    iom->register_measurement_requester(this);
+    checkDesiredOutput6dmt();
+    checkActivateChmon6dmt();
+    setupTableWidget6dmt();
+    setupTableWidget6dmtref();
+    sizeBodyLists();
+    timer.setInterval(refreshMs);
+    connect(&timer, &QTimer::timeout, this, &MtDataDisplay::onUpdateDataDisplay);
+}
+
+MtDataDisplay::~MtDataDisplay() = default;
+
+void MtDataDisplay::about_to_exit() {
+    iom->unregister_measurement_requester(this);
+}
+
+void MtDataDisplay::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    register6dmtRequest(true);
+}
+
+void MtDataDisplay::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    register6dmtRequest(false);
+}
+
+void MtDataDisplay::register6dmtRequest(bool on) {
+    for (const char* channel : {"6dmt", "6dmt2", "6dmtr"}) {
+        if (on) {
+            iom->register_data_requester(channel, this);
+        } else {
+            iom->unregister_data_requester(channel, this);
+        }
+    }
+}
+
+bool MtDataDisplay::isMtAvailable() {
+    return hostlink::isMtAvailable(iom, beVers);
+}
+
+void MtDataDisplay::checkDesiredOutput6dmt() {
+    if (!bIsMtAvailable || !hostlink::protocolPasses(beVers, 1, 13)) {
+        return;
+    }
+    // The result is not looked at: a query that fails without a value leaves the current choice.
+    bool use6dmt = bUseChmon6dmt;
+    iom->get_parameter_bool(&use6dmt, "measurementtool output_6dmt");
+    if (use6dmt != bUseChmon6dmt) {
+        bUseChmon6dmt = use6dmt;
+        bIsChmon6dmtActive = false;
+    }
+}
+
+void MtDataDisplay::checkActivateChmon6dmt() {
+    if (bIsChmon6dmtActive || !bIsMtAvailable) {
+        return;
+    }
+    iom->set_parameter(bUseChmon6dmt ? "output active chmon 6dmt yes"
+                                     : "output active chmon 6dmt2 yes");
+    iom->set_parameter("output active chmon 6dmtr yes");
+    bIsChmon6dmtActive = true;
+}
+
+void MtDataDisplay::sizeBodyLists() {
+    int maxTools = fewestBodies;
+    int maxReferences = fewestBodies;
+    if (hostlink::protocolPasses(beVers, 1, 3)) {
+        if (iom->get_parameter_int(&maxTools, "measurementtool max_number_of_tools") != 0) {
+            maxTools = fewestBodies;
+        }
+        if (iom->get_parameter_int(&maxReferences, "measurementtool max_number_of_references") !=
+            0) {
+            maxReferences = fewestBodies;
+        }
+    }
+    const int length = std::clamp(std::max(maxTools, maxReferences), fewestBodies, mostBodies);
+    for (int i = 0; i < length; ++i) {
+        listRefBodyOfMeaBody.append(-1);
+        listMeaBodyCalibrated.append(false);
+        listRefBodyCalibrated.append(false);
+    }
+}
+
+int MtDataDisplay::set_ascii_data(const char*, const char* data) {
+    const std::lock_guard<std::mutex> lock(parserMutex);
+    if (!parser) {
+        return -2;
+    }
+    const std::size_t length = strnlen(data, lineBufferSize);
+    if (length == lineBufferSize) {
+        return -1;
+    }
+    std::memcpy(ascii_buf.get(), data, length + 1);
+    char* line = ascii_buf.get();
+    return parser->parseLine(&line) ? 0 : -1;
+}
+
+void MtDataDisplay::set_mea_started() {
+    {
+        const std::lock_guard<std::mutex> lock(parserMutex);
+        ++pendingStarts;
+    }
+    tellGuiThread();
+}
+
+void MtDataDisplay::set_mea_stopped() {
+    {
+        const std::lock_guard<std::mutex> lock(parserMutex);
+        ++stopCount;
+        pendingStarts = 0;
+        parser.reset();
+    }
+    tellGuiThread();
+}
+
+void MtDataDisplay::tellGuiThread() {
+    if (QThread::currentThread() == thread()) {
+        followMeasurement();
+        return;
+    }
+    bool alreadyTold = false;
+    {
+        const std::lock_guard<std::mutex> lock(parserMutex);
+        alreadyTold = std::exchange(guiIsTold, true);
+    }
+    if (!alreadyTold) {
+        QCoreApplication::postEvent(this, new QEvent(measurementEvent()));
+    }
+}
+
+void MtDataDisplay::customEvent(QEvent* event) {
+    if (event->type() == measurementEvent()) {
+        followMeasurement();
+    }
+}
+
+void MtDataDisplay::followMeasurement() {
+    Q_ASSERT(QThread::currentThread() == thread());
+    unsigned stops = 0;
+    int starts = 0;
+    {
+        const std::lock_guard<std::mutex> lock(parserMutex);
+        stops = stopCount;
+        starts = std::exchange(pendingStarts, 0);
+        guiIsTold = false;
+    }
+    clearAfterStop(stops);
+    for (int i = 0; i < starts; ++i) {
+        QTimer::singleShot(startDelayMs, this, [this, stops] { startUnlessStopped(stops); });
+    }
+}
+
+void MtDataDisplay::clearAfterStop(unsigned stops) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (clearedStops == stops) {
+        return;
+    }
+    clearedStops = stops;
+    timer.stop();
+    ui.tableWidget6dmt->setRowCount(0);
+    ui.tableWidget6dmtref->setRowCount(0);
+}
+
+bool MtDataDisplay::stoppedSince(unsigned stops) {
+    const std::lock_guard<std::mutex> lock(parserMutex);
+    return stopCount != stops;
+}
+
+void MtDataDisplay::set_mea_started_deferred() {
+    unsigned stops = 0;
+    {
+        const std::lock_guard<std::mutex> lock(parserMutex);
+        stops = stopCount;
+    }
+    startUnlessStopped(stops);
+}
+
+void MtDataDisplay::startUnlessStopped(unsigned stops) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (stoppedSince(stops)) {
+        return;
+    }
+    clearAfterStop(stops);
+    if (!bIsMtAvailable) {
+        bIsMtAvailable = isMtAvailable();
+    }
+    checkDesiredOutput6dmt();
+    checkActivateChmon6dmt();
+    {
+        const std::lock_guard<std::mutex> lock(parserMutex);
+        if (stopCount != stops) {
+            return; // stopped while the host was asked
+        }
+        if (!parser) {
+            parser = std::make_unique<KestrelParser>();
+        }
+    }
+    timer.start();
+}
+
+void MtDataDisplay::onUpdateDataDisplay() {
+    Q_ASSERT(QThread::currentThread() == thread());
+    // A host may run events while it is asked something: a refresh inside a refresh is left out.
+    if (!dataMutex.tryLock()) {
+        return;
+    }
+    updateDisplayMeaBodies();
+    updateDisplayRefBodies();
+    dataMutex.unlock();
+}

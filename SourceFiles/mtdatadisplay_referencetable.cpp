@@ -1,0 +1,108 @@
+#include "KestrelParser.h"
+#include "SourceFiles/bodytexts.h"
+#include "SourceFiles/hostlink.h"
+#include "SourceFiles/mtdatadisplay.h"
+#include "SourceFiles/mtdatadisplay_cells.h"
+#include "host_api/iomanager.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr int nameColumn = 1;
+constexpr int poseColumn = 3;
+
+constexpr trackingcells::Column columns[] = {
+    {"", 90},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "reference ID"), 80},
+    {"", 36},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "x [mm]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "y [mm]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "z [mm]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "rx [deg]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "ry [deg]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "rz [deg]"), 80},
+    {"", 80},
+};
+
+} // namespace
+
+void MtDataDisplay::setupTableWidget6dmtref() {
+    trackingcells::setUp(ui.tableWidget6dmtref, columns, static_cast<int>(std::size(columns)),
+                         poseColumn);
+}
+
+void MtDataDisplay::copyReferences() {
+    const std::lock_guard<std::mutex> lock(parserMutex);
+    const int count = parser ? parser->getNumMeaRef() : 0;
+    references.resize(static_cast<std::size_t>(std::max(count, 0)));
+    for (int i = 0; i < count; ++i) {
+        references[static_cast<std::size_t>(i)] = *parser->getMeaRef(i);
+    }
+}
+
+bool MtDataDisplay::isReferenceTracked(int index) const {
+    const auto i = static_cast<std::size_t>(index);
+    return i < references.size() && trackingcells::isTracked(references[i].quality);
+}
+
+void MtDataDisplay::updateDisplayRefBodies() {
+    Q_ASSERT(QThread::currentThread() == thread());
+    copyReferences();
+    const int count = static_cast<int>(references.size());
+    if (count != ui.tableWidget6dmtref->rowCount() && !rebuildRefBodies(count)) {
+        return;
+    }
+    for (int row = 0; row < count; ++row) {
+        showRefBody(row);
+    }
+}
+
+// False when a stop emptied the tables while the host was asked.
+bool MtDataDisplay::rebuildRefBodies(int rows) {
+    const unsigned stops = clearedStops;
+    QTableWidget* const table = ui.tableWidget6dmtref;
+    table->clearContents();
+    table->setRowCount(rows);
+    for (int row = 0; row < rows; ++row) {
+        const bool calibrated = setInfoRefBodyCalibrated(row);
+        if (clearedStops != stops) {
+            return false;
+        }
+        trackingcells::putName(table, row, nameColumn, bodytexts::referenceName(row));
+        trackingcells::putValues(table, row, poseColumn,
+                                 calibrated ? QStringLiteral("-") : QStringLiteral(" "));
+    }
+    return true;
+}
+
+void MtDataDisplay::showRefBody(int row) {
+    QTableWidget* const table = ui.tableWidget6dmtref;
+    QTableWidgetItem* const name = table->item(row, nameColumn);
+    if (!listRefBodyCalibrated.value(row, false)) {
+        trackingcells::setTransparent(name);
+        return;
+    }
+    const auto& reference = references[static_cast<std::size_t>(row)];
+    const bool tracked = trackingcells::isTracked(reference.quality);
+    trackingcells::setTracked(name, tracked);
+    if (tracked) {
+        trackingcells::showPose(table, row, poseColumn, reference.loc, reference.rot);
+    }
+}
+
+bool MtDataDisplay::setInfoRefBodyCalibrated(int i) {
+    if (i >= listRefBodyCalibrated.size()) {
+        return false;
+    }
+    hostlink::Reply reply;
+    const bool calibrated =
+        iom->get_parameter_string(reply.buffer(),
+                                  "body calibrated measurementtool_reference b%2.2d", i + 1) == 0 &&
+        reply.is("yes");
+    listRefBodyCalibrated[i] = calibrated;
+    return calibrated;
+}

@@ -1,0 +1,162 @@
+#include "KestrelParser.h"
+#include "SourceFiles/bodytexts.h"
+#include "SourceFiles/hostlink.h"
+#include "SourceFiles/mtdatadisplay.h"
+#include "SourceFiles/mtdatadisplay_cells.h"
+#include "host_api/iomanager.h"
+
+#include <QBrush>
+#include <QThread>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr int nameColumn = 0;
+constexpr int referenceColumn = 2;
+constexpr int firstButtonColumn = 4;
+constexpr int buttonColumnStep = 2;
+constexpr int buttonColumns = 4;
+constexpr int poseColumn = 12;
+
+constexpr trackingcells::Column columns[] = {
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "tool ID"), 80},
+    {"", 10},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "reference ID"), 80},
+    {"", 10},
+    {"", 26},
+    {"", 10},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "b1"), 26},
+    {"", 10},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "b2"), 26},
+    {"", 10},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "b3"), 26},
+    {"", 10},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "x [mm]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "y [mm]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "z [mm]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "rx [deg]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "ry [deg]"), 80},
+    {QT_TRANSLATE_NOOP("MtDataDisplay", "rz [deg]"), 80},
+    {"", 80},
+};
+
+int buttonColumn(int button) {
+    return firstButtonColumn + buttonColumnStep * button;
+}
+
+} // namespace
+
+void MtDataDisplay::setupTableWidget6dmt() {
+    trackingcells::setUp(ui.tableWidget6dmt, columns, static_cast<int>(std::size(columns)),
+                         poseColumn);
+}
+
+void MtDataDisplay::copyTools() {
+    const std::lock_guard<std::mutex> lock(parserMutex);
+    const int count = parser ? parser->getNumMeaTool() : 0;
+    tools.resize(static_cast<std::size_t>(std::max(count, 0)));
+    for (int i = 0; i < count; ++i) {
+        tools[static_cast<std::size_t>(i)] = *parser->getMeaTool(i);
+    }
+}
+
+void MtDataDisplay::updateDisplayMeaBodies() {
+    Q_ASSERT(QThread::currentThread() == thread());
+    copyTools();
+    copyReferences();
+    const int count = static_cast<int>(tools.size());
+    if (count != ui.tableWidget6dmt->rowCount() && !rebuildMeaBodies(count)) {
+        return;
+    }
+    for (int row = 0; row < count; ++row) {
+        showMeaBody(row);
+        showTrackingStatusRefBody(row);
+    }
+}
+
+// False when a stop emptied the tables while the host was asked.
+bool MtDataDisplay::rebuildMeaBodies(int rows) {
+    const unsigned stops = clearedStops;
+    QTableWidget* const table = ui.tableWidget6dmt;
+    table->clearContents();
+    table->setRowCount(rows);
+    for (int row = 0; row < rows; ++row) {
+        const QString reference = getRefBodyForMeaBody(row);
+        const bool calibrated = clearedStops == stops && setInfoMeaBodyCalibrated(row);
+        if (clearedStops != stops) {
+            return false;
+        }
+        trackingcells::putName(table, row, nameColumn, bodytexts::toolName(row));
+        trackingcells::putName(table, row, referenceColumn, reference);
+        for (int button = 0; button < buttonColumns; ++button) {
+            table->setItem(row, buttonColumn(button), new QTableWidgetItem);
+        }
+        trackingcells::putValues(table, row, poseColumn,
+                                 calibrated ? QStringLiteral("-") : QStringLiteral(" "));
+    }
+    return true;
+}
+
+void MtDataDisplay::showMeaBody(int row) {
+    QTableWidget* const table = ui.tableWidget6dmt;
+    QTableWidgetItem* const name = table->item(row, nameColumn);
+    if (!listMeaBodyCalibrated.value(row, false)) {
+        trackingcells::setTransparent(name);
+        return;
+    }
+    const auto& tool = tools[static_cast<std::size_t>(row)];
+    for (int button = 0; button < std::min(tool.num_button, buttonColumns); ++button) {
+        trackingcells::setBackground(table->item(row, buttonColumn(button)),
+                                     tool.button[button] == 1 ? Qt::blue : Qt::transparent);
+    }
+    const bool tracked = trackingcells::isTracked(tool.quality);
+    trackingcells::setTracked(name, tracked);
+    if (tracked) {
+        trackingcells::showPose(table, row, poseColumn, tool.loc, tool.rot);
+    }
+}
+
+void MtDataDisplay::showTrackingStatusRefBody(int row) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    QTableWidgetItem* const item = ui.tableWidget6dmt->item(row, referenceColumn);
+    const int reference = listRefBodyOfMeaBody.value(row, -1);
+    if (reference < 0 || !listRefBodyCalibrated.value(reference, false)) {
+        trackingcells::setTransparent(item);
+    } else {
+        trackingcells::setTracked(item, isReferenceTracked(reference));
+    }
+}
+
+bool MtDataDisplay::setInfoMeaBodyCalibrated(int i) {
+    if (i >= listMeaBodyCalibrated.size()) {
+        return false;
+    }
+    hostlink::Reply reply;
+    const bool calibrated =
+        iom->get_parameter_string(reply.buffer(), "body calibrated measurementtool b%2.2d",
+                                  i + 1) == 0 &&
+        reply.is("yes") &&
+        iom->get_parameter_string(reply.buffer(), "measurementtool tip_calibrated b%2.2d", i + 1) ==
+            0 &&
+        reply.is("yes");
+    listMeaBodyCalibrated[i] = calibrated;
+    return calibrated;
+}
+
+QString MtDataDisplay::getRefBodyForMeaBody(int i) {
+    if (i >= listRefBodyOfMeaBody.size()) {
+        return QString();
+    }
+    hostlink::Reply reply;
+    if (iom->get_parameter_string(reply.buffer(), "measurementtool reference_of_tool b%2.2d",
+                                  i + 1) != 0 ||
+        reply.is("none")) {
+        listRefBodyOfMeaBody[i] = -1;
+        return QString();
+    }
+    const int number = bodytexts::bodyNumber(reply.toString());
+    listRefBodyOfMeaBody[i] = std::max(number, 0) - 1;
+    return QLatin1String("MR") + QString::number(number);
+}
