@@ -118,16 +118,16 @@ void MtDataDisplay::sizeBodyLists() {
     }
 }
 
-int MtDataDisplay::set_ascii_data(const char*, const char* data) {
+int MtDataDisplay::set_ascii_data(const char*, const char* text) {
     const std::lock_guard<std::mutex> lock(parserMutex);
     if (!parser) {
         return -2;
     }
-    const std::size_t length = strnlen(data, lineBufferSize);
+    const std::size_t length = strnlen(text, lineBufferSize);
     if (length == lineBufferSize) {
         return -1;
     }
-    std::memcpy(ascii_buf.get(), data, length + 1);
+    std::memcpy(ascii_buf.get(), text, length + 1);
     char* line = ascii_buf.get();
     return parser->parseLine(&line) ? 0 : -1;
 }

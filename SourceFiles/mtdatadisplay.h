@@ -54,7 +54,7 @@ public Q_SLOTS:
 public:
     /// Returns 0 when the parser took the line, -1 when it rejected it or the line is longer than
     /// 10239 characters, -2 when no measurement runs.
-    int set_ascii_data(const char* type, const char* data) override;
+    int set_ascii_data(const char* channel, const char* line) override;
     void set_mea_started() override; ///< starts a moment later, on the GUI thread
     void set_mea_stopped() override; ///< no line is taken any more when it returns
 
