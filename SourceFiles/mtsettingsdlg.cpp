@@ -1,0 +1,316 @@
+#include "SourceFiles/mtsettingsdlg.h"
+
+#include "SourceFiles/bodytexts.h"
+#include "SourceFiles/hostlink.h"
+#include "host_api/iomanager.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int refreshIntervalMs = 1000;
+
+template <typename... Widgets>
+void setAllEnabled(bool enable, Widgets*... widgets) {
+    (widgets->setEnabled(enable), ...);
+}
+
+} // namespace
+
+MtSettingsDlg::MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersions* versions)
+    : QDialog(parent)
+    , iom(hostlink::orDisconnected(manager))
+    , beVers(versions)
+    , m_parent(parent)
+    , doubleSpinboxDelegate(nullptr)
+    , m_updateTimer(this) {
+    ui.setupUi(this);
+    m_icon_lock.addFile(QStringLiteral(":/lock.png"));
+
+    enableStartSimulationControls(false);
+    setupTableMeaBodies();
+    setupTableRefBodies();
+    setupTablesDevices();
+    followKeyboard();
+
+    m_updateTimer.setInterval(refreshIntervalMs);
+    connect(&m_updateTimer, &QTimer::timeout, this, &MtSettingsDlg::updateTableDevices);
+}
+
+int MtSettingsDlg::update_and_exec() {
+    if (m_isRunning) {
+        raise();
+        activateWindow();
+        return Rejected;
+    }
+    m_isRunning = true;
+    onShowDlg();
+    const QPointer<MtSettingsDlg> self(this);
+    const int result = exec();
+    if (!self.isNull()) {
+        onHideDlg(); // a dialog that the host has hidden took none of the close paths
+        m_isRunning = false;
+    }
+    return result;
+}
+
+void MtSettingsDlg::onShowDlg() {
+    m_is_config_locked = is_config_locked();
+    if (m_is_config_locked) {
+        setWindowIcon(m_icon_lock);
+        setAllEnabled(false, ui.spinBox_noOfMeaBodies, ui.spinBox_noOfRefBodies,
+                      ui.pushButton_select, ui.pushButton_deselect, ui.doubleSpinBox_duration,
+                      ui.doubleSpinBox_tipTolerance, ui.checkBox_startSimulation,
+                      ui.checkBox_useOldOutputFormat);
+    } else {
+        setWindowIcon(m_parent != nullptr ? m_parent->windowIcon() : QIcon());
+    }
+    if (!isMtAvailable()) {
+        enableDialog(false);
+        return;
+    }
+    bUserAction = false;
+    enableDialog(true);
+
+    updateSpinBoxNoOfMeaBodies();
+    updateSpinBoxNoOfRefBodies();
+    setupListAssingmentsMeaToRef();
+    setupListToolTipDiameter();
+    updateDoubleSpinboxDuration();
+    updateDoubleSpinBoxTipTolerance();
+    updateCheckBoxStartSimulation();
+    updateSpinBoxStartAngle();
+    updateDoubleSpinBoxStartLeadTime();
+    updateCheckBoxUseOldOutputFormat();
+    enableControls(m_iNumberOfMeaBodies >= 1);
+
+    updateTableMeaBodies(true);
+    updateTableRefBodies();
+    updateTableDevices();
+    setSelection_tableWidget(ui.tableWidget_meaBodies, m_iLastSelection_tableWidget_meaBodies);
+    setSelection_tableWidget(ui.tableWidget_refBodies, m_iLastSelection_tableWidget_refBodies);
+    activateSelectButton();
+    activateDeSelectButton();
+    m_updateTimer.start();
+    bUserAction = true;
+}
+
+void MtSettingsDlg::onHideDlg() {
+    if (m_updateTimer.isActive()) {
+        m_updateTimer.stop();
+    }
+}
+
+void MtSettingsDlg::enableDialog(bool enable) {
+    ui.label_error->setText(
+        enable ? QString() : bodytexts::redMessage(tr("Measurement Tool is not available!")));
+    ui.label_error->setVisible(!enable);
+
+    const bool locked = m_is_config_locked;
+    const bool usable = enable && !locked;
+    const auto selection =
+        locked ? QAbstractItemView::NoSelection : QAbstractItemView::SingleSelection;
+    if (!locked) {
+        setAllEnabled(usable, ui.label_noOfMeaBodies, ui.label_noOfRefBodies);
+    }
+    setAllEnabled(usable, ui.spinBox_noOfMeaBodies, ui.spinBox_noOfRefBodies,
+                  ui.tableWidget_meaBodies);
+    ui.tableWidget_meaBodies->setSelectionMode(selection);
+    activateSelectButton();
+    activateDeSelectButton();
+    setAllEnabled(usable, ui.tableWidget_refBodies, ui.tableWidget_availableMt);
+    ui.tableWidget_refBodies->setSelectionMode(selection);
+    ui.tableWidget_availableMt->setSelectionMode(selection);
+    enableControls(usable);
+    ui.pushButton_ok->setEnabled(usable);
+}
+
+void MtSettingsDlg::enableControls(bool enable) {
+    const bool usable = enable && !m_is_config_locked;
+    setAllEnabled(usable, ui.label_pointMeasurement, ui.label_duration, ui.label_tipTolerance,
+                  ui.doubleSpinBox_duration, ui.doubleSpinBox_tipTolerance,
+                  ui.checkBox_startSimulation);
+    enableStartSimulationControls(enable);
+    if (m_is_config_locked || protocolIsAtLeast(1, 13)) {
+        ui.checkBox_useOldOutputFormat->setEnabled(usable);
+    }
+}
+
+void MtSettingsDlg::enableStartSimulationControls(bool enable) {
+    const bool usable = enable && !m_is_config_locked && ui.checkBox_startSimulation->isChecked();
+    if (!m_is_config_locked) {
+        setAllEnabled(usable, ui.label_minAngularSpeed, ui.label_meaStartDelay);
+    }
+    setAllEnabled(usable, ui.spinBox_startAngle, ui.doubleSpinBox_startLeadTime);
+}
+
+bool MtSettingsDlg::isMtAvailable() {
+    return hostlink::isMtAvailable(iom, beVers);
+}
+
+bool MtSettingsDlg::is_config_locked() {
+    return hostlink::isConfigLocked(iom, beVers);
+}
+
+bool MtSettingsDlg::protocolIsAtLeast(int major, int minor) const {
+    return hostlink::protocolPasses(beVers, major, minor);
+}
+
+void MtSettingsDlg::on_tabWidget_currentChanged(int /*index*/) {
+    activateSelectButton();
+    activateDeSelectButton();
+}
+
+void MtSettingsDlg::on_tableWidget_meaBodies_cellClicked(int row, int /*column*/) {
+    m_iLastSelection_tableWidget_meaBodies = row;
+    activateSelectButton();
+    activateDeSelectButton();
+}
+
+void MtSettingsDlg::on_tableWidget_refBodies_cellClicked(int row, int /*column*/) {
+    m_iLastSelection_tableWidget_refBodies = row;
+    activateSelectButton();
+}
+
+void MtSettingsDlg::on_tableWidget_availableMt_cellClicked(int row, int /*column*/) {
+    m_iLastSelection_tableWidget_refBodies = row;
+    activateSelectButton();
+}
+
+void MtSettingsDlg::on_pushButton_cancel_clicked() {
+    if (m_iPrimaryNumberOfMeaBodies <= m_iNumberOfMeaBodies) {
+        restoreNumberOfTools();
+        restoreNumberOfReferences();
+    } else {
+        restoreNumberOfReferences();
+        restoreNumberOfTools();
+    }
+    onHideDlg();
+    done(Rejected);
+}
+
+void MtSettingsDlg::restoreNumberOfTools() {
+    const int primary = m_iPrimaryNumberOfMeaBodies;
+    if (primary == m_iNumberOfMeaBodies) {
+        return;
+    }
+    if (iom->set_parameter("measurementtool number_of_tools %d", primary) != 0) {
+        hostlink::log(iom, "Error: Unable to set number of mea tools = %1",
+                      QString::number(primary));
+    }
+    m_iNumberOfMeaBodies = primary;
+    fillQuietly([&] { ui.spinBox_noOfMeaBodies->setValue(primary); });
+}
+
+void MtSettingsDlg::restoreNumberOfReferences() {
+    const int primary = m_iPrimaryNumberOfRefBodies;
+    if (primary == m_iNumberOfRefBodies) {
+        return;
+    }
+    if (iom->set_parameter("measurementtool number_of_references %d", primary) != 0) {
+        hostlink::log(iom, "Error: Unable to set number of references = %1",
+                      QString::number(primary));
+    }
+    m_iNumberOfRefBodies = primary;
+    fillQuietly([&] { ui.spinBox_noOfRefBodies->setValue(primary); });
+}
+
+void MtSettingsDlg::fillQuietly(const std::function<void()>& fill) {
+    const bool before = bUserAction;
+    bUserAction = false;
+    fill();
+    bUserAction = before;
+}
+
+void MtSettingsDlg::reject() {
+    on_pushButton_cancel_clicked();
+}
+
+void MtSettingsDlg::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        on_pushButton_cancel_clicked();
+    } else {
+        QDialog::keyPressEvent(event);
+    }
+}
+
+void MtSettingsDlg::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+}
+
+int MtSettingsDlg::set_ascii_data(const char* /*type*/, const char* /*data*/) {
+    return 0;
+}
+
+void MtSettingsDlg::set_mea_started() {}
+
+void MtSettingsDlg::set_mea_stopped() {}
+
+void MtSettingsDlg::setSelection_tableWidget(QTableWidget* table, int& lastRow) {
+    const int rows = table->rowCount();
+    if (rows == 0) {
+        return;
+    }
+    if (lastRow >= rows) {
+        lastRow = std::min(lastRow - 1, rows - 1);
+    }
+    makeCurrent(table, lastRow, 0);
+}
+
+void MtSettingsDlg::makeCurrent(QTableWidget* table, int row, int column) {
+    const QSignalBlocker blocker(table);
+    table->setCurrentCell(row, column);
+}
+
+void MtSettingsDlg::setUpTable(QTableWidget* table, const QStringList& headers) {
+    table->setColumnCount(headers.size());
+    table->setHorizontalHeaderLabels(headers);
+    table->horizontalHeader()->setSectionsClickable(false);
+}
+
+void MtSettingsDlg::resizeTable(QTableWidget* table, int rows) {
+    constexpr int rowHeight = 28;
+    const QSignalBlocker blocker(table);
+    const int before = table->rowCount();
+    table->setRowCount(rows);
+    for (int row = before; row < rows; ++row) {
+        table->setRowHeight(row, rowHeight);
+    }
+}
+
+void MtSettingsDlg::setCell(QTableWidget* table, int row, int column, const QString& text,
+                            CellStyle style) {
+    QTableWidgetItem* item = table->item(row, column);
+    if (item != nullptr) {
+        item->setText(text); // does nothing when the cell holds this text
+        return;
+    }
+    item = new QTableWidgetItem(text);
+    if (style != CellStyle::Plain) {
+        item->setTextAlignment(Qt::AlignCenter);
+    }
+    if (style != CellStyle::Editable) {
+        item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    }
+    table->setItem(row, column, item);
+}
+
+void MtSettingsDlg::followKeyboard() {
+    // Moving through a table with the arrow keys counts as a click on the row that is reached.
+    const auto follow = [this](QTableWidget* table, void (MtSettingsDlg::*clicked)(int, int)) {
+        connect(table, &QTableWidget::currentCellChanged, this,
+                [this, table, clicked](int row, int column) {
+                    if (row >= 0 && table->hasFocus()) {
+                        (this->*clicked)(row, column);
+                    }
+                });
+    };
+    follow(ui.tableWidget_meaBodies, &MtSettingsDlg::on_tableWidget_meaBodies_cellClicked);
+    follow(ui.tableWidget_refBodies, &MtSettingsDlg::on_tableWidget_refBodies_cellClicked);
+    follow(ui.tableWidget_availableMt, &MtSettingsDlg::on_tableWidget_availableMt_cellClicked);
+}

@@ -1,0 +1,195 @@
+#pragma once
+
+#include "SourceFiles/doublespinboxdelegate.h"
+#include "host_api/requester.h"
+#include "ui_mtsettingsdlg.h"
+
+#include <QDialog>
+#include <QIcon>
+#include <QList>
+#include <QTimer>
+
+#include <functional>
+
+class BackendVersions;
+class IOManager;
+
+/// The modal settings dialog of the Measurement Tools. Reads everything from the controller each
+/// time it is shown. The two counts reach the controller while they are edited and are restored by
+/// cancel; everything else is written by OK. All on the GUI thread.
+class MtSettingsDlg : public QDialog, public Requester {
+    Q_OBJECT
+
+public:
+    /// A radio device as the controller names it; all texts empty: no device.
+    struct MtRadioDevice {
+        QString vendor;
+        QString model;
+        QString serial; ///< at least 5 characters, padded with leading zeros
+        QString desc;   ///< for people; does not take part in comparisons
+
+        friend bool operator==(const MtRadioDevice& a, const MtRadioDevice& b) {
+            return a.vendor == b.vendor && a.model == b.model && a.serial == b.serial;
+        }
+    };
+
+    /// No query is ever made for a body or device beyond this number, however many a reply
+    /// promises: a nonsense count neither hangs the dialog nor fills the memory.
+    static constexpr int MaxEntries = 255;
+
+    /// `manager` and `versions` stay the host's and may be null (every query then fails); `parent`
+    /// owns the dialog when it is not null.
+    MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersions* versions);
+
+    /// Whether the controller has a radio transceiver that is present.
+    bool isRadioTransceiverAvailable();
+
+    /// Makes `lastRow` the current row of a table, corrected in place when the table is shorter.
+    static void setSelection_tableWidget(QTableWidget* table, int& lastRow);
+
+    void reject() override; ///< the cancel path
+
+    int set_ascii_data(const char* type, const char* data) override;
+    void set_mea_started() override;
+    void set_mea_stopped() override;
+
+public Q_SLOTS:
+    /// Reads the controller's state and runs the dialog until it is closed. Returns 0 after OK as
+    /// after cancel, also when the dialog was deleted meanwhile or is already open.
+    int update_and_exec();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private Q_SLOTS:
+    // Connected by name; the order is the meta-object's.
+    void on_tableWidget_refBodies_cellClicked(int row, int column);
+    void on_tableWidget_availableMt_cellClicked(int row, int column);
+    void on_tableWidget_meaBodies_cellClicked(int row, int column);
+    void on_tabWidget_currentChanged(int index);
+    void on_pushButton_deselect_clicked();
+    void on_pushButton_select_clicked();
+    void on_doubleSpinBox_startLeadTime_valueChanged(double value);
+    void on_spinBox_startAngle_valueChanged(int value);
+    void on_doubleSpinBox_tipTolerance_valueChanged(double value);
+    void on_doubleSpinBox_duration_valueChanged(double value);
+    void on_spinBox_noOfRefBodies_valueChanged(int count);
+    void on_spinBox_noOfMeaBodies_valueChanged(int count);
+    void on_checkBox_startSimulation_stateChanged(int state);
+    void on_pushButton_ok_clicked();
+    void on_pushButton_cancel_clicked();
+    void updateTableDevices();
+
+private:
+    enum ToolColumn { IdColumn, DiameterColumn, ReferenceColumn, ModelColumn, SerialColumn };
+    enum class CellStyle { Plain, Centred, Editable };
+
+    // Frame
+    void onShowDlg();
+    void onHideDlg();
+    void enableDialog(bool enable);
+    void enableControls(bool enable);
+    void enableStartSimulationControls(bool enable);
+    bool isMtAvailable();
+    bool is_config_locked();
+    bool protocolIsAtLeast(int major, int minor) const;
+    void restoreNumberOfTools();
+    void restoreNumberOfReferences();
+    void fillQuietly(const std::function<void()>& fill);
+
+    // Tables
+    static void setUpTable(QTableWidget* table, const QStringList& headers);
+    static void resizeTable(QTableWidget* table, int rows);
+    static void makeCurrent(QTableWidget* table, int row, int column);
+    static void setCell(QTableWidget* table, int row, int column, const QString& text,
+                        CellStyle style = CellStyle::Plain);
+    void followKeyboard();
+
+    // Tools, references and assignments
+    int toolCount() const;
+    int referenceCount() const;
+    void setupTableMeaBodies();
+    void setupTableRefBodies();
+    void updateSpinBoxNoOfMeaBodies();
+    void updateSpinBoxNoOfRefBodies();
+    bool readMaxNumberOfMeaBodies();
+    bool readMaxNumberOfRefBodies();
+    void setupListAssingmentsMeaToRef();
+    void appendAssignmentsFromHub(int count);
+    void hideAssignmentsFrom(int firstHidden);
+    void restoreHiddenAssignments(int count);
+    void updatePointMeasurement(int count);
+    int getRefIdFromHub(int toolIndex);
+    QString getRefBodyForMeaBody(int toolIndex) const;
+    void updateTableMeaBodies(bool);
+    void updateTableRefBodies();
+    void refreshAfterAssignment();
+    void activateSelectButton();
+    void activateDeSelectButton();
+    bool isReferenceTabCurrent() const;
+    void update_max_body_num_warning();
+
+    // Radio devices
+    void setupTablesDevices();
+    int getAssignedMtDeviceFromHub(int toolIndex, MtRadioDevice& device);
+    void getMtDeviceValues(int deviceIndex, MtRadioDevice& device);
+    void getMtDeviceDesc(MtRadioDevice& device);
+    int numberOfDevicesOnHub();
+    MtRadioDevice deviceInRow(int row) const;
+
+    // Measurement parameters
+    double getToolTipDiameterFromHub(int toolNumber);
+    double getToolTipDiameter(int toolIndex) const;
+    void setupListToolTipDiameter();
+    void updateListToolTipDiameter();
+    void writeToolTipDiameterToHub();
+    bool showsTools() const;
+    void updateDoubleSpinboxDuration();
+    void updateDoubleSpinBoxTipTolerance();
+    void updateCheckBoxStartSimulation();
+    void updateSpinBoxStartAngle();
+    void updateDoubleSpinBoxStartLeadTime();
+    void updateCheckBoxUseOldOutputFormat();
+    void setDefaultStartMeaSimuValues();
+    void setActualStartMeaSimuValues();
+
+    // Apply
+    void writeCounts();
+    void writeReferences();
+    void writeRadioDevices();
+    void writePointMeasurement();
+    void writeStartSimulation();
+    void writeOutputFormat();
+
+    Ui_MtSettingsDlgClass ui;
+    IOManager* iom;
+    BackendVersions* beVers;
+    QWidget* m_parent;
+    bool bUserAction = false; ///< value changes come from the user, not from the dialog itself
+    int m_iPrimaryNumberOfMeaBodies = 0; ///< what cancel restores
+    int m_iNumberOfMeaBodies = 0;        ///< as the controller says; loops go to toolCount()
+    int m_iMaxNumberOfMeaBodies = 0;
+    int m_iPrimaryNumberOfRefBodies = 0;
+    int m_iNumberOfRefBodies = 0;
+    int m_iMaxNumberOfRefBodies = 0;
+    // Per tool; these lists grow with the number of tools and never shrink while the dialog is
+    // shown.
+    QList<int> m_listMeaBodyToRefBody;    ///< 0-based reference, -1 for none
+    QList<int> m_listMeaBodyToRefBodySic; ///< the same, remembered while fewer references hide it
+    QList<MtRadioDevice> m_listMtRadioDevices;
+    QList<double> m_listToolTipDiameter;     ///< mm
+    double m_dMeasurementDuration = 1.0;     ///< s
+    double m_dMeasurementTipTolerance = 1.5; ///< mm
+    bool m_bStartSimulation = false;
+    double m_dMeasurementAngularSpeed = 30.0; ///< the start angle, degrees
+    double m_dMeasurementStartLeadTime = 0.2; ///< s
+    int m_iLastSelection_tableWidget_meaBodies = 0;
+    int m_iLastSelection_tableWidget_refBodies = 0; ///< also of the table of radio devices
+    bool m_is_config_locked = false;
+    QIcon m_icon_lock;
+    DoubleSpinboxDelegate doubleSpinboxDelegate;
+    QTimer m_updateTimer;
+    bool m_isRunning = false;
+    bool m_isRefreshingDevices = false;
+};
