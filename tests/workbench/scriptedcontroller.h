@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QObject>
+#include <QTcpServer>
+#include <QThread>
+
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+/// A controller whose replies are a table, on real sockets and a thread of its own (the workbench
+/// waits for replies without an event loop). Parameters of the table are answered in the wire's
+/// form, settings and actions with "kestrel2 ok"; what is not in the table is refused with error 3.
+///
+/// All functions may be called from the test's thread.
+class ScriptedController {
+public:
+    ScriptedController();
+    ~ScriptedController();
+    ScriptedController(const ScriptedController&) = delete;
+    ScriptedController& operator=(const ScriptedController&) = delete;
+
+    quint16 port() const { return m_port; }
+
+    void answer(const std::string& parameter, const std::string& value);
+    /// The bytes that are sent back for exactly this command, line end included (or left out).
+    void answerRaw(const std::string& command, const std::string& bytes);
+    void forget(const std::string& command); ///< back to the table
+
+    /// From now on commands are received and not answered.
+    void setSilent(bool silent);
+    /// Replies come so much later.
+    void setDelay(int milliseconds);
+
+    /// Sends bytes that nobody asked for.
+    void sendNow(const std::string& bytes);
+    void dropConnections();
+    void stopListening();
+    bool listenAgain(); ///< on the same port
+
+    std::vector<std::string> commands() const; ///< all that were received
+    int count(const std::string& command) const;
+    void clearCommands();
+    int connections() const; ///< accepted so far
+    /// The last port of "kestrel2 set data_port".
+    quint16 dataPort() const;
+    /// Sends one datagram from this controller's address to the data port.
+    void sendFrame(const std::string& frame) const;
+
+private:
+    class Server;
+    template <typename Function>
+    void onServerThread(Function function) const;
+    std::string replyTo(const std::string& command);
+
+    mutable std::mutex m_mutex;
+    std::map<std::string, std::string> m_values;
+    std::map<std::string, std::string> m_raw;
+    std::vector<std::string> m_commands;
+    bool m_silent = false;
+    int m_delay = 0;
+    int m_connections = 0;
+    quint16 m_port = 0;
+    QThread m_thread;
+    Server* m_server = nullptr;
+};

@@ -1,0 +1,316 @@
+#include "tests/workbench/scriptedcontroller.h"
+#include "workbench/commandchannel.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QtTest>
+
+using workbench::CommandChannel;
+
+namespace {
+constexpr int patience = 5000;
+constexpr int shortTimeout = 200;
+constexpr int slack = 1500; // what a loaded machine may add
+} // namespace
+
+class TestCommandChannel : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<ScriptedController> m_controller;
+    std::unique_ptr<CommandChannel> m_channel;
+
+    bool open() {
+        QSignalSpy opened(m_channel.get(), &CommandChannel::opened);
+        m_channel->open(QStringLiteral("127.0.0.1"), m_controller->port());
+        return opened.wait(patience);
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_controller = std::make_unique<ScriptedController>();
+        m_channel = std::make_unique<CommandChannel>();
+    }
+    void cleanup() {
+        m_channel.reset();
+        m_controller.reset();
+    }
+
+    void without_a_connection_every_command_fails_at_once() {
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(m_channel->ask("kestrel2 get a").result, int(workbench::NotConnected));
+        QVERIFY(clock.elapsed() < slack);
+    }
+
+    void a_get_gives_the_value_behind_the_name() {
+        m_controller->answer("status active", "none");
+        QVERIFY(open());
+        const CommandChannel::Answer answer = m_channel->ask("kestrel2 get status active");
+        QCOMPARE(answer.result, int(workbench::Success));
+        QCOMPARE(answer.line, std::string("kestrel2 set status active none"));
+        QCOMPARE(answer.reply.value, std::string("none"));
+    }
+
+    void replies_are_judged_data() {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<int>("result");
+        QTest::newRow("ok") << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 ok\n") << 0;
+        QTest::newRow("carriage return is ignored")
+            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 ok\r\n") << 0;
+        QTest::newRow("ok with a blank")
+            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 ok \n") << -3;
+        QTest::newRow("error number")
+            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err 12 \"no\"\n") << 12;
+        QTest::newRow("error number 0")
+            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err 0 \"no\"\n") << -3;
+        QTest::newRow("negative error number")
+            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err -2 \"no\"\n") << -3;
+        QTest::newRow("error without number")
+            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err\n") << -3;
+        QTest::newRow("another protocol")
+            << QByteArray("kestrel2 tracking start") << QByteArray("hello\n") << -3;
+        QTest::newRow("empty line")
+            << QByteArray("kestrel2 tracking start") << QByteArray("\n") << -3;
+        QTest::newRow("answer to another question")
+            << QByteArray("kestrel2 get a") << QByteArray("kestrel2 set b 1\n") << -3;
+        QTest::newRow("ok to a question")
+            << QByteArray("kestrel2 get a") << QByteArray("kestrel2 ok\n") << -3;
+        QTest::newRow("other zero padding")
+            << QByteArray("kestrel2 get tip b01") << QByteArray("kestrel2 set tip b1 yes\n") << 0;
+        QTest::newRow("another body") << QByteArray("kestrel2 get tip b01")
+                                      << QByteArray("kestrel2 set tip b012 yes\n") << -3;
+        QTest::newRow("refused question")
+            << QByteArray("kestrel2 get a") << QByteArray("kestrel2 err 3 \"unknown\"\n") << 3;
+    }
+    void replies_are_judged() {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, reply);
+        QFETCH(int, result);
+        m_controller->answerRaw(command.toStdString(), reply.toStdString());
+        QVERIFY(open());
+        QCOMPARE(m_channel->ask(command.toStdString()).result, result);
+        // The next command gets its own reply.
+        QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
+    }
+
+    void what_is_no_command_line_is_not_sent() {
+        QVERIFY(open());
+        m_controller->clearCommands();
+        const std::string tooLong(kestrel_wire::maxLineLength + 1, 'x');
+        for (const std::string& command :
+             {std::string(), std::string("kestrel2 a\nkestrel2 b"), std::string("kestrel2 a\r"),
+              std::string("a\0b", 3), tooLong}) {
+            QCOMPARE(m_channel->ask(command).result, int(workbench::BadCommand));
+        }
+        QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
+        QCOMPARE(m_controller->commands().size(), std::size_t(1));
+    }
+
+    void callbacks_come_in_order_and_never_from_inside_ask() {
+        QVERIFY(open());
+        QStringList order;
+        bool inside = false;
+        bool calledInside = false;
+        for (int i = 0; i < 3; ++i) {
+            m_channel->askLater("kestrel2 later " + std::to_string(i),
+                                [&, i](const CommandChannel::Answer& answer) {
+                                    calledInside = calledInside || inside;
+                                    order += QStringLiteral("%1:%2").arg(i).arg(answer.result);
+                                });
+        }
+        inside = true;
+        QCOMPARE(m_channel->ask("kestrel2 get status active").reply.value, std::string("none"));
+        inside = false;
+        QVERIFY(order.isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(order, QStringList({"0:0", "1:0", "2:0"}), patience);
+        QVERIFY(!calledInside);
+    }
+
+    void a_silent_controller_costs_one_timeout_and_no_more() {
+        QVERIFY(open());
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_controller->setSilent(true);
+        int failedCallbacks = 0;
+        for (int i = 0; i < 10; ++i) {
+            m_channel->askLater(
+                "kestrel2 later",
+                [&](const CommandChannel::Answer& answer) {
+                    failedCallbacks += answer.result == workbench::TimedOut ? 1 : 0;
+                },
+                shortTimeout);
+        }
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(m_channel->ask("kestrel2 get status active", shortTimeout).result,
+                 int(workbench::TimedOut));
+        QVERIFY(clock.elapsed() >= shortTimeout / 2);
+        QVERIFY(clock.elapsed() < shortTimeout + slack);
+        QVERIFY(!m_channel->isOpen());
+        clock.restart();
+        for (int i = 0; i < 100; ++i) {
+            QCOMPARE(m_channel->ask("kestrel2 get status active").result,
+                     int(workbench::NotConnected));
+        }
+        QVERIFY(clock.elapsed() < slack);
+        QCOMPARE(lost.count(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 1, patience);
+        QCOMPARE(failedCallbacks, 10);
+    }
+
+    void a_timeout_is_found_out_from_the_event_loop_too() {
+        QVERIFY(open());
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_controller->setSilent(true);
+        int result = 1;
+        m_channel->askLater(
+            "kestrel2 later", [&](const CommandChannel::Answer& answer) { result = answer.result; },
+            shortTimeout);
+        QVERIFY(lost.wait(patience));
+        QCOMPARE(result, int(workbench::TimedOut));
+    }
+
+    void a_slow_controller_is_not_a_dead_one() {
+        QVERIFY(open());
+        m_controller->setDelay(shortTimeout);
+        int answered = 0;
+        for (int i = 0; i < 3; ++i) {
+            m_channel->askLater("kestrel2 later", [&](const CommandChannel::Answer& answer) {
+                answered += answer.result == 0 ? 1 : 0;
+            });
+        }
+        QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(answered, 3, patience);
+    }
+
+    void a_late_reply_is_never_taken_for_the_next_one() {
+        QVERIFY(open());
+        m_controller->setDelay(3 * shortTimeout);
+        QCOMPARE(m_channel->ask("kestrel2 old", shortTimeout).result, int(workbench::TimedOut));
+        m_controller->setDelay(0);
+        QVERIFY(open());
+        m_controller->answerRaw("kestrel2 new", "kestrel2 err 7 \"mine\"\n");
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < 4 * shortTimeout) { // the late reply is due in this time
+            QCOMPARE(m_channel->ask("kestrel2 new").result, 7);
+        }
+    }
+
+    void lines_that_nobody_asked_for_are_dropped() {
+        QVERIFY(open());
+        QSignalSpy unexpected(m_channel.get(), &CommandChannel::unexpectedLine);
+        m_controller->answerRaw("kestrel2 twice", "kestrel2 ok\nkestrel2 ok\n");
+        m_controller->answerRaw("kestrel2 refused", "kestrel2 err 7 \"mine\"\n");
+        QCOMPARE(m_channel->ask("kestrel2 twice").result, 0);
+        QCOMPARE(m_channel->ask("kestrel2 refused").result, 7);
+        QTRY_COMPARE_WITH_TIMEOUT(unexpected.count(), 1, patience);
+    }
+
+    void an_unasked_line_in_the_event_loop_is_dropped_and_told() {
+        QVERIFY(open());
+        QCOMPARE(m_channel->ask("kestrel2 first").result, 0);
+        QSignalSpy unexpected(m_channel.get(), &CommandChannel::unexpectedLine);
+        m_controller->sendNow("kestrel2 ok\nkestrel2 ok\n");
+        QTRY_COMPARE_WITH_TIMEOUT(unexpected.count(), 1, patience);
+        m_controller->answerRaw("kestrel2 refused", "kestrel2 err 7 \"mine\"\n");
+        QCOMPARE(m_channel->ask("kestrel2 refused").result, 7);
+    }
+
+    void the_beginning_of_an_unasked_line_closes_the_connection() {
+        QVERIFY(open());
+        m_controller->answerRaw("kestrel2 more", "kestrel2 ok\nkestrel2 o");
+        QCOMPARE(m_channel->ask("kestrel2 more").result, 0);
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        QCOMPARE(m_channel->ask("kestrel2 get status active").result, int(workbench::NotConnected));
+        QVERIFY(lost.wait(patience));
+    }
+
+    void replies_out_of_step_close_the_connection() {
+        QVERIFY(open());
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_controller->answerRaw("kestrel2 get a", "kestrel2 set b 1\n");
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(m_channel->ask("kestrel2 get a").result, int(workbench::MalformedReply));
+        }
+        QVERIFY(!m_channel->isOpen());
+        QVERIFY(lost.wait(patience));
+    }
+
+    void a_reply_without_an_end_is_refused() {
+        QVERIFY(open());
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_controller->answerRaw("kestrel2 flood", std::string(200 * 1024, 'x'));
+        QCOMPARE(m_channel->ask("kestrel2 flood").result, int(workbench::MalformedReply));
+        QVERIFY(lost.wait(patience));
+    }
+
+    void a_cut_reply_is_a_timeout() {
+        QVERIFY(open());
+        m_controller->answerRaw("kestrel2 cut", "kestrel2 o");
+        QCOMPARE(m_channel->ask("kestrel2 cut", shortTimeout).result, int(workbench::TimedOut));
+    }
+
+    void a_dropped_connection_fails_the_commands_under_way() {
+        QVERIFY(open());
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_controller->setSilent(true);
+        int result = 1;
+        m_channel->askLater("kestrel2 later",
+                            [&](const CommandChannel::Answer& answer) { result = answer.result; });
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->count("kestrel2 later"), 1, patience);
+        m_controller->dropConnections();
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(m_channel->ask("kestrel2 get status active").result, int(workbench::NotConnected));
+        QVERIFY(clock.elapsed() < slack);
+        QVERIFY(lost.wait(patience));
+        QCOMPARE(result, int(workbench::NotConnected));
+    }
+
+    void the_queue_has_a_limit() {
+        QVERIFY(open());
+        m_controller->setSilent(true);
+        for (std::size_t i = 0; i < CommandChannel::maxPending; ++i) {
+            m_channel->askLater("kestrel2 later");
+        }
+        QCOMPARE(m_channel->ask("kestrel2 one more").result, int(workbench::QueueFull));
+    }
+
+    void a_refused_connection_is_reported() {
+        const quint16 port = m_controller->port();
+        m_controller->stopListening();
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_channel->open(QStringLiteral("127.0.0.1"), port);
+        QVERIFY(lost.wait(patience));
+        QVERIFY(!m_channel->isOpen());
+    }
+
+    void closing_ends_everything_silently() {
+        QVERIFY(open());
+        QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
+        m_controller->setSilent(true);
+        int result = 1;
+        m_channel->askLater("kestrel2 later",
+                            [&](const CommandChannel::Answer& answer) { result = answer.result; });
+        m_channel->close();
+        QTRY_COMPARE_WITH_TIMEOUT(result, int(workbench::NotConnected), patience);
+        QCOMPARE(lost.count(), 0);
+    }
+
+    void the_observer_sees_commands_and_replies_in_order() {
+        QVERIFY(open());
+        std::vector<std::string> seen;
+        m_channel->setObserver(
+            [&](const std::string& command, const CommandChannel::Answer& answer) {
+                seen.push_back(command + " > " + answer.line);
+            });
+        m_channel->askLater("kestrel2 a");
+        m_channel->ask("kestrel2 b");
+        QCOMPARE(seen, (std::vector<std::string>{"kestrel2 a > kestrel2 ok",
+                                                 "kestrel2 b > kestrel2 ok"}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCommandChannel)
+#include "test_commandchannel.moc"

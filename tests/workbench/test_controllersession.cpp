@@ -1,0 +1,211 @@
+#include "tests/workbench/scriptedcontroller.h"
+#include "tests/workbench/workbenchparts.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QUdpSocket>
+#include <QtTest>
+
+using workbench::ControllerSession;
+
+namespace {
+constexpr int patience = 8000;
+
+class Witness : public Requester {
+public:
+    int set_ascii_data(const char*, const char*) override { return 0; }
+    void set_mea_started() override { events += QStringLiteral("started"); }
+    void set_mea_stopped() override { events += QStringLiteral("stopped"); }
+    QStringList events;
+};
+
+} // namespace
+
+class TestControllerSession : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<ScriptedController> m_controller;
+    std::unique_ptr<WorkbenchParts> m_parts;
+
+    void becomeReady() {
+        m_parts->connectTo(m_controller->port());
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->count("kestrel2 get status active") > 0, patience);
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_controller = std::make_unique<ScriptedController>();
+        m_parts = std::make_unique<WorkbenchParts>();
+    }
+    void cleanup() {
+        m_parts.reset();
+        m_controller.reset();
+    }
+
+    void connecting_reads_the_versions_and_names_the_data_port() {
+        const BackendVersions* versions = m_parts->session.versions();
+        becomeReady();
+        QVERIFY(versions->systemPt() == VersionInfo(2, 10, 1));
+        QVERIFY(versions->protocol() == VersionInfo(1, 14, 0));
+        QVERIFY(versions->systemCt() == VersionInfo(1, 2, 3));
+        QCOMPARE(versions->hubModel(), QStringLiteral("SCRIPTED"));
+        QVERIFY(m_controller->dataPort() != 0);
+        QCOMPARE(m_controller->dataPort(), m_parts->session.boundDataPort());
+        QCOMPARE(m_parts->session.stateText(),
+                 QStringLiteral("Connected to 127.0.0.1:%1").arg(m_controller->port()));
+    }
+
+    void the_state_is_said_in_words() {
+        QCOMPARE(m_parts->session.stateText(), QStringLiteral("Not connected"));
+        const quint16 port = m_controller->port();
+        m_controller->stopListening();
+        m_parts->connectTo(port);
+        QVERIFY(m_parts->session.stateText().startsWith(QStringLiteral("Connecting to ")));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_parts->session.stateText().startsWith(QStringLiteral("No connection to ")), patience);
+        QVERIFY(m_controller->listenAgain());
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
+        m_controller->stopListening();
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.stateText().contains(QStringLiteral(" lost (")),
+                                 patience);
+        m_parts->session.disconnectFromController();
+        QCOMPARE(m_parts->session.stateText(), QStringLiteral("Not connected"));
+    }
+
+    void after_a_loss_it_comes_back_with_fresh_versions_into_the_same_record() {
+        becomeReady();
+        const BackendVersions* versions = m_parts->session.versions();
+        QSignalSpy ready(&m_parts->session, &ControllerSession::ready);
+        QCOMPARE(m_parts->host().set_parameter("output active chmon 6dmt2 yes"), 0);
+        m_controller->answer("version system", "2.11.0");
+        m_controller->clearCommands();
+        m_controller->dropConnections();
+        QVERIFY(ready.wait(patience));
+        QCOMPARE(ready.first().first().toBool(), false);
+        QCOMPARE(m_parts->session.versions(), versions);
+        QVERIFY(versions->systemPt() == VersionInfo(2, 11, 0));
+        QCOMPARE(m_controller->dataPort(), m_parts->session.boundDataPort());
+        QCOMPARE(m_controller->count("kestrel2 set output active chmon 6dmt2 yes"), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->count("kestrel2 get status active"), 1, patience);
+    }
+
+    void a_frozen_controller_does_not_freeze_the_caller_again_while_it_is_tried() {
+        becomeReady();
+        char reply[200];
+        m_controller->setSilent(true);
+        QCOMPARE(m_parts->host().get_parameter_string(reply, "a"), int(workbench::TimedOut));
+        const int before = m_controller->connections();
+        // It still accepts connections: being connected alone must not let commands through.
+        qint64 longest = 0;
+        QElapsedTimer total;
+        total.start();
+        while (m_controller->connections() < before + 1 && total.elapsed() < patience) {
+            QTest::qWait(20);
+        }
+        QVERIFY(m_controller->connections() > before);
+        for (int i = 0; i < 50; ++i) {
+            QElapsedTimer one;
+            one.start();
+            QVERIFY(m_parts->host().get_parameter_string(reply, "a") < 0);
+            longest = std::max(longest, one.elapsed());
+            QCoreApplication::processEvents();
+        }
+        QVERIFY2(longest < 1000, qPrintable(QString::number(longest)));
+        m_controller->setSilent(false);
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
+    }
+
+    void start_and_stop_are_learnt_from_acknowledged_commands() {
+        becomeReady();
+        Witness witness;
+        m_parts->host().register_measurement_requester(&witness);
+        char reply[200];
+        QCOMPARE(m_parts->host().send_command(reply, "kestrel2 tracking start"), 0);
+        m_controller->answer("status active", "6d");
+        QVERIFY(witness.events.isEmpty()); // never from inside the command
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, QStringList("started"), patience);
+        QCOMPARE(m_parts->host().send_command(reply, "kestrel2 tracking start"), 0);
+        QCOMPARE(m_parts->host().send_command(reply, "kestrel2 tracking stop"), 0);
+        m_controller->answer("status active", "none");
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, QStringList({"started", "stopped"}), patience);
+        QVERIFY(!m_parts->monitor.isMeasuring());
+        m_parts->host().unregister_measurement_requester(&witness);
+    }
+
+    void a_refused_start_starts_nothing() {
+        becomeReady();
+        m_controller->answerRaw("kestrel2 tracking start", "kestrel2 err 8 \"no\"\n");
+        char reply[200];
+        QCOMPARE(m_parts->host().send_command(reply, "kestrel2 tracking start"), 8);
+        QVERIFY(!m_parts->monitor.isMeasuring());
+    }
+
+    void what_others_start_and_stop_is_learnt_by_asking() {
+        becomeReady();
+        Witness witness;
+        m_parts->host().register_measurement_requester(&witness);
+        const QStringList started("started");
+        const QStringList both({"started", "stopped"});
+        m_controller->answer("status active", "wait");
+        const int asked = m_controller->count("kestrel2 get status active");
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->count("kestrel2 get status active") > asked + 1,
+                                 patience);
+        QVERIFY(witness.events.isEmpty());
+        m_controller->answer("status active", "tracking");
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, started, patience);
+        m_controller->answer("status active", "cal");
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, both, patience);
+        m_controller->answer("status active", "tracking");
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, both + started, patience);
+        m_controller->answer("status active", "err");
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, both + both, patience);
+        m_parts->host().unregister_measurement_requester(&witness);
+    }
+
+    void giving_a_controller_up_ends_the_measurement() {
+        m_controller->answer("status active", "tracking");
+        becomeReady();
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->monitor.isMeasuring(), patience);
+        Witness witness;
+        m_parts->host().register_measurement_requester(&witness);
+        m_parts->session.disconnectFromController();
+        QTRY_COMPARE_WITH_TIMEOUT(witness.events, QStringList("stopped"), patience);
+        m_parts->host().unregister_measurement_requester(&witness);
+    }
+
+    void a_version_that_cannot_be_read_is_unknown_and_the_rest_goes_on() {
+        m_controller->answerRaw("kestrel2 get version system_ct", "kestrel2 err 3 \"no\"\n");
+        m_controller->answer("version system", "rubbish");
+        becomeReady();
+        QVERIFY(m_parts->session.versions()->systemCt() == VersionInfo());
+        QVERIFY(m_parts->session.versions()->systemPt() == VersionInfo());
+        QVERIFY(m_parts->session.versions()->protocol() == VersionInfo(1, 14, 0));
+    }
+
+    void a_repeated_refusal_is_logged_once() {
+        becomeReady();
+        char reply[200];
+        for (int i = 0; i < 20; ++i) {
+            QCOMPARE(m_parts->host().get_parameter_string(reply, "unknown"), 3);
+        }
+        QCoreApplication::processEvents();
+        QCOMPARE(m_parts->log.toText().count(QStringLiteral("kestrel2 get unknown")), 1);
+    }
+
+    void a_data_port_in_use_is_told_and_the_commands_still_work() {
+        QUdpSocket other;
+        QVERIFY(other.bind(QHostAddress::LocalHost));
+        workbench::ControllerAddress address;
+        address.port = m_controller->port();
+        address.dataPort = other.localPort();
+        m_parts->session.connectTo(address);
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
+        QCOMPARE(m_parts->session.boundDataPort(), quint16(0));
+        QCoreApplication::processEvents();
+        QVERIFY(m_parts->log.toText().contains(QStringLiteral("No data can be received on port")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestControllerSession)
+#include "test_controllersession.moc"

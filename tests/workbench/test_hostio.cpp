@@ -1,0 +1,212 @@
+#include "tests/workbench/scriptedcontroller.h"
+#include "tests/workbench/workbenchparts.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <clocale>
+#include <cstring>
+#include <thread>
+
+namespace {
+constexpr int patience = 5000;
+constexpr int slack = 1500;
+constexpr char untouched = 0x55;
+} // namespace
+
+class TestHostIo : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<ScriptedController> m_controller;
+    std::unique_ptr<WorkbenchParts> m_parts;
+
+    IOManager& host() { return m_parts->host(); }
+
+    bool logHas(const QString& text) {
+        QCoreApplication::processEvents();
+        return m_parts->log.toText().contains(text);
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_controller = std::make_unique<ScriptedController>();
+        m_parts = std::make_unique<WorkbenchParts>();
+        m_parts->connectTo(m_controller->port());
+        QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
+        m_controller->clearCommands();
+    }
+    void cleanup() {
+        m_parts.reset();
+        m_controller.reset();
+    }
+
+    void a_string_is_the_value_part() {
+        m_controller->answer("measurementtool reference_of_tool b02", "b01");
+        char reply[200];
+        QCOMPARE(host().get_parameter_string(reply, "measurementtool reference_of_tool b%2.2d", 2),
+                 0);
+        QCOMPARE(QByteArray(reply), QByteArray("b01"));
+        QCOMPARE(m_controller->count("kestrel2 get measurementtool reference_of_tool b02"), 1);
+    }
+
+    void a_reply_of_199_characters_fits_and_one_of_200_does_not() {
+        for (const int size : {199, 200, 5000}) {
+            m_controller->answer("long", std::string(static_cast<std::size_t>(size), 'x'));
+            char reply[400];
+            std::memset(reply, untouched, sizeof reply);
+            const int result = host().get_parameter_string(reply, "long");
+            QCOMPARE(result, size == 199 ? 0 : int(workbench::ReplyTooLong));
+            QCOMPARE(int(std::strlen(reply)), size == 199 ? 199 : 0);
+            for (std::size_t i = 200; i < sizeof reply; ++i) {
+                QCOMPARE(reply[i], untouched);
+            }
+        }
+        QVERIFY(logHas(QStringLiteral("reply too long")));
+    }
+
+    void send_command_hands_out_the_whole_line() {
+        char reply[200];
+        QCOMPARE(host().send_command(reply, "kestrel2 tracking start"), 0);
+        QCOMPARE(QByteArray(reply), QByteArray("kestrel2 ok"));
+        m_controller->answer("status err", "5 \"too dark\"");
+        QCOMPARE(host().send_command(reply, "kestrel2 get status err"), 0);
+        QCOMPARE(QByteArray(reply), QByteArray("kestrel2 set status err 5 \"too dark\""));
+        m_controller->answerRaw("kestrel2 cal x start", "kestrel2 err 8 \"not now\"\n");
+        QCOMPARE(host().send_command(reply, "kestrel2 cal x start"), 8);
+        QCOMPARE(QByteArray(reply), QByteArray("kestrel2 err 8 \"not now\""));
+        m_controller->answerRaw("kestrel2 long", std::string(500, 'x') + '\n');
+        QVERIFY(host().send_command(reply, "kestrel2 long") < 0);
+    }
+
+    void numbers_are_wholly_numbers_data() {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<bool>("isInt");
+        QTest::addColumn<int>("asInt");
+        QTest::addColumn<bool>("isDouble");
+        QTest::addColumn<double>("asDouble");
+        QTest::newRow("whole") << QByteArray("4") << true << 4 << true << 4.0;
+        QTest::newRow("negative") << QByteArray("-12") << true << -12 << true << -12.0;
+        QTest::newRow("hex") << QByteArray("0x10") << true << 16 << true << 16.0;
+        QTest::newRow("fraction") << QByteArray("2.5") << false << 0 << true << 2.5;
+        QTest::newRow("exponent") << QByteArray("1e3") << false << 0 << true << 1000.0;
+        QTest::newRow("comma") << QByteArray("2,5") << false << 0 << false << 0.0;
+        QTest::newRow("unit") << QByteArray("5 mm") << false << 0 << false << 0.0;
+        QTest::newRow("two") << QByteArray("5 6") << false << 0 << false << 0.0;
+        QTest::newRow("word") << QByteArray("none") << false << 0 << false << 0.0;
+        QTest::newRow("nothing") << QByteArray("") << false << 0 << false << 0.0;
+        QTest::newRow("largest") << QByteArray("2147483647") << true << 2147483647 << true
+                                 << 2147483647.0;
+        QTest::newRow("beyond int")
+            << QByteArray("2147483648") << false << 0 << true << 2147483648.0;
+        QTest::newRow("beyond long")
+            << QByteArray("99999999999999999999") << false << 0 << true << 1e20;
+        QTest::newRow("beyond double") << QByteArray("1e999") << false << 0 << false << 0.0;
+        QTest::newRow("not a number") << QByteArray("nan") << false << 0 << false << 0.0;
+        QTest::newRow("infinite") << QByteArray("-inf") << false << 0 << false << 0.0;
+    }
+    void numbers_are_wholly_numbers() {
+        QFETCH(QByteArray, value);
+        QFETCH(bool, isInt);
+        QFETCH(int, asInt);
+        QFETCH(bool, isDouble);
+        QFETCH(double, asDouble);
+        m_controller->answer("n", value.toStdString());
+        int i = 77;
+        QCOMPARE(host().get_parameter_int(&i, "n"), isInt ? 0 : int(workbench::MalformedReply));
+        QCOMPARE(i, isInt ? asInt : 77);
+        double d = 7.7;
+        QCOMPARE(host().get_parameter_double(&d, "n"),
+                 isDouble ? 0 : int(workbench::MalformedReply));
+        QCOMPARE(d, isDouble ? asDouble : 7.7);
+    }
+
+    void yes_and_no_are_exact() {
+        bool value = false;
+        m_controller->answer("b", "yes");
+        QCOMPARE(host().get_parameter_bool(&value, "b"), 0);
+        QVERIFY(value);
+        m_controller->answer("b", "no");
+        QCOMPARE(host().get_parameter_bool(&value, "b"), 0);
+        QVERIFY(!value);
+        for (const char* text : {"Yes", "1", "true", "yes ", "no way"}) {
+            m_controller->answer("b", text);
+            QCOMPARE(host().get_parameter_bool(&value, "b"), int(workbench::MalformedReply));
+        }
+    }
+
+    void the_controllers_error_numbers_come_through() {
+        char reply[200];
+        int i = 0;
+        QCOMPARE(host().get_parameter_string(reply, "unknown"), 3);
+        QCOMPARE(host().get_parameter_int(&i, "unknown"), 3);
+        m_controller->answerRaw("kestrel2 set a 1", "kestrel2 err 4 \"bad\"\n");
+        QCOMPARE(host().set_parameter("a %d", 1), 4);
+        QVERIFY(logHas(QStringLiteral("bad (error 4)")));
+    }
+
+    void formats_are_written_with_a_decimal_point() {
+        const QByteArray before = std::setlocale(LC_ALL, nullptr);
+        QVERIFY(std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr);
+        const int result = host().set_parameter("radius b%2.2d %.3f", 3, 1.5);
+        std::setlocale(LC_ALL, before.constData());
+        QCOMPARE(result, 0);
+        QCOMPARE(m_controller->count("kestrel2 set radius b03 1.500"), 1);
+    }
+
+    void long_parameters_are_sent_whole_and_endless_ones_not_at_all() {
+        const std::string text(1000, 'y');
+        QCOMPARE(host().set_parameter("a %s", text.c_str()), 0);
+        QCOMPARE(m_controller->count("kestrel2 set a " + text), 1);
+        const std::string endless(70000, 'y');
+        QCOMPARE(host().set_parameter("a %s", endless.c_str()), int(workbench::BadCommand));
+        QCOMPARE(host().set_parameter("a\nkestrel2 b"), int(workbench::BadCommand));
+    }
+
+    void null_pointers_are_refused() {
+        char reply[200];
+        QVERIFY(host().send_command(nullptr, "kestrel2 a") < 0);
+        QVERIFY(host().send_command(reply, nullptr) < 0);
+        QVERIFY(host().get_parameter_string(nullptr, "a") < 0);
+        QVERIFY(host().register_data_requester(nullptr, nullptr) < 0);
+        QVERIFY(host().register_data_requester("6dmt", nullptr) < 0);
+        QVERIFY(host().register_measurement_requester(nullptr) < 0);
+    }
+
+    void the_timeout_of_the_next_command_can_be_set_and_only_of_that_one() {
+        QCOMPARE(host().set_channel_option(0, 5000, 0), 0);
+        m_controller->setDelay(2400);
+        char reply[200];
+        QCOMPARE(host().send_command(reply, "kestrel2 cal x start"), 0);
+        QCOMPARE(host().send_command(reply, "kestrel2 tracking start"), int(workbench::TimedOut));
+    }
+
+    void a_dead_controller_costs_one_timeout() {
+        m_controller->setSilent(true);
+        QElapsedTimer clock;
+        clock.start();
+        char reply[200];
+        QCOMPARE(host().get_parameter_string(reply, "a"), int(workbench::TimedOut));
+        for (int i = 0; i < 50; ++i) {
+            QCOMPARE(host().get_parameter_string(reply, "a"), int(workbench::NotConnected));
+        }
+        QVERIFY(clock.elapsed() < workbench::CommandChannel::defaultTimeoutMs + slack);
+    }
+
+    void other_threads_are_refused() {
+        int result = 0;
+        std::thread other([&] {
+            char reply[200];
+            result = host().get_parameter_string(reply, "status active");
+        });
+        other.join();
+        QCOMPARE(result, int(workbench::WrongThread));
+    }
+
+    void log_lines_of_modules_are_plain_text() {
+        host().write_log("standard", "KESTREL3", 1, "Error: <b>100%s</b>\nnext");
+        QVERIFY(logHas(QStringLiteral("standard\tKESTREL3\t1\tError: <b>100%s</b>\\nnext")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestHostIo)
+#include "test_hostio.moc"

@@ -1,0 +1,224 @@
+#include "workbench/controllersession.h"
+
+#include "libs/kestrel_wire/command.h"
+#include "workbench/datareceiver.h"
+#include "workbench/log.h"
+#include "workbench/measurementmonitor.h"
+
+namespace workbench {
+
+namespace {
+
+constexpr int maxReported = 1000;
+constexpr const char* outputPrefix = "kestrel2 set output active ";
+
+QString text(const std::string& bytes) {
+    return QString::fromUtf8(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+} // namespace
+
+ControllerSession::ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor, Log& log,
+                                     QObject* parent)
+    : QObject(parent)
+    , m_receiver(receiver)
+    , m_monitor(monitor)
+    , m_log(log) {
+    m_retryTimer.setSingleShot(true);
+    m_retryTimer.setInterval(retryIntervalMs);
+    m_pollTimer.setInterval(pollIntervalMs);
+    m_channel.setObserver([this](const std::string& command, const CommandChannel::Answer& answer) {
+        observe(command, answer);
+    });
+    connect(&m_channel, &CommandChannel::opened, this, &ControllerSession::onOpened);
+    connect(&m_channel, &CommandChannel::lost, this, &ControllerSession::onLost);
+    connect(&m_channel, &CommandChannel::unexpectedLine, this, [this](const QString& line) {
+        m_log.problem(tr("The controller sent a line that nobody asked for: %1").arg(line));
+    });
+    connect(&m_retryTimer, &QTimer::timeout, this, &ControllerSession::openChannel);
+    connect(&m_pollTimer, &QTimer::timeout, this, &ControllerSession::poll);
+}
+
+ControllerSession::~ControllerSession() {
+    m_channel.setObserver({});
+}
+
+void ControllerSession::connectTo(const ControllerAddress& address) {
+    disconnectFromController();
+    m_address = address;
+    setState(State::Connecting);
+    m_log.info(tr("Connecting to %1").arg(address.toString()));
+    openChannel();
+}
+
+void ControllerSession::disconnectFromController() {
+    m_retryTimer.stop();
+    m_pollTimer.stop();
+    m_channel.close();
+    m_receiver.stop();
+    m_monitor.forget();
+    m_boundDataPort = 0;
+    m_outputs.clear();
+    m_versions = BackendVersions();
+    if (m_wasReady) {
+        m_log.info(tr("Disconnected from %1").arg(m_address.toString()));
+    }
+    m_wasReady = false;
+    setState(State::Disconnected);
+}
+
+void ControllerSession::setState(State state, const QString& reason) {
+    if (state != m_state || reason != m_reason) {
+        m_state = state;
+        m_reason = reason;
+        Q_EMIT stateChanged();
+    }
+}
+
+QString ControllerSession::stateText() const {
+    const QString where = m_address.toString();
+    switch (m_state) {
+    case State::Disconnected:
+        break;
+    case State::Connecting:
+        return tr("Connecting to %1").arg(where);
+    case State::Reading:
+        return tr("Connected to %1, reading its versions").arg(where);
+    case State::Ready:
+        return tr("Connected to %1").arg(where);
+    case State::Failed:
+        return tr("No connection to %1 (%2), trying again").arg(where, m_reason);
+    case State::Lost:
+        return tr("Connection to %1 lost (%2), reconnecting").arg(where, m_reason);
+    }
+    return tr("Not connected");
+}
+
+void ControllerSession::openChannel() {
+    m_polling = false;
+    m_channel.open(m_address.host, m_address.port);
+}
+
+void ControllerSession::onLost(const QString& reason) {
+    const State state = m_wasReady ? State::Lost : State::Failed;
+    const bool known = m_state == state && m_reason == reason;
+    m_pollTimer.stop();
+    setState(state, reason);
+    if (!known) {
+        m_log.problem(stateText());
+    }
+    m_retryTimer.start();
+}
+
+void ControllerSession::onOpened() {
+    // A lost controller that accepts connections and then says nothing stays lost in words.
+    if (m_state == State::Connecting) {
+        setState(State::Reading);
+    }
+    m_reported.clear();
+    nameDataPort();
+    restoreOutputs();
+    readVersions();
+}
+
+void ControllerSession::readVersions() {
+    const auto read = std::make_shared<VersionTexts>();
+    for (const char* const name : {"system", "protocol", "system_ct", "model"}) {
+        const bool isLast = name == std::string_view("model");
+        m_channel.askLater(kestrel_wire::getCommand(std::string("version ") + name),
+                           [=](const CommandChannel::Answer& answer) {
+                               if (answer.result == Success) {
+                                   (*read)[name] = text(answer.reply.value);
+                               }
+                               if (isLast) {
+                                   takeVersions(*read);
+                                   finishHandshake(answer);
+                               }
+                           });
+    }
+}
+
+// A version that cannot be read now keeps its last value.
+void ControllerSession::takeVersions(const VersionTexts& texts) {
+    const auto version = [&texts](const char* name, const VersionInfo& before) {
+        bool good = false;
+        const VersionInfo value = VersionInfo::fromString(texts.value(name), &good);
+        return good ? value : before;
+    };
+    m_versions = BackendVersions(
+        version("system", m_versions.systemPt()), version("protocol", m_versions.protocol()),
+        version("system_ct", m_versions.systemCt()), texts.value("model", m_versions.hubModel()));
+}
+
+void ControllerSession::nameDataPort() {
+    QString error;
+    m_boundDataPort = m_receiver.start(m_channel.localAddress(), m_address.dataPort,
+                                       m_channel.peerAddress(), &error);
+    if (m_boundDataPort == 0) {
+        m_log.problem(tr("No data can be received on port %1: %2")
+                          .arg(QString::number(m_address.dataPort), error));
+        return;
+    }
+    m_channel.askLater(kestrel_wire::setCommand("data_port " + std::to_string(m_boundDataPort)));
+}
+
+void ControllerSession::restoreOutputs() {
+    for (const auto& [output, value] : m_outputs) {
+        m_channel.askLater(output + ' ' + value);
+    }
+}
+
+// The answer to the last command of the opening: from here on the controller answers.
+void ControllerSession::finishHandshake(const CommandChannel::Answer& answer) {
+    if (!m_channel.isOpen() || answer.result == NotConnected || answer.result == TimedOut) {
+        return;
+    }
+    const bool first = !m_wasReady;
+    m_wasReady = true;
+    setState(State::Ready);
+    m_log.info(tr("Connected to %1: model %2, system %3, protocol %4")
+                   .arg(m_address.toString(), m_versions.hubModel(),
+                        m_versions.systemPt().toString(), m_versions.protocol().toString()));
+    m_pollTimer.start();
+    Q_EMIT ready(first);
+    poll();
+}
+
+void ControllerSession::poll() {
+    if (!isReady() || m_polling) {
+        return;
+    }
+    m_polling = true;
+    m_channel.askLater("kestrel2 get status active",
+                       [this](const CommandChannel::Answer&) { m_polling = false; });
+}
+
+void ControllerSession::observe(const std::string& command, const CommandChannel::Answer& answer) {
+    m_monitor.observe(command, answer);
+    if (answer.result == Success) {
+        const std::size_t valueAt = command.rfind(' ');
+        if (command.rfind(outputPrefix, 0) == 0 && valueAt != std::string::npos) {
+            m_outputs[command.substr(0, valueAt)] = command.substr(valueAt + 1);
+        }
+    } else {
+        report(command, answer);
+    }
+}
+
+void ControllerSession::report(const std::string& command, const CommandChannel::Answer& answer) {
+    const QString line =
+        answer.result > 0
+            ? tr("The controller refused \"%1\": %2 (error %3)")
+                  .arg(text(command), text(answer.reply.errorText), QString::number(answer.result))
+            : tr("Malformed reply to \"%1\": %2").arg(text(command), text(answer.line));
+    // Dialogs and the poll repeat their questions; the answer is news only once.
+    if (command.rfind("kestrel2 get ", 0) == 0) {
+        if (m_reported.contains(line) || m_reported.size() >= maxReported) {
+            return;
+        }
+        m_reported.insert(line);
+    }
+    m_log.problem(line);
+}
+
+} // namespace workbench

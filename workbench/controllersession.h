@@ -1,0 +1,102 @@
+#pragma once
+
+#include "host_api/backendversions.h"
+#include "workbench/commandchannel.h"
+#include "workbench/controlleraddress.h"
+
+#include <QByteArray>
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+#include <map>
+#include <string>
+
+namespace workbench {
+
+class DataReceiver;
+class Log;
+class MeasurementMonitor;
+
+/// The connection to the controller that the user has chosen, for as long as he wants it: connects,
+/// reads the versions, names the data port, asks about once a second whether a measurement runs,
+/// and comes back by itself when the connection was lost. Nothing of that blocks.
+///
+/// On the way back the versions are read again into the same record, and the output channels that
+/// were switched through this session are switched again: a controller that was restarted meanwhile
+/// has forgotten them, and nobody else would tell it.
+class ControllerSession : public QObject {
+    Q_OBJECT
+
+public:
+    enum class State {
+        Disconnected,
+        Connecting, ///< for the first time since connectTo()
+        Reading,    ///< connected, the versions are being read
+        Ready,      ///< commands are taken
+        Failed,     ///< could not connect; tries again
+        Lost        ///< was ready before; tries again
+    };
+    static constexpr int retryIntervalMs = 1000;
+    static constexpr int pollIntervalMs = 1000;
+
+    ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor, Log& log,
+                      QObject* parent = nullptr);
+    ~ControllerSession() override;
+
+    void connectTo(const ControllerAddress& address);
+    void disconnectFromController();
+
+    State state() const { return m_state; }
+    bool isReady() const { return m_state == State::Ready; }
+    QString stateText() const; ///< in words, plain text
+    const ControllerAddress& address() const { return m_address; }
+    quint16 boundDataPort() const { return m_boundDataPort; } ///< 0: no data can be received
+
+    /// One record for the session's whole life; its content follows the controller.
+    BackendVersions* versions() { return &m_versions; }
+
+    /// Only to be used for commands while isReady().
+    CommandChannel& channel() { return m_channel; }
+
+Q_SIGNALS:
+    void stateChanged();
+    /// Commands are taken from now on. `first`: the first time since connectTo().
+    void ready(bool first);
+
+private:
+    using VersionTexts = QMap<QByteArray, QString>; // what was answered, by name
+
+    void setState(State state, const QString& reason = {});
+    void openChannel();
+    void onOpened();
+    void onLost(const QString& reason);
+    void readVersions();
+    void takeVersions(const VersionTexts& texts);
+    void nameDataPort();
+    void restoreOutputs();
+    void finishHandshake(const CommandChannel::Answer& answer);
+    void poll();
+    void observe(const std::string& command, const CommandChannel::Answer& answer);
+    void report(const std::string& command, const CommandChannel::Answer& answer);
+
+    DataReceiver& m_receiver;
+    MeasurementMonitor& m_monitor;
+    Log& m_log;
+    CommandChannel m_channel;
+    QTimer m_retryTimer;
+    QTimer m_pollTimer;
+    State m_state = State::Disconnected;
+    QString m_reason; // of Failed and Lost
+    ControllerAddress m_address;
+    BackendVersions m_versions;
+    quint16 m_boundDataPort = 0;
+    bool m_wasReady = false;
+    bool m_polling = false;
+    std::map<std::string, std::string>
+        m_outputs;            // "output active chmon 6dmt" and its "yes" or "no"
+    QSet<QString> m_reported; // refused queries that the log has already
+};
+
+} // namespace workbench

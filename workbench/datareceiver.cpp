@@ -1,0 +1,141 @@
+#include "workbench/datareceiver.h"
+
+#include "libs/kestrel_wire/recording.h"
+#include "workbench/recorder.h"
+#include "workbench/requesterregistry.h"
+
+#include <QThread>
+#include <QUdpSocket>
+
+#include <future>
+
+namespace workbench {
+
+namespace {
+
+constexpr int receiveBufferSize = 1024 * 1024; // some hundred milliseconds of the fastest frames
+
+std::vector<std::string_view> linesOf(std::string_view frame) {
+    std::vector<std::string_view> lines;
+    while (!frame.empty()) {
+        const std::size_t end = frame.find('\n');
+        std::string_view line = frame.substr(0, end);
+        frame.remove_prefix(end == std::string_view::npos ? frame.size() : end + 1);
+        if (!line.empty() && line.back() == '\r') {
+            line.remove_suffix(1);
+        }
+        if (!line.empty() && line.size() <= kestrel_wire::maxLineLength) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+class DataReceiver::ReceivingThread : public QThread {
+public:
+    ReceivingThread(DataReceiver& receiver, const QHostAddress& address, quint16 port,
+                    const QHostAddress& controller)
+        : m_receiver(receiver)
+        , m_address(address)
+        , m_port(port)
+        , m_controller(controller) {}
+
+    struct Bound {
+        quint16 port = 0;
+        QString error;
+    };
+    std::future<Bound> bound() { return m_bound.get_future(); }
+
+protected:
+    void run() override {
+        QUdpSocket socket;
+        if (!socket.bind(m_address, m_port, QAbstractSocket::DontShareAddress)) {
+            m_bound.set_value({0, socket.errorString()});
+            return;
+        }
+        socket.setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, receiveBufferSize);
+        connect(&socket, &QUdpSocket::readyRead, &socket, [this, &socket] { take(socket); });
+        m_bound.set_value({socket.localPort(), QString()});
+        exec();
+    }
+
+private:
+    void take(QUdpSocket& socket) {
+        while (socket.hasPendingDatagrams()) {
+            m_buffer.resize(
+                static_cast<std::size_t>(std::max<qint64>(0, socket.pendingDatagramSize())));
+            QHostAddress sender;
+            const qint64 size =
+                socket.readDatagram(m_buffer.data(), static_cast<qint64>(m_buffer.size()), &sender);
+            if (size < 0) {
+                return;
+            }
+            if (!sender.isEqual(m_controller, QHostAddress::TolerantConversion)) {
+                m_receiver.m_statistics.addForeign();
+            } else {
+                m_receiver.handOut({m_buffer.data(), static_cast<std::size_t>(size)});
+            }
+        }
+    }
+
+    DataReceiver& m_receiver;
+    const QHostAddress m_address;
+    const quint16 m_port;
+    const QHostAddress m_controller;
+    std::promise<Bound> m_bound;
+    std::vector<char> m_buffer;
+};
+
+DataReceiver::DataReceiver(RequesterRegistry& registry, Recorder& recorder)
+    : m_registry(registry)
+    , m_recorder(recorder) {}
+
+DataReceiver::~DataReceiver() {
+    stop();
+}
+
+quint16 DataReceiver::start(const QHostAddress& address, quint16 port,
+                            const QHostAddress& controller, QString* error) {
+    stop();
+    m_statistics.reset();
+    m_thread = std::make_unique<ReceivingThread>(*this, address, port, controller);
+    std::future<ReceivingThread::Bound> future = m_thread->bound();
+    m_thread->start(QThread::TimeCriticalPriority);
+    const ReceivingThread::Bound bound = future.get();
+    if (bound.port == 0) {
+        *error = bound.error;
+        stop();
+    }
+    return bound.port;
+}
+
+void DataReceiver::stop() {
+    if (m_thread != nullptr) {
+        m_thread->quit();
+        m_thread->wait();
+        m_thread.reset();
+    }
+}
+
+void DataReceiver::handOut(std::string_view frame) {
+    const std::vector<std::string_view> lines = linesOf(frame);
+    m_recorder.frame(lines);
+    std::int64_t counter = -1;
+    int rejected = 0;
+    std::string line;
+    for (const std::string_view text : lines) {
+        if (counter < 0) {
+            counter = FrameStatistics::frameCounter(text);
+        }
+        line.assign(text);
+        const std::string channel(kestrel_wire::channelOf(text));
+        rejected += m_registry.deliver(channel.c_str(), line.c_str()).rejected;
+    }
+    if (!lines.empty()) {
+        m_statistics.addFrame(counter, rejected);
+    }
+}
+
+} // namespace workbench

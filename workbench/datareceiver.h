@@ -1,0 +1,54 @@
+#pragma once
+
+#include "workbench/framestatistics.h"
+
+#include <QHostAddress>
+#include <QString>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QThread;
+
+namespace workbench {
+
+class Recorder;
+class RequesterRegistry;
+
+/// Takes the data lines of one controller: a UDP port on a thread of its own. Each datagram of the
+/// controller's address is one frame of lines, "\r\n" between them; they go to the recorder and,
+/// one by one, to the requesters of their channels, all on that thread. Datagrams from elsewhere
+/// are counted and dropped.
+class DataReceiver {
+public:
+    DataReceiver(RequesterRegistry& registry, Recorder& recorder);
+    ~DataReceiver();
+    DataReceiver(const DataReceiver&) = delete;
+    DataReceiver& operator=(const DataReceiver&) = delete;
+
+    /// Binds `port` (0: any free one) of the local `address` and begins to take the datagrams of
+    /// `controller`. Returns the port, or 0 with a reason in `*error`. Ends an earlier reception.
+    quint16 start(const QHostAddress& address, quint16 port, const QHostAddress& controller,
+                  QString* error);
+
+    /// Waits for a frame that is being handed out.
+    void stop();
+
+    FrameStatistics& statistics() { return m_statistics; }
+
+    /// Cuts a frame at "\r\n" (a lone "\n" counts as well) and hands it out; the receiving thread's
+    /// work for one datagram. Lines of more than 64 KiB are dropped.
+    void handOut(std::string_view frame);
+
+private:
+    class ReceivingThread;
+
+    RequesterRegistry& m_registry;
+    Recorder& m_recorder;
+    FrameStatistics m_statistics;
+    std::unique_ptr<ReceivingThread> m_thread;
+};
+
+} // namespace workbench

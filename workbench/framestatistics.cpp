@@ -1,0 +1,77 @@
+#include "workbench/framestatistics.h"
+
+#include "KestrelParse.h"
+
+#include <string>
+
+namespace workbench {
+
+namespace {
+
+// A greater jump is no loss: the controller has begun to count anew, or the line was garbled.
+constexpr std::int64_t largestGap = 100000;
+constexpr double rateInterval = 1.0;
+
+double seconds(FrameStatistics::Clock::duration duration) {
+    return std::chrono::duration<double>(duration).count();
+}
+
+} // namespace
+
+void FrameStatistics::reset() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_counts = Snapshot();
+    m_lastCounter = -1;
+    m_framesThen = 0;
+}
+
+void FrameStatistics::addFrame(std::int64_t counter, int rejectedLines, Clock::time_point now) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_counts.frames == 0) {
+        m_rateSince = now;
+    }
+    ++m_counts.frames;
+    m_counts.rejectedLines += static_cast<std::uint64_t>(rejectedLines);
+    m_lastFrame = now;
+    if (counter < 0) {
+        return;
+    }
+    const std::int64_t gap = counter - m_lastCounter - 1;
+    if (m_lastCounter >= 0 && gap > 0 && gap <= largestGap) {
+        m_counts.lostFrames += static_cast<std::uint64_t>(gap);
+    }
+    m_lastCounter = counter;
+}
+
+void FrameStatistics::addForeign() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_counts.foreign;
+}
+
+FrameStatistics::Snapshot FrameStatistics::snapshot(Clock::time_point now) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_counts.frames > 0) {
+        m_counts.lastFrameAge = seconds(now - m_lastFrame);
+        const double interval = seconds(now - m_rateSince);
+        if (interval >= rateInterval) {
+            m_counts.framesPerSecond =
+                static_cast<double>(m_counts.frames - m_framesThen) / interval;
+            m_framesThen = m_counts.frames;
+            m_rateSince = now;
+        }
+    }
+    return m_counts;
+}
+
+std::int64_t FrameStatistics::frameCounter(std::string_view line) {
+    if (line.substr(0, 3) != "fr ") {
+        return -1;
+    }
+    std::string text(line.substr(3));
+    unsigned int counter = 0;
+    return KestrelSDK_Parse::string_get_ui(text.data(), &counter) == nullptr
+               ? -1
+               : static_cast<std::int64_t>(counter);
+}
+
+} // namespace workbench

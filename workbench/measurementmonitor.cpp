@@ -1,0 +1,70 @@
+#include "workbench/measurementmonitor.h"
+
+#include "workbench/requesterregistry.h"
+
+namespace workbench {
+
+namespace {
+
+// A command as the controller reads it: words, however many blanks stand between them.
+std::string withSingleBlanks(const std::string& text) {
+    std::string result;
+    for (const char c : text) {
+        if (c != ' ' || (!result.empty() && result.back() != ' ')) {
+            result += c;
+        }
+    }
+    while (!result.empty() && result.back() == ' ') {
+        result.pop_back();
+    }
+    return result;
+}
+
+} // namespace
+
+MeasurementMonitor::MeasurementMonitor(RequesterRegistry& registry, QObject* parent)
+    : QObject(parent)
+    , m_registry(registry) {}
+
+void MeasurementMonitor::observe(const std::string& command, const CommandChannel::Answer& answer) {
+    if (answer.result != Success) {
+        return;
+    }
+    const std::string words = withSingleBlanks(command);
+    if (words == "kestrel2 tracking start") {
+        learn(true);
+    } else if (words == "kestrel2 tracking stop") {
+        learn(false);
+    } else if (words == "kestrel2 get status active") {
+        const std::string& value = answer.reply.value;
+        if (value == "none" || value == "err" || value == "cal") {
+            learn(false);
+        } else if (!value.empty() && value != "wait") {
+            learn(true);
+        }
+    }
+}
+
+void MeasurementMonitor::learn(bool measuring) {
+    if (measuring == m_measuring) {
+        return;
+    }
+    m_measuring = measuring;
+    m_changes.push_back(measuring);
+    QMetaObject::invokeMethod(this, &MeasurementMonitor::notify, Qt::QueuedConnection);
+}
+
+void MeasurementMonitor::notify() {
+    while (!m_changes.empty()) {
+        const bool measuring = m_changes.front();
+        m_changes.pop_front();
+        Q_EMIT changed(measuring);
+        if (measuring) {
+            m_registry.notifyStarted();
+        } else {
+            m_registry.notifyStopped();
+        }
+    }
+}
+
+} // namespace workbench
