@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int refreshIntervalMs = 1000;
+constexpr int rowHeight = 28;
 
 template <typename... Widgets>
 void setAllEnabled(bool enable, Widgets*... widgets) {
@@ -36,10 +37,43 @@ MtSettingsDlg::MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersion
     setupTableMeaBodies();
     setupTableRefBodies();
     setupTablesDevices();
+    arrange();
     followKeyboard();
 
     m_updateTimer.setInterval(refreshIntervalMs);
     connect(&m_updateTimer, &QTimer::timeout, this, &MtSettingsDlg::updateTableDevices);
+}
+
+void MtSettingsDlg::arrange() {
+    // The two grids of the point measurement line up whatever the font.
+    int labelWidth = 0;
+    int editorWidth = 0;
+    for (const QGridLayout* grid : {ui.layout_duration, ui.layout_startSimulation}) {
+        for (int row = 0; row < grid->rowCount(); ++row) {
+            const QLayoutItem* const editor = grid->itemAtPosition(row, 1);
+            const QLayoutItem* const label = grid->itemAtPosition(row, 0);
+            if (editor != label) {
+                labelWidth = std::max(labelWidth, label->sizeHint().width());
+                editorWidth = std::max(editorWidth, editor->sizeHint().width());
+            }
+        }
+    }
+    for (QGridLayout* grid : {ui.layout_duration, ui.layout_startSimulation}) {
+        grid->setColumnMinimumWidth(0, labelWidth);
+        grid->setColumnMinimumWidth(1, editorWidth);
+    }
+
+    // With a large font the form's size would cut off columns and leave room for hardly a row.
+    constexpr int roomyRows = 5;
+    const QTableWidget* const table = ui.tableWidget_meaBodies;
+    int columns = table->horizontalHeader()->defaultSectionSize() + 2 * table->frameWidth();
+    for (int column = IdColumn; column < SerialColumn; ++column) {
+        columns += table->columnWidth(column);
+    }
+    const QSize hint = table->sizeHint().expandedTo(table->minimumSize());
+    const int rows = table->horizontalHeader()->sizeHint().height() + roomyRows * rowHeight;
+    const QSize more(std::max(0, columns - hint.width()), std::max(0, rows - hint.height()));
+    resize(size().expandedTo(sizeHint() + more));
 }
 
 int MtSettingsDlg::update_and_exec() {
@@ -271,16 +305,13 @@ void MtSettingsDlg::setUpTable(QTableWidget* table, const QStringList& headers) 
     table->setColumnCount(headers.size());
     table->setHorizontalHeaderLabels(headers);
     table->horizontalHeader()->setSectionsClickable(false);
+    table->verticalHeader()->setMinimumSectionSize(rowHeight); // a large font would widen the rows
+    table->verticalHeader()->setDefaultSectionSize(rowHeight);
 }
 
 void MtSettingsDlg::resizeTable(QTableWidget* table, int rows) {
-    constexpr int rowHeight = 28;
     const QSignalBlocker blocker(table);
-    const int before = table->rowCount();
     table->setRowCount(rows);
-    for (int row = before; row < rows; ++row) {
-        table->setRowHeight(row, rowHeight);
-    }
 }
 
 void MtSettingsDlg::setCell(QTableWidget* table, int row, int column, const QString& text,

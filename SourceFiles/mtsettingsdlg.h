@@ -86,6 +86,7 @@ private:
     enum class CellStyle { Plain, Centred, Editable };
 
     // Frame
+    void arrange();
     void onShowDlg();
     void onHideDlg();
     void enableDialog(bool enable);
