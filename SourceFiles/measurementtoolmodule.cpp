@@ -1,6 +1,7 @@
 #include "SourceFiles/measurementtoolmodule.h"
 
 #include "SourceFiles/mtdatadisplay.h"
+#include "SourceFiles/mtsettingsdlg.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
 #include "host_api/metatypes.h"
@@ -42,6 +43,9 @@ QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
     if (!gui_elements.isEmpty() || isOldCompactSystem()) {
         return gui_elements;
     }
+    if (!bObserverMode) {
+        addSettings();
+    }
     addDataDisplay();
     return gui_elements;
 }
@@ -60,6 +64,26 @@ void MeasurementToolModule::exit_module() {
     deleteContent(gui_mtCalibration);
     deleteContent(gui_mtDataDisplay);
     gui_elements.clear();
+}
+
+void MeasurementToolModule::addSettings() {
+    auto* const dialog = new MtSettingsDlg(iom, mod_parent, beVers);
+    QAction* const action = fillTrackingEntry(gui_mtSettings, dialog, 50, tr("&Measurement Tool"));
+    action->setStatusTip(tr("Open the Measurement Tool settings dialog"));
+    action->setWhatsThis(tr("Change the Measurement Tool settings"));
+    connect(action, &QAction::triggered, dialog, &MtSettingsDlg::update_and_exec);
+    add(gui_mtSettings);
+}
+
+QAction* MeasurementToolModule::fillTrackingEntry(_GuiElement& element, QWidget* dialog,
+                                                  int orderNumber, const QString& text) {
+    element.menu_entry = new QAction(text, this);
+    element.menu_entry_order_number = orderNumber;
+    element.menu_name = tr("&Tracking");
+    element.menu_order_number = 300;
+    element.content = dialog;
+    element.action_active_during_measurement = 0;
+    return element.menu_entry;
 }
 
 void MeasurementToolModule::addDataDisplay() {

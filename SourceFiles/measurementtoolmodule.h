@@ -28,7 +28,12 @@ public:
     void set_param(QString key, QVariant value) override;
 
 private:
+    void addSettings();
     void addDataDisplay();
+
+    /// Fills the record of a modal dialog's entry and makes its action, a child of the module.
+    QAction* fillTrackingEntry(_GuiElement& element, QWidget* dialog, int orderNumber,
+                               const QString& text);
     MtDataDisplay* dataDisplay() const; ///< null before it is built and after it is gone
 
     /// Hands a filled record to the host; it forgets its widget and action when the widget dies,
