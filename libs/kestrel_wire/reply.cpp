@@ -1,5 +1,7 @@
 #include "libs/kestrel_wire/reply.h"
 
+#include "KestrelParse.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -14,55 +16,9 @@ bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-// Where the value behind the name `p` begins, null when `str` does not begin with that name.
-char* afterName(char* str, const char* p) {
-    for (char before = ' '; *p; before = *p++) {
-        if (isDigit(*p) && !isDigit(before)) {
-            while (*p == '0') {
-                ++p;
-            }
-            while (*str == '0') {
-                ++str;
-            }
-            if (!*p) {
-                break;
-            }
-        }
-        if (*p != *str) {
-            return nullptr;
-        }
-        ++str;
-        if (*p == ' ') {
-            while (p[1] == ' ') {
-                ++p;
-            }
-            while (*str == ' ') {
-                ++str;
-            }
-        }
-    }
-    ++str;
-    while (*str == ' ') {
-        ++str;
-    }
-    return str;
-}
-
-// The scanners want a buffer that they may write to; the second terminator is there because a name
-// at the very end of the text is followed by no separator to skip.
-std::string scannable(std::string_view text) {
-    std::string buffer(text);
-    buffer.append(2, '\0');
-    return buffer;
-}
-
 bool matches(std::string_view text, const std::string& parameter) {
-    std::string buffer = scannable(text);
-    return afterName(buffer.data(), parameter.c_str()) != nullptr;
+    std::string buffer(text); // the scanners want a terminated text that they may write to
+    return KestrelSDK_Parse::string_cmp_parameter(buffer.data(), parameter.c_str()) != nullptr;
 }
 
 // The scanner takes whatever stands behind the name for the separator. It is none when the name in
@@ -80,8 +36,9 @@ bool nameGoesOn(std::string_view name, const std::string& parameter) {
 Reply parseValue(std::string_view text, std::string_view parameterText) {
     Reply reply;
     const std::string parameter(parameterText);
-    std::string buffer = scannable(text);
-    const char* const value = afterName(buffer.data(), parameter.c_str());
+    std::string buffer(text);
+    const char* const value =
+        KestrelSDK_Parse::string_cmp_parameter(buffer.data(), parameter.c_str());
     if (!value) {
         return reply;
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 #include <QTimer>
 
@@ -33,7 +32,7 @@ private:
     int m_patience;
     QTimer m_timer;
     std::map<QString, std::function<void(QWidget*)>> m_actions;
-    QPointer<QWidget> m_current; // a new dialog may stand at the address of an old one
+    QWidget* m_current = nullptr;
     qint64 m_since = 0;
     QStringList m_strays;
     QStringList m_seen;

@@ -1,0 +1,310 @@
+#include "simulator/calibration.h"
+
+#include "simulator/motion.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace kestrel_simulator {
+
+struct Calibration::Type {
+    std::string_view name;
+    std::string_view description;
+    int steps;
+    std::array<std::string_view, 2> stepDescriptions;
+};
+
+namespace {
+
+constexpr std::string_view tipType = "measurementtool";
+constexpr double pauseLimit = 60.0; // seconds that the controller waits for step 2
+
+Answer noSuchStep() {
+    return Answer::refuse(ErrorNumber::BadBody, "no such calibration step");
+}
+
+std::string quoted(std::string_view text) {
+    return "\"" + std::string(text) + "\"";
+}
+
+} // namespace
+
+const Calibration::Type* Calibration::findType(const std::string& name) {
+    static const std::array<Type, 2> types = {
+        {{tipType, "Measurement Tool tip calibration", 1, {"Pivot the tool about its tip", ""}},
+         {"volume",
+          "Volume calibration",
+          2,
+          {"Lay the frame on the floor and keep it still",
+           "Move the bar through the whole volume"}}}};
+    const auto* found = std::find_if(types.begin(), types.end(),
+                                     [&](const Type& type) { return type.name == name; });
+    return found == types.end() ? nullptr : found;
+}
+
+Calibration::Calibration(Configuration& configuration, Misbehaviours& misbehaviours,
+                         std::uint64_t seed)
+    : m_configuration(configuration)
+    , m_misbehaviours(misbehaviours)
+    , m_random(seed) {}
+
+void Calibration::addParameters(ParameterTable& table) {
+    using OfType = std::function<std::string(const Type&)>;
+    const auto addOfType = [&](const char* name, OfType get) {
+        table.add(name, {1,
+                         {},
+                         [get = std::move(get)](const text::Words& arguments) {
+                             const Type* type = findType(arguments[0]);
+                             return type ? Answer::value(get(*type))
+                                         : Answer::refuse(ErrorNumber::BadBody,
+                                                          "no such calibration type");
+                         },
+                         nullptr});
+    };
+    using OfStep = std::function<std::string(const Type&, int step)>;
+    const auto addOfStep = [&](const char* name, Version since, OfStep get) {
+        table.add(name, {2, since,
+                         [get = std::move(get)](const text::Words& arguments) {
+                             const Type* type = findType(arguments[0]);
+                             const int step = text::readNumbered(arguments[1], 's');
+                             const bool exists = type && step >= 1 && step <= type->steps;
+                             return exists ? Answer::value(get(*type, step)) : noSuchStep();
+                         },
+                         nullptr});
+    };
+    addOfType("cal type_desc", [](const Type& type) { return quoted(type.description); });
+    addOfType("cal number_of_steps", [](const Type& type) { return std::to_string(type.steps); });
+    addOfStep("cal step_pause", {}, [this](const Type&, int) {
+        const int seconds = m_settings.pauseSeconds;
+        return seconds > 0 ? "yes " + std::to_string(seconds) : std::string("no");
+    });
+    addOfStep("cal step_desc", {}, [](const Type& type, int step) {
+        return quoted(type.stepDescriptions[static_cast<std::size_t>(step - 1)]);
+    });
+    addOfStep("cal step_duration", {1, 4, 0},
+              [this](const Type&, int) { return text::shortest(m_settings.stepSeconds); });
+
+    const auto noResult = [] {
+        return Answer::refuse(ErrorNumber::WrongState, "there is no calibration result");
+    };
+    table.add("measurementtool calibration_body_id",
+              {0,
+               {1, 3, 0},
+               [this, noResult](const text::Words&) {
+                   return m_result ? Answer::value(text::numbered('b', m_result->tool + 1))
+                                   : noResult();
+               },
+               nullptr});
+    table.add("measurementtool calibration_tip_residual",
+              {0,
+               {1, 3, 0},
+               [this, noResult](const text::Words&) {
+                   return m_result ? Answer::value(text::fixed(m_result->solution.residual, 4))
+                                   : noResult();
+               },
+               nullptr});
+}
+
+Answer Calibration::start(const std::string& type, double now) {
+    const Type* const found = findType(type);
+    if (!found) {
+        return Answer::refuse(ErrorNumber::BadBody, "no such calibration type");
+    }
+    if (isRunning()) {
+        return Answer::refuse(ErrorNumber::WrongState, "a calibration is running");
+    }
+    m_type = found;
+    m_result.reset();
+    m_failure.clear();
+    m_progress = 0.0;
+    m_stepProgress = 0.0;
+    m_step = 1;
+    m_tool = chooseTool();
+    enter(m_settings.initialPause > 0.0 ? Stage::InitialPause : Stage::Step1, now);
+    return Answer::ok();
+}
+
+Answer Calibration::startStep(const std::string& type, const std::string& step, double now) {
+    if (!m_type || m_type->name != type || m_stage != Stage::Pause || step != "s02") {
+        return Answer::refuse(ErrorNumber::WrongState, "the calibration does not wait for this");
+    }
+    m_step = 2;
+    m_stepProgress = 0.0;
+    enter(Stage::Step2, now);
+    return Answer::ok();
+}
+
+Answer Calibration::stop(const std::string& type) {
+    if (!findType(type)) {
+        return Answer::refuse(ErrorNumber::BadBody, "no such calibration type");
+    }
+    if (isRunning() && m_type->name != type) {
+        return Answer::refuse(ErrorNumber::WrongState, "another calibration is running");
+    }
+    m_stage = Stage::Idle;
+    if (m_result && !m_result->accepted) {
+        m_result.reset();
+    }
+    return Answer::ok();
+}
+
+Answer Calibration::acceptResult() {
+    if (!m_result || m_result->accepted || isRunning()) {
+        return Answer::refuse(ErrorNumber::WrongState, "there is no new calibration");
+    }
+    Tool& tool = m_configuration.tool(m_result->tool);
+    tool.tip = m_result->solution.tip;
+    tool.tipCalibrated = true;
+    m_result->accepted = true;
+    return Answer::ok();
+}
+
+void Calibration::clearFailure() {
+    if (m_stage == Stage::Failed || m_stage == Stage::Finished) {
+        m_stage = Stage::Idle;
+    }
+}
+
+bool Calibration::isRunning() const {
+    return m_stage != Stage::Idle && m_stage != Stage::Finished && m_stage != Stage::Failed;
+}
+
+bool Calibration::isTipCalibration() const {
+    return m_type->name == tipType;
+}
+
+int Calibration::chooseTool() const {
+    if (m_settings.tool >= 1 && m_settings.tool <= m_configuration.toolCount()) {
+        return m_settings.tool - 1;
+    }
+    for (int i = 0; i < m_configuration.toolCount(); ++i) {
+        const Tool& tool = m_configuration.tool(i);
+        if (tool.bodyCalibrated && !tool.tipCalibrated) {
+            return i;
+        }
+    }
+    return 0;
+}
+
+std::string Calibration::stepActive() const {
+    switch (m_stage) {
+    case Stage::InitialPause:
+        return "pause 1";
+    case Stage::Pause:
+        return "pause 2";
+    case Stage::Step1:
+    case Stage::Step2:
+    case Stage::Calculating:
+        return "cal " + std::to_string(m_step);
+    case Stage::Failed:
+        return "err";
+    case Stage::Idle:
+    case Stage::Finished:
+        break;
+    }
+    return "none";
+}
+
+std::string Calibration::stepProgress() const {
+    return std::to_string(m_step) + " " + text::fixed(m_stepProgress, 3);
+}
+
+void Calibration::enter(Stage stage, double now) {
+    m_stage = stage;
+    m_stageBegin = now;
+}
+
+double Calibration::shareOfStage(double now) const {
+    const double share = (now - m_stageBegin) / m_settings.stepSeconds;
+    return std::clamp(share, 0.0, 1.0);
+}
+
+void Calibration::advance(double now) {
+    if (m_stage == Stage::InitialPause && now - m_stageBegin >= m_settings.initialPause) {
+        enter(Stage::Step1, m_stageBegin + m_settings.initialPause);
+    }
+    if (m_stage == Stage::Step1 || m_stage == Stage::Step2) {
+        m_stepProgress = shareOfStage(now);
+        m_progress = (m_step - 1 + m_stepProgress) / m_type->steps;
+        const int errorAt = m_misbehaviours.number(Misbehaviour::CalError);
+        if (m_misbehaviours.has(Misbehaviour::CalError) && m_progress * 100.0 >= errorAt) {
+            m_progress = std::min(m_progress, errorAt / 100.0);
+            fail("The markers of the Measurement Tool were lost");
+        } else if (m_misbehaviours.has(Misbehaviour::CalEndless)) {
+            const double limit = m_misbehaviours.number(Misbehaviour::CalEndless) / 100.0;
+            m_progress = std::min(m_progress, limit);
+            m_stepProgress = std::min(m_stepProgress, limit);
+        } else if (m_stepProgress >= 1.0) {
+            finishCollecting(m_stageBegin + m_settings.stepSeconds);
+        }
+    }
+    if (m_stage == Stage::Pause && now - m_stageBegin >= pauseLimit) {
+        fail("The second step was not started in time");
+    }
+    if (m_stage == Stage::Calculating) {
+        finish(now);
+    }
+}
+
+void Calibration::finishCollecting(double now) {
+    enter(m_step < m_type->steps ? Stage::Pause : Stage::Calculating, now);
+}
+
+void Calibration::finish(double now) {
+    // long enough to be seen by somebody who asks five times a second
+    if (now - m_stageBegin < std::min(0.6, 0.25 * m_settings.stepSeconds)) {
+        return;
+    }
+    const std::optional<std::string> failure = isTipCalibration() ? solve() : std::nullopt;
+    if (failure) {
+        fail(*failure);
+    } else {
+        enter(Stage::Finished, now);
+    }
+}
+
+void Calibration::fail(std::string reason) {
+    m_failure = std::move(reason);
+    m_stage = Stage::Failed;
+}
+
+std::optional<std::string> Calibration::solve() {
+    const Tool& tool = m_configuration.tool(m_tool);
+    const std::vector<Pose> poses =
+        pivotPoses(m_settings.pivot, tool.trueTip, poseCount, m_settings.noise, m_random);
+    const TipSolution solution = solveTip(poses);
+    switch (solution.outcome) {
+    case TipSolution::Outcome::TooFewPoses:
+        return "The Measurement Tool was not seen often enough";
+    case TipSolution::Outcome::Still:
+        return "The Measurement Tool was not moved, the tip cannot be determined";
+    case TipSolution::Outcome::Twist:
+        return "The Measurement Tool was only turned about its own axis, the tip cannot be "
+               "determined";
+    case TipSolution::Outcome::Planar:
+        return "The Measurement Tool was only swung in one plane, the tip cannot be determined";
+    case TipSolution::Outcome::Solved:
+        break;
+    }
+    if (solution.residual > maxResidual) {
+        return "The tip was not fixed, residual " + text::fixed(solution.residual, 2) + " mm";
+    }
+    m_result = Result{m_tool, solution, false};
+    return std::nullopt;
+}
+
+Answer Calibration::describeResult() const {
+    if (!m_result) {
+        return Answer::refuse(ErrorNumber::WrongState, "there is no calibration result");
+    }
+    const TipSolution& solution = m_result->solution;
+    std::string text = text::numbered('b', m_result->tool + 1);
+    for (const double number : {solution.tip.x(), solution.tip.y(), solution.tip.z(),
+                                solution.residual, solution.uncertainty()}) {
+        text += " " + text::fixed(number, 6);
+    }
+    return Answer::value(text + (m_result->accepted ? " accepted" : " new"));
+}
+
+} // namespace kestrel_simulator

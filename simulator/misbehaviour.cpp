@@ -1,0 +1,67 @@
+#include "simulator/misbehaviour.h"
+
+#include <algorithm>
+
+namespace kestrel_simulator {
+
+const std::array<MisbehaviourInfo, 22>& allMisbehaviours() {
+    static const std::array<MisbehaviourInfo, 22> all = {{
+        {Misbehaviour::Silent, "silent", 1, "no replies from the N-th command on"},
+        {Misbehaviour::WrongReply, "wrong-reply", 1,
+         "answers to other questions from the N-th command on"},
+        {Misbehaviour::GarbledReply, "garbled-reply", 1,
+         "garbled replies from the N-th command on"},
+        {Misbehaviour::CutReply, "cut-reply", 1, "half replies from the N-th command on"},
+        {Misbehaviour::Drop, "drop", 1, "connection dropped from the N-th command on"},
+        {Misbehaviour::FirstTryUnanswered, "first-try", 1,
+         "from the N-th command on a command is not answered the first time"},
+        {Misbehaviour::Slow, "slow", 500, "replies N milliseconds late"},
+        {Misbehaviour::GarbledData, "garbled-data", 100, "N percent of the data lines garbled"},
+        {Misbehaviour::LostData, "lost-data", 50, "N percent of the datagrams lost"},
+        {Misbehaviour::LongData, "long-data", 11000, "body lines of N characters"},
+        {Misbehaviour::CalStaleStatus, "cal-stale-status", 1,
+         "the first N status queries get the last run's final status"},
+        {Misbehaviour::CalLostStatus, "cal-lost-status", 3,
+         "the N-th status query of a run gets no reply"},
+        {Misbehaviour::CalDuplicateStatus, "cal-duplicate-status", 3,
+         "the N-th status query of a run gets two replies"},
+        {Misbehaviour::CalError, "cal-error", 50, "the calibration fails at N percent"},
+        {Misbehaviour::CalEndless, "cal-endless", 99, "the calibration stops at N percent"},
+        {Misbehaviour::CalDropStart, "cal-drop-start", 1, "connection dropped at the start"},
+        {Misbehaviour::CalDropStep1, "cal-drop-step1", 1, "connection dropped in step 1"},
+        {Misbehaviour::CalDropPause, "cal-drop-pause", 1,
+         "connection dropped in the pause before step 2"},
+        {Misbehaviour::CalDropStep2, "cal-drop-step2", 1, "connection dropped in step 2"},
+        {Misbehaviour::CalDropCalculating, "cal-drop-calculating", 1,
+         "connection dropped while the result is computed"},
+        {Misbehaviour::CalDropResult, "cal-drop-result", 1,
+         "connection dropped when the result is asked for"},
+        {Misbehaviour::CalDropAccept, "cal-drop-accept", 1, "connection dropped at the acceptance"},
+    }};
+    return all;
+}
+
+const MisbehaviourInfo* findMisbehaviour(std::string_view name) {
+    const auto& all = allMisbehaviours();
+    const auto* found = std::find_if(
+        all.begin(), all.end(), [&](const MisbehaviourInfo& info) { return info.name == name; });
+    return found == all.end() ? nullptr : found;
+}
+
+int Misbehaviours::number(Misbehaviour id) const {
+    const auto found = m_active.find(id);
+    return found == m_active.end() ? 0 : found->second;
+}
+
+std::string Misbehaviours::toString() const {
+    std::string text;
+    for (const MisbehaviourInfo& info : allMisbehaviours()) {
+        if (has(info.id)) {
+            text += (text.empty() ? "" : ", ") + std::string(info.name) + " " +
+                    std::to_string(number(info.id));
+        }
+    }
+    return text.empty() ? "none" : text;
+}
+
+} // namespace kestrel_simulator

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "simulator/pose.h"
+
+#include <cstdint>
+
+namespace kestrel_simulator {
+
+/// A number in [0, 1) that depends on nothing but its arguments.
+double hashedUniform(std::uint64_t seed, std::uint64_t stream, std::uint64_t index);
+
+/// How a hand moves a probe: to a point, a rest there with a button pressed now and then, on to the
+/// next point. A smooth function of time for a given seed.
+class ToolMotion {
+public:
+    ToolMotion(std::uint64_t seed, int index);
+
+    /// Pose with the true tip as origin, in the room, at `time` seconds.
+    Pose tipPose(double time) const;
+
+    /// Bit k is button k.
+    unsigned buttons(double time) const;
+
+    /// Whether somebody stands in the cameras' way.
+    bool occluded(double time) const;
+
+    /// Where the true tip is in the coordinates of the body (mm).
+    Eigen::Vector3d trueTip() const;
+
+    /// What the controller believes of the tip at the start: near the true one, not equal to it.
+    Eigen::Vector3d initialTip() const;
+
+private:
+    struct Resting {
+        Eigen::Vector3d position;
+        Eigen::Vector3d angles;
+    };
+
+    double uniform(std::uint64_t purpose, std::uint64_t index) const;
+    Resting restingAt(std::uint64_t stop) const;
+
+    std::uint64_t m_seed;
+    int m_index;
+};
+
+/// How a body moves that nobody holds: it stands (even index) or drifts slowly.
+class StandingMotion {
+public:
+    StandingMotion(std::uint64_t seed, int index);
+
+    Pose pose(double time) const;
+
+private:
+    std::uint64_t m_seed;
+    int m_index;
+};
+
+} // namespace kestrel_simulator

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "simulator/datalines.h"
+#include "simulator/framesource.h"
+#include "simulator/pivot.h"
+#include "simulator/scene.h"
+
+#include <array>
+#include <cstdint>
+#include <random>
+#include <set>
+#include <string_view>
+
+namespace kestrel_simulator {
+
+/// The data lines that can be switched on and off; those of the frame itself are always sent.
+inline constexpr std::array<std::string_view, 4> outputChannels = {"6d", "6dmt", "6dmt2", "6dmtr"};
+
+using ActiveChannels = std::set<std::string, std::less<>>;
+
+/// Frames of the scene: true poses plus noise, in the lines of the active channels. Tools go into
+/// "6dmt" or "6dmt2", whichever the output format says, and only if that one is active.
+class SimulatedFrames : public FrameSource {
+public:
+    /// All of these outlive the frames; they are read anew for each frame.
+    SimulatedFrames(const Configuration& configuration, const Scene& scene,
+                    const ActiveChannels& channels, const PoseNoise& noise, const double& rate,
+                    std::uint64_t seed);
+
+    void start(double now) override;
+    double nextDue() const override { return m_nextDue; }
+    std::vector<std::string> take(double now) override;
+
+private:
+    std::vector<datalines::ToolRecord> measureTools(double time);
+    std::vector<datalines::BodyRecord> measureReferences(double time);
+    std::vector<datalines::BodyRecord> measureStandardBodies(double time);
+
+    const Configuration& m_configuration;
+    const Scene& m_scene;
+    const ActiveChannels& m_channels;
+    const PoseNoise& m_noise;
+    const double& m_rate;
+    std::mt19937_64 m_random;
+    std::uint32_t m_counter = 0;
+    double m_nextDue = 0.0;
+};
+
+} // namespace kestrel_simulator
