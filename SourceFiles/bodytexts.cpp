@@ -14,7 +14,13 @@ QString referenceName(int index) {
 }
 
 int bodyNumber(const QString& reply, bool* ok) {
-    return reply.mid(1).toInt(ok, 10);
+    bool good = false;
+    const int number = reply.mid(1).toInt(&good, 10);
+    good = good && number >= 0;
+    if (ok != nullptr) {
+        *ok = good;
+    }
+    return good ? number : 0;
 }
 
 QString fixed(double value, int decimals) {

@@ -12,7 +12,7 @@ QString toolName(int index);
 QString referenceName(int index);
 
 /// The 1-based body number in a reply such as "b03": what follows the first character, read as a
-/// decimal number ("b010" is 10). 0, and false in `*ok` (may be null), when it is no number.
+/// decimal number ("b010" is 10). 0, and false in `*ok` (may be null), when it is none or negative.
 int bodyNumber(const QString& reply, bool* ok = nullptr);
 
 /// A number in fixed notation, to the last character what C's printf("%.*f") writes in the "C"

@@ -1,5 +1,6 @@
 #include "SourceFiles/measurementtoolmodule.h"
 
+#include "SourceFiles/mtcalibrationdlg.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtsettingsdlg.h"
 #include "host_api/backendversions.h"
@@ -45,6 +46,7 @@ QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
     }
     if (!bObserverMode) {
         addSettings();
+        addCalibration();
     }
     addDataDisplay();
     return gui_elements;
@@ -73,6 +75,16 @@ void MeasurementToolModule::addSettings() {
     action->setWhatsThis(tr("Change the Measurement Tool settings"));
     connect(action, &QAction::triggered, dialog, &MtSettingsDlg::update_and_exec);
     add(gui_mtSettings);
+}
+
+void MeasurementToolModule::addCalibration() {
+    auto* const dialog = new MtCalibrationDlg(iom, mod_parent, beVers);
+    QAction* const action =
+        fillTrackingEntry(gui_mtCalibration, dialog, 60, tr("Measurement &Tool tip calibration"));
+    action->setStatusTip(tr("Open the Measurement Tool tip calibration"));
+    action->setWhatsThis(tr("Perform Measurement Tool tip calibration"));
+    connect(action, &QAction::triggered, dialog, &MtCalibrationDlg::update_and_exec);
+    add(gui_mtCalibration);
 }
 
 QAction* MeasurementToolModule::fillTrackingEntry(_GuiElement& element, QWidget* dialog,

@@ -29,6 +29,7 @@ public:
 
 private:
     void addSettings();
+    void addCalibration();
     void addDataDisplay();
 
     /// Fills the record of a modal dialog's entry and makes its action, a child of the module.

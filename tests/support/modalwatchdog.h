@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <QTimer>
 
@@ -32,7 +33,7 @@ private:
     int m_patience;
     QTimer m_timer;
     std::map<QString, std::function<void(QWidget*)>> m_actions;
-    QWidget* m_current = nullptr;
+    QPointer<QWidget> m_current; // a new dialog may stand at the address of an old one
     qint64 m_since = 0;
     QStringList m_strays;
     QStringList m_seen;

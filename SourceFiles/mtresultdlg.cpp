@@ -1,0 +1,89 @@
+#include "SourceFiles/mtresultdlg.h"
+
+#include "SourceFiles/bodytexts.h"
+#include "SourceFiles/hostlink.h"
+#include "host_api/iomanager.h"
+
+using hostlink::Reply;
+
+namespace {
+
+enum Column { ToolColumn, ReferenceColumn, ResidualColumn };
+constexpr int rowHeight = 28;
+constexpr int discarded = -1;
+
+} // namespace
+
+MtResultDlg::MtResultDlg(IOManager* host, QWidget* parent)
+    : QDialog(parent)
+    , iom(hostlink::orDisconnected(host)) {
+    ui.setupUi(this);
+    ui.tableWidget->horizontalHeader()->setSectionsClickable(false);
+    ui.tableWidget->resizeColumnsToContents();
+}
+
+int MtResultDlg::update_and_exec() {
+    showBodies();
+    showResidual();
+    ui.tableWidget->setRowHeight(0, rowHeight);
+    ui.tableWidget->resizeColumnsToContents();
+    ui.tableWidget->setMinimumWidth(widthOfColumns());
+    ui.pushButton_accept->setFocus();
+    return exec();
+}
+
+int MtResultDlg::widthOfColumns() const {
+    const QHeaderView* const header = ui.tableWidget->horizontalHeader();
+    return ui.tableWidget->columnWidth(ToolColumn) + ui.tableWidget->columnWidth(ReferenceColumn) +
+           header->sectionSizeHint(ResidualColumn) + 2 * ui.tableWidget->frameWidth();
+}
+
+void MtResultDlg::showBodies() {
+    QString toolLabel;
+    QString referenceLabel;
+    Reply id;
+    if (iom->get_parameter_string(id.buffer(), "measurementtool calibration_body_id") != 0) {
+        hostlink::log(iom, QStringLiteral("Error: Unable to get tool id"));
+    } else {
+        toolLabel = bodytexts::toolName(bodytexts::bodyNumber(id.toString()) - 1);
+        Reply reference;
+        if (iom->get_parameter_string(reference.buffer(), "measurementtool reference_of_tool %s",
+                                      id.text()) != 0) {
+            hostlink::log(iom, QStringLiteral("Error: Unable to get reference body id"));
+        } else if (!reference.is("none")) {
+            referenceLabel =
+                bodytexts::referenceName(bodytexts::bodyNumber(reference.toString()) - 1);
+        }
+    }
+    ui.tableWidget->setItem(0, ToolColumn, new QTableWidgetItem(toolLabel));
+    ui.tableWidget->setItem(0, ReferenceColumn, new QTableWidgetItem(referenceLabel));
+}
+
+void MtResultDlg::showResidual() {
+    double residual = 0.0;
+    if (iom->get_parameter_double(&residual, "measurementtool calibration_tip_residual") != 0) {
+        hostlink::log(iom, QStringLiteral("Error: Unable to get tool tip residual"));
+        residual = 0.0;
+    }
+    auto* const item = new QTableWidgetItem(bodytexts::fixed(residual, 2));
+    item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    ui.tableWidget->setItem(0, ResidualColumn, item);
+}
+
+void MtResultDlg::on_pushButton_accept_clicked() {
+    Reply reply;
+    if (iom->send_command(reply.buffer(), "kestrel2 measurementtool accept_new_calibration") != 0) {
+        hostlink::log(iom, QStringLiteral("Error: Unable to accept calibration"));
+        done(discarded);
+    }
+    if (!reply.is(hostlink::ok)) {
+        hostlink::log(iom, QStringLiteral("Error: Unable to accept calibration"));
+        done(discarded);
+    }
+    // Always: the caller goes on as usual, a failure is told by the log alone.
+    done(0);
+}
+
+void MtResultDlg::on_pushButton_cancel_clicked() {
+    done(discarded);
+}
