@@ -8,14 +8,13 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 std::string body(int number) {
     return (number < 10 ? "b0" : "b") + std::to_string(number);
-}
-
-bool atLeast(const VersionInfo& protocol, int major, int minor) {
-    return protocol >= VersionInfo(major, minor, -1);
 }
 
 } // namespace
@@ -157,56 +156,33 @@ QString asText(const Lines& lines) {
     return texts.join(QLatin1Char('\n'));
 }
 
-Lines showingOf(const VersionInfo& protocol, int tools) {
-    Lines lines;
-    const auto get = [&lines](const std::string& verb, const std::string& parameter) {
-        lines.push_back("get_" + verb + ' ' + parameter);
-    };
-    if (atLeast(protocol, 1, 9)) {
-        get("string", "config is_changeable");
+Lines without(const Lines& lines, const std::string& fragment) {
+    Lines rest;
+    std::copy_if(
+        lines.begin(), lines.end(), std::back_inserter(rest),
+        [&fragment](const std::string& line) { return line.find(fragment) == std::string::npos; });
+    return rest;
+}
+
+Lines forProtocol(const Lines& lines, const VersionInfo& protocol) {
+    Lines rest = lines;
+    const VersionInfo known(protocol.ma, protocol.mi, std::max(protocol.pa, 0));
+    if (known < VersionInfo(1, 14, 0)) {
+        rest = without(without(rest, "measurementtool device"), "zelwpan");
     }
-    if (!atLeast(protocol, 1, 3)) {
-        return lines;
+    if (known < VersionInfo(1, 13, 0)) {
+        rest = without(without(rest, "tip_radius"), "output_6dmt");
     }
-    get("string", "measurementtool available");
-    get("int", "measurementtool max_number_of_tools");
-    get("int", "measurementtool number_of_tools");
-    get("int", "measurementtool max_number_of_references");
-    get("int", "measurementtool number_of_references");
-    for (int number = 1; number <= tools; ++number) {
-        get("string", "measurementtool reference_of_tool " + body(number));
-        if (atLeast(protocol, 1, 14)) {
-            get("string", "measurementtool device " + body(number));
-        }
-    }
-    for (int number = 1; number <= tools && atLeast(protocol, 1, 13); ++number) {
-        get("double", "measurementtool tip_radius " + body(number));
-    }
-    if (tools > 0) {
-        get("double", "measurementtool measurement_duration b01");
-        get("double", "measurementtool measurement_tip_tolerance b01");
-        get("string", "measurementtool measurement_start_simulation b01");
-        get("double", "measurementtool measurement_start_angle b01");
-        get("double", "measurementtool measurement_start_lead_time b01");
-    }
-    if (atLeast(protocol, 1, 13)) {
-        get("string", "measurementtool output_6dmt");
-    }
-    if (atLeast(protocol, 1, 14)) {
-        get("int", "measurementtool number_of_zelwpan_devices");
-    }
-    return lines;
+    return known < VersionInfo(1, 3, 0) ? Lines() : rest;
 }
 
 void addProtocolRows() {
-    QTest::addColumn<int>("major");
-    QTest::addColumn<int>("minor");
-    QTest::addColumn<int>("patch");
+    QTest::addColumn<VersionInfo>("protocol");
     const int versions[][2] = {{1, 2}, {1, 12}, {1, 13}, {1, 14}, {2, 0}};
     for (const auto& version : versions) {
         for (const int patch : {0, -1}) {
             const VersionInfo row(version[0], version[1], patch);
-            QTest::newRow(qPrintable(row.toString())) << row.ma << row.mi << row.pa;
+            QTest::newRow(qPrintable(row.toString())) << row;
         }
     }
 }

@@ -5,6 +5,7 @@
 #include "tests/support/modalwatchdog.h"
 #include "tests/support/scriptedhost.h"
 
+#include <QMetaType>
 #include <QTableWidget>
 #include <QWidget>
 
@@ -67,12 +68,19 @@ private:
 using Lines = std::vector<std::string>;
 
 /// Fails with the first difference of two lists of lines.
-#define COMPARE_LINES(actual, expected) QCOMPARE(asText(actual), asText(expected))
+#define COMPARE_LINES(actual, ...) QCOMPARE(asText(actual), asText(__VA_ARGS__))
 
 QString asText(const Lines& lines);
 
-/// The journal of a whole showing with `tools` tools of the rig's controller.
-Lines showingOf(const VersionInfo& protocol, int tools);
+/// The lines without those that contain `fragment`.
+Lines without(const Lines& lines, const std::string& fragment);
 
-/// Rows "1.2.0", "1.2.-1", "1.12.0" ... of the protocols that the dialog tells apart.
+/// What a controller of this protocol is asked, out of what one of 1.14 is asked: devices only from
+/// 1.14 on, tip radius and output format from 1.13 on, nothing at all below 1.3.
+Lines forProtocol(const Lines& lines, const VersionInfo& protocol);
+
+/// The column "protocol" with the protocols that the dialog tells apart, each also with an unknown
+/// patch.
 void addProtocolRows();
+
+Q_DECLARE_METATYPE(VersionInfo)
