@@ -37,7 +37,7 @@ char* string_nextline(char* str, char* start, int len) {
 }
 
 char* string_get_i(char* str, int* i) {
-    return behind(str, Numbers::scanInt(str, str, *i));
+    return behind(str, Numbers::scanInt(str, *i));
 }
 
 char* string_get_ui(char* str, unsigned int* ui) {
@@ -45,7 +45,7 @@ char* string_get_ui(char* str, unsigned int* ui) {
 }
 
 char* string_get_d(char* str, double* d) {
-    return behind(str, Numbers::scanDouble(str, str, *d));
+    return behind(str, Numbers::scanDouble(str, *d));
 }
 
 char* string_get_f(char* str, float* f) {
@@ -61,9 +61,7 @@ char* string_get_block(char* str, const char* fmt, int* idat, float* fdat, doubl
     if (close == nullptr) {
         return nullptr;
     }
-    // No number continues over a "]", so the block ends every scan by itself. The character behind
-    // the bracket exists: it is the text's NUL at the latest.
-    const char* limit = close + 2;
+    // No number goes on over a "]", so no scan leaves the block.
     const char* at = open + 1;
     int nextInt = 0;
     int nextReal = 0;
@@ -71,14 +69,14 @@ char* string_get_block(char* str, const char* fmt, int* idat, float* fdat, doubl
         double real = 0;
         switch (*fmt) {
         case 'i':
-            at = Numbers::scanInt(at, limit, idat[nextInt++]);
+            at = Numbers::scanInt(at, idat[nextInt++]);
             break;
         case 'f':
-            at = Numbers::scanDouble(at, limit, real);
+            at = Numbers::scanDouble(at, real);
             fdat[nextReal++] = static_cast<float>(real);
             break;
         case 'd':
-            at = Numbers::scanDouble(at, limit, ddat[nextReal++]);
+            at = Numbers::scanDouble(at, ddat[nextReal++]);
             break;
         default:
             at = nullptr;

@@ -41,33 +41,29 @@ private:
 
     /// Start of the numbers of the next block; null when there is no complete one.
     const char* openBlock() {
-        if (m_limit == nullptr) {
-            measure();
+        if (m_lastClose == nullptr) {
+            findLastClose();
         }
         const char* open = *m_position == '[' ? m_position : std::strchr(m_position, '[');
         return open == nullptr || open >= m_lastClose ? nullptr : open + 1;
     }
 
-    /// No number continues over a "]", so the first one from `at` on is the block's own.
+    /// No number goes on over a "]", so the first one from `at` on is the block's own.
     bool closeBlock(const char* at) {
         const char* close = *at == ']' ? at : std::strchr(at, ']');
         return moveTo(close + 1);
     }
 
-    void measure() {
-        const char* end = m_position + std::strlen(m_position);
-        m_limit = end + 1;
-        m_lastClose = end;
-        while (m_lastClose != m_position && *m_lastClose != ']') {
-            --m_lastClose;
-        }
+    void findLastClose() {
+        const char* close = std::strrchr(m_position, ']');
+        m_lastClose = close == nullptr ? m_position : close;
     }
 
     bool read(const char*& at, int& value) const {
-        return (at = Numbers::scanInt(at, m_limit, value)) != nullptr;
+        return (at = Numbers::scanInt(at, value)) != nullptr;
     }
     bool read(const char*& at, double& value) const {
-        return (at = Numbers::scanDouble(at, m_limit, value)) != nullptr;
+        return (at = Numbers::scanDouble(at, value)) != nullptr;
     }
     template <std::size_t count>
     bool read(const char*& at, double (&values)[count]) const {
@@ -87,8 +83,8 @@ private:
     }
 
     char*& m_position;
-    const char* m_limit = nullptr;     ///< behind the line's NUL; null until the first block
-    const char* m_lastClose = nullptr; ///< the last "]" of the line, or its start
+    /// The last "]" of the line, or a position before all blocks; null until the first block.
+    const char* m_lastClose = nullptr;
 };
 
 } // namespace KestrelSDK_Parse

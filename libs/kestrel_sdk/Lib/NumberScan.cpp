@@ -13,7 +13,9 @@ namespace {
 
 static_assert(FLT_EVAL_METHOD == 0, "quotients must round to double at once");
 
-constexpr std::int64_t exactIntegers = 1LL << 53U;
+constexpr int mostDigits = 18; ///< of an integer that surely fits into 64 bits
+constexpr std::uint64_t exactIntegers = 1ULL << 53U; ///< up to here a double holds every integer
+constexpr int exactPowers = 22;
 
 /// The C library hands out its built-in "C" locale without allocating and never fails to.
 locale_t cLocale() noexcept {
@@ -42,48 +44,33 @@ const char* scanOddDouble(const char* text, double& value) noexcept {
 
 /// A decimal integer of up to 18 digits that is not octal, hexadecimal or the like.
 const char* scanDecimal(const char* text, std::int64_t& value) noexcept {
-    constexpr int mostDigits = 18;
-    bool negative = false;
+    std::uint64_t negative = 0;
     const char* first = skipSign(text, negative);
-    const char* end = first;
-    std::int64_t magnitude = 0;
-    while (isDigit(*end) && end - first < mostDigits) {
-        magnitude = magnitude * 10 + (*end - '0');
-        ++end;
-    }
-    const bool octal = *first == '0' && end - first > 1;
-    if (end == first || octal || isDigit(*end) || isLetter(*end)) {
+    std::uint64_t number = 0;
+    const char* end = appendDigits(first, number);
+    const auto count = end - first;
+    const bool octal = *first == '0' && count > 1;
+    if (count == 0 || count > mostDigits || octal || isLetter(*end)) {
         return nullptr;
     }
-    value = negative ? -magnitude : magnitude;
+    const auto magnitude = static_cast<std::int64_t>(number);
+    value = negative != 0 ? -magnitude : magnitude;
     return end;
 }
 
 /// The spelling of a decimal number without its sign.
 struct Decimal {
-    std::int64_t digits = 0; ///< all digits as one integer
-    int count = 0;           ///< number of digits
-    int exponent = 0;        ///< of ten
+    std::uint64_t digits = 0; ///< all digits as one integer
+    int exponent = 0;         ///< of ten
     const char* end = nullptr;
 };
-
-constexpr int mostDigits = 18;
-
-void readDigits(Decimal& decimal) noexcept {
-    while (isDigit(*decimal.end) && decimal.count <= mostDigits) {
-        if (decimal.count < mostDigits) {
-            decimal.digits = decimal.digits * 10 + (*decimal.end - '0');
-        }
-        ++decimal.count;
-        ++decimal.end;
-    }
-}
 
 /// Reads an exponent when there is one; false when it is too long to be told here.
 bool readExponent(Decimal& decimal) noexcept {
     constexpr int mostExponentDigits = 4;
-    bool negative = *(decimal.end + 1) == '-';
-    const char* first = decimal.end + 1 + (negative || *(decimal.end + 1) == '+' ? 1 : 0);
+    const char* first = decimal.end + 1;
+    const bool negative = *first == '-';
+    first += negative || *first == '+' ? 1 : 0;
     const char* end = first;
     int exponent = 0;
     while (isDigit(*end) && end - first < mostExponentDigits) {
@@ -102,18 +89,19 @@ bool readExponent(Decimal& decimal) noexcept {
 
 /// False when the text at `first` is no decimal number of up to 18 digits.
 bool readDecimal(const char* first, Decimal& decimal) noexcept {
-    decimal.end = first;
-    readDigits(decimal);
+    decimal.end = appendDigits(first, decimal.digits);
+    auto count = decimal.end - first;
     if (*decimal.end == 'x' || *decimal.end == 'X') {
         return false;
     }
     if (*decimal.end == '.') {
-        ++decimal.end;
-        const int whole = decimal.count;
-        readDigits(decimal);
-        decimal.exponent = whole - decimal.count;
+        const char* firstDecimal = decimal.end + 1;
+        decimal.end = appendDigits(firstDecimal, decimal.digits);
+        const auto decimals = decimal.end - firstDecimal;
+        count += decimals;
+        decimal.exponent = count > mostDigits ? 0 : -static_cast<int>(decimals);
     }
-    if (decimal.count == 0 || decimal.count > mostDigits) {
+    if (count == 0 || count > mostDigits) {
         return false;
     }
     return (*decimal.end != 'e' && *decimal.end != 'E') || readExponent(decimal);
@@ -146,17 +134,15 @@ const char* scanAnyUnsigned(const char* text, unsigned int& value) noexcept {
 }
 
 const char* scanAnyDouble(const char* text, double& value) noexcept {
-    bool negative = false;
+    std::uint64_t negative = 0;
     const char* first = skipSign(text, negative);
     Decimal decimal;
     if (!readDecimal(first, decimal)) {
         return scanOddDouble(text, value);
     }
-    constexpr int exactPowers = 22;
     if (decimal.digits <= exactIntegers && decimal.exponent >= -exactPowers &&
         decimal.exponent <= exactPowers) {
-        const auto magnitude = static_cast<double>(decimal.digits);
-        const double number = negative ? -magnitude : magnitude;
+        const double number = withSign(static_cast<double>(decimal.digits), negative);
         value = decimal.exponent < 0 ? number / powersOfTen[-decimal.exponent]
                                      : number * powersOfTen[decimal.exponent];
         return decimal.end;
@@ -167,7 +153,7 @@ const char* scanAnyDouble(const char* text, double& value) noexcept {
         fast_float::from_chars(first, decimal.end, magnitude).ec != std::errc()) {
         return scanOddDouble(text, value);
     }
-    value = negative ? -magnitude : magnitude;
+    value = withSign(magnitude, negative);
     return decimal.end;
 }
 

@@ -5,112 +5,105 @@
 
 /// The number conversions behind the scanners; private to the library.
 ///
-/// A scan_...() function reads one number at `text` as its C counterpart does in the "C" locale and
-/// returns the position behind it, or null (and stores 0) when there is none. Characters before
-/// `limit` may be read whatever they are; with `limit` == `text` nothing behind a NUL is read.
+/// A scan...() function reads one number at `text` as its C counterpart does in the "C" locale (the
+/// integers with base 0) and returns the position behind it, or null (and stores 0) when there is
+/// none. The usual spellings are read here, inline; scanAny...() read every spelling.
+///
+/// The digits are read one by one on purpose: the numbers of a data line have the same number of
+/// decimals frame after frame, so the processor guesses where each ends and starts with the next
+/// one before this one is converted.
 namespace KestrelSDK_Parse::Numbers {
 
-/// Any spelling, at any speed: strtol and strtoul with base 0, and strtod.
 const char* scanAnyInt(const char* text, int& value) noexcept;
 const char* scanAnyUnsigned(const char* text, unsigned int& value) noexcept;
 const char* scanAnyDouble(const char* text, double& value) noexcept;
 
-constexpr double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+/// The powers of ten that a double holds exactly.
+inline constexpr double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 inline bool isSpace(char c) noexcept {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
+
+inline unsigned int digitOf(char c) noexcept {
+    return static_cast<unsigned int>(c) - '0';
+}
 inline bool isDigit(char c) noexcept {
-    return c >= '0' && c <= '9';
+    return digitOf(c) <= 9;
 }
+
+/// Whether the number may go on behind its digits: an exponent, a hexadecimal number and the like.
 inline bool isLetter(char c) noexcept {
-    const char lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'z';
+    const auto upper = static_cast<unsigned char>(c & ~0x20);
+    return upper >= 'A' && upper <= 'Z';
 }
 
-/// The decimal digits at the start of eight characters.
-struct DigitRun {
-    std::uint64_t value;
-    unsigned count; ///< 0 to 7; an eighth digit stays behind the run
-};
-
-/// Reads eight characters at once: tells digits from others in one step, then joins them in pairs,
-/// fours and eights.
-inline DigitRun digitRun(const char* text) noexcept {
-    std::uint64_t chars = 0;
-    std::memcpy(&chars, text, sizeof chars);
-#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-    chars = __builtin_bswap64(chars);
-#endif
-    const std::uint64_t digits = chars ^ 0x3030303030303030U;
-    const std::uint64_t others =
-        ((digits | (digits + 0x7676767676767676U)) & 0x8080808080808080U) | (1ULL << 63U);
-    const auto bits = static_cast<unsigned>(__builtin_ctzll(others)) & ~7U;
-    // The digits go to the far end, zeros in front of them.
-    std::uint64_t run = (digits << 8U) << (56U - bits);
-    run = run * 10 + (run >> 8U);
-    run = ((run & 0x000000FF000000FFU) * 0x000F424000000064U +
-           ((run >> 16U) & 0x000000FF000000FFU) * 0x0000271000000001U) >>
-          32U;
-    return {run & 0xFFFFFFFFU, bits / 8};
-}
-
-/// Position behind white space and at most one sign.
-inline const char* skipSign(const char* text, bool& negative) noexcept {
+/// Position behind white space and at most one sign. The sign is added, not branched on: signs come
+/// at random.
+inline const char* skipSign(const char* text, std::uint64_t& negative) noexcept {
     while (isSpace(*text)) {
         ++text;
     }
-    negative = *text == '-';
-    return text + static_cast<int>(negative | (*text == '+'));
+    negative = *text == '-' ? 1 : 0;
+    return text + (negative | (*text == '+' ? 1U : 0U));
 }
 
-/// A decimal integer of up to seven digits; null when the text holds anything less usual.
-inline const char* scanUsualInteger(const char* text, const char* limit, int& value) noexcept {
-    bool negative = false;
+/// `magnitude` with the given sign, again without a branch.
+inline double withSign(double magnitude, std::uint64_t negative) noexcept {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &magnitude, sizeof bits);
+    bits |= negative << 63U;
+    std::memcpy(&magnitude, &bits, sizeof bits);
+    return magnitude;
+}
+
+/// Position behind the decimal digits at `text`, which are appended to `number`; overflows silently
+/// behind the 19th digit.
+inline const char* appendDigits(const char* text, std::uint64_t& number) noexcept {
+    for (; isDigit(*text); ++text) {
+        number = number * 10 + digitOf(*text);
+    }
+    return text;
+}
+
+inline const char* scanInt(const char* text, int& value) noexcept {
+    constexpr int mostDigits = 9;
+    std::uint64_t negative = 0;
     const char* first = skipSign(text, negative);
-    if (limit - first < 8) {
-        return nullptr;
+    std::uint64_t number = 0;
+    const char* end = appendDigits(first, number);
+    const auto count = end - first;
+    const bool octal = *first == '0' && count > 1;
+    if (count == 0 || count > mostDigits || octal || isLetter(*end)) {
+        return scanAnyInt(text, value);
     }
-    const DigitRun run = digitRun(first);
-    const char* end = first + run.count;
-    const bool octal = *first == '0' && run.count > 1;
-    if (run.count == 0 || octal || isDigit(*end) || isLetter(*end)) {
-        return nullptr;
-    }
-    const int magnitude = static_cast<int>(run.value);
-    value = negative ? -magnitude : magnitude;
+    const auto magnitude = static_cast<int>(number);
+    value = negative != 0 ? -magnitude : magnitude;
     return end;
 }
 
-inline const char* scanInt(const char* text, const char* limit, int& value) noexcept {
-    const char* end = scanUsualInteger(text, limit, value);
-    return end != nullptr ? end : scanAnyInt(text, value);
-}
-
-/// Up to seven digits on each side of the dot: their quotient of two exact numbers is exact to the
-/// last bit in every rounding mode. Everything else is left to scanAnyDouble().
-inline const char* scanDouble(const char* text, const char* limit, double& value) noexcept {
-    bool negative = false;
+inline const char* scanDouble(const char* text, double& value) noexcept {
+    constexpr int mostDigits = 15;
+    std::uint64_t negative = 0;
     const char* first = skipSign(text, negative);
-    if (limit - first < 17) {
-        return scanAnyDouble(text, value);
-    }
-    const DigitRun whole = digitRun(first);
-    const char* end = first + whole.count;
-    DigitRun fraction{0, 0};
+    std::uint64_t number = 0;
+    const char* end = appendDigits(first, number);
+    auto count = end - first;
+    std::ptrdiff_t decimals = 0;
     if (*end == '.') {
-        fraction = digitRun(end + 1);
-        end += 1 + fraction.count;
+        const char* firstDecimal = end + 1;
+        end = appendDigits(firstDecimal, number);
+        decimals = end - firstDecimal;
+        count += decimals;
     }
-    if (whole.count + fraction.count == 0 || isDigit(*end) || isLetter(*end)) {
+    if (count == 0 || count > mostDigits || isLetter(*end)) {
         return scanAnyDouble(text, value);
     }
-    constexpr std::uint32_t powers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
-    const std::uint64_t all = whole.value * powers[fraction.count] + fraction.value;
-    const auto magnitude = static_cast<double>(static_cast<std::int64_t>(all));
-    value = (negative ? -magnitude : magnitude) / powersOfTen[fraction.count];
+    // Both are exact, so their quotient is exact to the last bit in every rounding mode.
+    const auto magnitude = static_cast<double>(static_cast<std::int64_t>(number));
+    value = withSign(magnitude, negative) / powersOfTen[decimals];
     return end;
 }
 

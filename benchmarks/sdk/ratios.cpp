@@ -1,0 +1,65 @@
+#include "benchmarks/sdk/ratios.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+void BestTimes::ReportRuns(const std::vector<Run>& runs) {
+    std::vector<Run> shown;
+    for (const Run& run : runs) {
+        if (run.run_type != Run::RT_Iteration || run.error_occurred) {
+            shown.push_back(run);
+        }
+        if (run.run_type != Run::RT_Iteration) {
+            continue;
+        }
+        const std::string name = run.run_name.function_name + '/' + run.run_name.args;
+        const double time = run.error_occurred ? -1.0 : run.GetAdjustedCPUTime();
+        const auto place = m_nanoseconds.emplace(name, time).first;
+        place->second = std::min(place->second, time);
+    }
+    ConsoleReporter::ReportRuns(shown);
+}
+
+double BestTimes::of(const std::string& name) const {
+    const auto found = m_nanoseconds.find(name);
+    return found == m_nanoseconds.end() ? -1.0 : found->second;
+}
+
+int reportRatios(const BestTimes& times, const Ratio* ratios, std::size_t count) {
+    int result = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Ratio& ratio = ratios[i];
+        const double numerator = times.of(ratio.numerator);
+        const double denominator = times.of(ratio.denominator);
+        if (numerator <= 0 || denominator <= 0) {
+            std::printf("%-42s not measured\n", ratio.name);
+            result = 1;
+            continue;
+        }
+        const double value = numerator / denominator / ratio.scale;
+        const bool within = value >= ratio.least && value <= ratio.most;
+        std::printf("%-42s %6.3f  %s\n", ratio.name, value, within ? "ok" : "OUT OF LIMITS");
+        result = within ? result : 1;
+    }
+    return result;
+}
+
+int runBenchmarks(int argc, char** argv, BestTimes& times) {
+    std::vector<std::string> texts = {argv[0], "--benchmark_repetitions=15",
+                                      "--benchmark_min_time=0.05",
+                                      "--benchmark_enable_random_interleaving=true"};
+    texts.insert(texts.end(), argv + 1, argv + argc);
+    std::vector<char*> arguments;
+    for (std::string& text : texts) {
+        arguments.push_back(text.data());
+    }
+    int argumentCount = static_cast<int>(arguments.size());
+    benchmark::Initialize(&argumentCount, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments.data())) {
+        return 2;
+    }
+    benchmark::RunSpecifiedBenchmarks(&times);
+    benchmark::Shutdown();
+    return 0;
+}
