@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <vector>
 
-void BestTimes::ReportRuns(const std::vector<Run>& runs) {
+void Times::ReportRuns(const std::vector<Run>& runs) {
     std::vector<Run> shown;
     for (const Run& run : runs) {
         if (run.run_type != Run::RT_Iteration || run.error_occurred) {
@@ -14,19 +13,22 @@ void BestTimes::ReportRuns(const std::vector<Run>& runs) {
             continue;
         }
         const std::string name = run.run_name.function_name + '/' + run.run_name.args;
-        const double time = run.error_occurred ? -1.0 : run.GetAdjustedCPUTime();
-        const auto place = m_nanoseconds.emplace(name, time).first;
-        place->second = std::min(place->second, time);
+        m_nanoseconds[name].push_back(run.error_occurred ? -1.0 : run.GetAdjustedCPUTime());
     }
     ConsoleReporter::ReportRuns(shown);
 }
 
-double BestTimes::of(const std::string& name) const {
+double Times::of(const std::string& name) const {
     const auto found = m_nanoseconds.find(name);
-    return found == m_nanoseconds.end() ? -1.0 : found->second;
+    if (found == m_nanoseconds.end()) {
+        return -1.0;
+    }
+    std::vector<double> sorted = found->second;
+    std::sort(sorted.begin(), sorted.end());
+    return sorted.front() < 0 ? -1.0 : sorted[sorted.size() / 2];
 }
 
-int reportRatios(const BestTimes& times, const Ratio* ratios, std::size_t count) {
+int reportRatios(const Times& times, const Ratio* ratios, std::size_t count) {
     int result = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const Ratio& ratio = ratios[i];
@@ -45,9 +47,9 @@ int reportRatios(const BestTimes& times, const Ratio* ratios, std::size_t count)
     return result;
 }
 
-int runBenchmarks(int argc, char** argv, BestTimes& times) {
-    std::vector<std::string> texts = {argv[0], "--benchmark_repetitions=15",
-                                      "--benchmark_min_time=0.05",
+int runBenchmarks(int argc, char** argv, Times& times) {
+    std::vector<std::string> texts = {argv[0], "--benchmark_repetitions=31",
+                                      "--benchmark_min_time=0.02",
                                       "--benchmark_enable_random_interleaving=true"};
     texts.insert(texts.end(), argv + 1, argv + argc);
     std::vector<char*> arguments;

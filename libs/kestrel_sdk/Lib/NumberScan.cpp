@@ -42,6 +42,11 @@ const char* scanOddDouble(const char* text, double& value) noexcept {
     return end == text ? nullptr : end;
 }
 
+const char* skipSign(const char* text, std::uint64_t& negative) noexcept {
+    const char* first = skipMinus(text, negative);
+    return negative == 0 && *first == '+' ? first + 1 : first;
+}
+
 /// A decimal integer of up to 18 digits that is not octal, hexadecimal or the like.
 const char* scanDecimal(const char* text, std::int64_t& value) noexcept {
     std::uint64_t negative = 0;

@@ -40,14 +40,14 @@ inline bool isLetter(char c) noexcept {
     return upper >= 'A' && upper <= 'Z';
 }
 
-/// Position behind white space and at most one sign. The sign is added, not branched on: signs come
-/// at random.
-inline const char* skipSign(const char* text, std::uint64_t& negative) noexcept {
+/// Position behind white space and a minus sign. The sign is added, not branched on: signs come at
+/// random. A plus sign is unusual.
+inline const char* skipMinus(const char* text, std::uint64_t& negative) noexcept {
     while (isSpace(*text)) {
         ++text;
     }
     negative = *text == '-' ? 1 : 0;
-    return text + (negative | (*text == '+' ? 1U : 0U));
+    return text + negative;
 }
 
 /// `magnitude` with the given sign, again without a branch.
@@ -71,7 +71,7 @@ inline const char* appendDigits(const char* text, std::uint64_t& number) noexcep
 inline const char* scanInt(const char* text, int& value) noexcept {
     constexpr int mostDigits = 9;
     std::uint64_t negative = 0;
-    const char* first = skipSign(text, negative);
+    const char* first = skipMinus(text, negative);
     std::uint64_t number = 0;
     const char* end = appendDigits(first, number);
     const auto count = end - first;
@@ -87,7 +87,7 @@ inline const char* scanInt(const char* text, int& value) noexcept {
 inline const char* scanDouble(const char* text, double& value) noexcept {
     constexpr int mostDigits = 15;
     std::uint64_t negative = 0;
-    const char* first = skipSign(text, negative);
+    const char* first = skipMinus(text, negative);
     std::uint64_t number = 0;
     const char* end = appendDigits(first, number);
     auto count = end - first;
