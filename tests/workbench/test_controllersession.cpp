@@ -1,5 +1,5 @@
+#include "tests/workbench/backendfixture.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "tests/workbench/workbenchparts.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -25,7 +25,7 @@ class TestControllerSession : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ScriptedController> m_controller;
-    std::unique_ptr<WorkbenchParts> m_parts;
+    std::unique_ptr<BackendFixture> m_parts;
 
     void becomeReady() {
         m_parts->connectTo(m_controller->port());
@@ -36,7 +36,7 @@ class TestControllerSession : public QObject {
 private Q_SLOTS:
     void init() {
         m_controller = std::make_unique<ScriptedController>();
-        m_parts = std::make_unique<WorkbenchParts>();
+        m_parts = std::make_unique<BackendFixture>();
     }
     void cleanup() {
         m_parts.reset();

@@ -1,5 +1,5 @@
+#include "tests/workbench/backendfixture.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "tests/workbench/workbenchparts.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -18,7 +18,7 @@ class TestHostIo : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ScriptedController> m_controller;
-    std::unique_ptr<WorkbenchParts> m_parts;
+    std::unique_ptr<BackendFixture> m_parts;
 
     IOManager& host() { return m_parts->host(); }
 
@@ -30,7 +30,7 @@ class TestHostIo : public QObject {
 private Q_SLOTS:
     void init() {
         m_controller = std::make_unique<ScriptedController>();
-        m_parts = std::make_unique<WorkbenchParts>();
+        m_parts = std::make_unique<BackendFixture>();
         m_parts->connectTo(m_controller->port());
         QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
         m_controller->clearCommands();

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "workbench/backend.h"
+
+/// The workbench without its window, and a module's view of it.
+struct BackendFixture : workbench::Backend {
+    void connectTo(quint16 port) {
+        workbench::ControllerAddress address;
+        address.port = port;
+        session.connectTo(address);
+    }
+
+    IOManager& host() { return io; }
+};

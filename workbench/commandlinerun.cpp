@@ -1,0 +1,138 @@
+#include "workbench/commandlinerun.h"
+
+#include "workbench/mainwindow.h"
+
+#include <QApplication>
+#include <QSocketNotifier>
+
+#include <array>
+#include <cmath>
+#include <csignal>
+#include <cstdio>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace workbench {
+
+namespace {
+
+constexpr int rowIntervalMs = 500;
+
+int signalSocket = -1; // written by the handler, which may do little else
+
+void onSignal(int) {
+    const char byte = 1;
+    static_cast<void>(::write(signalSocket, &byte, 1) + 0);
+}
+
+int milliseconds(double seconds) {
+    return static_cast<int>(std::lround(seconds * 1000.0));
+}
+
+} // namespace
+
+CommandLineRun::CommandLineRun(MainWindow& window, const Options& options)
+    : m_window(window)
+    , m_options(options) {
+    connect(&m_window, &MainWindow::modulesBuilt, this, &CommandLineRun::onModulesBuilt);
+    connect(&m_window, &MainWindow::recordingChanged, this, [this](bool, const QString& error) {
+        if (!error.isEmpty() && !m_options.recordFile.isEmpty()) {
+            giveUp(ExitNoRecording, tr("cannot record: %1").arg(error));
+        }
+    });
+    connect(&m_rowTimer, &QTimer::timeout, this, &CommandLineRun::printRows);
+}
+
+CommandLineRun::~CommandLineRun() = default;
+
+void CommandLineRun::start() {
+    loadModules();
+    if (m_options.simulate) {
+        startSimulator();
+    } else if (m_options.connectTo) {
+        m_window.connectTo(*m_options.connectTo);
+    }
+    if (m_options.printRows) {
+        m_rowTimer.start(rowIntervalMs);
+    }
+    if (!m_options.screenshotFile.isEmpty()) {
+        QTimer::singleShot(milliseconds(m_options.screenshotAfter), this,
+                           &CommandLineRun::takePicture);
+    }
+    if (m_options.quitAfter >= 0.0) {
+        QTimer::singleShot(milliseconds(m_options.quitAfter), &m_window, &QWidget::close);
+    }
+}
+
+void CommandLineRun::loadModules() {
+    for (const QString& file : m_options.modules) {
+        m_window.modules().loadFile(file);
+    }
+    const QStringList folders =
+        m_options.pluginFolder ? QStringList(*m_options.pluginFolder) : ModuleHost::usualFolders();
+    for (const QString& folder : folders) {
+        m_window.modules().loadFolder(folder);
+    }
+    m_window.modulesLoaded();
+}
+
+void CommandLineRun::startSimulator() {
+    m_simulator = std::make_unique<SimulatorProcess>();
+    connect(m_simulator.get(), &SimulatorProcess::listening, &m_window, &MainWindow::connectTo);
+    connect(m_simulator.get(), &SimulatorProcess::failed, this,
+            [this](const QString& reason) { giveUp(ExitNoSimulator, reason); });
+    m_simulator->start(m_options.simulatorOptions);
+}
+
+void CommandLineRun::onModulesBuilt() {
+    if (!m_first) {
+        return;
+    }
+    m_first = false;
+    if (!m_options.recordFile.isEmpty()) {
+        m_window.startRecording(m_options.recordFile);
+    }
+    if (m_options.measure) {
+        m_window.startMeasurement();
+    }
+}
+
+void CommandLineRun::printRows() {
+    const QStringList rows = m_window.moduleRows();
+    for (const QString& row : rows) {
+        std::puts(row.toUtf8().constData());
+    }
+    std::fflush(stdout);
+}
+
+void CommandLineRun::takePicture() {
+    if (!m_window.grab().save(m_options.screenshotFile)) {
+        giveUp(ExitNoScreenshot, tr("%1 cannot be written").arg(m_options.screenshotFile));
+    }
+}
+
+void CommandLineRun::giveUp(ExitCode code, const QString& reason) {
+    std::fprintf(stderr, "kestrel-workbench: %s\n", reason.toUtf8().constData());
+    m_window.close();
+    QCoreApplication::exit(code);
+}
+
+void CommandLineRun::watchSignals() {
+    std::array<int, 2> sockets{};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
+        return;
+    }
+    signalSocket = sockets[0];
+    auto* const notifier = new QSocketNotifier(sockets[1], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
+        notifier->setEnabled(false);
+        m_window.close();
+    });
+    struct sigaction action {};
+    action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(SIGINT, &action, nullptr);
+    ::sigaction(SIGTERM, &action, nullptr);
+}
+
+} // namespace workbench

@@ -1,0 +1,91 @@
+#include "workbench/headercollector.h"
+
+#include "libs/kestrel_wire/command.h"
+#include "workbench/controllersession.h"
+#include "workbench/replyrules.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+constexpr const char* numberOfTools = "measurementtool number_of_tools";
+constexpr const char* numberOfReferences = "measurementtool number_of_references";
+
+std::string bodyName(int number) {
+    return (number < 10 ? "b0" : "b") + std::to_string(number);
+}
+
+} // namespace
+
+HeaderCollector::HeaderCollector(ControllerSession& session, QObject* parent)
+    : QObject(parent)
+    , m_session(session) {}
+
+void HeaderCollector::collect(
+    const std::function<void(bool, const kestrel_wire::RecordingHeader&)>& done) {
+    if (isCollecting()) {
+        return;
+    }
+    const BackendVersions& versions = *m_session.versions();
+    m_header = kestrel_wire::RecordingHeader();
+    m_header.system = versions.systemPt().toString().toStdString();
+    m_header.protocol = versions.protocol().toString().toStdString();
+    m_header.systemCt = versions.systemCt().toString().toStdString();
+    m_header.model = versions.hubModel().toStdString();
+    m_open = {"measurementtool available",
+              "measurementtool max_number_of_tools",
+              "measurementtool max_number_of_references",
+              "measurementtool output_6dmt",
+              numberOfTools,
+              numberOfReferences};
+    m_done = done;
+    askNext();
+}
+
+void HeaderCollector::askNext() {
+    if (m_open.empty()) {
+        finish(true);
+        return;
+    }
+    if (!m_session.isReady()) {
+        finish(false);
+        return;
+    }
+    const std::string parameter = m_open.front();
+    m_open.pop_front();
+    m_session.channel().askLater(kestrel_wire::getCommand(parameter),
+                                 [this, parameter](const CommandChannel::Answer& answer) {
+                                     if (answer.result == Success) {
+                                         take(parameter, answer.reply.value);
+                                     }
+                                     askNext();
+                                 });
+}
+
+void HeaderCollector::take(const std::string& parameter, const std::string& value) {
+    m_header.parameters.emplace_back(parameter, value);
+    int count = 0;
+    if ((parameter != numberOfTools && parameter != numberOfReferences) ||
+        replyrules::toInt(value, &count) != Success) {
+        return;
+    }
+    for (int i = 1; i <= std::min(count, maxBodies); ++i) {
+        if (parameter == numberOfTools) {
+            m_open.push_back("body calibrated measurementtool " + bodyName(i));
+            m_open.push_back("measurementtool tip_calibrated " + bodyName(i));
+            m_open.push_back("measurementtool reference_of_tool " + bodyName(i));
+        } else {
+            m_open.push_back("body calibrated measurementtool_reference " + bodyName(i));
+        }
+    }
+}
+
+void HeaderCollector::finish(bool good) {
+    const auto done = std::exchange(m_done, nullptr);
+    done(good, m_header);
+}
+
+} // namespace workbench

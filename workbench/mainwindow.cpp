@@ -1,0 +1,266 @@
+#include "workbench/mainwindow.h"
+
+#include "ui_mainwindow.h"
+#include "workbench/commanddock.h"
+#include "workbench/connectdialog.h"
+#include "workbench/logdock.h"
+#include "workbench/modulelistdialog.h"
+#include "workbench/rowprinter.h"
+
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace workbench {
+
+namespace {
+
+constexpr int numbersIntervalMs = 500;
+
+} // namespace
+
+MainWindow::MainWindow(const Setup& setup, QWidget* parent)
+    : QMainWindow(parent)
+    , m_ui(std::make_unique<Ui::MainWindow>())
+    , m_setup(setup)
+    , m_settings(setup.settingsFile)
+    , m_headerCollector(m_backend.session)
+    , m_modules({&m_backend.io, this, m_backend.session.versions(), setup.observerMode},
+                m_backend.log) {
+    m_ui->setupUi(this);
+    m_menus = new MenuArranger(m_ui->menubar);
+    m_logDock = new LogDock(m_backend.log, this);
+    m_commandDock = new CommandDock(m_backend.session, this);
+    m_commandDock->history().setCommands(m_settings.commandHistory());
+    setDockNestingEnabled(true);
+    addDockWidget(Qt::BottomDockWidgetArea, m_logDock);
+    addDockWidget(Qt::BottomDockWidgetArea, m_commandDock);
+    setUpActions();
+    setUpStatusBar();
+    m_settings.restore(*this);
+    connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
+    connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
+    connect(&m_backend.monitor, &MeasurementMonitor::changed, this, &MainWindow::onMeasuring);
+    connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::showNumbers);
+    m_numbersTimer.start(numbersIntervalMs);
+    static_cast<void>(m_settings.address()); // a damaged one is part of the notice
+    const QString notice = m_settings.takeNotice();
+    if (!notice.isEmpty()) {
+        m_backend.log.problem(notice);
+    }
+    showState();
+    showNumbers();
+    showModules();
+}
+
+MainWindow::~MainWindow() {
+    tearDownModules();
+}
+
+void MainWindow::setUpActions() {
+    const Ui::MainWindow& ui = *m_ui;
+    ui.actionConnect->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
+    ui.actionStart->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
+    ui.actionStop->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
+    ui.actionRecord->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    ui.actionStopRecording->setIcon(style()->standardIcon(QStyle::SP_DialogCloseButton));
+    const MenuEntry entries[] = {
+        {tr("&File"), 100, 10, ui.actionRecord},
+        {tr("&File"), 100, 20, ui.actionStopRecording},
+        {tr("&File"), 100, 900, ui.actionQuit},
+        {tr("&Connection"), 200, 10, ui.actionConnect},
+        {tr("&Connection"), 200, 20, ui.actionDisconnect},
+        {tr("&Measurement"), 250, 10, ui.actionStart},
+        {tr("&Measurement"), 250, 20, ui.actionStop},
+        {tr("&View"), 400, 10, m_logDock->toggleViewAction()},
+        {tr("&View"), 400, 20, m_commandDock->toggleViewAction()},
+        {tr("&View"), 400, 30, ui.toolBar->toggleViewAction()},
+        {tr("&Help"), 900, 10, ui.actionModules},
+        {tr("&Help"), 900, 20, ui.actionAbout},
+    };
+    for (const MenuEntry& entry : entries) {
+        m_menus->add(entry);
+    }
+    m_menus->arrange();
+    connect(ui.actionConnect, &QAction::triggered, this, &MainWindow::askForAddress);
+    connect(ui.actionDisconnect, &QAction::triggered, &m_backend.session,
+            &ControllerSession::disconnectFromController);
+    connect(ui.actionStart, &QAction::triggered, this, &MainWindow::startMeasurement);
+    connect(ui.actionStop, &QAction::triggered, this, &MainWindow::stopMeasurement);
+    connect(ui.actionRecord, &QAction::triggered, this, &MainWindow::askForRecording);
+    connect(ui.actionStopRecording, &QAction::triggered, this, &MainWindow::stopRecording);
+    connect(ui.actionQuit, &QAction::triggered, this, &QWidget::close);
+    connect(ui.actionModules, &QAction::triggered, this,
+            [this] { ModuleListDialog(m_modules.modules(), this).exec(); });
+    connect(ui.actionAbout, &QAction::triggered, this, &MainWindow::showAbout);
+}
+
+void MainWindow::setUpStatusBar() {
+    const auto addLabel = [this](const char* objectName, const QString& accessibleName,
+                                 int stretch) {
+        auto* const label = new QLabel(this);
+        label->setObjectName(QLatin1String(objectName));
+        label->setAccessibleName(accessibleName);
+        label->setTextFormat(Qt::PlainText);
+        // A long state is cut rather than that it widens the window.
+        label->setSizePolicy(stretch > 0 ? QSizePolicy::Ignored : QSizePolicy::Preferred,
+                             QSizePolicy::Preferred);
+        statusBar()->addPermanentWidget(label, stretch);
+        return label;
+    };
+    m_connectionLabel = addLabel("statusConnection", tr("Connection"), 1);
+    m_measurementLabel = addLabel("statusMeasurement", tr("Measurement"), 0);
+    m_dataLabel = addLabel("statusData", tr("Data lines"), 0);
+    m_recordingLabel = addLabel("statusRecording", tr("Recording"), 0);
+}
+
+void MainWindow::askForAddress() {
+    ConnectDialog dialog(m_settings.address(), m_settings.recentHosts(), this);
+    if (dialog.exec() == QDialog::Accepted) {
+        m_settings.setAddress(dialog.address());
+        connectTo(dialog.address());
+    }
+}
+
+void MainWindow::connectTo(const ControllerAddress& address) {
+    stopRecording();
+    tearDownModules();
+    m_backend.session.connectTo(address);
+}
+
+void MainWindow::onReady(bool first) {
+    m_backend.receiver.statistics().reset();
+    if (first) {
+        buildModules();
+        Q_EMIT modulesBuilt();
+    }
+}
+
+void MainWindow::buildModules() {
+    const QList<_GuiElement*> elements = m_modules.build();
+    for (const _GuiElement* element : elements) {
+        m_menus->add({element->menu_name, element->menu_order_number,
+                      element->menu_entry_order_number, element->menu_entry,
+                      element->action_active_during_measurement != 0, true});
+        if (auto* const dock = qobject_cast<QDockWidget*>(element->content)) {
+            addDock(dock);
+        }
+    }
+    m_menus->arrange();
+}
+
+void MainWindow::addDock(QDockWidget* dock) {
+    if (dock->objectName().isEmpty()) {
+        dock->setObjectName(QStringLiteral("moduleDock_") + dock->windowTitle());
+    }
+    m_moduleDocks += dock;
+    if (!restoreDockWidget(dock)) {
+        addDockWidget(Qt::TopDockWidgetArea, dock);
+        dock->show();
+    }
+    if (m_setup.openDocks) {
+        dock->show();
+    }
+}
+
+void MainWindow::tearDownModules() {
+    if (!m_modules.isBuilt()) {
+        return;
+    }
+    // The places of docks that are deleted stay in the saved state, and wait there for their
+    // successors.
+    const QByteArray docks = saveState();
+    m_menus->removeModuleEntries();
+    m_menus->arrange();
+    m_modules.tearDown();
+    m_moduleDocks.clear();
+    restoreState(docks);
+}
+
+void MainWindow::startMeasurement() {
+    m_backend.session.channel().askLater("kestrel2 tracking start");
+}
+
+void MainWindow::stopMeasurement() {
+    m_backend.session.channel().askLater("kestrel2 tracking stop");
+}
+
+void MainWindow::onMeasuring(bool measuring) {
+    if (measuring) {
+        m_backend.receiver.statistics().reset();
+    }
+    m_menus->setMeasuring(measuring);
+    m_backend.log.info(measuring ? tr("Measurement started") : tr("Measurement stopped"));
+    showState();
+}
+
+void MainWindow::askForRecording() {
+    const QString fileName =
+        QFileDialog::getSaveFileName(this, tr("Record to"), QStringLiteral("session.kestrel"),
+                                     tr("Recordings (*.kestrel);;All files (*)"));
+    if (!fileName.isEmpty()) {
+        startRecording(fileName);
+    }
+}
+
+void MainWindow::startRecording(const QString& fileName) {
+    if (m_headerCollector.isCollecting()) {
+        return;
+    }
+    m_headerCollector.collect(
+        [this, fileName](bool good, const kestrel_wire::RecordingHeader& header) {
+            QString error = tr("the connection was lost");
+            if (good && m_backend.recorder.start(fileName, header, &error)) {
+                m_backend.log.info(tr("Recording to %1").arg(fileName));
+                m_recordingBefore = true;
+                error.clear();
+            } else {
+                m_backend.log.problem(tr("%1 cannot be written: %2").arg(fileName, error));
+            }
+            showState();
+            Q_EMIT recordingChanged(error.isEmpty(), error);
+        });
+}
+
+void MainWindow::stopRecording() {
+    if (m_backend.recorder.status().running) {
+        m_backend.recorder.stop();
+        showNumbers();
+    }
+}
+
+QStringList MainWindow::moduleRows() const {
+    QStringList rows;
+    for (const QPointer<QDockWidget>& dock : m_moduleDocks) {
+        if (dock && dock->isVisible()) {
+            rows += visibleRows(*dock);
+        }
+    }
+    return rows;
+}
+
+void MainWindow::showAbout() {
+    QMessageBox box(
+        QMessageBox::NoIcon, tr("About"),
+        tr("Kestrel Workbench %1\n\nA stand-alone front end for tracking controllers: it "
+           "connects over the network, loads modules and shows what they offer.")
+            .arg(QCoreApplication::applicationVersion()),
+        QMessageBox::Close, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    m_settings.setCommandHistory(m_commandDock->history().commands());
+    m_settings.save(*this);
+    stopRecording();
+    tearDownModules();
+    m_backend.session.disconnectFromController();
+    event->accept();
+}
+
+} // namespace workbench

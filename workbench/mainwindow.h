@@ -1,0 +1,105 @@
+#pragma once
+
+#include "workbench/backend.h"
+#include "workbench/headercollector.h"
+#include "workbench/menuarranger.h"
+#include "workbench/modulehost.h"
+#include "workbench/windowsettings.h"
+
+#include <QDockWidget>
+#include <QLabel>
+#include <QList>
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <memory>
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace workbench {
+
+class CommandDock;
+class LogDock;
+
+/// The workbench's window: connection, measurement and recording by hand, the state in words, the
+/// modules' menus and docks.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    struct Setup {
+        QString settingsFile;
+        bool observerMode = false;
+        bool openDocks = false; ///< open all docks of modules, whatever was remembered
+    };
+
+    explicit MainWindow(const Setup& setup, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    Backend& backend() { return m_backend; }
+    ModuleHost& modules() { return m_modules; }
+
+    /// To be called after modules were loaded.
+    void modulesLoaded() { showModules(); }
+
+    /// Gives the present controller up and connects to this one; the modules' entries are built
+    /// anew when the connection is there.
+    void connectTo(const ControllerAddress& address);
+
+    void startMeasurement();
+    void stopMeasurement();
+
+    /// The file is written once the controller has been asked for the header; recordingChanged()
+    /// follows in any case.
+    void startRecording(const QString& fileName);
+    void stopRecording();
+
+    /// The rows of all tables in the modules' visible docks; see rowprinter.h.
+    QStringList moduleRows() const;
+
+Q_SIGNALS:
+    /// The modules' entries have been built for the controller just connected.
+    void modulesBuilt();
+    /// A recording has begun or ended; `error` is not empty when it could not begin or go on.
+    void recordingChanged(bool running, const QString& error);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void setUpActions();
+    void setUpStatusBar();
+    void askForAddress();
+    void askForRecording();
+    void showAbout();
+    void onReady(bool first);
+    void onMeasuring(bool measuring);
+    void buildModules();
+    void addDock(QDockWidget* dock);
+    void tearDownModules();
+    void showState();
+    void showNumbers();
+    void showModules();
+
+    std::unique_ptr<Ui::MainWindow> m_ui;
+    Setup m_setup;
+    Backend m_backend;
+    WindowSettings m_settings;
+    HeaderCollector m_headerCollector;
+    ModuleHost m_modules;
+    MenuArranger* m_menus = nullptr;
+    LogDock* m_logDock = nullptr;
+    CommandDock* m_commandDock = nullptr;
+    QLabel* m_connectionLabel = nullptr;
+    QLabel* m_measurementLabel = nullptr;
+    QLabel* m_dataLabel = nullptr;
+    QLabel* m_recordingLabel = nullptr;
+    QList<QPointer<QDockWidget>> m_moduleDocks;
+    QTimer m_numbersTimer;
+    bool m_recordingBefore = false;
+};
+
+} // namespace workbench

@@ -1,0 +1,87 @@
+#include "ui_mainwindow.h"
+#include "workbench/mainwindow.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace workbench {
+
+void MainWindow::showState() {
+    const ControllerSession& session = m_backend.session;
+    const bool ready = session.isReady();
+    const bool measuring = m_backend.monitor.isMeasuring();
+    const bool recording = m_backend.recorder.status().running;
+    m_connectionLabel->setText(session.stateText());
+    m_connectionLabel->setAccessibleDescription(session.stateText());
+    m_ui->label_connection->setText(session.stateText());
+    const QString measurement = measuring ? tr("measuring") : tr("not measuring");
+    m_measurementLabel->setText(measurement);
+    m_ui->label_measurement->setText(measurement);
+    m_ui->actionDisconnect->setEnabled(session.state() != ControllerSession::State::Disconnected);
+    m_ui->actionStart->setEnabled(ready && !measuring);
+    m_ui->actionStop->setEnabled(ready && measuring);
+    m_ui->actionRecord->setEnabled(ready && !recording);
+    m_ui->actionStopRecording->setEnabled(recording);
+
+    const BackendVersions& versions = *m_backend.session.versions();
+    const bool known = versions.protocol() != VersionInfo();
+    m_ui->label_model->setText(known ? versions.hubModel() : tr("unknown"));
+    m_ui->label_versions->setText(known ? tr("system %1, protocol %2, second system %3")
+                                              .arg(versions.systemPt().toString(),
+                                                   versions.protocol().toString(),
+                                                   versions.systemCt().toString())
+                                        : tr("unknown"));
+}
+
+void MainWindow::showNumbers() {
+    const FrameStatistics::Snapshot counts = m_backend.receiver.statistics().snapshot();
+    QString text = tr("no frames");
+    if (counts.lastFrameAge >= 0.0) {
+        text = tr("%1 frames/s, last %2 s ago, %3 lost")
+                   .arg(QString::number(counts.framesPerSecond, 'f', 1),
+                        QString::number(counts.lastFrameAge, 'f', 1),
+                        QString::number(counts.lostFrames));
+    }
+    m_dataLabel->setText(text);
+    QString more = text;
+    if (m_backend.session.boundDataPort() != 0) {
+        more += tr(" (port %1)").arg(m_backend.session.boundDataPort());
+    }
+    if (counts.rejectedLines > 0) {
+        more += tr(", %1 lines unreadable").arg(counts.rejectedLines);
+    }
+    if (counts.foreign > 0) {
+        more += tr(", %1 datagrams from elsewhere refused").arg(counts.foreign);
+    }
+    m_ui->label_data->setText(more);
+
+    const Recorder::Status recording = m_backend.recorder.status();
+    m_recordingLabel->setText(recording.running ? tr("recording") : tr("not recording"));
+    m_ui->label_recording->setText(
+        recording.running
+            ? tr("%1 frames to %2").arg(QString::number(recording.frames), recording.fileName)
+            : tr("none"));
+    if (m_recordingBefore && !recording.running) {
+        m_recordingBefore = false;
+        m_backend.log.info(tr("Recorded %1 frames to %2")
+                               .arg(QString::number(recording.frames), recording.fileName));
+        if (!recording.error.isEmpty()) {
+            m_backend.log.problem(tr("The recording ended: %1").arg(recording.error));
+        }
+        showState();
+        Q_EMIT recordingChanged(false, recording.error);
+    }
+}
+
+void MainWindow::showModules() {
+    QStringList texts;
+    const QVector<ModuleInfo> infos = m_modules.modules();
+    for (const ModuleInfo& info : infos) {
+        texts += info.isLoaded() ? info.name + QLatin1Char(' ') + info.version
+                                 : tr("%1 not loaded").arg(QFileInfo(info.file).fileName());
+    }
+    m_ui->label_modules->setText(texts.isEmpty() ? tr("none") : texts.join(QStringLiteral(", ")));
+}
+
+} // namespace workbench

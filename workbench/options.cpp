@@ -1,0 +1,137 @@
+#include "workbench/options.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace workbench {
+
+namespace {
+
+constexpr double longestSeconds = 1e6;
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("workbench::Options", text);
+}
+
+void declare(QCommandLineParser& parser) {
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.setApplicationDescription(tr(
+        "A front end for tracking controllers: connects, loads modules, shows and records data.\n"
+        "\n"
+        "Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has\n"
+        "ended, 4 the picture could not be written, 5 the recording could not be written."));
+    parser.addOptions({
+        {"connect",
+         tr("Connect to a controller; the port is %1 unless given.")
+             .arg(ControllerAddress::defaultPort),
+         "HOST[:PORT]"},
+        {"simulate", tr("Start a simulated controller of our own, connect to it, stop it at the "
+                        "end.")},
+        {"simulator-options", tr("Options for the simulated controller, separated by blanks."),
+         "OPTIONS"},
+        {"measure", tr("Start a measurement once connected.")},
+        {"observer", tr("Let modules offer only what observes.")},
+        {"module", tr("Load a module file; may be repeated."), "FILE"},
+        {"plugins", tr("Look for modules in this folder instead of the usual ones."), "FOLDER"},
+        {"settings", tr("Keep window and connection settings in this file."), "FILE"},
+        {"record", tr("Record the data lines once connected."), "FILE"},
+        {"screenshot", tr("Write a picture of the window."), "FILE"},
+        {"after", tr("When to take the picture, in seconds from the start (3)."), "SECONDS"},
+        {"quit-after", tr("Quit after so many seconds."), "SECONDS"},
+        {"print-rows", tr("Print the rows of the modules' tables every half second.")},
+        {"open-docks", tr("Open the docks of all modules, whatever was remembered.")},
+    });
+    parser.addHelpOption();
+    parser.addVersionOption();
+    // Qt's own, taken by the application object.
+    for (const char* name : {"platform", "style", "stylesheet", "qwindowgeometry"}) {
+        QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("value"));
+        option.setFlags(QCommandLineOption::HiddenFromHelp);
+        parser.addOption(option);
+    }
+}
+
+bool readSeconds(const QCommandLineParser& parser, const QString& name, double* seconds,
+                 QString* error) {
+    if (!parser.isSet(name)) {
+        return true;
+    }
+    bool good = false;
+    const double value = parser.value(name).toDouble(&good);
+    if (!good || !std::isfinite(value) || value < 0.0 || value > longestSeconds) {
+        *error = tr("--%1 takes a number of seconds, not \"%2\"").arg(name, parser.value(name));
+        return false;
+    }
+    *seconds = value;
+    return true;
+}
+
+QString readInto(const QCommandLineParser& parser, Options& options) {
+    QString error;
+    if (!parser.positionalArguments().isEmpty()) {
+        return tr("unexpected argument \"%1\"").arg(parser.positionalArguments().constFirst());
+    }
+    if (parser.isSet("connect")) {
+        ControllerAddress address;
+        if (!address.parse(parser.value("connect"))) {
+            return tr("--connect takes HOST or HOST:PORT, not \"%1\"").arg(parser.value("connect"));
+        }
+        options.connectTo = address;
+    }
+    if (!readSeconds(parser, QStringLiteral("after"), &options.screenshotAfter, &error) ||
+        !readSeconds(parser, QStringLiteral("quit-after"), &options.quitAfter, &error)) {
+        return error;
+    }
+    options.simulate = parser.isSet("simulate");
+    options.simulatorOptions =
+        parser.value("simulator-options").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    options.measure = parser.isSet("measure");
+    options.observer = parser.isSet("observer");
+    options.modules = parser.values("module");
+    if (parser.isSet("plugins")) {
+        options.pluginFolder = parser.value("plugins");
+    }
+    options.settingsFile = parser.value("settings");
+    options.recordFile = parser.value("record");
+    options.screenshotFile = parser.value("screenshot");
+    options.printRows = parser.isSet("print-rows");
+    options.openDocks = parser.isSet("open-docks");
+    if (options.simulate && options.connectTo) {
+        return tr("--simulate and --connect exclude each other");
+    }
+    if (parser.isSet("simulator-options") && !options.simulate) {
+        return tr("--simulator-options needs --simulate");
+    }
+    if (parser.isSet("after") && options.screenshotFile.isEmpty()) {
+        return tr("--after needs --screenshot");
+    }
+    if ((options.measure || !options.recordFile.isEmpty()) && !options.simulate &&
+        !options.connectTo) {
+        return tr("--measure and --record need --connect or --simulate");
+    }
+    return error;
+}
+
+} // namespace
+
+ParsedOptions parseOptions(const QStringList& arguments) {
+    QCommandLineParser parser;
+    declare(parser);
+    ParsedOptions parsed;
+    const bool good = parser.parse(arguments);
+    if (parser.isSet("help") || parser.isSet("version")) {
+        parsed.action = ParsedOptions::Action::ShowText;
+        parsed.text = parser.isSet("help") ? parser.helpText()
+                                           : QStringLiteral("kestrel-workbench %1\n")
+                                                 .arg(QCoreApplication::applicationVersion());
+        return parsed;
+    }
+    parsed.text = good ? readInto(parser, parsed.options) : parser.errorText();
+    parsed.action =
+        parsed.text.isEmpty() ? ParsedOptions::Action::Run : ParsedOptions::Action::Fail;
+    return parsed;
+}
+
+} // namespace workbench

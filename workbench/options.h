@@ -1,0 +1,49 @@
+#pragma once
+
+#include "workbench/controlleraddress.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace workbench {
+
+/// Exit codes of the program.
+enum ExitCode : int {
+    ExitSuccess = 0,
+    ExitBadOptions = 2,
+    ExitNoSimulator = 3,  ///< --simulate: it could not be started or has ended
+    ExitNoScreenshot = 4, ///< --screenshot: the picture could not be written
+    ExitNoRecording = 5   ///< --record: the file could not be written
+};
+
+/// What the command line asks for.
+struct Options {
+    std::optional<ControllerAddress> connectTo;
+    bool simulate = false;
+    QStringList simulatorOptions;
+    bool measure = false;
+    bool observer = false;
+    QStringList modules; ///< files, besides those of the plug-in folder
+    std::optional<QString> pluginFolder;
+    QString settingsFile; ///< empty: the user's own
+    QString recordFile;
+    QString screenshotFile;
+    double screenshotAfter = 3.0; ///< seconds from the start
+    double quitAfter = -1.0;      ///< seconds from the start, below 0: never
+    bool printRows = false;
+    bool openDocks = false;
+};
+
+struct ParsedOptions {
+    enum class Action { Run, ShowText, Fail };
+    Action action = Action::Run;
+    QString text; ///< help, version, or what is wrong
+    Options options;
+};
+
+/// Reads the command line, the program's name first. Needs no application object.
+ParsedOptions parseOptions(const QStringList& arguments);
+
+} // namespace workbench

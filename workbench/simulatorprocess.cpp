@@ -1,0 +1,105 @@
+#include "workbench/simulatorprocess.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+namespace workbench {
+
+namespace {
+
+constexpr int stopTimeoutMs = 2000;
+constexpr int maxReasonLength = 500;
+
+} // namespace
+
+class SimulatorProcess::Process : public QProcess {
+protected:
+    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGTERM); }
+};
+
+SimulatorProcess::SimulatorProcess(const QString& program, QObject* parent)
+    : QObject(parent)
+    , m_program(program.isEmpty() ? QDir(QCoreApplication::applicationDirPath())
+                                        .filePath(QStringLiteral("kestrel-simulator"))
+                                  : program)
+    , m_process(std::make_unique<Process>()) {
+    m_startTimer.setSingleShot(true);
+    m_startTimer.setInterval(startTimeoutMs);
+    connect(&m_startTimer, &QTimer::timeout, this,
+            [this] { fail(tr("%1 does not say where it listens").arg(m_program)); });
+    connect(m_process.get(), &QProcess::readyReadStandardOutput, this,
+            &SimulatorProcess::readFirstLine);
+    connect(m_process.get(), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            &SimulatorProcess::onFinished);
+    connect(m_process.get(), &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            fail(tr("%1 cannot be started: %2").arg(m_program, m_process->errorString()));
+        }
+    });
+}
+
+SimulatorProcess::~SimulatorProcess() {
+    stop();
+}
+
+void SimulatorProcess::start(const QStringList& options) {
+    m_isStopping = false;
+    m_isListening = false;
+    m_startTimer.start();
+    m_process->start(m_program,
+                     QStringList{QStringLiteral("--port"), QStringLiteral("0")} + options,
+                     QIODevice::ReadOnly);
+}
+
+void SimulatorProcess::stop() {
+    m_isStopping = true;
+    m_startTimer.stop();
+    if (m_process->state() != QProcess::NotRunning) {
+        m_process->terminate();
+        if (!m_process->waitForFinished(stopTimeoutMs)) {
+            m_process->kill();
+            m_process->waitForFinished(stopTimeoutMs);
+        }
+    }
+}
+
+void SimulatorProcess::readFirstLine() {
+    if (m_isListening) {
+        m_process->readAllStandardOutput();
+        return;
+    }
+    if (!m_process->canReadLine()) {
+        return;
+    }
+    static const QString introduction = QStringLiteral("listening on ");
+    const QString line = QString::fromUtf8(m_process->readLine()).trimmed();
+    ControllerAddress address;
+    if (!line.startsWith(introduction) || !address.parse(line.mid(introduction.size()))) {
+        fail(tr("%1 says \"%2\"").arg(m_program, line.left(maxReasonLength)));
+        return;
+    }
+    m_isListening = true;
+    m_startTimer.stop();
+    Q_EMIT listening(address);
+}
+
+void SimulatorProcess::onFinished() {
+    if (m_isStopping) {
+        return;
+    }
+    const QString said = QString::fromUtf8(m_process->readAllStandardError()).trimmed();
+    fail(tr("%1 has ended (exit code %2) %3")
+             .arg(m_program, QString::number(m_process->exitCode()), said.left(maxReasonLength)));
+}
+
+void SimulatorProcess::fail(const QString& reason) {
+    if (!m_isStopping) {
+        stop();
+        Q_EMIT failed(reason.trimmed());
+    }
+}
+
+} // namespace workbench

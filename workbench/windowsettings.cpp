@@ -1,0 +1,165 @@
+#include "workbench/windowsettings.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMainWindow>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace workbench {
+
+namespace {
+
+constexpr int stateVersion = 1;
+constexpr int maxRecentHosts = 8;
+constexpr int maxCommands = 100;
+constexpr QSize defaultSize(1040, 780);
+constexpr QSize smallestSize(320, 240);
+
+QVector<QRect> screenRects() {
+    QVector<QRect> rects;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        rects += screen->availableGeometry();
+    }
+    return rects;
+}
+
+int area(const QRect& rect) {
+    return rect.isEmpty() ? 0 : rect.width() * rect.height();
+}
+
+} // namespace
+
+WindowSettings::WindowSettings(const QString& fileName)
+    : m_settings(fileName.isEmpty()
+                     ? QSettings(QSettings::IniFormat, QSettings::UserScope,
+                                 QStringLiteral("kestrel"), QStringLiteral("kestrel-workbench"))
+                           .fileName()
+                     : fileName,
+                 QSettings::IniFormat) {
+    m_settings.allKeys(); // reads the file
+    if (m_settings.status() != QSettings::NoError) {
+        m_settings.clear();
+        setBroken();
+    }
+}
+
+void WindowSettings::setBroken() {
+    m_broken = true;
+}
+
+QString WindowSettings::takeNotice() {
+    if (!m_broken || m_told) {
+        return {};
+    }
+    m_told = true;
+    return QCoreApplication::translate("workbench::WindowSettings",
+                                       "The settings in %1 are damaged; defaults are used instead")
+        .arg(m_settings.fileName());
+}
+
+QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) {
+    if (screens.isEmpty()) {
+        return rect;
+    }
+    const QRect screen =
+        *std::max_element(screens.begin(), screens.end(), [&rect](const QRect& a, const QRect& b) {
+            return area(a.intersected(rect)) < area(b.intersected(rect));
+        });
+    QRect result(rect.topLeft(), rect.size().boundedTo(screen.size()));
+    result.moveLeft(std::clamp(result.left(), screen.left(), screen.right() - result.width() + 1));
+    result.moveTop(std::clamp(result.top(), screen.top(), screen.bottom() - result.height() + 1));
+    return result;
+}
+
+void WindowSettings::restore(QMainWindow& window) {
+    const QVector<QRect> screens = screenRects();
+    window.resize(clamped(QRect(QPoint(0, 0), defaultSize), screens).size());
+    const QVariant stored = m_settings.value(QStringLiteral("window/rect"));
+    if (stored.isValid()) {
+        const QRect rect = stored.toRect();
+        if (stored.type() == QVariant::Rect && rect.width() >= smallestSize.width() &&
+            rect.height() >= smallestSize.height()) {
+            window.setGeometry(clamped(rect, screens));
+        } else {
+            setBroken();
+        }
+    }
+    if (m_settings.value(QStringLiteral("window/maximized"), false).toBool()) {
+        window.setWindowState(Qt::WindowMaximized);
+    }
+    const QByteArray docks = m_settings.value(QStringLiteral("window/docks")).toByteArray();
+    if (!docks.isEmpty() && !window.restoreState(docks, stateVersion)) {
+        setBroken();
+    }
+}
+
+void WindowSettings::save(const QMainWindow& window) {
+    m_settings.setValue(QStringLiteral("window/rect"),
+                        window.isMaximized() ? window.normalGeometry() : window.geometry());
+    m_settings.setValue(QStringLiteral("window/maximized"), window.isMaximized());
+    m_settings.setValue(QStringLiteral("window/docks"), window.saveState(stateVersion));
+    m_settings.sync();
+}
+
+ControllerAddress WindowSettings::address() {
+    ControllerAddress address;
+    const QString host = recentHosts().value(0);
+    if (!host.isEmpty()) {
+        address.host = host;
+    }
+    const auto port = [this](const QString& key, quint16 fallback) {
+        bool good = false;
+        const uint value = m_settings.value(key, fallback).toUInt(&good);
+        if (!good || value > 0xffff) {
+            setBroken();
+            return fallback;
+        }
+        return static_cast<quint16>(value);
+    };
+    address.port = port(QStringLiteral("connection/port"), ControllerAddress::defaultPort);
+    if (address.port == 0) {
+        address.port = ControllerAddress::defaultPort;
+    }
+    address.dataPort = port(QStringLiteral("connection/dataPort"), 0);
+    return address;
+}
+
+QStringList WindowSettings::recentHosts() {
+    QStringList hosts;
+    const QStringList stored = m_settings.value(QStringLiteral("connection/hosts")).toStringList();
+    for (const QString& host : stored) {
+        ControllerAddress address;
+        if (address.parse(host.contains(QLatin1Char(':'))
+                              ? QLatin1Char('[') + host + QLatin1Char(']')
+                              : host)) {
+            hosts += host;
+        } else {
+            setBroken();
+        }
+    }
+    return hosts.mid(0, maxRecentHosts);
+}
+
+void WindowSettings::setAddress(const ControllerAddress& address) {
+    QStringList hosts = recentHosts();
+    hosts.removeAll(address.host);
+    hosts.prepend(address.host);
+    m_settings.setValue(QStringLiteral("connection/hosts"),
+                        QStringList(hosts.mid(0, maxRecentHosts)));
+    m_settings.setValue(QStringLiteral("connection/port"), address.port);
+    m_settings.setValue(QStringLiteral("connection/dataPort"), address.dataPort);
+}
+
+QStringList WindowSettings::commandHistory() {
+    return m_settings.value(QStringLiteral("commands/history")).toStringList().mid(0, maxCommands);
+}
+
+void WindowSettings::setCommandHistory(const QStringList& commands) {
+    m_settings.setValue(QStringLiteral("commands/history"),
+                        QStringList(commands.mid(std::max(0, commands.size() - maxCommands))));
+}
+
+} // namespace workbench

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "workbench/controlleraddress.h"
+
+#include <QRect>
+#include <QSettings>
+#include <QStringList>
+#include <QVector>
+
+class QMainWindow;
+
+namespace workbench {
+
+/// What the workbench remembers between two runs: window, docks, the last controllers, the last
+/// commands. A file that cannot be read, or holds values that cannot be meant, gives the defaults;
+/// notices() then has one sentence about it.
+class WindowSettings {
+public:
+    /// An empty file name stands for the user's own settings file.
+    explicit WindowSettings(const QString& fileName);
+
+    /// Puts the window back, moved and shrunk to fit a screen, and its docks.
+    void restore(QMainWindow& window);
+    void save(const QMainWindow& window);
+
+    ControllerAddress address();
+    QStringList recentHosts(); ///< the last one first
+    void setAddress(const ControllerAddress& address);
+
+    QStringList commandHistory();
+    void setCommandHistory(const QStringList& commands);
+
+    /// At most one sentence, for the log; empty when all is well. The sentence is handed out once.
+    QString takeNotice();
+
+    /// `rect` inside the screen that shows most of it, or inside the first screen when none shows
+    /// any; never larger than that screen.
+    static QRect clamped(const QRect& rect, const QVector<QRect>& screens);
+
+private:
+    void setBroken();
+
+    QSettings m_settings;
+    bool m_broken = false;
+    bool m_told = false;
+};
+
+} // namespace workbench
