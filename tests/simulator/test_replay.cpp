@@ -1,0 +1,170 @@
+#include "libs/kestrel_wire/recording.h"
+#include "simulator/replay.h"
+#include "tests/simulator/talk.h"
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <gtest/gtest.h>
+
+using kestrel_simulator::Replay;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class RecordingFile : public testing::Test {
+protected:
+    void SetUp() override {
+        header.system = "2.8.0";
+        header.protocol = "1.12.0";
+        header.systemCt = "2.8.1";
+        header.model = "RECORDED";
+        header.parameters = {{"measurementtool number_of_tools", "7"},
+                             {"measurementtool reference_of_tool b01", "b03"}};
+    }
+    void TearDown() override { std::remove(path.c_str()); }
+
+    void write(const std::string& records) {
+        std::ofstream(path, std::ios::binary)
+            << kestrel_wire::formatRecordingHeader(header) << records;
+    }
+
+    std::unique_ptr<Replay> open(Replay::AtEnd atEnd = Replay::AtEnd::Loop) {
+        return Replay::open(path, atEnd, error);
+    }
+
+    static std::string record(std::uint64_t time, const std::string& line) {
+        return kestrel_wire::formatRecord(time, line);
+    }
+
+    std::string threeFrames() const {
+        return record(1000000, "fr 1") + record(1000000, "6dmt 0") + record(1200000, "fr 2") +
+               record(1300000, "fr 3") + record(1300000, "6dmtr 0 0");
+    }
+
+    const std::string path = testing::TempDir() + "kestrel_replay_" +
+                             testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
+    kestrel_wire::RecordingHeader header;
+    std::string error;
+};
+
+} // namespace
+
+TEST_F(RecordingFile, isSentFrameByFrameWithItsOwnTiming) {
+    write(threeFrames());
+    const auto replay = open();
+    ASSERT_TRUE(replay) << error;
+    replay->start(50.0);
+    EXPECT_NEAR(replay->nextDue(), 50.0, 1e-9);
+    EXPECT_EQ(replay->take(50.0), (Lines{"fr 1", "6dmt 0"}));
+    EXPECT_NEAR(replay->nextDue(), 50.2, 1e-9);
+    EXPECT_EQ(replay->take(50.2), (Lines{"fr 2"}));
+    EXPECT_NEAR(replay->nextDue(), 50.3, 1e-9);
+    EXPECT_EQ(replay->take(50.3), (Lines{"fr 3", "6dmtr 0 0"}));
+}
+
+TEST_F(RecordingFile, beginsAnewAfterOneMeanFrameDistance) {
+    write(threeFrames());
+    const auto replay = open();
+    replay->start(0.0);
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_NEAR(replay->nextDue(), round * 0.45, 1e-9);
+        EXPECT_EQ(replay->take(0.0)[0], "fr 1");
+        replay->take(0.0);
+        EXPECT_EQ(replay->take(0.0)[0], "fr 3");
+    }
+}
+
+TEST_F(RecordingFile, canStopAtItsEndAndBeStartedAgain) {
+    write(threeFrames());
+    const auto replay = open(Replay::AtEnd::Stop);
+    replay->start(0.0);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_FALSE(replay->take(0.0).empty());
+    }
+    EXPECT_TRUE(std::isinf(replay->nextDue()));
+    replay->start(9.0);
+    EXPECT_NEAR(replay->nextDue(), 9.0, 1e-9);
+    EXPECT_EQ(replay->take(9.0)[0], "fr 1");
+}
+
+TEST_F(RecordingFile, withoutRecordsSendsNothing) {
+    write("");
+    const auto replay = open();
+    ASSERT_TRUE(replay) << error;
+    replay->start(0.0);
+    EXPECT_TRUE(std::isinf(replay->nextDue()));
+}
+
+TEST_F(RecordingFile, ofOneFrameIsRepeated) {
+    write(record(5, "fr 1"));
+    const auto replay = open();
+    replay->start(0.0);
+    replay->take(0.0);
+    EXPECT_NEAR(replay->nextDue(), 1.0 / 60.0, 1e-9);
+}
+
+TEST_F(RecordingFile, thatIsMalformedIsRefusedWithItsLineNumber) {
+    write(threeFrames() + "nonsense\n" + record(2000000, "fr 4"));
+    EXPECT_FALSE(open());
+    EXPECT_EQ(error, "line 14: unreadable time stamp");
+}
+
+TEST_F(RecordingFile, thatIsMissingOrEmptyOrADirectoryIsRefused) {
+    EXPECT_FALSE(open());
+    EXPECT_FALSE(error.empty());
+    std::ofstream(path).close();
+    EXPECT_FALSE(open());
+    EXPECT_FALSE(Replay::open(testing::TempDir(), Replay::AtEnd::Loop, error));
+}
+
+TEST_F(RecordingFile, whoseLastLineWasCutIsReplayedWithoutIt) {
+    write(threeFrames() + "1400000 fr fr");
+    const auto replay = open(Replay::AtEnd::Stop);
+    ASSERT_TRUE(replay) << error;
+    EXPECT_TRUE(replay->isTruncated());
+    replay->start(0.0);
+    int frames = 0;
+    while (!std::isinf(replay->nextDue())) {
+        replay->take(0.0);
+        ++frames;
+    }
+    EXPECT_EQ(frames, 3);
+}
+
+TEST_F(RecordingFile, answersItsVersionsAndParametersAndRefusesToChangeThem) {
+    write(threeFrames());
+    Talk talk;
+    talk.controller.setReplay(open());
+    EXPECT_EQ(talk.get("version system"), "2.8.0");
+    EXPECT_EQ(talk.get("version protocol"), "1.12.0");
+    EXPECT_EQ(talk.get("version system_ct"), "2.8.1");
+    EXPECT_EQ(talk.get("version model"), "RECORDED");
+    EXPECT_EQ(talk.get("measurementtool number_of_tools"), "7");
+    EXPECT_EQ(talk.get("measurementtool reference_of_tool b01"), "b03");
+    EXPECT_EQ(talk.get("measurementtool reference_of_tool b02"), "b02");
+    EXPECT_EQ(talk.set("measurementtool number_of_tools 3"), "err 8");
+    EXPECT_EQ(talk.set("measurementtool reference_of_tool b02 none"), "ok");
+    EXPECT_EQ(talk.get("measurementtool output_6dmt"), "err 9") << "the recorded protocol holds";
+    EXPECT_EQ(talk.get("cal available measurementtool"), "no");
+    EXPECT_EQ(talk.act("cal measurementtool start"), "err 8");
+}
+
+TEST_F(RecordingFile, isSentWhileTrackingRunsAndOnlyItsActivatedLines) {
+    write(threeFrames());
+    Talk talk;
+    talk.controller.setReplay(open());
+    EXPECT_TRUE(talk.nextFrame().empty());
+    EXPECT_EQ(talk.act("tracking start"), "ok");
+    EXPECT_EQ(talk.nextFrame(), (Lines{"fr 1"}));
+    talk.set("output active chmon 6dmt yes");
+    talk.set("output active chmon 6dmtr yes");
+    EXPECT_EQ(talk.nextFrame(), (Lines{"fr 2"}));
+    EXPECT_EQ(talk.nextFrame(), (Lines{"fr 3", "6dmtr 0 0"}));
+    EXPECT_EQ(talk.nextFrame(), (Lines{"fr 1", "6dmt 0"}));
+    talk.act("tracking stop");
+    EXPECT_TRUE(talk.nextFrame().empty());
+    talk.act("tracking start");
+    EXPECT_EQ(talk.nextFrame(), (Lines{"fr 1", "6dmt 0"}));
+}
