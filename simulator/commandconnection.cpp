@@ -10,8 +10,18 @@ namespace {
 
 constexpr int linesPerTurn = 100; // then the other clients have theirs
 constexpr qint64 readBufferSize = 16 * 1024;
+constexpr int closingMs = 200;
 
 } // namespace
+
+void refuseAndClose(QTcpSocket* socket, kestrel_wire::ErrorNumber number, const char* reason) {
+    const std::string reply = kestrel_wire::errorReply(number, reason) + "\n";
+    socket->write(reply.data(), static_cast<qint64>(reply.size()));
+    // Closing with unread commands in the buffer would reset the connection and lose the reply.
+    QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket] { socket->readAll(); });
+    socket->readAll();
+    QTimer::singleShot(closingMs, socket, [socket] { socket->disconnectFromHost(); });
+}
 
 CommandConnection::CommandConnection(QTcpSocket* socket, Handler handler, QObject* parent)
     : QObject(parent)
@@ -45,7 +55,7 @@ void CommandConnection::readCommands() {
             return;
         }
         if (m_framer.overflowed()) {
-            refuse(kestrel_wire::ErrorNumber::TooLong, "the command has no end");
+            refuseAndClose(kestrel_wire::ErrorNumber::TooLong, "the command has no end");
             return;
         }
         const qint64 size = m_socket->read(chunk.data(), static_cast<qint64>(chunk.size()));
@@ -71,7 +81,7 @@ void CommandConnection::handleLine(const std::string& line) {
 void CommandConnection::enqueue(const ReplyPlan& plan) {
     if (m_pending.size() >= maxQueuedReplies) {
         m_pending.clear();
-        refuse(kestrel_wire::ErrorNumber::TooMany, "too many commands at once");
+        refuseAndClose(kestrel_wire::ErrorNumber::TooMany, "too many commands at once");
         return;
     }
     QDeadlineTimer due(plan.delayMilliseconds, Qt::PreciseTimer);
@@ -95,11 +105,9 @@ void CommandConnection::writeDueReplies() {
     }
 }
 
-void CommandConnection::refuse(kestrel_wire::ErrorNumber number, const char* reason) {
-    const std::string reply = kestrel_wire::errorReply(number, reason) + "\n";
+void CommandConnection::refuseAndClose(kestrel_wire::ErrorNumber number, const char* reason) {
     m_closing = true;
-    m_socket->write(reply.data(), static_cast<qint64>(reply.size()));
-    m_socket->disconnectFromHost();
+    kestrel_simulator::refuseAndClose(m_socket, number, reason);
 }
 
 void CommandConnection::drop() {

@@ -14,6 +14,10 @@
 
 namespace kestrel_simulator {
 
+/// Sends an error reply as the last line of a connection and closes it soon, so that the reply is
+/// not lost together with commands that are still on their way.
+void refuseAndClose(QTcpSocket* socket, kestrel_wire::ErrorNumber number, const char* reason);
+
 /// One client: takes its command lines, hands out the replies in order. Bounded in every direction,
 /// so that no client can stop the others: commands without an end, clients that do not read their
 /// replies and clients that send commands faster than they are answered are disconnected.
@@ -48,7 +52,7 @@ private:
     void handleLine(const std::string& line);
     void enqueue(const ReplyPlan& plan);
     void writeDueReplies();
-    void refuse(kestrel_wire::ErrorNumber number, const char* reason);
+    void refuseAndClose(kestrel_wire::ErrorNumber number, const char* reason);
     void drop();
 
     QTcpSocket* m_socket;

@@ -1,7 +1,5 @@
 #include "simulator/simulator.h"
 
-#include "libs/kestrel_wire/reply.h"
-
 #include <QFile>
 
 #include <algorithm>
@@ -14,14 +12,6 @@ namespace {
 constexpr int framesPerTurn = 20; // then commands have their turn
 constexpr double longestWait = 3600.0;
 constexpr int maxDatagram = 65507;
-
-void refuseConnection(QTcpSocket* socket) {
-    const std::string reply =
-        kestrel_wire::errorReply(kestrel_wire::ErrorNumber::TooMany, "too many connections") + "\n";
-    QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    socket->write(reply.data(), static_cast<qint64>(reply.size()));
-    socket->disconnectFromHost();
-}
 
 } // namespace
 
@@ -45,6 +35,10 @@ Simulator::~Simulator() {
     for (CommandConnection* connection : m_connections) {
         disconnect(connection, nullptr, this, nullptr);
         delete connection;
+    }
+    const QList<QTcpSocket*> refused = m_server.findChildren<QTcpSocket*>();
+    for (QTcpSocket* socket : refused) {
+        disconnect(socket, nullptr, this, nullptr);
     }
 }
 
@@ -98,6 +92,18 @@ void Simulator::acceptConnections() {
         connect(connection, &CommandConnection::closed, this,
                 [this, connection] { forget(connection); });
         m_connections.push_back(connection);
+    }
+}
+
+void Simulator::refuseConnection(QTcpSocket* socket) {
+    connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+        --m_refusedConnections;
+        socket->deleteLater();
+    });
+    if (++m_refusedConnections > maxConnections) {
+        socket->abort();
+    } else {
+        refuseAndClose(socket, kestrel_wire::ErrorNumber::TooMany, "too many connections");
     }
 }
 

@@ -40,6 +40,7 @@ public:
 private:
     ExitCode openReplay(QString& error);
     void acceptConnections();
+    void refuseConnection(QTcpSocket* socket);
     void forget(CommandConnection* connection);
     void scheduleFrames();
     void sendDueFrames();
@@ -52,6 +53,7 @@ private:
     QUdpSocket m_dataSocket;
     QTimer m_frameTimer;
     std::vector<CommandConnection*> m_connections;
+    int m_refusedConnections = 0; // that are not closed yet
 };
 
 } // namespace kestrel_simulator
