@@ -1,0 +1,332 @@
+#include "KestrelParse.h"
+
+#include <array>
+#include <cerrno>
+#include <cfenv>
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <locale.h>
+#include <random>
+#include <string>
+#include <vector>
+
+using namespace KestrelSDK_Parse;
+
+namespace {
+
+locale_t cLocale() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+}
+
+/// Sets the process's locale for one test.
+class LocaleScope {
+public:
+    explicit LocaleScope(const char* name)
+        : m_set(std::setlocale(LC_ALL, name) != nullptr) {}
+    ~LocaleScope() { std::setlocale(LC_ALL, "C"); }
+    LocaleScope(const LocaleScope&) = delete;
+    LocaleScope& operator=(const LocaleScope&) = delete;
+    bool set() const { return m_set; }
+
+private:
+    bool m_set;
+};
+
+template <class Number>
+bool sameBits(const Number& a, const Number& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+/// What one scanner and its model in the C library make of a text.
+template <class Number, class Scan, class Model>
+testing::AssertionResult agree(std::string& text, Scan scan, Model model) {
+    Number scanned{};
+    char* scannedEnd = scan(text.data(), &scanned);
+    char* end = nullptr;
+    const auto expected = static_cast<Number>(model(text.data(), &end));
+    const char* expectedEnd = end == text.data() ? nullptr : end;
+    if (scannedEnd == expectedEnd && sameBits(scanned, expected)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "\"" << text << "\": " << scanned << " instead of " << expected << ", ends differ by "
+           << (scannedEnd == nullptr ? -1 : scannedEnd - end);
+}
+
+testing::AssertionResult allAgree(std::string text) {
+    const auto toLong = [](char* s, char** end) { return strtol_l(s, end, 0, cLocale()); };
+    const auto toUnsigned = [](char* s, char** end) { return strtoul_l(s, end, 0, cLocale()); };
+    const auto toDouble = [](char* s, char** end) { return strtod_l(s, end, cLocale()); };
+    if (auto result = agree<int>(text, string_get_i, toLong); !result) {
+        return result << " (int)";
+    }
+    if (auto result = agree<unsigned int>(text, string_get_ui, toUnsigned); !result) {
+        return result << " (unsigned)";
+    }
+    if (auto result = agree<float>(text, string_get_f, toDouble); !result) {
+        return result << " (float)";
+    }
+    return agree<double>(text, string_get_d, toDouble);
+}
+
+const std::vector<std::string>& oddities() {
+    static const std::vector<std::string> texts = {"",
+                                                   " ",
+                                                   "0",
+                                                   "-0",
+                                                   "+0",
+                                                   "00",
+                                                   "+-1",
+                                                   "- 1",
+                                                   "--1",
+                                                   "1-",
+                                                   "1+1",
+                                                   "\t\n\v\f\r 1",
+                                                   "\b1",
+                                                   "0x",
+                                                   "0X",
+                                                   "0x1",
+                                                   "-0x1",
+                                                   "0xg",
+                                                   "0x.8",
+                                                   "0x1p",
+                                                   "0x1p+",
+                                                   "0x1p-3",
+                                                   "0x1.8p1",
+                                                   "0x1.fffffffffffffp1023",
+                                                   "0x1p1024",
+                                                   "0x1p-1074",
+                                                   "0x1p-1075",
+                                                   "0x.p1",
+                                                   "0xABCDEFabcdef",
+                                                   "0b1",
+                                                   "0b",
+                                                   "0o7",
+                                                   "08",
+                                                   "0777",
+                                                   "-0777",
+                                                   ".",
+                                                   "-.",
+                                                   "+.",
+                                                   ".5",
+                                                   "-.5",
+                                                   "5.",
+                                                   "5.e1",
+                                                   ".e1",
+                                                   "1.5.5",
+                                                   "1..5",
+                                                   "1,5",
+                                                   "1.5,5",
+                                                   "1'000",
+                                                   "1_000",
+                                                   "e5",
+                                                   "1e",
+                                                   "1e+",
+                                                   "1e-",
+                                                   "1e5",
+                                                   "1E5",
+                                                   "1e+05",
+                                                   "1e-05",
+                                                   "1e5.5",
+                                                   "1ee5",
+                                                   "1.e",
+                                                   "1.5e1x",
+                                                   "1e00000000005",
+                                                   "1e22",
+                                                   "1e23",
+                                                   "1e-22",
+                                                   "1e-23",
+                                                   "123456789012345e22",
+                                                   "9007199254740992e22",
+                                                   "9007199254740993",
+                                                   "9007199254740991e-22",
+                                                   "1e308",
+                                                   "1e309",
+                                                   "-1e309",
+                                                   "1.7976931348623157e308",
+                                                   "1.7976931348623159e308",
+                                                   "2.2250738585072014e-308",
+                                                   "2.2250738585072011e-308",
+                                                   "4.9e-324",
+                                                   "2.4703282292062327e-324",
+                                                   "2.4703282292062328e-324",
+                                                   "1e-400",
+                                                   "-1e-400",
+                                                   "0e999999999999",
+                                                   "1e999999999999",
+                                                   "1e-999999999999",
+                                                   "inf",
+                                                   "-inf",
+                                                   "+INF",
+                                                   "infinity",
+                                                   "INFINITYx",
+                                                   "infinit",
+                                                   "in",
+                                                   "nan",
+                                                   "-nan",
+                                                   "NaN",
+                                                   "nan()",
+                                                   "nan(abc)",
+                                                   "nan(123)",
+                                                   "nan(0x7)",
+                                                   "nan(abc",
+                                                   "nan(a c)",
+                                                   "nan(]",
+                                                   "nans",
+                                                   "2147483647",
+                                                   "2147483648",
+                                                   "-2147483648",
+                                                   "-2147483649",
+                                                   "4294967295",
+                                                   "4294967296",
+                                                   "-4294967295",
+                                                   "9223372036854775807",
+                                                   "9223372036854775808",
+                                                   "-9223372036854775808",
+                                                   "-9223372036854775809",
+                                                   "18446744073709551615",
+                                                   "18446744073709551616",
+                                                   "-18446744073709551615",
+                                                   "99999999999999999999999999",
+                                                   "999999999",
+                                                   "9999999999",
+                                                   "999999999999999",
+                                                   "9999999999999999",
+                                                   "99999999999999999",
+                                                   "999999999999999999",
+                                                   "9999999999999999999",
+                                                   "0.999999999999999",
+                                                   "0.9999999999999999",
+                                                   "0.99999999999999999",
+                                                   "0.0000000000000001",
+                                                   "0.00000000000000000000000000000000001",
+                                                   "123456789012345.6",
+                                                   "1234567.12345678",
+                                                   "12345678.12345678",
+                                                   "1.00000000000000011102230246251565",
+                                                   "1.00000000000000011102230246251566",
+                                                   "\xc2\xa0"
+                                                   "1",
+                                                   "1\xff",
+                                                   "\xb2"};
+    return texts;
+}
+
+/// Spellings as programs write them, with something behind them.
+std::string spelledNumber(std::mt19937_64& random) {
+    static constexpr std::array<const char*, 12> formats = {"%.3f",  "%.6f",  "%.17g", "%.15e",
+                                                            "%g",    "%a",    "%.0f",  "%+.9f",
+                                                            " %.4E", "%.12g", "%.20f", "%.40e"};
+    static constexpr std::array<const char*, 8> tails = {"", " 1", "]", "e", "x1", ".", "e+", ",5"};
+    double value = 0;
+    const std::uint64_t bits = random();
+    if (random() % 4 == 0) {
+        std::memcpy(&value, &bits, sizeof value);
+    } else {
+        value = static_cast<double>(static_cast<std::int64_t>(bits)) / 4e15;
+    }
+    std::array<char, 400> text{};
+    std::snprintf(text.data(), text.size(), formats[random() % formats.size()], value);
+    return text.data() + std::string(tails[random() % tails.size()]);
+}
+
+/// Characters of numbers in any order.
+std::string characterSoup(std::mt19937_64& random) {
+    static const std::string letters = "00112233445566778899....--++eExXpPabcdfinty()_ \t,'[]8";
+    std::string text(random() % 26, ' ');
+    for (char& c : text) {
+        c = letters[random() % letters.size()];
+    }
+    return text;
+}
+
+void expectGeneratedTextsToAgree(int count) {
+    std::mt19937_64 random(20261120);
+    for (int i = 0; i < count && !testing::Test::HasFailure(); ++i) {
+        EXPECT_TRUE(allAgree(spelledNumber(random)));
+        EXPECT_TRUE(allAgree(characterSoup(random)));
+    }
+}
+
+} // namespace
+
+TEST(Agreement, OddSpellingsAreReadAsTheCLibraryReadsThem) {
+    for (const std::string& text : oddities()) {
+        EXPECT_TRUE(allAgree(text));
+        EXPECT_TRUE(allAgree(text + " 2"));
+        EXPECT_TRUE(allAgree(" -" + text));
+    }
+}
+
+TEST(Agreement, GeneratedSpellingsAreReadAsTheCLibraryReadsThem) {
+    expectGeneratedTextsToAgree(150000);
+}
+
+TEST(Agreement, EveryNumberOfDigitsAndDecimalsIsReadAsTheCLibraryReadsIt) {
+    const std::string digits = "9876543210123456789012345";
+    for (std::size_t whole = 0; whole <= digits.size(); ++whole) {
+        for (std::size_t decimals = 0; decimals <= digits.size(); ++decimals) {
+            EXPECT_TRUE(allAgree(digits.substr(0, whole) + '.' + digits.substr(0, decimals)));
+        }
+    }
+}
+
+TEST(Agreement, EveryExponentIsReadAsTheCLibraryReadsIt) {
+    for (int exponent = -400; exponent <= 400; ++exponent) {
+        for (const char* digits : {"1", "-7.25", "9007199254740993", "123456789.123456789"}) {
+            EXPECT_TRUE(allAgree(digits + ("e" + std::to_string(exponent))));
+        }
+    }
+}
+
+TEST(Agreement, LongRunsOfDigitsAreReadAsTheCLibraryReadsThem) {
+    for (const std::size_t length : {100U, 1000U, 20000U}) {
+        EXPECT_TRUE(allAgree(std::string(length, '9')));
+        EXPECT_TRUE(allAgree("0." + std::string(length, '0') + "1"));
+        EXPECT_TRUE(allAgree("1." + std::string(length, '0') + "1e5"));
+        EXPECT_TRUE(allAgree(std::string(length, '0') + "7.5"));
+        EXPECT_TRUE(allAgree("1e" + std::string(length, '1')));
+    }
+}
+
+TEST(Agreement, HoldsInEveryRoundingMode) {
+    for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
+        ASSERT_EQ(std::fesetround(mode), 0);
+        expectGeneratedTextsToAgree(5000);
+        for (const std::string& text : oddities()) {
+            EXPECT_TRUE(allAgree(text)) << "rounding mode " << mode;
+        }
+    }
+    std::fesetround(FE_TONEAREST);
+}
+
+TEST(Agreement, HoldsInALocaleWithADecimalComma) {
+    const LocaleScope german("de_DE.UTF-8");
+    ASSERT_TRUE(german.set()) << "the locale de_DE.UTF-8 is missing";
+    ASSERT_EQ(std::strtod("1,5", nullptr), 1.5);
+    expectGeneratedTextsToAgree(5000);
+    for (const std::string& text : oddities()) {
+        EXPECT_TRUE(allAgree(text));
+    }
+}
+
+TEST(Agreement, DependsNotOnErrnoAndLeavesItAlone) {
+    for (const int before : {0, ERANGE, EINVAL}) {
+        for (const char* number : {"1e999", "1e-999", "99999999999999999999", "abc", "1.5"}) {
+            errno = before;
+            EXPECT_TRUE(allAgree(number));
+            errno = before;
+            std::string text = number;
+            int i = 0;
+            unsigned int ui = 0;
+            double d = 0;
+            string_get_i(text.data(), &i);
+            string_get_ui(text.data(), &ui);
+            string_get_d(text.data(), &d);
+            EXPECT_EQ(errno, before) << number;
+        }
+    }
+}
