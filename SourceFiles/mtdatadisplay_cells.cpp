@@ -1,6 +1,7 @@
 #include "SourceFiles/mtdatadisplay_cells.h"
 
 #include "SourceFiles/bodytexts.h"
+#include "SourceFiles/mtdatadisplay_delegate.h"
 
 #include <QBrush>
 #include <QCoreApplication>
@@ -44,6 +45,7 @@ void setUp(QTableWidget* table, const Column* columns, int count, int firstValue
     table->verticalHeader()->setDefaultSectionSize(rowHeight);
     table->verticalHeader()->hide();
     table->setRowCount(0);
+    new TrackingCellDelegate(table);
 }
 
 void putName(QTableWidget* table, int row, int column, const QString& text) {
