@@ -100,7 +100,9 @@ QAction* MeasurementToolModule::fillTrackingEntry(_GuiElement& element, QWidget*
 
 void MeasurementToolModule::addDataDisplay() {
     auto* const dock = new QDockWidget(tr("Measurement Tool Display"), mod_parent);
-    dock->setObjectName(QStringLiteral("MtDataDisplayDock"));
+    // No QStringLiteral: a main window remembers the name of a dock that is gone, and the literal
+    // goes when the plug-in is unloaded.
+    dock->setObjectName(QLatin1String("MtDataDisplayDock"));
     dock->setWidget(new MtDataDisplay(iom, mod_parent, beVers));
 
     QAction* const action = dock->toggleViewAction();

@@ -9,7 +9,6 @@
 struct TrackingCellDelegate::Look {
     NumberGlyphs glyphs;
     int margin; ///< beside a text
-    bool wide;  ///< the style gives the text the whole cell
 };
 
 TrackingCellDelegate::TrackingCellDelegate(QTableWidget* table)
@@ -35,9 +34,7 @@ TrackingCellDelegate::Look& TrackingCellDelegate::look(const QFont& font) const 
     if (!m_look || m_look->glyphs.font() != font) {
         const QStyle* const style = m_table->style();
         const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_table) + 1;
-        const bool wide =
-            style->styleHint(QStyle::SH_ItemView_ShowDecorationSelected, nullptr, m_table) != 0;
-        m_look = std::make_unique<Look>(Look{NumberGlyphs(font), margin, wide});
+        m_look = std::make_unique<Look>(Look{NumberGlyphs(font), margin});
     }
     return *m_look;
 }
@@ -59,8 +56,8 @@ void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         return;
     }
     const QString text = item->text();
-    const bool blank = text.isEmpty() || text == QLatin1String(" ");
     Look& how = look(option.font);
+    const bool blank = text.isEmpty() || (text == QLatin1String(" ") && how.glyphs.isUsable());
     NumberGlyphs::Extent extent{0.0, 0.0};
     if (!blank && !how.glyphs.measure(text, &extent)) {
         QStyledItemDelegate::paint(painter, option, index);
@@ -83,14 +80,15 @@ void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
 
     const int given = item->textAlignment();
     const Qt::Alignment alignment = given != 0 ? Qt::Alignment(given) : option.displayAlignment;
-    const QRect box =
-        how.wide ? option.rect : QStyle::alignedRect(Qt::LeftToRight, alignment, size, option.rect);
+    const QRect box = option.showDecorationSelected
+                          ? option.rect
+                          : QStyle::alignedRect(Qt::LeftToRight, alignment, size, option.rect);
     const qreal free = box.width() - 2 * how.margin - extent.advance;
     qreal x = box.x() + how.margin;
     if (alignment.testFlag(Qt::AlignRight)) {
         x += free;
     } else if (alignment.testFlag(Qt::AlignHCenter)) {
-        x += free / 2;
+        x += std::floor(free * 32.0) / 64.0; // a text layout halves in 64ths of a pixel
     }
     const QSize lineSize = QSizeF(extent.width, how.glyphs.height()).toSize();
     const int y = QStyle::alignedRect(Qt::LeftToRight, alignment, lineSize, box).top();

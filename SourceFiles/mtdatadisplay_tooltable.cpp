@@ -156,7 +156,7 @@ QString MtDataDisplay::getRefBodyForMeaBody(int i) {
         listRefBodyOfMeaBody[i] = -1;
         return QString();
     }
-    const int number = bodytexts::bodyNumber(reply.toString());
-    listRefBodyOfMeaBody[i] = std::max(number, 0) - 1;
-    return QLatin1String("MR") + QString::number(number);
+    const int reference = bodytexts::bodyNumber(reply.toString()) - 1;
+    listRefBodyOfMeaBody[i] = reference;
+    return bodytexts::referenceName(reference);
 }

@@ -38,7 +38,7 @@ struct LaidOut {
 NumberGlyphs::NumberGlyphs(const QFont& font)
     : m_font(font) {
     static_assert(sizeof(alphabet) == characters + 1);
-    m_usable = learnGlyphs();
+    m_usable = !font.underline() && !font.overline() && !font.strikeOut() && learnGlyphs();
     if (m_usable) {
         learnNeighbours();
     }

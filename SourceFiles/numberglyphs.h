@@ -17,6 +17,9 @@ public:
 
     const QFont& font() const { return m_font; }
 
+    /// False for underlined fonts and their like, and for fonts without the glyphs.
+    bool isUsable() const { return m_usable; }
+
     struct Extent {
         qreal advance; ///< the pen's way
         qreal width;   ///< with what the last glyph has beyond that

@@ -101,6 +101,42 @@ QStringList DisplayFixture::row(const QTableWidget* table, int row) {
     return texts;
 }
 
+Tool lostTool() {
+    Tool tool;
+    tool.quality = -1.0;
+    return tool;
+}
+
+Tool toolAt(double x, double y, double z) {
+    Tool tool;
+    tool.loc = {x, y, z};
+    return tool;
+}
+
+ShownFixture::ShownFixture() {
+    build();
+    start();
+}
+
+ShownFixture::ShownFixture(const std::vector<Tool>& tools)
+    : ShownFixture() {
+    show(tools);
+}
+
+int ShownFixture::show(const std::string& line) {
+    const int result = display->set_ascii_data("", line.c_str());
+    display->onUpdateDataDisplay();
+    return result;
+}
+
+QStringList ShownFixture::toolPose(int row) const {
+    return DisplayFixture::row(toolTable(), row).mid(12);
+}
+
+QStringList ShownFixture::referencePose(int row) const {
+    return DisplayFixture::row(referenceTable(), row).mid(3);
+}
+
 QStringList lines(const std::vector<std::string>& journal) {
     QStringList texts;
     for (const std::string& line : journal) {

@@ -52,5 +52,23 @@ public:
     std::unique_ptr<MtDataDisplay> display;
 };
 
+Tool lostTool();
+Tool toolAt(double x, double y, double z);
+
+/// The fixture with a running measurement whose lines are shown at once.
+class ShownFixture : public DisplayFixture {
+public:
+    ShownFixture();
+    explicit ShownFixture(const std::vector<Tool>& tools);
+
+    int show(const std::string& line); ///< the display's result
+    int show(const std::vector<Tool>& tools) { return show(toolLine(tools)); }
+    int showReferences(const std::vector<Pose>& poses) { return show(referenceLine(poses)); }
+
+    /// The texts behind the buttons, and behind a reference's name.
+    QStringList toolPose(int row) const;
+    QStringList referencePose(int row) const;
+};
+
 /// A journal in QCOMPARE's terms.
 QStringList lines(const std::vector<std::string>& journal);
