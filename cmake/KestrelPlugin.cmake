@@ -16,7 +16,6 @@ function(kestrel_add_plugin target)
     if(NOT (KESTREL_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
         target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()
-    set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/plugins"
-                                               INSTALL_RPATH "$ORIGIN/../..")
+    set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/plugins")
     install(TARGETS ${target} LIBRARY DESTINATION "${KESTREL_PLUGIN_INSTALL_DIR}")
 endfunction()
