@@ -11,11 +11,13 @@
 class VersionInfo {
 public:
     VersionInfo() = default;
+    /// Any numbers; a patch of -1 is unknown.
     VersionInfo(int major, int minor, int patch)
         : ma(major)
         , mi(minor)
         , pa(patch) {}
 
+    /// The same for a version that exists.
     void setVer(int major, int minor, int patch) { *this = VersionInfo(major, minor, patch); }
 
     /// Reads "1.13.0", with an optional leading "v"; a missing patch ("1.13") is unknown (-1).
@@ -36,11 +38,12 @@ public:
         return good ? VersionInfo(numbers[0], numbers[1], numbers[2]) : VersionInfo();
     }
 
+    /// "1.13.0"; an unknown patch is written as it is, "1.13.-1".
     QString toString() const { return QStringLiteral("%1.%2.%3").arg(ma).arg(mi).arg(pa); }
 
-    int majorNumber() const { return ma; }
-    int minorNumber() const { return mi; }
-    int patchNumber() const { return pa; }
+    int majorNumber() const { return ma; } ///< first number
+    int minorNumber() const { return mi; } ///< second number
+    int patchNumber() const { return pa; } ///< third number, -1 when unknown
 
     friend bool operator==(const VersionInfo& a, const VersionInfo& b) {
         return a.tied() == b.tied();
@@ -62,9 +65,9 @@ public:
     }
 
     // A plain value; the order of the fields is binary contract.
-    int ma = 0;
-    int mi = 0;
-    int pa = 0;
+    int ma = 0; ///< first number
+    int mi = 0; ///< second number
+    int pa = 0; ///< third number, -1 when unknown
 
 private:
     std::tuple<int, int, int> tied() const { return {ma, mi, pa}; }
@@ -76,6 +79,7 @@ private:
 class BackendVersions {
 public:
     BackendVersions() = default;
+    /// In the order of the fields.
     BackendVersions(VersionInfo systemPt, VersionInfo protocol, VersionInfo systemCt,
                     QString hubModel)
         : sysPt(systemPt)

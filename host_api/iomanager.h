@@ -27,7 +27,7 @@ class IOManager {
 public:
     virtual ~IOManager() = default; // slots 1 and 2
 
-    virtual void unused_slot_3() {}
+    virtual void unused_slot_3() {} ///< keeps its place
 
     /// Sets an option of the command channel for the next command: `channel` (0 is the command
     /// channel), `timeout_ms` (reply time-out in milliseconds), `flags` (0).
@@ -37,7 +37,7 @@ public:
     /// the controller's whole reply line ("kestrel2 ok") into `reply`.
     virtual int send_command(char* reply, const char* command) = 0;
 
-    virtual void unused_slot_6() {}
+    virtual void unused_slot_6() {} ///< keeps its place
 
     /// Asks for a parameter and writes the value part of the answer into `reply`.
     virtual int get_parameter_string(char* reply, const char* format, ...)
@@ -55,8 +55,8 @@ public:
     virtual int get_parameter_bool(bool* value, const char* format, ...)
         KESTREL_PRINTF_FORMAT(3, 4) = 0;
 
-    virtual void unused_slot_11() {}
-    virtual void unused_slot_12() {}
+    virtual void unused_slot_11() {} ///< keeps its place
+    virtual void unused_slot_12() {} ///< keeps its place
 
     /// Sets a parameter; `format` yields its name and value ("output active chmon 6dmt yes").
     virtual int set_parameter(const char* format, ...) KESTREL_PRINTF_FORMAT(2, 3) = 0;

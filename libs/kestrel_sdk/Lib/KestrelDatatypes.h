@@ -9,94 +9,94 @@ namespace KestrelSDK_Datatypes {
 
 /// Standard body, line "6d".
 struct Kestrel_Body_Type_d {
-    int id;
-    double quality;
-    double loc[3];
-    double rot[9];
+    int id;         ///< number, counted from 0
+    double quality; ///< -1 when not tracked
+    double loc[3];  ///< position
+    double rot[9];  ///< rotation matrix
 };
 
 /// Hand-held interaction device, lines "6df" and "6df2".
 struct Kestrel_Wand_Type_d {
-    int id;
-    double quality;
-    int num_button;   ///< valid entries of `button`
-    int button[16];   ///< 1 pressed, 0 released
-    int num_joystick; ///< valid entries of `joystick`
-    double joystick[8];
-    double loc[3];
-    double rot[9];
+    int id;             ///< number, counted from 0
+    double quality;     ///< -1 when not tracked
+    int num_button;     ///< valid entries of `button`
+    int button[16];     ///< 1 pressed, 0 released
+    int num_joystick;   ///< valid entries of `joystick`
+    double joystick[8]; ///< in the order of the line
+    double loc[3];      ///< position
+    double rot[9];      ///< rotation matrix
 };
 
 /// Measurement Tool, lines "6dmt" and "6dmt2".
 struct Kestrel_MeaTool_Type_d {
-    int id;
-    double quality;
-    int num_button; ///< valid entries of `button`
-    int button[16]; ///< 1 pressed, 0 released
-    double loc[3];  ///< position of the tip
-    double rot[9];
+    int id;           ///< number, counted from 0
+    double quality;   ///< -1 when not tracked
+    int num_button;   ///< valid entries of `button`
+    int button[16];   ///< 1 pressed, 0 released
+    double loc[3];    ///< position of the tip
+    double rot[9];    ///< rotation matrix
     double tipradius; ///< 0 when the line does not carry it
     double cov[6];    ///< covariance of the tip position; all 0 when the line does not carry it
 };
 
 /// Measurement Tool reference, line "6dmtr".
 struct Kestrel_MeaRef_Type_d {
-    int id;
-    double quality;
-    double loc[3];
-    double rot[9];
+    int id;         ///< number, counted from 0
+    double quality; ///< -1 when not tracked
+    double loc[3];  ///< position
+    double rot[9];  ///< rotation matrix
 };
 
 /// One finger of a hand; position and orientation are those of its tip.
 struct Kestrel_Finger_Type_d {
-    double loc[3];
-    double rot[9];
-    double radiustip;
+    double loc[3];           ///< position
+    double rot[9];           ///< rotation matrix
+    double radiustip;        ///< radius of the finger's tip
     double lengthphalanx[3]; ///< from the tip inwards
     double anglephalanx[2];  ///< between the phalanxes, from the tip inwards
 };
 
 /// Tracked hand, line "gl"; position and orientation are those of the back of the hand.
 struct Kestrel_Hand_Type_d {
-    int id;
-    double quality;
-    int lr;      ///< which hand
-    int nfinger; ///< valid entries of `finger`
-    double loc[3];
-    double rot[9];
-    Kestrel_Finger_Type_d finger[5];
+    int id;                          ///< number, counted from 0
+    double quality;                  ///< -1 when not tracked
+    int lr;                          ///< which hand
+    int nfinger;                     ///< valid entries of `finger`
+    double loc[3];                   ///< position
+    double rot[9];                   ///< rotation matrix
+    Kestrel_Finger_Type_d finger[5]; ///< in the order of the line
 };
 
 /// One joint of a human model.
 struct Kestrel_Joint_Type_d {
-    int id;
-    double quality;
-    double loc[3];
-    double ang[3];
-    double rot[9];
+    int id;         ///< number, counted from 0
+    double quality; ///< -1 when not tracked
+    double loc[3];  ///< position
+    double ang[3];  ///< angles
+    double rot[9];  ///< rotation matrix
 };
 
 /// Human model, line "6dj".
 struct Kestrel_Human_Type_d {
-    int id;
-    int num_joints; ///< valid entries of `joint`
-    Kestrel_Joint_Type_d joint[20];
+    int id;                         ///< number, counted from 0
+    int num_joints;                 ///< valid entries of `joint`
+    Kestrel_Joint_Type_d joint[20]; ///< in the order of the line
 };
 
 /// Hybrid body with inertial sensor, line "6di".
 struct Kestrel_Inertial_Type_d {
-    int id;
-    int st;       ///< tracking state; 0 means not tracked
-    double error; ///< the controller's error estimate
-    double loc[3];
-    double rot[9];
+    int id;        ///< number, counted from 0
+    int st;        ///< tracking state; 0 means not tracked
+    double error;  ///< the controller's error estimate
+    double loc[3]; ///< position
+    double rot[9]; ///< rotation matrix
 };
 
 /// Single marker, line "3d".
 struct Kestrel_Marker_Type_d {
-    int id;
-    double quality;
-    double loc[3];
+    int id;         ///< number, counted from 0
+    double quality; ///< -1 when not tracked
+    double loc[3];  ///< position
 };
 
 } // namespace KestrelSDK_Datatypes

@@ -19,7 +19,9 @@ class LineReader;
 class KestrelParser {
 public:
     KestrelParser();
+    /// Copies the tables as well.
     KestrelParser(const KestrelParser&) = default;
+    /// Copies the tables as well.
     KestrelParser& operator=(const KestrelParser&) = default;
     virtual ~KestrelParser();
 
@@ -35,6 +37,9 @@ public:
 
     unsigned int getFrameCounter() const; ///< 0 when unknown
     double getTimeStamp() const;          ///< -1 when unknown
+
+    /// @name Records
+    /// @{
 
     /// Counts of valid records. A record getter returns null for an index outside its count; the
     /// record stays the parser's and is valid until the next line or frame call.
@@ -54,8 +59,13 @@ public:
     KestrelSDK_Datatypes::Kestrel_Human_Type_d* getHuman(int index);
     KestrelSDK_Datatypes::Kestrel_Inertial_Type_d* getInertial(int index);
     KestrelSDK_Datatypes::Kestrel_Marker_Type_d* getMarker(int index);
+    /// @}
 
 protected:
+    /// @name State
+    /// @{
+
+    /// What the getters give, for parsers that derive from this one.
     unsigned int act_framecounter = 0;
     double act_timestamp = -1.0;
     int act_num_body = 0;
@@ -74,6 +84,7 @@ protected:
     std::vector<KestrelSDK_Datatypes::Kestrel_Inertial_Type_d> act_inertial;
     int act_num_marker = 0;
     std::vector<KestrelSDK_Datatypes::Kestrel_Marker_Type_d> act_marker;
+    /// @}
     int loc_num_bodycal = -1; ///< calibrated bodies; -1 when the frame does not tell
     int loc_num_handcal = -1; ///< calibrated hands; -1 when the frame does not tell
     int loc_num_wand1 = 0;    ///< Wand devices of a "6df" line
