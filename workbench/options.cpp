@@ -11,37 +11,43 @@ namespace {
 
 constexpr double longestSeconds = 1e6;
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("workbench::Options", text);
-}
+class Texts {
+    Q_DECLARE_TR_FUNCTIONS(workbench::Options)
+};
 
 void declare(QCommandLineParser& parser) {
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(tr(
+    parser.setApplicationDescription(Texts::tr(
         "A front end for tracking controllers: connects, loads modules, shows and records data.\n"
         "\n"
         "Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has\n"
         "ended, 4 the picture could not be written, 5 the recording could not be written."));
     parser.addOptions({
         {"connect",
-         tr("Connect to a controller; the port is %1 unless given.")
+         Texts::tr("Connect to a controller; the port is %1 unless given.")
              .arg(ControllerAddress::defaultPort),
          "HOST[:PORT]"},
-        {"simulate", tr("Start a simulated controller of our own, connect to it, stop it at the "
-                        "end.")},
-        {"simulator-options", tr("Options for the simulated controller, separated by blanks."),
-         "OPTIONS"},
-        {"measure", tr("Start a measurement once connected.")},
-        {"observer", tr("Let modules offer only what observes.")},
-        {"module", tr("Load a module file; may be repeated."), "FILE"},
-        {"plugins", tr("Look for modules in this folder instead of the usual ones."), "FOLDER"},
-        {"settings", tr("Keep window and connection settings in this file."), "FILE"},
-        {"record", tr("Record the data lines once connected."), "FILE"},
-        {"screenshot", tr("Write a picture of the window."), "FILE"},
-        {"after", tr("When to take the picture, in seconds from the start (3)."), "SECONDS"},
-        {"quit-after", tr("Quit after so many seconds."), "SECONDS"},
-        {"print-rows", tr("Print the rows of the modules' tables every half second.")},
-        {"open-docks", tr("Open the docks of all modules, whatever was remembered.")},
+        {"simulate",
+         Texts::tr("Start a simulated controller of our own, connect to it, stop it at the "
+                   "end.")},
+        {"simulator-options",
+         Texts::tr("Options for the simulated controller, separated by blanks."), "OPTIONS"},
+        {"measure", Texts::tr("Start a measurement once connected.")},
+        {"observer", Texts::tr("Let modules offer only what observes.")},
+        {"module", Texts::tr("Load a module file; may be repeated."), "FILE"},
+        {"plugins", Texts::tr("Look for modules in this folder instead of the usual ones."),
+         "FOLDER"},
+        {"language",
+         Texts::tr(
+             "The language of the user interface, such as de or en; the system's unless given."),
+         "LANGUAGE"},
+        {"settings", Texts::tr("Keep window and connection settings in this file."), "FILE"},
+        {"record", Texts::tr("Record the data lines once connected."), "FILE"},
+        {"screenshot", Texts::tr("Write a picture of the window."), "FILE"},
+        {"after", Texts::tr("When to take the picture, in seconds from the start (3)."), "SECONDS"},
+        {"quit-after", Texts::tr("Quit after so many seconds."), "SECONDS"},
+        {"print-rows", Texts::tr("Print the rows of the modules' tables every half second.")},
+        {"open-docks", Texts::tr("Open the docks of all modules, whatever was remembered.")},
     });
     parser.addHelpOption();
     parser.addVersionOption();
@@ -61,7 +67,8 @@ bool readSeconds(const QCommandLineParser& parser, const QString& name, double* 
     bool good = false;
     const double value = parser.value(name).toDouble(&good);
     if (!good || !std::isfinite(value) || value < 0.0 || value > longestSeconds) {
-        *error = tr("--%1 takes a number of seconds, not \"%2\"").arg(name, parser.value(name));
+        *error =
+            Texts::tr("--%1 takes a number of seconds, not \"%2\"").arg(name, parser.value(name));
         return false;
     }
     *seconds = value;
@@ -71,12 +78,14 @@ bool readSeconds(const QCommandLineParser& parser, const QString& name, double* 
 QString readInto(const QCommandLineParser& parser, Options& options) {
     QString error;
     if (!parser.positionalArguments().isEmpty()) {
-        return tr("unexpected argument \"%1\"").arg(parser.positionalArguments().constFirst());
+        return Texts::tr("unexpected argument \"%1\"")
+            .arg(parser.positionalArguments().constFirst());
     }
     if (parser.isSet("connect")) {
         ControllerAddress address;
         if (!address.parse(parser.value("connect"))) {
-            return tr("--connect takes HOST or HOST:PORT, not \"%1\"").arg(parser.value("connect"));
+            return Texts::tr("--connect takes HOST or HOST:PORT, not \"%1\"")
+                .arg(parser.value("connect"));
         }
         options.connectTo = address;
     }
@@ -99,17 +108,17 @@ QString readInto(const QCommandLineParser& parser, Options& options) {
     options.printRows = parser.isSet("print-rows");
     options.openDocks = parser.isSet("open-docks");
     if (options.simulate && options.connectTo) {
-        return tr("--simulate and --connect exclude each other");
+        return Texts::tr("--simulate and --connect exclude each other");
     }
     if (parser.isSet("simulator-options") && !options.simulate) {
-        return tr("--simulator-options needs --simulate");
+        return Texts::tr("--simulator-options needs --simulate");
     }
     if (parser.isSet("after") && options.screenshotFile.isEmpty()) {
-        return tr("--after needs --screenshot");
+        return Texts::tr("--after needs --screenshot");
     }
     if ((options.measure || !options.recordFile.isEmpty()) && !options.simulate &&
         !options.connectTo) {
-        return tr("--measure and --record need --connect or --simulate");
+        return Texts::tr("--measure and --record need --connect or --simulate");
     }
     return error;
 }
@@ -121,6 +130,7 @@ ParsedOptions parseOptions(const QStringList& arguments) {
     declare(parser);
     ParsedOptions parsed;
     const bool good = parser.parse(arguments);
+    parsed.options.language = parser.value("language");
     if (parser.isSet("help") || parser.isSet("version")) {
         parsed.action = ParsedOptions::Action::ShowText;
         parsed.text = parser.isSet("help") ? parser.helpText()

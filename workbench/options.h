@@ -27,6 +27,7 @@ struct Options {
     bool observer = false;
     QStringList modules; ///< files, besides those of the plug-in folder
     std::optional<QString> pluginFolder;
+    QString language;     ///< empty: the system's; set even when something is wrong
     QString settingsFile; ///< empty: the user's own
     QString recordFile;
     QString screenshotFile;
@@ -43,7 +44,8 @@ struct ParsedOptions {
     Options options;
 };
 
-/// Reads the command line, the program's name first. Needs no application object.
+/// Reads the command line, the program's name first. Needs no application object; its texts are
+/// translated when there is one with translations.
 ParsedOptions parseOptions(const QStringList& arguments);
 
 } // namespace workbench

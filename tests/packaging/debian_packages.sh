@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Makes the Debian packages, installs them into an empty root folder, runs the programs from there and
+# takes the packages away again: nothing is left. dpkg judges the dependencies by what is installed on
+# this machine.
+#   debian_packages.sh BUILD_FOLDER WORK_FOLDER
+set -euo pipefail
+. "$(dirname "$0")/check_programs.sh"
+build=$1
+work=$2
+root=$work/root
+admin=$root/var/lib/dpkg
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(fakeroot)
+
+dpkg_here() {
+    "${as_root[@]}" dpkg --root="$root" --force-not-root --log="$work/dpkg.log" "$@" \
+        >>"$work/log" 2>&1 || { grep -v 'files list file' "$work/log" | tail -30; fail "dpkg $*"; }
+}
+
+files_in_root() { (cd "$root" && find . -path ./var/lib/dpkg -prune -o -print | sort); }
+
+rm -rf "$work"
+mkdir -p "$work/packages" "$admin/info" "$admin/updates"
+cp /var/lib/dpkg/status "$admin/status"
+for package in kestrel-workbench libkestrelsdk-dev; do # should they be installed here
+    sed -i "/^Package: $package\$/,/^\$/d" "$admin/status"
+done
+files_in_root >"$work/before"
+
+(cd "$work" && cpack --config "$build/CPackConfig.cmake" -B "$work/packages") >"$work/log" 2>&1 ||
+    { tail -30 "$work/log"; fail "cpack"; }
+workbench=$(find "$work/packages" -maxdepth 1 -name 'kestrel-workbench_*.deb')
+sdk=$(find "$work/packages" -maxdepth 1 -name 'libkestrelsdk-dev_*.deb')
+if [ ! -f "$workbench" ] || [ ! -f "$sdk" ]; then fail "not the packages that are expected"; fi
+
+depends=$(dpkg-deb -f "$workbench" Depends)
+for library in libc6 libqt5core5a libqt5network5 libqt5widgets5 libstdc++6; do
+    [[ "$depends" == *"$library "* ]] || fail "kestrel-workbench does not depend on $library: $depends"
+done
+[[ "$depends" != *kestrelsdk* ]] || fail "the programs need the development files"
+
+dpkg_here --install "$workbench"
+[ ! -d "$root/usr/include" ] || fail "the programs come with headers"
+check_programs "$root/usr" "$work"
+
+dpkg_here --install "$sdk"
+for file in include/kestrel/host_api/moduleinterface.h; do
+    [ -s "$root/usr/$file" ] || fail "libkestrelsdk-dev has no $file"
+done
+
+dpkg_here --purge kestrel-workbench libkestrelsdk-dev
+files_in_root | diff "$work/before" - || fail "the packages leave something behind"
+rm -rf "$root"

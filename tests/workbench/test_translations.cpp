@@ -1,0 +1,110 @@
+#include "workbench/translations.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using workbench::Translations;
+
+namespace {
+
+const QStringList folders{QStringLiteral(KESTREL_TRANSLATIONS_DIR)};
+
+QString textOfTheProgram() {
+    return QCoreApplication::translate("MainWindow", "&Quit");
+}
+
+QString textOfTheModule() {
+    return QCoreApplication::translate("MtCalibrationDlgClass", "&Calibrate");
+}
+
+} // namespace
+
+class TestTranslations : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textsOfProgramAndModuleAreInTheLanguageAskedFor() {
+        const Translations german(QStringLiteral("de"), folders);
+        QCOMPARE(german.language(), QStringLiteral("de"));
+        QCOMPARE(textOfTheProgram(), QStringLiteral("&Beenden"));
+        QCOMPARE(textOfTheModule(), QStringLiteral("&Kalibrieren"));
+    }
+
+    void textsAreEnglishAgainAfterwards() {
+        { const Translations german(QStringLiteral("de"), folders); }
+        QCOMPARE(textOfTheProgram(), QStringLiteral("&Quit"));
+        QCOMPARE(textOfTheModule(), QStringLiteral("&Calibrate"));
+    }
+
+    void aCountryWithoutCatalogueGetsItsLanguage_data() {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("underscore") << "de_AT";
+        QTest::newRow("hyphen") << "de-CH";
+        QTest::newRow("with character set") << "de_DE.UTF-8";
+    }
+    void aCountryWithoutCatalogueGetsItsLanguage() {
+        QFETCH(QString, language);
+        const Translations german(language, folders);
+        QCOMPARE(german.language(), QStringLiteral("de"));
+        QVERIFY(german.isIn(language));
+        QCOMPARE(textOfTheProgram(), QStringLiteral("&Beenden"));
+    }
+
+    void withoutCatalogueTextsAreEnglish_data() {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<bool>("isIn");
+        QTest::newRow("English") << "en" << true;
+        QTest::newRow("English with country") << "en_GB" << true;
+        QTest::newRow("unknown") << "xx" << false;
+        QTest::newRow("pattern") << "*" << false;
+    }
+    void withoutCatalogueTextsAreEnglish() {
+        QFETCH(QString, language);
+        QFETCH(bool, isIn);
+        const Translations translations(language, folders);
+        QCOMPARE(translations.language(), QStringLiteral("en"));
+        QCOMPARE(translations.isIn(language), isIn);
+        QCOMPARE(textOfTheProgram(), QStringLiteral("&Quit"));
+    }
+
+    void theSystemDecidesWhenNoLanguageIsAskedFor_data() {
+        QTest::addColumn<QByteArray>("locale");
+        QTest::addColumn<QString>("language");
+        QTest::newRow("C") << QByteArray("C") << "en";
+        QTest::newRow("German") << QByteArray("de_DE.UTF-8") << "de";
+        QTest::newRow("American") << QByteArray("en_US.UTF-8") << "en";
+    }
+    void theSystemDecidesWhenNoLanguageIsAskedFor() {
+        QFETCH(QByteArray, locale);
+        QFETCH(QString, language);
+        const QByteArray before = qgetenv("LC_ALL");
+        const bool wasSet = qEnvironmentVariableIsSet("LC_ALL");
+        qunsetenv("LANGUAGE");
+        qputenv("LC_ALL", locale);
+        {
+            const Translations translations(QString(), folders);
+            QCOMPARE(translations.language(), language);
+        }
+        wasSet ? qputenv("LC_ALL", before) : qunsetenv("LC_ALL");
+    }
+
+    void theFirstFolderThatHasCataloguesCounts() {
+        const QTemporaryDir empty;
+        const Translations german(QStringLiteral("de"), {empty.path(), folders.constFirst()});
+        QCOMPARE(german.language(), QStringLiteral("de"));
+    }
+
+    void aDamagedCatalogueIsLeftOut() {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("broken_de.qm")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("not a catalogue");
+        file.close();
+        const Translations translations(QStringLiteral("de"), {folder.path()});
+        QCOMPARE(translations.language(), QStringLiteral("en"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTranslations)
+#include "test_translations.moc"

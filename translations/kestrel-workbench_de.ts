@@ -1,0 +1,774 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>CommandDock</name>
+    <message>
+        <source>Command line</source>
+        <translation>Befehlszeile</translation>
+    </message>
+    <message>
+        <source>Commands and replies</source>
+        <translation>Befehle und Antworten</translation>
+    </message>
+    <message>
+        <source>kestrel2 get version system</source>
+        <translation>kestrel2 get version system</translation>
+    </message>
+    <message>
+        <source>Command for the controller</source>
+        <translation>Befehl an den Controller</translation>
+    </message>
+    <message>
+        <source>A whole command line; arrow keys walk through earlier ones</source>
+        <translation>Eine ganze Befehlszeile; die Pfeiltasten holen frühere zurück</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Senden</translation>
+    </message>
+</context>
+<context>
+    <name>ConnectDialog</name>
+    <message>
+        <source>Connect to a controller</source>
+        <translation>Mit einem Controller verbinden</translation>
+    </message>
+    <message>
+        <source>&amp;Host:</source>
+        <translation>&amp;Rechner:</translation>
+    </message>
+    <message>
+        <source>Name or address of the controller</source>
+        <translation>Name oder Adresse des Controllers</translation>
+    </message>
+    <message>
+        <source>Name or address, such as 192.168.1.5</source>
+        <translation>Name oder Adresse, etwa 192.168.1.5</translation>
+    </message>
+    <message>
+        <source>Command &amp;port:</source>
+        <translation>Befehls&amp;port:</translation>
+    </message>
+    <message>
+        <source>Port of the controller&apos;s command channel</source>
+        <translation>Port des Befehlskanals am Controller</translation>
+    </message>
+    <message>
+        <source>&amp;Data port:</source>
+        <translation>&amp;Datenport:</translation>
+    </message>
+    <message>
+        <source>Own port for the data lines</source>
+        <translation>Eigener Port für die Datenzeilen</translation>
+    </message>
+    <message>
+        <source>The port of this computer that the controller sends its data lines to</source>
+        <translation>Der Port dieses Rechners, an den der Controller seine Datenzeilen sendet</translation>
+    </message>
+    <message>
+        <source>any free port</source>
+        <translation>beliebiger freier Port</translation>
+    </message>
+    <message>
+        <source>This is not the name or address of a host.</source>
+        <translation>Das ist weder Name noch Adresse eines Rechners.</translation>
+    </message>
+</context>
+<context>
+    <name>LogDock</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Show only lines that contain this text</source>
+        <translation>Nur Zeilen mit diesem Text zeigen</translation>
+    </message>
+    <message>
+        <source>Filter of the log</source>
+        <translation>Filter des Protokolls</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected lines, or all shown ones</source>
+        <translation>Die ausgewählten oder alle gezeigten Zeilen kopieren</translation>
+    </message>
+    <message>
+        <source>Save…</source>
+        <translation>Speichern …</translation>
+    </message>
+    <message>
+        <source>Write the whole log to a file</source>
+        <translation>Das ganze Protokoll in eine Datei schreiben</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Remove all lines</source>
+        <translation>Alle Zeilen entfernen</translation>
+    </message>
+    <message>
+        <source>Log lines</source>
+        <translation>Protokollzeilen</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Kestrel Workbench</source>
+        <translation>Kestrel Workbench</translation>
+    </message>
+    <message>
+        <source>Connection:</source>
+        <translation>Verbindung:</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>Controller:</source>
+        <translation>Controller:</translation>
+    </message>
+    <message>
+        <source>Controller</source>
+        <translation>Controller</translation>
+    </message>
+    <message>
+        <source>Versions:</source>
+        <translation>Versionen:</translation>
+    </message>
+    <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
+    </message>
+    <message>
+        <source>Measurement:</source>
+        <translation>Messung:</translation>
+    </message>
+    <message>
+        <source>Measurement</source>
+        <translation>Messung</translation>
+    </message>
+    <message>
+        <source>Data lines:</source>
+        <translation>Datenzeilen:</translation>
+    </message>
+    <message>
+        <source>Data lines</source>
+        <translation>Datenzeilen</translation>
+    </message>
+    <message>
+        <source>Recording:</source>
+        <translation>Aufzeichnung:</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>Modules:</source>
+        <translation>Module:</translation>
+    </message>
+    <message>
+        <source>Modules</source>
+        <translation>Module</translation>
+    </message>
+    <message>
+        <source>Toolbar</source>
+        <translation>Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>&amp;Connect…</source>
+        <translation>&amp;Verbinden …</translation>
+    </message>
+    <message>
+        <source>Connect to a controller</source>
+        <translation>Mit einem Controller verbinden</translation>
+    </message>
+    <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Trennen</translation>
+    </message>
+    <message>
+        <source>End the connection to the controller</source>
+        <translation>Die Verbindung zum Controller beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Start measurement</source>
+        <translation>Messung &amp;starten</translation>
+    </message>
+    <message>
+        <source>Let the controller measure</source>
+        <translation>Den Controller messen lassen</translation>
+    </message>
+    <message>
+        <source>F5</source>
+        <translation>F5</translation>
+    </message>
+    <message>
+        <source>S&amp;top measurement</source>
+        <translation>Messung s&amp;toppen</translation>
+    </message>
+    <message>
+        <source>Stop the measurement</source>
+        <translation>Die Messung beenden</translation>
+    </message>
+    <message>
+        <source>Shift+F5</source>
+        <translation>Shift+F5</translation>
+    </message>
+    <message>
+        <source>&amp;Record…</source>
+        <translation>&amp;Aufzeichnen …</translation>
+    </message>
+    <message>
+        <source>Record the data lines to a file</source>
+        <translation>Die Datenzeilen in eine Datei aufzeichnen</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>Stop r&amp;ecording</source>
+        <translation>Aufzeichnung &amp;beenden</translation>
+    </message>
+    <message>
+        <source>End the recording</source>
+        <translation>Die Aufzeichnung beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>End the program</source>
+        <translation>Das Programm beenden</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+    <message>
+        <source>&amp;Modules…</source>
+        <translation>&amp;Module …</translation>
+    </message>
+    <message>
+        <source>List the modules that were found</source>
+        <translation>Die gefundenen Module auflisten</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>&amp;Über Kestrel Workbench</translation>
+    </message>
+    <message>
+        <source>About this program</source>
+        <translation>Über dieses Programm</translation>
+    </message>
+</context>
+<context>
+    <name>ModuleListDialog</name>
+    <message>
+        <source>Modules</source>
+        <translation>Module</translation>
+    </message>
+    <message>
+        <source>Modules that were found</source>
+        <translation>Gefundene Module</translation>
+    </message>
+    <message>
+        <source>Module</source>
+        <translation>Modul</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>No module was found.</source>
+        <translation>Es wurde kein Modul gefunden.</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::CommandChannel</name>
+    <message>
+        <source>the controller closed the connection</source>
+        <translation>der Controller hat die Verbindung beendet</translation>
+    </message>
+    <message>
+        <source>no answer to the connection request</source>
+        <translation>keine Antwort auf die Verbindungsanfrage</translation>
+    </message>
+    <message>
+        <source>no reply within %1 s</source>
+        <translation>keine Antwort innerhalb von %1 s</translation>
+    </message>
+    <message>
+        <source>the controller sent text that no command asked for</source>
+        <translation>der Controller sandte Text, nach dem kein Befehl gefragt hat</translation>
+    </message>
+    <message>
+        <source>the controller sent a reply without an end</source>
+        <translation>der Controller sandte eine Antwort ohne Ende</translation>
+    </message>
+    <message>
+        <source>the replies do not belong to the commands</source>
+        <translation>die Antworten gehören nicht zu den Befehlen</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::CommandLineRun</name>
+    <message>
+        <source>cannot record: %1</source>
+        <translation>Aufzeichnen nicht möglich: %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written</source>
+        <translation>%1 kann nicht geschrieben werden</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ConnectDialog</name>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ControllerSession</name>
+    <message>
+        <source>The controller sent a line that nobody asked for: %1</source>
+        <translation>Der Controller sandte eine Zeile, nach der niemand gefragt hat: %1</translation>
+    </message>
+    <message>
+        <source>Connecting to %1</source>
+        <translation>Verbindung zu %1 wird aufgebaut</translation>
+    </message>
+    <message>
+        <source>Disconnected from %1</source>
+        <translation>Von %1 getrennt</translation>
+    </message>
+    <message>
+        <source>Connected to %1, reading its versions</source>
+        <translation>Verbunden mit %1, Versionen werden gelesen</translation>
+    </message>
+    <message>
+        <source>Connected to %1</source>
+        <translation>Verbunden mit %1</translation>
+    </message>
+    <message>
+        <source>No connection to %1 (%2), trying again</source>
+        <translation>Keine Verbindung zu %1 (%2), neuer Versuch läuft</translation>
+    </message>
+    <message>
+        <source>Connection to %1 lost (%2), reconnecting</source>
+        <translation>Verbindung zu %1 verloren (%2), wird neu aufgebaut</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>No data can be received on port %1: %2</source>
+        <translation>An Port %1 können keine Daten empfangen werden: %2</translation>
+    </message>
+    <message>
+        <source>Connected to %1: model %2, system %3, protocol %4</source>
+        <translation>Verbunden mit %1: Modell %2, System %3, Protokoll %4</translation>
+    </message>
+    <message>
+        <source>The controller refused &quot;%1&quot;: %2 (error %3)</source>
+        <translation>Der Controller hat „%1“ abgelehnt: %2 (Fehler %3)</translation>
+    </message>
+    <message>
+        <source>Malformed reply to &quot;%1&quot;: %2</source>
+        <translation>Fehlerhafte Antwort auf „%1“: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::Log</name>
+    <message>
+        <source>%1 lines came too fast and were left out</source>
+        <translation>%1 Zeilen kamen zu schnell und wurden ausgelassen</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation>Kategorie</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>Quelle</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::LogDock</name>
+    <message>
+        <source>Save the log</source>
+        <translation>Protokoll speichern</translation>
+    </message>
+    <message>
+        <source>%1 could not be written: %2</source>
+        <translation>%1 konnte nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::MainWindow</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Connection</source>
+        <translation>&amp;Verbindung</translation>
+    </message>
+    <message>
+        <source>&amp;Measurement</source>
+        <translation>&amp;Messung</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>Measurement</source>
+        <translation>Messung</translation>
+    </message>
+    <message>
+        <source>Data lines</source>
+        <translation>Datenzeilen</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>Measurement started</source>
+        <translation>Messung gestartet</translation>
+    </message>
+    <message>
+        <source>Measurement stopped</source>
+        <translation>Messung beendet</translation>
+    </message>
+    <message>
+        <source>Record to</source>
+        <translation>Aufzeichnen in</translation>
+    </message>
+    <message>
+        <source>Recordings (*.kestrel);;All files (*)</source>
+        <translation>Aufzeichnungen (*.kestrel);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>the connection was lost</source>
+        <translation>die Verbindung ging verloren</translation>
+    </message>
+    <message>
+        <source>Recording to %1</source>
+        <translation>Aufzeichnung in %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Über das Programm</translation>
+    </message>
+    <message>
+        <source>Kestrel Workbench %1
+
+A stand-alone front end for tracking controllers: it connects over the network, loads modules and shows what they offer.</source>
+        <translation>Kestrel Workbench %1
+
+Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich über das Netz, lädt Module und zeigt, was diese bieten.</translation>
+    </message>
+    <message>
+        <source>measuring</source>
+        <translation>Messung läuft</translation>
+    </message>
+    <message>
+        <source>not measuring</source>
+        <translation>keine Messung</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>system %1, protocol %2, second system %3</source>
+        <translation>System %1, Protokoll %2, zweites System %3</translation>
+    </message>
+    <message>
+        <source>no frames</source>
+        <translation>keine Frames</translation>
+    </message>
+    <message>
+        <source>%1 frames/s, last %2 s ago, %3 lost</source>
+        <translation>%1 Frames/s, letzter vor %2 s, %3 verloren</translation>
+    </message>
+    <message>
+        <source> (port %1)</source>
+        <translation> (Port %1)</translation>
+    </message>
+    <message>
+        <source>, %1 lines unreadable</source>
+        <translation>, %1 Zeilen unlesbar</translation>
+    </message>
+    <message>
+        <source>, %1 datagrams from elsewhere refused</source>
+        <translation>, %1 fremde Datagramme abgewiesen</translation>
+    </message>
+    <message>
+        <source>recording</source>
+        <translation>Aufzeichnung läuft</translation>
+    </message>
+    <message>
+        <source>not recording</source>
+        <translation>keine Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>%1 frames to %2</source>
+        <translation>%1 Frames in %2</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>Recorded %1 frames to %2</source>
+        <translation>%1 Frames in %2 aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>The recording ended: %1</source>
+        <translation>Die Aufzeichnung wurde beendet: %1</translation>
+    </message>
+    <message>
+        <source>%1 not loaded</source>
+        <translation>%1 nicht geladen</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ModuleHost</name>
+    <message>
+        <source>Loaded module &quot;%1&quot; %2 from %3</source>
+        <translation>Modul „%1“ %2 geladen aus %3</translation>
+    </message>
+    <message>
+        <source>Module %1 cannot be loaded: %2</source>
+        <translation>Modul %1 kann nicht geladen werden: %2</translation>
+    </message>
+    <message>
+        <source>there is no such file</source>
+        <translation>es gibt keine solche Datei</translation>
+    </message>
+    <message>
+        <source>%1 (%2) does not have the interface %3</source>
+        <translation>%1 (%2) hat nicht die Schnittstelle %3</translation>
+    </message>
+    <message>
+        <source>it is not a Qt plug-in</source>
+        <translation>es ist kein Qt-Plugin</translation>
+    </message>
+    <message>
+        <source>it is a plug-in of another kind (%1)</source>
+        <translation>es ist ein Plugin anderer Art (%1)</translation>
+    </message>
+    <message>
+        <source>the module %1 is loaded already, from %2</source>
+        <translation>das Modul %1 ist schon geladen, aus %2</translation>
+    </message>
+    <message>
+        <source>Module &quot;%1&quot; offers nothing for this controller</source>
+        <translation>Modul „%1“ bietet für diesen Controller nichts an</translation>
+    </message>
+    <message>
+        <source>Module &quot;%1&quot; offers an entry without an action</source>
+        <translation>Modul „%1“ bietet einen Eintrag ohne Aktion an</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ModuleListDialog</name>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>loaded</source>
+        <translation>geladen</translation>
+    </message>
+    <message>
+        <source>not loaded: %1</source>
+        <translation>nicht geladen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::Options</name>
+    <message>
+        <source>there are no texts in the language &quot;%1&quot;</source>
+        <translation>Texte in der Sprache „%1“ gibt es nicht</translation>
+    </message>
+    <message>
+        <source>A front end for tracking controllers: connects, loads modules, shows and records data.
+
+Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has
+ended, 4 the picture could not be written, 5 the recording could not be written.</source>
+        <translation>Eine Oberfläche für Tracking-Controller: verbindet sich, lädt Module, zeigt und
+speichert Daten.
+
+Exitcodes: 0 Erfolg, 2 falsche Optionen, 3 der Simulator konnte nicht gestartet werden
+oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Connect to a controller; the port is %1 unless given.</source>
+        <translation>Mit einem Controller verbinden; ohne Angabe ist der Port %1.</translation>
+    </message>
+    <message>
+        <source>Start a simulated controller of our own, connect to it, stop it at the end.</source>
+        <translation>Einen eigenen simulierten Controller starten, verbinden und am Ende beenden.</translation>
+    </message>
+    <message>
+        <source>Options for the simulated controller, separated by blanks.</source>
+        <translation>Optionen für den simulierten Controller, durch Leerzeichen getrennt.</translation>
+    </message>
+    <message>
+        <source>Start a measurement once connected.</source>
+        <translation>Nach dem Verbinden eine Messung starten.</translation>
+    </message>
+    <message>
+        <source>Let modules offer only what observes.</source>
+        <translation>Module bieten nur an, was beobachtet.</translation>
+    </message>
+    <message>
+        <source>Load a module file; may be repeated.</source>
+        <translation>Eine Moduldatei laden; mehrfach möglich.</translation>
+    </message>
+    <message>
+        <source>Look for modules in this folder instead of the usual ones.</source>
+        <translation>Module in diesem Ordner statt in den üblichen suchen.</translation>
+    </message>
+    <message>
+        <source>The language of the user interface, such as de or en; the system&apos;s unless given.</source>
+        <translation>Die Sprache der Oberfläche, etwa de oder en; ohne Angabe die des Systems.</translation>
+    </message>
+    <message>
+        <source>Keep window and connection settings in this file.</source>
+        <translation>Einstellungen von Fenster und Verbindung in dieser Datei halten.</translation>
+    </message>
+    <message>
+        <source>Record the data lines once connected.</source>
+        <translation>Nach dem Verbinden die Datenzeilen aufzeichnen.</translation>
+    </message>
+    <message>
+        <source>Write a picture of the window.</source>
+        <translation>Ein Bild des Fensters schreiben.</translation>
+    </message>
+    <message>
+        <source>When to take the picture, in seconds from the start (3).</source>
+        <translation>Wann das Bild entsteht, in Sekunden ab dem Start (3).</translation>
+    </message>
+    <message>
+        <source>Quit after so many seconds.</source>
+        <translation>Nach so vielen Sekunden enden.</translation>
+    </message>
+    <message>
+        <source>Print the rows of the modules&apos; tables every half second.</source>
+        <translation>Die Zeilen der Modultabellen jede halbe Sekunde ausgeben.</translation>
+    </message>
+    <message>
+        <source>Open the docks of all modules, whatever was remembered.</source>
+        <translation>Die Andockfenster aller Module öffnen, was immer gespeichert war.</translation>
+    </message>
+    <message>
+        <source>--%1 takes a number of seconds, not &quot;%2&quot;</source>
+        <translation>--%1 verlangt eine Zahl von Sekunden, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>unexpected argument &quot;%1&quot;</source>
+        <translation>unerwartetes Argument „%1“</translation>
+    </message>
+    <message>
+        <source>--connect takes HOST or HOST:PORT, not &quot;%1&quot;</source>
+        <translation>--connect verlangt HOST oder HOST:PORT, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--simulate and --connect exclude each other</source>
+        <translation>--simulate und --connect schließen einander aus</translation>
+    </message>
+    <message>
+        <source>--simulator-options needs --simulate</source>
+        <translation>--simulator-options verlangt --simulate</translation>
+    </message>
+    <message>
+        <source>--after needs --screenshot</source>
+        <translation>--after verlangt --screenshot</translation>
+    </message>
+    <message>
+        <source>--measure and --record need --connect or --simulate</source>
+        <translation>--measure und --record verlangen --connect oder --simulate</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::SimulatorProcess</name>
+    <message>
+        <source>%1 does not say where it listens</source>
+        <translation>%1 sagt nicht, wo es lauscht</translation>
+    </message>
+    <message>
+        <source>%1 cannot be started: %2</source>
+        <translation>%1 kann nicht gestartet werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 says &quot;%2&quot;</source>
+        <translation>%1 sagt „%2“</translation>
+    </message>
+    <message>
+        <source>%1 has ended (exit code %2) %3</source>
+        <translation>%1 hat sich beendet (Exitcode %2) %3</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::WindowSettings</name>
+    <message>
+        <source>The settings in %1 are damaged; defaults are used instead</source>
+        <translation>Die Einstellungen in %1 sind beschädigt; die Vorgaben gelten</translation>
+    </message>
+</context>
+</TS>
