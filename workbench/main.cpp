@@ -12,24 +12,26 @@ using workbench::Translations;
 
 namespace {
 
-// Without a window, and so without a display.
-int showText(const ParsedOptions& parsed) {
-    const bool failed = parsed.action == ParsedOptions::Action::Fail;
-    const QByteArray text = parsed.text.toLocal8Bit();
-    if (failed) {
-        std::fprintf(stderr, "kestrel-workbench: %s (see --help)\n", text.constData());
-    } else {
-        std::fputs(text.constData(), stdout);
+// With an application object that needs no display, for the sake of help and error texts.
+ParsedOptions readCommandLine(int argc, char* argv[]) {
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString language = workbench::parseOptions(arguments).options.language;
+    const Translations translations(language, Translations::usualFolders());
+    ParsedOptions parsed = workbench::parseOptions(arguments);
+    if (parsed.action == ParsedOptions::Action::Run && !language.isEmpty() &&
+        !translations.isIn(language)) {
+        parsed.action = ParsedOptions::Action::Fail;
+        parsed.text = QCoreApplication::translate("workbench::Options",
+                                                  "there are no texts in the language \"%1\"")
+                          .arg(language);
     }
-    return failed ? workbench::ExitBadOptions : workbench::ExitSuccess;
+    return parsed;
 }
 
-int refuseLanguage(const QString& language) {
-    return showText({ParsedOptions::Action::Fail,
-                     QCoreApplication::translate("workbench::Options",
-                                                 "there are no texts in the language \"%1\"")
-                         .arg(language),
-                     {}});
+int complain(const QString& text) {
+    std::fprintf(stderr, "kestrel-workbench: %s (see --help)\n", text.toLocal8Bit().constData());
+    return workbench::ExitBadOptions;
 }
 
 } // namespace
@@ -37,23 +39,18 @@ int refuseLanguage(const QString& language) {
 int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName(QStringLiteral("kestrel-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTREL_VERSION));
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i) {
-        arguments += QString::fromLocal8Bit(argv[i]);
-    }
-    const ParsedOptions parsed = workbench::parseOptions(arguments);
+    const ParsedOptions parsed = readCommandLine(argc, argv);
     const workbench::Options& options = parsed.options;
-    if (parsed.action != ParsedOptions::Action::Run) {
-        const QCoreApplication application(argc, argv);
-        const Translations translations(options.language, Translations::usualFolders());
-        return showText(workbench::parseOptions(arguments));
+    if (parsed.action == ParsedOptions::Action::Fail) {
+        return complain(parsed.text);
+    }
+    if (parsed.action == ParsedOptions::Action::ShowText) {
+        std::fputs(parsed.text.toLocal8Bit().constData(), stdout);
+        return workbench::ExitSuccess;
     }
 
     const QApplication application(argc, argv);
     const Translations translations(options.language, Translations::usualFolders());
-    if (!options.language.isEmpty() && !translations.isIn(options.language)) {
-        return refuseLanguage(options.language);
-    }
     workbench::MainWindow window({options.settingsFile, options.observer, options.openDocks});
     workbench::CommandLineRun run(window, options);
     run.watchSignals();

@@ -44,8 +44,8 @@ struct ParsedOptions {
     Options options;
 };
 
-/// Reads the command line, the program's name first. Needs no application object; its texts are
-/// translated when there is one with translations.
+/// Reads the command line, the program's name first. Needs the application object; the texts are in
+/// its language.
 ParsedOptions parseOptions(const QStringList& arguments);
 
 } // namespace workbench

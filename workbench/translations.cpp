@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -56,8 +57,12 @@ QStringList Translations::usualFolders() {
 }
 
 bool Translations::loadAll(const QString& language, const QStringList& folders) {
-    for (const QString& name : folders) {
-        const QDir folder(name);
+    static const QRegularExpression name(QStringLiteral("^[A-Za-z]+(_[A-Za-z]+)*$"));
+    if (!name.match(language).hasMatch()) {
+        return false; // it becomes part of a pattern for files
+    }
+    for (const QString& path : folders) {
+        const QDir folder(path);
         const QStringList files =
             folder.entryList({QStringLiteral("*_%1.qm").arg(language)}, QDir::Files, QDir::Name);
         std::for_each(files.begin(), files.end(),

@@ -8,7 +8,9 @@ using workbench::Translations;
 
 namespace {
 
-const QStringList folders{QStringLiteral(KESTREL_TRANSLATIONS_DIR)};
+QStringList folders() {
+    return {QStringLiteral(KESTREL_TRANSLATIONS_DIR)};
+}
 
 QString textOfTheProgram() {
     return QCoreApplication::translate("MainWindow", "&Quit");
@@ -25,14 +27,14 @@ class TestTranslations : public QObject {
 
 private Q_SLOTS:
     void textsOfProgramAndModuleAreInTheLanguageAskedFor() {
-        const Translations german(QStringLiteral("de"), folders);
+        const Translations german(QStringLiteral("de"), folders());
         QCOMPARE(german.language(), QStringLiteral("de"));
         QCOMPARE(textOfTheProgram(), QStringLiteral("&Beenden"));
         QCOMPARE(textOfTheModule(), QStringLiteral("&Kalibrieren"));
     }
 
     void textsAreEnglishAgainAfterwards() {
-        { const Translations german(QStringLiteral("de"), folders); }
+        { const Translations german(QStringLiteral("de"), folders()); }
         QCOMPARE(textOfTheProgram(), QStringLiteral("&Quit"));
         QCOMPARE(textOfTheModule(), QStringLiteral("&Calibrate"));
     }
@@ -45,7 +47,7 @@ private Q_SLOTS:
     }
     void aCountryWithoutCatalogueGetsItsLanguage() {
         QFETCH(QString, language);
-        const Translations german(language, folders);
+        const Translations german(language, folders());
         QCOMPARE(german.language(), QStringLiteral("de"));
         QVERIFY(german.isIn(language));
         QCOMPARE(textOfTheProgram(), QStringLiteral("&Beenden"));
@@ -62,7 +64,7 @@ private Q_SLOTS:
     void withoutCatalogueTextsAreEnglish() {
         QFETCH(QString, language);
         QFETCH(bool, isIn);
-        const Translations translations(language, folders);
+        const Translations translations(language, folders());
         QCOMPARE(translations.language(), QStringLiteral("en"));
         QCOMPARE(translations.isIn(language), isIn);
         QCOMPARE(textOfTheProgram(), QStringLiteral("&Quit"));
@@ -83,7 +85,7 @@ private Q_SLOTS:
         qunsetenv("LANGUAGE");
         qputenv("LC_ALL", locale);
         {
-            const Translations translations(QString(), folders);
+            const Translations translations(QString(), folders());
             QCOMPARE(translations.language(), language);
         }
         wasSet ? qputenv("LC_ALL", before) : qunsetenv("LC_ALL");
@@ -91,7 +93,7 @@ private Q_SLOTS:
 
     void theFirstFolderThatHasCataloguesCounts() {
         const QTemporaryDir empty;
-        const Translations german(QStringLiteral("de"), {empty.path(), folders.constFirst()});
+        const Translations german(QStringLiteral("de"), {empty.path(), folders().constFirst()});
         QCOMPARE(german.language(), QStringLiteral("de"));
     }
 
