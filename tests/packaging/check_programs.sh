@@ -59,5 +59,9 @@ check_programs() {
     check_papers "$prefix" kestrel-simulator
     LC_ALL=C "$prefix/bin/kestrel-workbench" --language de --help |
         grep -q 'Mit einem Controller verbinden' || fail "no German texts are found"
+    LANGUAGE='' LC_ALL=de_DE.UTF-8 "$prefix/bin/kestrel-workbench" --help |
+        grep -q 'Mit einem Controller verbinden' || fail "the system's language does not count"
+    LANGUAGE='' LC_ALL=de_DE.UTF-8 "$prefix/bin/kestrel-workbench" --language en --help |
+        grep -q 'Connect to a controller' || fail "--language does not count"
     check_live_rows "$prefix" "$work" "$plugin"
 }
