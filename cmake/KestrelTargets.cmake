@@ -9,6 +9,11 @@ elseif(KESTREL_SANITIZE)
     message(FATAL_ERROR "KESTREL_SANITIZE is '${KESTREL_SANITIZE}', not address or thread")
 endif()
 
+option(KESTREL_FUZZERS "Build the libFuzzer programs (clang only)" OFF)
+if(KESTREL_FUZZERS)
+    list(APPEND kestrel_sanitizers -fsanitize=fuzzer-no-link)
+endif()
+
 # kestrel_target(<target> [QT])
 # Gives a target of ours its warnings and sanitizers. QT: the target uses Qt: moc, uic and rcc run
 # for it and the commonest Qt headers are precompiled.

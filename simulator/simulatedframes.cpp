@@ -69,6 +69,7 @@ std::vector<std::string> SimulatedFrames::take(double now) {
 
 std::vector<datalines::ToolRecord> SimulatedFrames::measureTools(double time) {
     std::vector<datalines::ToolRecord> records;
+    records.reserve(static_cast<std::size_t>(m_configuration.toolCount()));
     for (int i = 0; i < m_configuration.toolCount(); ++i) {
         const Tool& tool = m_configuration.tool(i);
         datalines::ToolRecord record;
@@ -86,6 +87,7 @@ std::vector<datalines::ToolRecord> SimulatedFrames::measureTools(double time) {
 
 std::vector<datalines::BodyRecord> SimulatedFrames::measureReferences(double time) {
     std::vector<datalines::BodyRecord> records;
+    records.reserve(static_cast<std::size_t>(m_configuration.referenceCount()));
     for (int i = 0; i < m_configuration.referenceCount(); ++i) {
         records.push_back({i, m_scene.isReferenceTracked(i),
                            m_noise.measured(m_scene.reference(i, time), m_random)});
@@ -95,6 +97,7 @@ std::vector<datalines::BodyRecord> SimulatedFrames::measureReferences(double tim
 
 std::vector<datalines::BodyRecord> SimulatedFrames::measureStandardBodies(double time) {
     std::vector<datalines::BodyRecord> records;
+    records.reserve(static_cast<std::size_t>(m_scene.standardBodyCount()));
     for (int i = 0; i < m_scene.standardBodyCount(); ++i) {
         records.push_back({i, true, m_noise.measured(m_scene.standardBody(i, time), m_random)});
     }

@@ -61,6 +61,14 @@ bool parseParameter(std::string_view text, RecordingHeader& header) {
     return true;
 }
 
+std::string quotedName(std::string_view name) {
+    std::string text = "\"";
+    for (const char c : escaped(name)) {
+        text += c == '"' ? std::string("\\x22") : std::string(1, c);
+    }
+    return text + "\"";
+}
+
 bool parseHex(std::string_view digits, char& byte) {
     unsigned value = 0;
     const char* const end = digits.data() + digits.size();
@@ -147,7 +155,7 @@ std::string formatRecordingHeader(const RecordingHeader& header) {
         text.append(escaped(header.*member)).append("\n");
     }
     for (const auto& [name, value] : header.parameters) {
-        text.append(parameterIntroduction).append("\"").append(escaped(name)).append("\" ");
+        text.append(parameterIntroduction).append(quotedName(name)).append(" ");
         text.append(escaped(value)).append("\n");
     }
     return text.append(lastHeaderLine).append("\n");

@@ -20,6 +20,7 @@ RecordingHeader someHeader() {
     header.model = "SIM \\ 1";
     header.parameters = {{"measurementtool reference_of_tool b01", "b01"},
                          {"measurementtool output_6dmt", "no"},
+                         {"a \"quoted\" name\\", "x"},
                          {"cal type_desc measurementtool", "\"a \"quoted\" text\"\n"}};
     return header;
 }

@@ -1,0 +1,20 @@
+# kestrel_add_fuzz_target(<name> SOURCES <file>... LIBS <target>... CORPUS <folder>)
+# A test <name>_replay over the corpus and, with KESTREL_FUZZERS, the libFuzzer program <name>.
+# The sources define LLVMFuzzerTestOneInput.
+function(kestrel_add_fuzz_target name)
+    cmake_parse_arguments(ARG "" "CORPUS" "SOURCES;LIBS" ${ARGN})
+    if(BUILD_TESTING)
+        add_executable(${name}_replay ${ARG_SOURCES} "${PROJECT_SOURCE_DIR}/fuzz/replay.cpp")
+        target_link_libraries(${name}_replay PRIVATE ${ARG_LIBS})
+        kestrel_target(${name}_replay)
+        add_test(NAME ${name}_replay
+                 COMMAND ${name}_replay "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_CORPUS}")
+        kestrel_register_test(${name}_replay FALSE fuzz)
+    endif()
+    if(KESTREL_FUZZERS)
+        add_executable(${name} ${ARG_SOURCES})
+        target_link_libraries(${name} PRIVATE ${ARG_LIBS})
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+        kestrel_target(${name})
+    endif()
+endfunction()
