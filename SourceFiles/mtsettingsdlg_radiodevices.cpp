@@ -2,6 +2,7 @@
 #include "SourceFiles/mtsettingsdlg.h"
 #include "host_api/iomanager.h"
 
+#include <QEvent>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -13,6 +14,29 @@ enum DeviceColumn { SortKey, Vendor, InternalModel, Description, Serial };
 constexpr int modelExtraWidth = 85;
 constexpr int serialLength = 5;
 constexpr QChar serialPadding = QLatin1Char('0');
+
+// A refresh makes a cell of a hidden column the current one, from which no arrow key leads on: a
+// key press starts from the row's first visible cell.
+class VisibleCursor final : public QObject {
+public:
+    explicit VisibleCursor(QTableWidget* table)
+        : QObject(table)
+        , m_table(table) {
+        table->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const int column = m_table->currentColumn();
+        if (event->type() == QEvent::KeyPress && column >= 0 && m_table->isColumnHidden(column)) {
+            m_table->setCurrentCell(m_table->currentRow(), Description,
+                                    QItemSelectionModel::NoUpdate);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QTableWidget* m_table;
+};
 
 QString sortKey(const MtSettingsDlg::MtRadioDevice& device) {
     return device.vendor + device.model + device.serial;
@@ -27,6 +51,7 @@ void MtSettingsDlg::setupTablesDevices() {
     for (const int column : {SortKey, Vendor, InternalModel}) {
         table->setColumnHidden(column, true);
     }
+    new VisibleCursor(table);
     table->resizeColumnsToContents();
     table->setColumnWidth(Description, table->columnWidth(Description) + modelExtraWidth);
 }

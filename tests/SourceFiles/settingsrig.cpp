@@ -19,10 +19,11 @@ std::string body(int number) {
 
 } // namespace
 
-SettingsRig::SettingsRig(const VersionInfo& protocol)
+SettingsRig::SettingsRig(const VersionInfo& protocol, int patienceMs)
     : versions(VersionInfo(3, 0, 0), protocol, VersionInfo(3, 0, 0), QStringLiteral("KESTREL"))
     , parent(std::make_unique<QWidget>())
-    , dialog(new MtSettingsDlg(&host, parent.get(), &versions)) {
+    , dialog(new MtSettingsDlg(&host, parent.get(), &versions))
+    , m_dog(patienceMs) {
     host.answer("config is_changeable", "yes");
     host.answer("measurementtool available", "yes");
     host.answer("measurementtool max_number_of_tools", "4");
@@ -41,6 +42,12 @@ SettingsRig::SettingsRig(const VersionInfo& protocol)
         host.answer("measurementtool measurement_start_simulation " + b, "yes");
         host.answer("measurementtool measurement_start_angle " + b, "45.0");
         host.answer("measurementtool measurement_start_lead_time " + b, "0.5");
+    }
+}
+
+SettingsRig::~SettingsRig() {
+    if (!m_dog.strays().isEmpty()) {
+        qFatal("a dialog stayed open");
     }
 }
 

@@ -16,7 +16,12 @@
 /// M2 on none), three of five references, tip radii 0.75 and 1.5, and no radio devices.
 class SettingsRig {
 public:
-    explicit SettingsRig(const VersionInfo& protocol = VersionInfo(1, 14, 0));
+    /// A dialog that stays open longer than `patienceMs` is closed and ends the test.
+    explicit SettingsRig(const VersionInfo& protocol = VersionInfo(1, 14, 0),
+                         int patienceMs = 20000);
+    ~SettingsRig();
+    SettingsRig(const SettingsRig&) = delete;
+    SettingsRig& operator=(const SettingsRig&) = delete;
 
     /// Scripts radio devices into the controller's list ("V M 00001" and so on) with descriptions
     /// "desc <model>".
