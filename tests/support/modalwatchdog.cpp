@@ -2,10 +2,11 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QEvent>
 #include <QWidget>
 
 namespace {
-constexpr int pollMs = 5;
+constexpr int pollMs = 1;
 }
 
 ModalWatchdog::ModalWatchdog(int patienceMs)
@@ -18,6 +19,13 @@ void ModalWatchdog::on(const QString& objectName, const std::function<void(QWidg
     m_actions[objectName] = action;
 }
 
+bool ModalWatchdog::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Hide && watched == m_current) {
+        m_current = nullptr; // shown again at once it appears anew
+    }
+    return false;
+}
+
 void ModalWatchdog::look() {
     QWidget* const modal = QApplication::activeModalWidget();
     if (modal == nullptr) {
@@ -27,17 +35,28 @@ void ModalWatchdog::look() {
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     if (modal != m_current) {
         m_current = modal;
+        modal->installEventFilter(this);
         m_since = now;
-        m_seen << modal->objectName();
-        const auto action = m_actions.find(modal->objectName());
-        if (action != m_actions.end()) {
-            // The action may run a modal loop of its own, in which this watchdog must go on
-            // looking; a timer does not fire while its own slot runs, so leave the slot first.
-            QTimer::singleShot(0, modal, [run = action->second, modal] { run(modal); });
-        }
+        // The action may run a modal loop of its own, in which this watchdog must go on looking; a
+        // timer does not fire while its own slot runs, so leave the slot first.
+        QTimer::singleShot(0, this, [this, seen = QPointer<QWidget>(modal)] { act(seen); });
     } else if (now - m_since > m_patience) {
         m_strays << modal->objectName();
         m_since = now;
         modal->close();
+    }
+}
+
+void ModalWatchdog::act(QWidget* modal) {
+    // A dialog that was on top only between the end of one dialog and the start of the next does
+    // not count: nobody could have seen it.
+    if (modal == nullptr || modal != QApplication::activeModalWidget()) {
+        return;
+    }
+    m_seen << modal->objectName();
+    const auto action = m_actions.find(modal->objectName());
+    if (action != m_actions.end()) {
+        const auto run = action->second; // may be replaced while it runs
+        run(modal);
     }
 }

@@ -27,8 +27,11 @@ public:
     /// Object names of all modal dialogs in the order of their appearance.
     QStringList seen() const { return m_seen; }
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void look();
+    void act(QWidget* modal);
 
     int m_patience;
     QTimer m_timer;
