@@ -1,4 +1,5 @@
 #include "general/CountdownDlg.h"
+#include "tests/general/progressrig.h"
 #include "tests/support/children.h"
 #include "tests/support/modalwatchdog.h"
 
@@ -7,10 +8,6 @@
 #include <QLayout>
 #include <QPushButton>
 #include <QtTest>
-
-struct CountdownProbe {
-    static QTimer& timer(CountdownDlg& dialog) { return dialog.my_timer; }
-};
 
 namespace {
 

@@ -1,0 +1,351 @@
+#include "tests/general/progressrig.h"
+#include "tests/support/children.h"
+
+#include <QLCDNumber>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+const std::string askState = "get_string status active";
+const std::string askError = "kestrel2 get status err";
+const std::string stop = "send kestrel2 cal measurementtool stop";
+const Lines pollOfStep1 = {askState, "get_double status progress",
+                           "get_string status step_progress",
+                           "get_string cal step_duration measurementtool s01"};
+
+QString infoOf(const QWidget& dialog) {
+    return child<QLabel>(dialog, "label_info")->text();
+}
+
+int overallOf(const QWidget& dialog) {
+    return child<QProgressBar>(dialog, "progressBar_overall")->value();
+}
+
+int stepOf(const QWidget& dialog) {
+    return child<QProgressBar>(dialog, "progressBar_step")->value();
+}
+
+// A dialog after one poll in the state "cal", which never becomes visible.
+struct OnePoll {
+    explicit OnePoll(ProgressRig& rig)
+        : dialog(&rig.host, &rig.parent, &rig.versions, false, rig.remainingTime)
+        , changed(&dialog, &CalibrationProgressDlg::progress_changed) {
+        rig.host.answer("status active", "cal");
+        child<QProgressBar>(dialog, "progressBar_overall")->reset();
+        child<QProgressBar>(dialog, "progressBar_step")->reset();
+        dialog.update_cal_status();
+    }
+    CalibrationProgressDlg dialog;
+    QSignalSpy changed;
+};
+
+} // namespace
+
+class TestCalibrationProgressSingleStep : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void itFollowsTheProcedureToItsEnd() {
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {"cal", "other", "", "cal", "none"});
+        QCOMPARE(rig.run(), 1);
+        Lines expected = pollOfStep1;
+        expected.insert(expected.end(), {askState, askState});
+        expected.insert(expected.end(), pollOfStep1.begin(), pollOfStep1.end());
+        expected.push_back(askState);
+        QCOMPARE(rig.afterStart(), expected);
+        QVERIFY(!rig.timerActiveAtEnd);
+        QCOMPARE(rig.host.logTexts(), Lines());
+        QCOMPARE(rig.dog.seen().count("CountdownDialog"), 0);
+    }
+
+    void itPollsFiveTimesASecond() {
+        ProgressRig rig;
+        CalibrationProgressDlg dialog(&rig.host, &rig.parent, &rig.versions, false, true);
+        QCOMPARE(CalibrationProgressProbe::timer(dialog).interval(), 200);
+        QVERIFY(!CalibrationProgressProbe::timer(dialog).isSingleShot());
+        QVERIFY(!CalibrationProgressProbe::timer(dialog).isActive());
+    }
+
+    void progressIsShownAndTold_data() {
+        QTest::addColumn<QString>("overall");
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<int>("overallBar");
+        QTest::addColumn<int>("stepBar");
+        QTest::addColumn<double>("overallTold");
+        QTest::addColumn<double>("stepTold");
+        QTest::newRow("fractions") << "0.375"
+                                   << "1 0.75" << 37 << 75 << 0.375 << 0.75;
+        QTest::newRow("floored") << "0.999"
+                                 << "1 0.009" << 99 << 0 << 0.999 << 0.009;
+        QTest::newRow("blanks") << "0.5"
+                                << "  1   0.25" << 50 << 25 << 0.5 << 0.25;
+        QTest::newRow("begin") << "0"
+                               << "1 0" << 0 << 0 << 0.0 << 0.0;
+        QTest::newRow("end") << "1"
+                             << "1 1.0" << 100 << 100 << 1.0 << 1.0;
+        QTest::newRow("exponent") << "1e-1"
+                                  << "1 2.5e-1" << 10 << 25 << 0.1 << 0.25;
+        QTest::newRow("rest ignored") << "0.5"
+                                      << "1 0.25 x" << 50 << 25 << 0.5 << 0.25;
+        QTest::newRow("bars show nothing beyond their range")
+            << "1.5"
+            << "1 -0.005" << -1 << -1 << 1.5 << -0.005;
+        QTest::newRow("far beyond it") << "1e300"
+                                       << "1 -1e300" << -1 << -1 << 1e300 << -1e300;
+        QTest::newRow("no step number") << "0.5"
+                                        << "x 0.25" << 50 << 0 << 0.5 << 0.0;
+        QTest::newRow("no step fraction") << "0.5"
+                                          << "1" << 50 << 0 << 0.5 << 0.0;
+        QTest::newRow("a comma ends a number") << "0.5"
+                                               << "1 0,75" << 50 << 0 << 0.5 << 0.0;
+        QTest::newRow("nothing") << "0.5"
+                                 << "" << 50 << 0 << 0.5 << 0.0;
+    }
+    void progressIsShownAndTold() {
+        QFETCH(QString, overall);
+        QFETCH(QString, step);
+        QFETCH(int, overallBar);
+        QFETCH(int, stepBar);
+        QFETCH(double, overallTold);
+        QFETCH(double, stepTold);
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {});
+        rig.host.answer("status progress", overall.toStdString());
+        rig.host.answer("status step_progress", step.toStdString());
+        const OnePoll poll(rig);
+        QCOMPARE(overallOf(poll.dialog), overallBar);
+        QCOMPARE(stepOf(poll.dialog), stepBar);
+        QCOMPARE(poll.changed.count(), 1);
+        QCOMPARE(poll.changed.at(0).at(0).toDouble(), overallTold);
+        QCOMPARE(poll.changed.at(0).at(1).toDouble(), stepTold);
+    }
+
+    void notANumberIsNoProgress() {
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {});
+        rig.host.answer("status progress", "nan");
+        rig.host.answer("status step_progress", "1 nan");
+        const OnePoll poll(rig);
+        QCOMPARE(overallOf(poll.dialog), 0);
+        QCOMPARE(stepOf(poll.dialog), 0);
+        QCOMPARE(child<QLabel>(poll.dialog, "label_remaining_time")->text(),
+                 QString("remaining time: 0 seconds"));
+    }
+
+    void theRemainingTimeIsTruncated_data() {
+        QTest::addColumn<QString>("duration");
+        QTest::addColumn<QString>("fraction");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("whole") << "20"
+                               << "0.75"
+                               << "remaining time: 5 seconds";
+        QTest::newRow("truncated") << "10"
+                                   << "0.05"
+                                   << "remaining time: 9 seconds";
+        QTest::newRow("towards zero") << "10"
+                                      << "1.05"
+                                      << "remaining time: 0 seconds";
+        QTest::newRow("with a unit") << "20 s"
+                                     << "0.75"
+                                     << "remaining time: 5 seconds";
+        QTest::newRow("with a fraction") << "7.9"
+                                         << "0"
+                                         << "remaining time: 7 seconds";
+        QTest::newRow("no number") << "long"
+                                   << "0.5"
+                                   << "remaining time: 0 seconds";
+        QTest::newRow("unknown") << "FAIL"
+                                 << "0.5"
+                                 << "remaining time: 0 seconds";
+        QTest::newRow("very long") << "1e300"
+                                   << "0"
+                                   << "remaining time: 2147483647 seconds";
+    }
+    void theRemainingTimeIsTruncated() {
+        QFETCH(QString, duration);
+        QFETCH(QString, fraction);
+        QFETCH(QString, text);
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {});
+        const std::string parameter = "cal step_duration measurementtool s01";
+        rig.host.answer(parameter, duration.toStdString());
+        if (duration == "FAIL") {
+            rig.host.fail(parameter);
+        }
+        rig.host.answer("status step_progress", "1 " + fraction.toStdString());
+        // The type is known to a dialog that runs; one poll is made by hand in addition.
+        QString shown;
+        rig.host.answerInTurn("status active", {"none", "other"});
+        rig.whenShown([&](CalibrationProgressDlg& dialog) {
+            rig.host.answer("status active", "cal");
+            dialog.update_cal_status();
+            shown = child<QLabel>(dialog, "label_remaining_time")->text();
+            dialog.reject();
+        });
+        rig.run();
+        QCOMPARE(shown, text);
+    }
+
+    void theRemainingTimeNeedsProtocolAndFlag_data() {
+        QTest::addColumn<int>("minor");
+        QTest::addColumn<int>("patch");
+        QTest::addColumn<bool>("flag");
+        QTest::addColumn<bool>("asked");
+        QTest::newRow("1.4.0") << 4 << 0 << true << true;
+        QTest::newRow("an unknown patch passes") << 4 << -1 << true << true;
+        QTest::newRow("1.4.-2") << 4 << -2 << true << false;
+        QTest::newRow("1.3.99") << 3 << 99 << true << false;
+        QTest::newRow("1.14.0") << 14 << 0 << true << true;
+        QTest::newRow("not wanted") << 14 << 0 << false << false;
+    }
+    void theRemainingTimeNeedsProtocolAndFlag() {
+        QFETCH(int, minor);
+        QFETCH(int, patch);
+        QFETCH(bool, flag);
+        QFETCH(bool, asked);
+        ProgressRig rig;
+        rig.versions =
+            BackendVersions(VersionInfo(), VersionInfo(1, minor, patch), VersionInfo(), QString());
+        rig.remainingTime = flag;
+        scriptProcedure(rig.host, 1, {"cal", "none"});
+        QCOMPARE(rig.run(), 1);
+        QCOMPARE(rig.afterStart().size(), std::size_t(asked ? 5 : 4));
+    }
+
+    void aFullBarInTheFirstStepMeansCalculating_data() {
+        QTest::addColumn<QString>("overall");
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("info");
+        QTest::newRow("exactly 100") << "1"
+                                     << "1 1"
+                                     << "calculating...";
+        QTest::newRow("floored to 100") << "1.009"
+                                        << "1 1"
+                                        << "calculating...";
+        QTest::newRow("99") << "0.999"
+                            << "1 1"
+                            << "mine";
+        QTest::newRow("101") << "1.01"
+                             << "1 1"
+                             << "mine";
+        QTest::newRow("no step") << "1"
+                                 << "0 1"
+                                 << "mine";
+    }
+    void aFullBarInTheFirstStepMeansCalculating() {
+        QFETCH(QString, overall);
+        QFETCH(QString, step);
+        QFETCH(QString, info);
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {});
+        rig.host.answer("status progress", overall.toStdString());
+        rig.host.answer("status step_progress", step.toStdString());
+        OnePoll poll(rig);
+        poll.dialog.show_custom_message("mine");
+        QCOMPARE(infoOf(poll.dialog), info);
+        // Told once: what another writer puts there later stays.
+        child<QLabel>(poll.dialog, "label_info")->setText("later");
+        poll.dialog.update_cal_status();
+        QCOMPARE(infoOf(poll.dialog), QString("later"));
+    }
+
+    void failedQueriesKeepTheLastProgressOfTheProgramRun() {
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {});
+        { const OnePoll first(rig); }
+        rig.host.fail("status progress");
+        rig.host.fail("status step_progress");
+        const OnePoll second(rig);
+        QCOMPARE(overallOf(second.dialog), 37);
+        QCOMPARE(stepOf(second.dialog), 75);
+        QCOMPARE(second.changed.at(0).at(0).toDouble(), 0.375);
+        QCOMPARE(second.changed.at(0).at(1).toDouble(), 0.75);
+    }
+
+    void anErrorIsShownAndEndsTheRun_data() {
+        QTest::addColumn<QString>("reply");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("quoted") << "kestrel2 set status err 12 \"motion too small\""
+                                << "motion too small";
+        QTest::newRow("more quotes") << "a \"b\" c \"d\""
+                                     << "b";
+        QTest::newRow("one quote: the rest") << "kestrel2 err \"no end"
+                                             << "no end";
+        QTest::newRow("no quote") << "kestrel2 err 12"
+                                  << "";
+        QTest::newRow("no HTML, no format") << "\"<b>%1 %n %s</b>\""
+                                            << "<b>%1 %n %s</b>";
+        QTest::newRow("UTF-8") << QString::fromUtf8("\"\xc3\xbc\"")
+                               << QString::fromUtf8("\xc3\xbc");
+        QTest::newRow("failed") << "FAIL"
+                                << "";
+    }
+    void anErrorIsShownAndEndsTheRun() {
+        QFETCH(QString, reply);
+        QFETCH(QString, text);
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {"cal", "err"});
+        rig.host.answerCommand(askError, reply.toStdString());
+        if (reply == "FAIL") {
+            rig.host.fail(askError);
+        }
+        rig.answerBoxes();
+        QCOMPARE(rig.run(), 0);
+        QCOMPARE(rig.boxes, QStringList(text));
+        Lines expected = pollOfStep1;
+        expected.insert(expected.end(), {askState, "send " + askError});
+        QCOMPARE(rig.afterStart(), expected);
+        QVERIFY(!rig.timerActiveAtEnd);
+    }
+
+    void theErrorBoxHasOneButton() {
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {"err"});
+        rig.dog.on("messageBox_calibrationError", [](QWidget* window) {
+            const auto* const box = qobject_cast<QMessageBox*>(window);
+            QCOMPARE(box->windowTitle(), QString("Calibration Error"));
+            QCOMPARE(box->icon(), QMessageBox::Critical);
+            QCOMPARE(box->standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
+            QCOMPARE(box->textFormat(), Qt::PlainText);
+            QCOMPARE(box->parentWidget()->objectName(), QString("CalibrationProgressDialog"));
+            window->close();
+        });
+        QCOMPARE(rig.run(), 0);
+        QCOMPARE(rig.dog.seen().count("messageBox_calibrationError"), 1);
+    }
+
+    void theUserStopsTheProcedure_data() {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("Cancel") << "pb_cancel";
+        QTest::newRow("Escape") << "escape";
+        QTest::newRow("window close") << "close";
+    }
+    void theUserStopsTheProcedure() {
+        QFETCH(QString, way);
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {"other"});
+        rig.whenShown([&](CalibrationProgressDlg& dialog) {
+            if (way == "escape") {
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            } else if (way == "close") {
+                dialog.close();
+            } else {
+                child<QPushButton>(dialog, way.toLatin1())->click();
+            }
+        });
+        QCOMPARE(rig.run(), 0);
+        const Lines operations = rig.host.operations();
+        QCOMPARE(operations.back(), stop);
+        QCOMPARE(std::count(operations.begin(), operations.end(), stop), 1);
+        QVERIFY(!rig.timerActiveAtEnd);
+    }
+};
+
+QTEST_MAIN(TestCalibrationProgressSingleStep)
+#include "test_calibrationprogressdlg_singlestep.moc"
