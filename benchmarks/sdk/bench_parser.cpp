@@ -18,7 +18,7 @@ void parse(benchmark::State& state, SampleLines lines, Locale locale) {
         return;
     }
     KestrelParser parser;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto round : state) {
         char* line = lines.next();
         const bool read = parser.parseLine(&line);
         if (!read) {
@@ -82,7 +82,7 @@ void measure(benchmark::State& state, SampleLines lines, std::size_t prefix, Rea
         state.SkipWithError("the yardstick reads something else than the parser");
         return;
     }
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto round : state) {
         benchmark::DoNotOptimize(read(lines.next() + prefix, table));
         benchmark::ClobberMemory();
     }
@@ -112,14 +112,6 @@ void plainBodies(benchmark::State& state) {
 void knownBodies(benchmark::State& state) {
     measureBodies(state, PlainReaders::readKnownBodies);
 }
-
-BENCHMARK(parserTools)->Arg(4)->Arg(20)->Arg(100);
-BENCHMARK(parserToolsComma)->Arg(4);
-BENCHMARK(plainTools)->Arg(4);
-BENCHMARK(knownTools)->Arg(4);
-BENCHMARK(parserBodies)->Arg(100);
-BENCHMARK(plainBodies)->Arg(100);
-BENCHMARK(knownBodies)->Arg(100);
 
 const Ratio ratios[] = {
     {"6dmt2, 4 tools: strtol/strtod to parser", "plainTools/4", "parserTools/4", 1, 5.0, 1e9},

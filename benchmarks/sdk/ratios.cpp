@@ -53,6 +53,7 @@ int runBenchmarks(int argc, char** argv, Times& times) {
                                       "--benchmark_enable_random_interleaving=true"};
     texts.insert(texts.end(), argv + 1, argv + argc);
     std::vector<char*> arguments;
+    arguments.reserve(texts.size());
     for (std::string& text : texts) {
         arguments.push_back(text.data());
     }

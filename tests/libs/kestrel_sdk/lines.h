@@ -6,9 +6,16 @@
 
 /// Blocks that tests append to a header block: a position and a rotation matrix of nine different
 /// numbers.
-inline const std::string position = "[1.5 -2.5 3.5]";
-inline const std::string rotation = "[11 12 13 14 15 16 17 18 19]";
-inline const std::string pose = position + rotation;
+inline constexpr const char* position = "[1.5 -2.5 3.5]";
+inline constexpr const char* rotation = "[11 12 13 14 15 16 17 18 19]";
+inline constexpr const char* pose = "[1.5 -2.5 3.5][11 12 13 14 15 16 17 18 19]";
+
+template <class... Parts>
+std::string join(const Parts&... parts) {
+    std::string all;
+    (all.append(parts), ...);
+    return all;
+}
 
 /// What parseLine() did with one line.
 struct Parsed {

@@ -35,15 +35,15 @@ const std::vector<std::string>& frame() {
         "fr 1",
         "ts 1.5",
         "6dcal 8",
-        "6d 2 [0 1.0]" + pose + "[2 1.0]" + pose,
-        "6df 1 [0 1.0 3]" + pose,
-        "6dmt 1 [0 1.0 3]" + pose,
-        "6dmtr 3 1 [2 1.0]" + pose,
+        join("6d 2 [0 1.0]", pose, "[2 1.0]", pose),
+        join("6df 1 [0 1.0 3]", pose),
+        join("6dmt 1 [0 1.0 3]", pose),
+        join("6dmtr 3 1 [2 1.0]", pose),
         "glcal 2",
-        "gl 1 [1 1.0 0 1]" + pose + pose + "[1 2 3 4 5 6]",
-        "6dj 2 1 [1 1][0 1.0][1 2 3 4 5 6]" + rotation,
-        "6di 1 [1 1 0.5]" + pose,
-        "3d 2 [0 1.0]" + position + "[1 1e-3]" + position,
+        join("gl 1 [1 1.0 0 1]", pose, pose, "[1 2 3 4 5 6]"),
+        join("6dj 2 1 [1 1][0 1.0][1 2 3 4 5 6]", rotation),
+        join("6di 1 [1 1 0.5]", pose),
+        join("3d 2 [0 1.0]", position, "[1 1e-3]", position),
         "unknown line",
     };
     return lines;
@@ -77,9 +77,9 @@ TEST(Allocations, FramesWithUnchangedCountsNeedNone) {
 
 TEST(Allocations, TheNewFormatsNeedNoneEither) {
     KestrelParser parser;
-    std::vector<std::string> lines = {"6df2 2 1 [0 1.0 8 2]" + pose + "[255 0.5 -0.5]",
-                                      "6dmt2 2 2 [0 1.0 4 0.5]" + pose + "[5][1 2 3 4 5 6]" +
-                                          "[1 1.0 16 0.5]" + pose + "[5][1 2 3 4 5 6]"};
+    std::vector<std::string> lines = {join("6df2 2 1 [0 1.0 8 2]", pose, "[255 0.5 -0.5]"),
+                                      join("6dmt2 2 2 [0 1.0 4 0.5]", pose, "[5][1 2 3 4 5 6]",
+                                           "[1 1.0 16 0.5]", pose, "[5][1 2 3 4 5 6]")};
     ASSERT_TRUE(parseFrame(parser, lines));
     const long before = allocations;
     for (int i = 0; i < 100; ++i) {
@@ -113,9 +113,9 @@ TEST(Allocations, ScannersOfNumbersNeedNone) {
 
 TEST(Allocations, ALineThatFindsNoMemoryIsRejected) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6dmtr 2 1 [0 0.5]" + pose).accepted);
-    std::vector<std::string> lines = {"6dmtr 60000 0", "6dj 60000 0", "6d 1 [60000 1.0]" + pose,
-                                      "3d 60000"};
+    ASSERT_TRUE(parse(parser, join("6dmtr 2 1 [0 0.5]", pose)).accepted);
+    std::vector<std::string> lines = {"6dmtr 60000 0", "6dj 60000 0",
+                                      join("6d 1 [60000 1.0]", pose), "3d 60000"};
     memoryIsGone = true;
     std::vector<bool>::size_type rejected = 0;
     for (std::string& line : lines) {

@@ -4,7 +4,7 @@
 
 TEST(Bodies, ALineFillsTheRecordsThatItNames) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6d 2 [2 0.5]" + pose + " [0 1.0]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6d 2 [2 0.5]", pose, " [0 1.0]", pose)).accepted);
     ASSERT_EQ(parser.getNumBody(), 3);
     EXPECT_EQ(parser.getBody(0)->quality, 1.0);
     EXPECT_TRUE(hasPose(*parser.getBody(0)));
@@ -16,7 +16,7 @@ TEST(Bodies, ALineFillsTheRecordsThatItNames) {
 
 TEST(Bodies, AnIdBeyondTheTableGrowsIt) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6d 1 [5 0.7]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6d 1 [5 0.7]", pose)).accepted);
     ASSERT_EQ(parser.getNumBody(), 6);
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(parser.getBody(i)->id, i);
@@ -28,8 +28,8 @@ TEST(Bodies, AnIdBeyondTheTableGrowsIt) {
 
 TEST(Bodies, ThoseNotListedAreNotTrackedAndKeepTheirPose) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6d 2 [0 1]" + pose + "[1 1]" + pose).accepted);
-    EXPECT_TRUE(parse(parser, "6d 1 [1 0.5]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 2 [0 1]", pose, "[1 1]", pose)).accepted);
+    EXPECT_TRUE(parse(parser, join("6d 1 [1 0.5]", pose)).accepted);
     EXPECT_EQ(parser.getNumBody(), 2);
     EXPECT_EQ(parser.getBody(0)->quality, -1.0);
     EXPECT_TRUE(hasPose(*parser.getBody(0)));
@@ -39,7 +39,7 @@ TEST(Bodies, ThoseNotListedAreNotTrackedAndKeepTheirPose) {
 TEST(Bodies, ACountBelowOneMarksAllNotTracked) {
     for (const char* line : {"6d 0", "6d -3"}) {
         KestrelParser parser;
-        ASSERT_TRUE(parse(parser, "6d 2 [0 1]" + pose + "[1 1]" + pose).accepted);
+        ASSERT_TRUE(parse(parser, join("6d 2 [0 1]", pose, "[1 1]", pose)).accepted);
         EXPECT_TRUE(parse(parser, line).accepted);
         ASSERT_EQ(parser.getNumBody(), 2);
         EXPECT_EQ(parser.getBody(0)->quality, -1.0);
@@ -49,14 +49,14 @@ TEST(Bodies, ACountBelowOneMarksAllNotTracked) {
 
 TEST(Bodies, AnUnreadableCountFailsAfterMarkingAllNotTracked) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6d 1 [0 1]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 1 [0 1]", pose)).accepted);
     EXPECT_FALSE(parse(parser, "6d x").accepted);
     EXPECT_EQ(parser.getBody(0)->quality, -1.0);
 }
 
 TEST(Bodies, WhatWasFilledBeforeAFailureStays) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6d 2 [0 0.5]" + pose + "[1 0.25][1 2 3][1 2]").accepted);
+    EXPECT_FALSE(parse(parser, join("6d 2 [0 0.5]", pose, "[1 0.25][1 2 3][1 2]")).accepted);
     ASSERT_EQ(parser.getNumBody(), 2);
     EXPECT_EQ(parser.getBody(0)->quality, 0.5);
     EXPECT_EQ(parser.getBody(1)->quality, 0.25);
@@ -72,7 +72,7 @@ TEST(Bodies, ABlockWithoutItsBracketStoresNothing) {
 
 TEST(Inertials, ALineFillsTheRecordsThatItNames) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6di 1 [2 3 0.25]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6di 1 [2 3 0.25]", pose)).accepted);
     ASSERT_EQ(parser.getNumInertial(), 3);
     EXPECT_EQ(parser.getInertial(2)->id, 2);
     EXPECT_EQ(parser.getInertial(2)->st, 3);
@@ -85,7 +85,7 @@ TEST(Inertials, ALineFillsTheRecordsThatItNames) {
 TEST(Inertials, EveryLineClearsAllRecordsFirst) {
     for (const char* line : {"6di 0", "6di -1", "6di x"}) {
         KestrelParser parser;
-        ASSERT_TRUE(parse(parser, "6di 1 [1 3 0.25]" + pose).accepted);
+        ASSERT_TRUE(parse(parser, join("6di 1 [1 3 0.25]", pose)).accepted);
         EXPECT_EQ(parse(parser, line).accepted, line[4] != 'x');
         ASSERT_EQ(parser.getNumInertial(), 2);
         EXPECT_EQ(parser.getInertial(1)->id, 1);

@@ -23,7 +23,7 @@ TEST(Frames, AStartForgetsTheFrameAndKeepsTheTables) {
     for (const char* line : {"fr 12", "ts 1.5", "6dcal 3", "glcal 2", "6dmt 0", "6df 0"}) {
         ASSERT_TRUE(parse(parser, line).accepted) << line;
     }
-    ASSERT_TRUE(parse(parser, "6d 1 [0 0.5]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 1 [0 0.5]", pose)).accepted);
     parser.startFrame();
     EXPECT_EQ(parser.getFrameCounter(), 0U);
     EXPECT_EQ(parser.getTimeStamp(), -1.0);
@@ -69,9 +69,9 @@ TEST(Frames, WandsAndOldToolsAreNoStandardBodies) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, "6dcal 10").accepted);
-    ASSERT_TRUE(parse(parser, "6df 2 [0 1 0]" + pose + "[1 1 0]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6df 2 [0 1 0]", pose, "[1 1 0]", pose)).accepted);
     ASSERT_TRUE(
-        parse(parser, "6dmt 3 [0 1 0]" + pose + "[1 1 0]" + pose + "[2 1 0]" + pose).accepted);
+        parse(parser, join("6dmt 3 [0 1 0]", pose, "[1 1 0]", pose, "[2 1 0]", pose)).accepted);
     parser.endFrame();
     EXPECT_EQ(parser.getNumBody(), 5);
     EXPECT_EQ(parser.getBody(4)->id, 4);
@@ -82,7 +82,7 @@ TEST(Frames, NewToolsAreStandardBodies) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, "6dcal 4").accepted);
-    ASSERT_TRUE(parse(parser, "6dmt 1 [0 1 0]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt 1 [0 1 0]", pose)).accepted);
     ASSERT_TRUE(parse(parser, "6dmt2 1 0").accepted);
     parser.endFrame();
     EXPECT_EQ(parser.getNumBody(), 4);
@@ -90,7 +90,7 @@ TEST(Frames, NewToolsAreStandardBodies) {
 
 TEST(Frames, AnEndShrinksTheBodies) {
     OpenParser parser;
-    ASSERT_TRUE(parse(parser, "6d 1 [5 0.5]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 1 [5 0.5]", pose)).accepted);
     ASSERT_TRUE(parse(parser, "6dcal 2").accepted);
     parser.endFrame();
     EXPECT_EQ(parser.getNumBody(), 2);
@@ -113,8 +113,8 @@ TEST(Frames, AnEndBringsTheHandsToTheirCount) {
 TEST(Frames, WithoutCalibrationCountsAnEndLeavesTheTables) {
     KestrelParser parser;
     parser.startFrame();
-    ASSERT_TRUE(parse(parser, "6d 1 [3 0.5]" + pose).accepted);
-    ASSERT_TRUE(parse(parser, "gl 1 [2 0.5 0 0]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 1 [3 0.5]", pose)).accepted);
+    ASSERT_TRUE(parse(parser, join("gl 1 [2 0.5 0 0]", pose)).accepted);
     parser.endFrame();
     EXPECT_EQ(parser.getNumBody(), 4);
     EXPECT_EQ(parser.getNumHand(), 3);
@@ -126,7 +126,7 @@ TEST(Frames, AWholeFrameIsReadLineByLine) {
         parser.startFrame();
         EXPECT_TRUE(parse(parser, "fr " + std::to_string(frame)).accepted);
         EXPECT_TRUE(parse(parser, "6dcal 2").accepted);
-        EXPECT_TRUE(parse(parser, "6d 1 [1 0.5]" + pose).accepted);
+        EXPECT_TRUE(parse(parser, join("6d 1 [1 0.5]", pose)).accepted);
         parser.endFrame();
         EXPECT_EQ(parser.getFrameCounter(), static_cast<unsigned int>(frame));
         ASSERT_EQ(parser.getNumBody(), 2);
@@ -148,14 +148,14 @@ TEST(Dispatch, ThePrefixIncludesItsBlank) {
 
 TEST(Dispatch, EveryPrefixLeadsToItsOwnTable) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6d 1 [0 1]" + pose).accepted);
-    EXPECT_TRUE(parse(parser, "6df 2 [0 1 0]" + pose + "[1 1 0]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6d 1 [0 1]", pose)).accepted);
+    EXPECT_TRUE(parse(parser, join("6df 2 [0 1 0]", pose, "[1 1 0]", pose)).accepted);
     EXPECT_TRUE(parse(parser, "6dmtr 4 0").accepted);
-    EXPECT_TRUE(parse(parser, "gl 1 [4 1 0 0]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("gl 1 [4 1 0 0]", pose)).accepted);
     EXPECT_TRUE(parse(parser, "6dj 6 0").accepted);
-    EXPECT_TRUE(parse(parser, "6di 1 [6 1 0]" + pose).accepted);
-    EXPECT_TRUE(parse(parser, "3d 1 [8 1]" + position).accepted);
-    EXPECT_TRUE(parse(parser, "6dmt 1 [0 1 0]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6di 1 [6 1 0]", pose)).accepted);
+    EXPECT_TRUE(parse(parser, join("3d 1 [8 1]", position)).accepted);
+    EXPECT_TRUE(parse(parser, join("6dmt 1 [0 1 0]", pose)).accepted);
     EXPECT_EQ(parser.getNumBody(), 1);
     EXPECT_EQ(parser.getNumWand(), 2);
     EXPECT_EQ(parser.getNumMeaTool(), 1);
@@ -181,15 +181,15 @@ TEST(Dispatch, ReadingStopsBehindTheLastItem) {
     KestrelParser parser;
     EXPECT_EQ(parse(parser, "fr 12 rest").rest, " rest");
     EXPECT_EQ(parse(parser, "fr x").rest, "x");
-    EXPECT_EQ(parse(parser, "6d 1 [0 1]" + pose + " rest").rest, " rest");
-    EXPECT_EQ(parse(parser, "6d 2 [0 1]" + pose + "[oops").rest, "[oops");
+    EXPECT_EQ(parse(parser, join("6d 1 [0 1]", pose, " rest")).rest, " rest");
+    EXPECT_EQ(parse(parser, join("6d 2 [0 1]", pose, "[oops")).rest, "[oops");
     EXPECT_EQ(parse(parser, "6d 1 [0 1][1 2]").rest, "[1 2]");
     EXPECT_EQ(parse(parser, "6d x").rest, "x");
 }
 
 TEST(Getters, AnIndexOutsideTheCountGivesNull) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6d 1 [1 1]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 1 [1 1]", pose)).accepted);
     EXPECT_NE(parser.getBody(0), nullptr);
     EXPECT_NE(parser.getBody(1), nullptr);
     EXPECT_EQ(parser.getBody(2), nullptr);

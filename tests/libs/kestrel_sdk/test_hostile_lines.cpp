@@ -12,10 +12,10 @@ constexpr int most = 65535;
 OpenParser filledParser() {
     OpenParser parser;
     for (const std::string& line :
-         {"6d 2 [0 0.5]" + pose + "[1 0.5]" + pose, "6df 1 [0 0.5 0]" + pose,
-          "6dmt 2 [0 0.5 0]" + pose + "[1 0.5 0]" + pose, "6dmtr 2 1 [1 0.5]" + pose,
-          "gl 1 [1 0.5 1 0]" + pose, "6dj 1 1 [0 1][3 0.5][1 2 3 4 5 6]" + rotation,
-          "6di 1 [1 1 0.5]" + pose, "3d 1 [4 0.5]" + position, std::string("6dcal 9"),
+         {join("6d 2 [0 0.5]", pose, "[1 0.5]", pose), join("6df 1 [0 0.5 0]", pose),
+          join("6dmt 2 [0 0.5 0]", pose, "[1 0.5 0]", pose), join("6dmtr 2 1 [1 0.5]", pose),
+          join("gl 1 [1 0.5 1 0]", pose), join("6dj 1 1 [0 1][3 0.5][1 2 3 4 5 6]", rotation),
+          join("6di 1 [1 1 0.5]", pose), join("3d 1 [4 0.5]", position), std::string("6dcal 9"),
           std::string("glcal 2")}) {
         EXPECT_TRUE(parse(parser, line).accepted) << line;
     }
@@ -55,7 +55,7 @@ TEST(HostileLines, AskingForTooManyRecordsChangesNothing) {
              {"6d ", "6df ", "6df2 ", "6df2 1 ", "6dmt ", "6dmt2 1 ", "6dmtr ", "6dmtr 1 ", "gl ",
               "6dj ", "6dj 1 ", "6di ", "3d ", "6dcal ", "glcal "}) {
             OpenParser parser = before;
-            const std::string line = std::string(start) + count + " 1 [0 0.25 0 0]" + pose;
+            const std::string line = join(std::string(start), count, " 1 [0 0.25 0 0]", pose);
             EXPECT_FALSE(parse(parser, line).accepted) << line;
             EXPECT_TRUE(sameTables(parser, before) && sameCounts(parser, before)) << line;
         }
@@ -65,12 +65,12 @@ TEST(HostileLines, AskingForTooManyRecordsChangesNothing) {
 TEST(HostileLines, AnIdBeyondTheBoundChangesNothing) {
     const OpenParser before = filledParser();
     for (const std::string& line :
-         {"6d 1 [65535 0.25]" + pose, "6d 2 [0 0.25]" + pose + "[2147483647 0.25]" + pose,
-          "6d 2 [9 0.25]" + pose + "[65535 0.25]" + pose,
-          "6di 2 [0 1 0.25]" + pose + "[65535 1 0.25]" + pose,
-          "6di 2 [7 1 0.25]" + pose + "[65535 1 0.25]" + pose,
-          "gl 2 [0 0.25 1 0]" + pose + "[65535 0.25 1 0]" + pose,
-          "gl 2 [5 0.25 1 0]" + pose + "[65535 0.25 1 0]" + pose}) {
+         {join("6d 1 [65535 0.25]", pose), join("6d 2 [0 0.25]", pose, "[2147483647 0.25]", pose),
+          join("6d 2 [9 0.25]", pose, "[65535 0.25]", pose),
+          join("6di 2 [0 1 0.25]", pose, "[65535 1 0.25]", pose),
+          join("6di 2 [7 1 0.25]", pose, "[65535 1 0.25]", pose),
+          join("gl 2 [0 0.25 1 0]", pose, "[65535 0.25 1 0]", pose),
+          join("gl 2 [5 0.25 1 0]", pose, "[65535 0.25 1 0]", pose)}) {
         OpenParser parser = before;
         EXPECT_FALSE(parse(parser, line).accepted) << line;
         EXPECT_TRUE(sameTables(parser, before) && sameCounts(parser, before)) << line;
@@ -79,7 +79,7 @@ TEST(HostileLines, AnIdBeyondTheBoundChangesNothing) {
 
 TEST(HostileLines, TheBoundItselfIsAllowed) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6d 1 [65534 0.5]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6d 1 [65534 0.5]", pose)).accepted);
     EXPECT_EQ(parser.getNumBody(), most);
     EXPECT_TRUE(parse(parser, "6dmtr 65535 0").accepted);
     EXPECT_EQ(parser.getNumMeaRef(), most);
@@ -92,9 +92,9 @@ TEST(HostileLines, TheBoundItselfIsAllowed) {
 TEST(HostileLines, MoreWandsAndToolsThanBodiesLeaveNoBodies) {
     KestrelParser parser;
     parser.startFrame();
-    ASSERT_TRUE(parse(parser, "6d 1 [0 1]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6d 1 [0 1]", pose)).accepted);
     ASSERT_TRUE(parse(parser, "6dcal 1").accepted);
-    ASSERT_TRUE(parse(parser, "6df 2 [0 1 0]" + pose + "[1 1 0]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6df 2 [0 1 0]", pose, "[1 1 0]", pose)).accepted);
     parser.endFrame();
     EXPECT_EQ(parser.getNumBody(), 0);
 }
@@ -112,12 +112,12 @@ TEST(HostileLines, NegativeCountsCountAsNone) {
 
 TEST(HostileLines, ANegativeIdIsRejected) {
     for (const std::string& line :
-         {"6d 1 [-1 0.25]" + pose, "6df 1 [-1 0.25 0]" + pose,
-          "6df2 1 1 [-1 0.25 0 0]" + pose + "[]", "6dmt 1 [-1 0.25 0]" + pose,
-          "6dmt2 1 1 [-1 0.25 0 0]" + pose + "[]" + "[1 2 3 4 5 6]", "6dmtr 1 1 [-1 0.25]" + pose,
-          "gl 1 [-1 0.25 0 0]" + pose, std::string("6dj 1 1 [-1 0]"),
-          "6dj 1 1 [0 1][-1 0.5][1 2 3 4 5 6]" + rotation, "6di 1 [-1 1 0.25]" + pose,
-          "3d 1 [-1 0.25]" + position}) {
+         {join("6d 1 [-1 0.25]", pose), join("6df 1 [-1 0.25 0]", pose),
+          join("6df2 1 1 [-1 0.25 0 0]", pose, "[]"), join("6dmt 1 [-1 0.25 0]", pose),
+          join("6dmt2 1 1 [-1 0.25 0 0]", pose, "[]", "[1 2 3 4 5 6]"),
+          join("6dmtr 1 1 [-1 0.25]", pose), join("gl 1 [-1 0.25 0 0]", pose),
+          std::string("6dj 1 1 [-1 0]"), join("6dj 1 1 [0 1][-1 0.5][1 2 3 4 5 6]", rotation),
+          join("6di 1 [-1 1 0.25]", pose), join("3d 1 [-1 0.25]", position)}) {
         OpenParser parser = filledParser();
         EXPECT_FALSE(parse(parser, line).accepted) << line;
     }
@@ -125,9 +125,9 @@ TEST(HostileLines, ANegativeIdIsRejected) {
 
 TEST(HostileLines, InnerCountsOutsideTheRecordsPlacesAreRejected) {
     for (const std::string& line :
-         {"6df2 1 1 [0 0.5 -1 0]" + pose + "[]", "6df2 1 1 [0 0.5 0 -1]" + pose + "[]",
-          "6df2 1 1 [0 0.5 0 9]" + pose + "[1 2 3 4 5 6 7 8 9]",
-          "6dmt2 1 1 [0 0.5 -1 0]" + pose + "[][1 2 3 4 5 6]", "gl 1 [0 0.5 0 -1]" + pose,
+         {join("6df2 1 1 [0 0.5 -1 0]", pose, "[]"), join("6df2 1 1 [0 0.5 0 -1]", pose, "[]"),
+          join("6df2 1 1 [0 0.5 0 9]", pose, "[1 2 3 4 5 6 7 8 9]"),
+          join("6dmt2 1 1 [0 0.5 -1 0]", pose, "[][1 2 3 4 5 6]"), join("gl 1 [0 0.5 0 -1]", pose),
           std::string("6dj 1 1 [0 21]"), std::string("6dj 1 1 [0 -1]")}) {
         OpenParser parser = filledParser();
         EXPECT_FALSE(parse(parser, line).accepted) << line;
@@ -139,15 +139,15 @@ TEST(HostileLines, InnerCountsOutsideTheRecordsPlacesAreRejected) {
 
 TEST(HostileLines, MoreListedThanDefinedWandsAreRejected) {
     OpenParser parser;
-    const std::string wand = pose + "[]";
-    EXPECT_FALSE(parse(parser, "6df2 1 2 [0 1 0 0]" + wand + "[1 1 0 0]" + wand).accepted);
+    const std::string wand = join(pose, "[]");
+    EXPECT_FALSE(parse(parser, join("6df2 1 2 [0 1 0 0]", wand, "[1 1 0 0]", wand)).accepted);
     EXPECT_EQ(parser.getNumWand(), 1);
     EXPECT_EQ(parser.act_wand.size(), 1U);
 }
 
 TEST(HostileLines, EveryCutOfALineIsSafe) {
-    const std::string line = "6dmt2 2 2 [0 1.0 3 1.5]" + pose + "[5][1 2 3 4 5 6][1 1.0 3 1.5]" +
-                             pose + "[5][1 2 3 4 5 6]";
+    const std::string line = join("6dmt2 2 2 [0 1.0 3 1.5]", pose, "[5][1 2 3 4 5 6][1 1.0 3 1.5]",
+                                  pose, "[5][1 2 3 4 5 6]");
     for (std::size_t length = 0; length < line.size(); ++length) {
         OpenParser parser;
         EXPECT_EQ(parse(parser, line.substr(0, length)).accepted, length < 6) << length;

@@ -4,8 +4,8 @@
 
 namespace {
 
-const std::string finger = pose + "[0.5 10 1 20 2 30]";
-const std::string joint = "[7 0.5][1 2 3 4 5 6]" + rotation;
+constexpr const char* finger = "[1.5 -2.5 3.5][11 12 13 14 15 16 17 18 19][0.5 10 1 20 2 30]";
+constexpr const char* joint = "[7 0.5][1 2 3 4 5 6][11 12 13 14 15 16 17 18 19]";
 
 std::string repeated(const std::string& text, int times) {
     std::string all;
@@ -19,7 +19,7 @@ std::string repeated(const std::string& text, int times) {
 
 TEST(Hands, ALineFillsTheHandAndItsFingers) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "gl 1 [1 0.5 2 2]" + pose + finger + finger).accepted);
+    EXPECT_TRUE(parse(parser, join("gl 1 [1 0.5 2 2]", pose, finger, finger)).accepted);
     ASSERT_EQ(parser.getNumHand(), 2);
     const auto& hand = *parser.getHand(1);
     EXPECT_EQ(hand.id, 1);
@@ -33,7 +33,7 @@ TEST(Hands, ALineFillsTheHandAndItsFingers) {
 
 TEST(Hands, LengthsAndAnglesAlternateFromTheTipInwards) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "gl 1 [0 0.5 0 1]" + pose + finger).accepted);
+    ASSERT_TRUE(parse(parser, join("gl 1 [0 0.5 0 1]", pose, finger)).accepted);
     const auto& tip = parser.getHand(0)->finger[0];
     EXPECT_EQ(tip.radiustip, 0.5);
     EXPECT_EQ(tip.lengthphalanx[0], 10);
@@ -46,7 +46,7 @@ TEST(Hands, LengthsAndAnglesAlternateFromTheTipInwards) {
 TEST(Hands, EveryLineClearsAllHandsFirst) {
     for (const char* line : {"gl 0", "gl -1", "gl x"}) {
         KestrelParser parser;
-        ASSERT_TRUE(parse(parser, "gl 1 [1 0.5 2 1]" + pose + finger).accepted);
+        ASSERT_TRUE(parse(parser, join("gl 1 [1 0.5 2 1]", pose, finger)).accepted);
         EXPECT_EQ(parse(parser, line).accepted, line[3] != 'x');
         ASSERT_EQ(parser.getNumHand(), 2);
         const auto& hand = *parser.getHand(1);
@@ -61,9 +61,9 @@ TEST(Hands, EveryLineClearsAllHandsFirst) {
 
 TEST(Hands, FiveFingersAreTheMost) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "gl 1 [0 0.5 1 5]" + pose + repeated(finger, 5)).accepted);
+    EXPECT_TRUE(parse(parser, join("gl 1 [0 0.5 1 5]", pose, repeated(finger, 5))).accepted);
     EXPECT_TRUE(hasPose(parser.getHand(0)->finger[4]));
-    EXPECT_FALSE(parse(parser, "gl 1 [0 0.25 1 6]" + pose + repeated(finger, 6)).accepted);
+    EXPECT_FALSE(parse(parser, join("gl 1 [0 0.25 1 6]", pose, repeated(finger, 6))).accepted);
     EXPECT_EQ(parser.getHand(0)->quality, 0.25);
     EXPECT_EQ(parser.getHand(0)->lr, 1);
     EXPECT_EQ(parser.getHand(0)->nfinger, 0);
@@ -71,7 +71,7 @@ TEST(Hands, FiveFingersAreTheMost) {
 
 TEST(Humans, ALineFillsTheJointsOfTheListedModels) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6dj 2 1 [1 2]" + joint + joint).accepted);
+    EXPECT_TRUE(parse(parser, join("6dj 2 1 [1 2]", joint, joint)).accepted);
     ASSERT_EQ(parser.getNumHuman(), 2);
     EXPECT_EQ(parser.getHuman(0)->id, 0);
     EXPECT_EQ(parser.getHuman(0)->num_joints, 0);
@@ -90,7 +90,7 @@ TEST(Humans, ALineFillsTheJointsOfTheListedModels) {
 TEST(Humans, EveryLineClearsAllModels) {
     for (const char* line : {"6dj 1 0", "6dj 1 -1", "6dj 1 x"}) {
         KestrelParser parser;
-        ASSERT_TRUE(parse(parser, "6dj 1 1 [0 1]" + joint).accepted);
+        ASSERT_TRUE(parse(parser, join("6dj 1 1 [0 1]", joint)).accepted);
         EXPECT_EQ(parse(parser, line).accepted, line[6] != 'x');
         ASSERT_EQ(parser.getNumHuman(), 1);
         EXPECT_EQ(parser.getHuman(0)->num_joints, 0);
@@ -111,7 +111,7 @@ TEST(Humans, TheFirstCountIsTheTablesSize) {
 
 TEST(Humans, AnIdNeverGrowsTheTable) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6dj 2 1 [2 1]" + joint).accepted);
+    EXPECT_FALSE(parse(parser, join("6dj 2 1 [2 1]", joint)).accepted);
     EXPECT_EQ(parser.getNumHuman(), 2);
 }
 

@@ -4,13 +4,13 @@
 
 namespace {
 
-const std::string covariance = "[1 2 3 4 5 6]";
+constexpr const char* covariance = "[1 2 3 4 5 6]";
 
 } // namespace
 
 TEST(MeaTools, ALineFillsOneRecordPerTool) {
     OpenParser parser;
-    EXPECT_TRUE(parse(parser, "6dmt 2 [0 0.5 5]" + pose + " [1 -1.0 0]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6dmt 2 [0 0.5 5]", pose, " [1 -1.0 0]", pose)).accepted);
     ASSERT_EQ(parser.getNumMeaTool(), 2);
     EXPECT_EQ(parser.loc_num_meatool, 2);
     const auto& tool = *parser.getMeaTool(0);
@@ -28,15 +28,16 @@ TEST(MeaTools, ALineFillsOneRecordPerTool) {
 
 TEST(MeaTools, OnlyFourBitsAreButtons) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6dmt 1 [0 1 65535]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt 1 [0 1 65535]", pose)).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->button[3], 1);
     EXPECT_EQ(parser.getMeaTool(0)->button[4], 0);
 }
 
 TEST(MeaTools, TheOldLineForgetsWhatTheNewOneCarried) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6dmt2 1 1 [0 1 16 0.5]" + pose + "[65535]" + covariance).accepted);
-    ASSERT_TRUE(parse(parser, "6dmt 1 [0 1 0]" + pose).accepted);
+    ASSERT_TRUE(
+        parse(parser, join("6dmt2 1 1 [0 1 16 0.5]", pose, "[65535]", covariance)).accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt 1 [0 1 0]", pose)).accepted);
     const auto& tool = *parser.getMeaTool(0);
     EXPECT_EQ(tool.num_button, 4);
     EXPECT_EQ(tool.button[15], 0);
@@ -49,7 +50,7 @@ TEST(MeaTools, TheOldLineForgetsWhatTheNewOneCarried) {
 TEST(MeaTools, NoneEmptyTheTable) {
     for (const char* line : {"6dmt 0", "6dmt -1", "6dmt2 4 0", "6dmt2 4 -1"}) {
         OpenParser parser;
-        ASSERT_TRUE(parse(parser, "6dmt 1 [0 1 0]" + pose).accepted);
+        ASSERT_TRUE(parse(parser, join("6dmt 1 [0 1 0]", pose)).accepted);
         EXPECT_TRUE(parse(parser, line).accepted);
         EXPECT_EQ(parser.getNumMeaTool(), 0);
         EXPECT_TRUE(parser.act_meatool.empty());
@@ -59,13 +60,13 @@ TEST(MeaTools, NoneEmptyTheTable) {
 
 TEST(MeaTools, TheFirstToolMustBeNumberZero) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6dmt 1 [1 0.9 5]" + pose).accepted);
-    EXPECT_FALSE(parse(parser, "6dmt2 1 1 [1 0.9 0 1]" + pose + "[]" + covariance).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt 1 [1 0.9 5]", pose)).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [1 0.9 0 1]", pose, "[]", covariance)).accepted);
 }
 
 TEST(MeaTools, AFailureKeepsTheCountAndWhatWasFilled) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6dmt 3 [0 0.5 1]" + pose + "[2 0.5 1]" + pose).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt 3 [0 0.5 1]", pose, "[2 0.5 1]", pose)).accepted);
     ASSERT_EQ(parser.getNumMeaTool(), 3);
     EXPECT_EQ(parser.getMeaTool(0)->quality, 0.5);
     EXPECT_EQ(parser.getMeaTool(1)->quality, -1.0);
@@ -75,15 +76,15 @@ TEST(MeaTools, AFailureKeepsTheCountAndWhatWasFilled) {
 
 TEST(MeaTools, AFailureLeavesTheRestOfThePreviousFrame) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6dmt 2 [0 0.5 1]" + pose + "[1 0.5 1]" + pose).accepted);
-    EXPECT_FALSE(parse(parser, "6dmt 2 [0 0.75 1]" + pose + "[oops]").accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt 2 [0 0.5 1]", pose, "[1 0.5 1]", pose)).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt 2 [0 0.75 1]", pose, "[oops]")).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->quality, 0.75);
     EXPECT_EQ(parser.getMeaTool(1)->quality, 0.5);
 }
 
 TEST(MeaTools, AnUnreadableCountLeavesEverything) {
     OpenParser parser;
-    ASSERT_TRUE(parse(parser, "6dmt 1 [0 0.5 1]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt 1 [0 0.5 1]", pose)).accepted);
     for (const char* line : {"6dmt x", "6dmt2 x", "6dmt2 5 x"}) {
         EXPECT_FALSE(parse(parser, line).accepted) << line;
         EXPECT_EQ(parser.getNumMeaTool(), 1);
@@ -93,8 +94,8 @@ TEST(MeaTools, AnUnreadableCountLeavesEverything) {
 
 TEST(MeaTools2, ALineFillsOneRecordPerListedTool) {
     OpenParser parser;
-    EXPECT_TRUE(parse(parser, "6dmt2 7 2 [0 0.5 3 1.25]" + pose + "[5]" + covariance +
-                                  "[1 -1.0 0 2.5]" + pose + "[]" + covariance)
+    EXPECT_TRUE(parse(parser, join("6dmt2 7 2 [0 0.5 3 1.25]", pose, "[5]", covariance,
+                                   "[1 -1.0 0 2.5]", pose, "[]", covariance))
                     .accepted);
     ASSERT_EQ(parser.getNumMeaTool(), 2);
     EXPECT_EQ(parser.loc_num_meatool, 0);
@@ -117,7 +118,7 @@ TEST(MeaTools2, ALineFillsOneRecordPerListedTool) {
 TEST(MeaTools2, SixteenButtonsAreTheMost) {
     KestrelParser parser;
     EXPECT_TRUE(
-        parse(parser, "6dmt2 3 1 [0 1.0 20 0.5]" + pose + "[1048577]" + covariance).accepted);
+        parse(parser, join("6dmt2 3 1 [0 1.0 20 0.5]", pose, "[1048577]", covariance)).accepted);
     ASSERT_EQ(parser.getNumMeaTool(), 1);
     const auto& tool = *parser.getMeaTool(0);
     EXPECT_EQ(tool.num_button, 16);
@@ -130,22 +131,22 @@ TEST(MeaTools2, SixteenButtonsAreTheMost) {
 
 TEST(MeaTools2, OneWordIsReadHoweverManyButtonsAreTold) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6dmt2 1 1 [0 1 40 0]" + pose + "[3 9]" + covariance).accepted);
+    EXPECT_TRUE(parse(parser, join("6dmt2 1 1 [0 1 40 0]", pose, "[3 9]", covariance)).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->button[1], 1);
-    EXPECT_FALSE(parse(parser, "6dmt2 1 1 [0 1 40 0]" + pose + "[]" + covariance).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [0 1 40 0]", pose, "[]", covariance)).accepted);
 }
 
 TEST(MeaTools2, AToolWithoutButtonsHasAnEmptyBlock) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6dmt2 2 1 [0 1.0 0 0.5]" + pose + "[]" + covariance).accepted);
+    EXPECT_TRUE(parse(parser, join("6dmt2 2 1 [0 1.0 0 0.5]", pose, "[]", covariance)).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->num_button, 0);
     EXPECT_EQ(parser.getMeaTool(0)->cov[5], 6.0);
 }
 
 TEST(MeaTools2, ButtonsBeyondTheCountAreReleased) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6dmt2 1 1 [0 1 16 0]" + pose + "[65535]" + covariance).accepted);
-    ASSERT_TRUE(parse(parser, "6dmt2 1 1 [0 1 2 0]" + pose + "[65535]" + covariance).accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt2 1 1 [0 1 16 0]", pose, "[65535]", covariance)).accepted);
+    ASSERT_TRUE(parse(parser, join("6dmt2 1 1 [0 1 2 0]", pose, "[65535]", covariance)).accepted);
     for (int i = 0; i < 16; ++i) {
         EXPECT_EQ(parser.getMeaTool(0)->button[i], i < 2 ? 1 : 0);
     }
@@ -153,13 +154,13 @@ TEST(MeaTools2, ButtonsBeyondTheCountAreReleased) {
 
 TEST(MeaTools2, AMissingBlockFails) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6dmt2 1 1 [0 1 1 0]" + pose + "[1]").accepted);
-    EXPECT_FALSE(parse(parser, "6dmt2 1 1 [0 1 1 0]" + pose + covariance).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [0 1 1 0]", pose, "[1]")).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [0 1 1 0]", pose, covariance)).accepted);
 }
 
 TEST(MeaRefs, ThoseNotListedAreNotTracked) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6dmtr 4 1 [2 0.8]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6dmtr 4 1 [2 0.8]", pose)).accepted);
     ASSERT_EQ(parser.getNumMeaRef(), 4);
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(parser.getMeaRef(i)->id, i);
@@ -171,22 +172,22 @@ TEST(MeaRefs, ThoseNotListedAreNotTracked) {
 
 TEST(MeaRefs, EntriesComeInAnyOrder) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6dmtr 3 2 [2 0.5]" + pose + "[0 0.25]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6dmtr 3 2 [2 0.5]", pose, "[0 0.25]", pose)).accepted);
     EXPECT_EQ(parser.getMeaRef(2)->quality, 0.5);
     EXPECT_EQ(parser.getMeaRef(0)->quality, 0.25);
 }
 
 TEST(MeaRefs, AnIdBeyondTheTableFails) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6dmtr 4 1 [4 0.8]" + pose).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmtr 4 1 [4 0.8]", pose)).accepted);
     EXPECT_EQ(parser.getNumMeaRef(), 4);
-    EXPECT_FALSE(parse(parser, "6dmtr 4 1 [-1 0.8]" + pose).accepted);
+    EXPECT_FALSE(parse(parser, join("6dmtr 4 1 [-1 0.8]", pose)).accepted);
 }
 
 TEST(MeaRefs, ListingNoneMarksAllNotTracked) {
     for (const char* line : {"6dmtr 2 0", "6dmtr 2 -1", "6dmtr 2 x"}) {
         KestrelParser parser;
-        ASSERT_TRUE(parse(parser, "6dmtr 2 1 [1 0.5]" + pose).accepted);
+        ASSERT_TRUE(parse(parser, join("6dmtr 2 1 [1 0.5]", pose)).accepted);
         EXPECT_EQ(parse(parser, line).accepted, line[8] != 'x');
         EXPECT_EQ(parser.getMeaRef(1)->quality, -1.0);
         EXPECT_TRUE(hasPose(*parser.getMeaRef(1)));

@@ -4,7 +4,7 @@
 
 TEST(Wands, ALineFillsOneRecordPerDevice) {
     OpenParser parser;
-    EXPECT_TRUE(parse(parser, "6df 2 [0 0.5 5]" + pose + "[1 1.0 0]" + pose).accepted);
+    EXPECT_TRUE(parse(parser, join("6df 2 [0 0.5 5]", pose, "[1 1.0 0]", pose)).accepted);
     ASSERT_EQ(parser.getNumWand(), 2);
     EXPECT_EQ(parser.loc_num_wand1, 2);
     const auto& wand = *parser.getWand(0);
@@ -28,7 +28,8 @@ TEST(Wands, TheJoystickComesFromTheButtonBits) {
     for (const Row& row : {Row{0, 0, 0}, Row{32, -1, 0}, Row{128, 1, 0}, Row{160, -1, 0},
                            Row{16, 0, -1}, Row{64, 0, 1}, Row{80, 0, -1}, Row{255, -1, -1}}) {
         KestrelParser parser;
-        ASSERT_TRUE(parse(parser, "6df 1 [0 1 " + std::to_string(row.bits) + "]" + pose).accepted);
+        ASSERT_TRUE(
+            parse(parser, join("6df 1 [0 1 ", std::to_string(row.bits), "]", pose)).accepted);
         EXPECT_EQ(parser.getWand(0)->joystick[0], row.first) << row.bits;
         EXPECT_EQ(parser.getWand(0)->joystick[1], row.second) << row.bits;
     }
@@ -36,7 +37,7 @@ TEST(Wands, TheJoystickComesFromTheButtonBits) {
 
 TEST(Wands, BitsOfTheJoystickAreButtonsToo) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6df 1 [0 1 160]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6df 1 [0 1 160]", pose)).accepted);
     for (int i = 0; i < 8; ++i) {
         EXPECT_EQ(parser.getWand(0)->button[i], i == 5 || i == 7 ? 1 : 0);
     }
@@ -44,14 +45,14 @@ TEST(Wands, BitsOfTheJoystickAreButtonsToo) {
 
 TEST(Wands, TheIdsMustBeInOrder) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6df 1 [1 1 0]" + pose).accepted);
+    EXPECT_FALSE(parse(parser, join("6df 1 [1 1 0]", pose)).accepted);
     EXPECT_EQ(parser.getNumWand(), 1);
 }
 
 TEST(Wands, ACountBelowOneEmptiesTheTable) {
     for (const char* line : {"6df 0", "6df -2"}) {
         OpenParser parser;
-        ASSERT_TRUE(parse(parser, "6df 1 [0 1 0]" + pose).accepted);
+        ASSERT_TRUE(parse(parser, join("6df 1 [0 1 0]", pose)).accepted);
         EXPECT_TRUE(parse(parser, line).accepted);
         EXPECT_EQ(parser.getNumWand(), 0);
         EXPECT_EQ(parser.loc_num_wand1, 0);
@@ -61,14 +62,14 @@ TEST(Wands, ACountBelowOneEmptiesTheTable) {
 
 TEST(Wands, AnUnreadableCountLeavesTheTable) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6df 1 [0 1 0]" + pose).accepted);
+    ASSERT_TRUE(parse(parser, join("6df 1 [0 1 0]", pose)).accepted);
     EXPECT_FALSE(parse(parser, "6df x").accepted);
     EXPECT_EQ(parser.getNumWand(), 1);
 }
 
 TEST(Wands2, ALineFillsTheListedDevices) {
     OpenParser parser;
-    EXPECT_TRUE(parse(parser, "6df2 2 1 [0 0.5 6 3]" + pose + "[37 0.25 -0.5 1]").accepted);
+    EXPECT_TRUE(parse(parser, join("6df2 2 1 [0 0.5 6 3]", pose, "[37 0.25 -0.5 1]")).accepted);
     ASSERT_EQ(parser.getNumWand(), 2);
     EXPECT_EQ(parser.loc_num_wand1, 0);
     const auto& wand = *parser.getWand(0);
@@ -87,11 +88,11 @@ TEST(Wands2, ALineFillsTheListedDevices) {
 
 TEST(Wands2, WithoutButtonsTheBlockHoldsNoBitWord) {
     KestrelParser parser;
-    EXPECT_TRUE(parse(parser, "6df2 1 1 [0 1 0 2]" + pose + "[0.5 0.75]").accepted);
+    EXPECT_TRUE(parse(parser, join("6df2 1 1 [0 1 0 2]", pose, "[0.5 0.75]")).accepted);
     EXPECT_EQ(parser.getWand(0)->joystick[0], 0.5);
     EXPECT_EQ(parser.getWand(0)->joystick[1], 0.75);
-    EXPECT_TRUE(parse(parser, "6df2 1 1 [0 1 0 0]" + pose + "[]").accepted);
-    EXPECT_TRUE(parse(parser, "6df2 1 1 [0 1 8 0]" + pose + "[255]").accepted);
+    EXPECT_TRUE(parse(parser, join("6df2 1 1 [0 1 0 0]", pose, "[]")).accepted);
+    EXPECT_TRUE(parse(parser, join("6df2 1 1 [0 1 8 0]", pose, "[255]")).accepted);
     EXPECT_EQ(parser.getWand(0)->button[7], 1);
 }
 
@@ -113,13 +114,13 @@ TEST(Wands2, AMissingSecondCountFailsBehindTheFirst) {
 
 TEST(Wands2, TooManyButtonsFailBehindTheQuality) {
     KestrelParser parser;
-    ASSERT_TRUE(parse(parser, "6df2 1 1 [0 1 2 0]" + pose + "[3]").accepted);
-    EXPECT_FALSE(parse(parser, "6df2 1 1 [0 0.25 9 0]" + pose + "[3]").accepted);
+    ASSERT_TRUE(parse(parser, join("6df2 1 1 [0 1 2 0]", pose, "[3]")).accepted);
+    EXPECT_FALSE(parse(parser, join("6df2 1 1 [0 0.25 9 0]", pose, "[3]")).accepted);
     EXPECT_EQ(parser.getWand(0)->quality, 0.25);
     EXPECT_EQ(parser.getWand(0)->num_button, 2);
 }
 
 TEST(Wands2, TheIdsMustBeInOrder) {
     KestrelParser parser;
-    EXPECT_FALSE(parse(parser, "6df2 2 1 [1 1 0 0]" + pose + "[]").accepted);
+    EXPECT_FALSE(parse(parser, join("6df2 2 1 [1 1 0 0]", pose, "[]")).accepted);
 }
