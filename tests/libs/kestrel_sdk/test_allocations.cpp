@@ -13,7 +13,8 @@ bool memoryIsGone = false;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// Not inline: the compiler would see malloc and free behind new and delete and call it a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     void* memory = memoryIsGone ? nullptr : std::malloc(size);
     if (memory == nullptr) {
@@ -21,10 +22,10 @@ void* operator new(std::size_t size) {
     }
     return memory;
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
