@@ -147,9 +147,9 @@ private Q_SLOTS:
 
         QStringList dialogs;
         const QStringList row = calibrate("pushButton_accept", &dialogs);
-        QCOMPARE(dialogs, QStringList({"MtCalibrationDlgClass", "CountdownDialog",
-                                       "CalibrationProgressDialog", "MtResultDlgClass",
-                                       "MtCalibrationDlgClass"}));
+        QCOMPARE(dialogs.join(' '), QString("MtCalibrationDlgClass CountdownDialog "
+                                            "CalibrationProgressDialog MtResultDlgClass "
+                                            "MtCalibrationDlgClass"));
         const QStringList solution = m_simulator->value("sim calibration").split(' ');
         QCOMPARE(solution.size(), 7);
         QCOMPARE(solution.at(6), QString("accepted"));
