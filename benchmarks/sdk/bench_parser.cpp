@@ -126,5 +126,13 @@ const Ratio ratios[] = {
 } // namespace
 
 int main(int argc, char** argv) {
+    using benchmark::RegisterBenchmark;
+    RegisterBenchmark("parserTools", parserTools)->Arg(4)->Arg(20)->Arg(100);
+    RegisterBenchmark("parserToolsComma", parserToolsComma)->Arg(4);
+    RegisterBenchmark("plainTools", plainTools)->Arg(4);
+    RegisterBenchmark("knownTools", knownTools)->Arg(4);
+    RegisterBenchmark("parserBodies", parserBodies)->Arg(100);
+    RegisterBenchmark("plainBodies", plainBodies)->Arg(100);
+    RegisterBenchmark("knownBodies", knownBodies)->Arg(100);
     return runWithRatios(argc, argv, ratios);
 }
