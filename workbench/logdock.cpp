@@ -41,21 +41,17 @@ LogDock::LogDock(Log& log, QWidget* parent)
     auto* const shortcut = new QShortcut(QKeySequence::Copy, view);
     shortcut->setContext(Qt::WidgetShortcut);
     connect(shortcut, &QShortcut::activated, this, &LogDock::copy);
-    connect(&m_filter, &QAbstractItemModel::rowsAboutToBeInserted, this, [this] {
-        const QScrollBar* const bar = m_ui->tableView_log->verticalScrollBar();
-        m_atEnd = bar->value() >= bar->maximum();
+    const QScrollBar* const bar = view->verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this,
+            [this, bar] { m_atEnd = bar->value() >= bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this, view] {
+        if (m_atEnd) {
+            view->scrollToBottom();
+        }
     });
-    connect(&m_filter, &QAbstractItemModel::rowsInserted, this, &LogDock::follow,
-            Qt::QueuedConnection);
 }
 
 LogDock::~LogDock() = default;
-
-void LogDock::follow() {
-    if (m_atEnd) {
-        m_ui->tableView_log->scrollToBottom();
-    }
-}
 
 QString LogDock::shownText() const {
     QModelIndexList indexes = m_ui->tableView_log->selectionModel()->selectedRows();

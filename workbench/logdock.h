@@ -30,7 +30,6 @@ public:
 private:
     void copy();
     void save();
-    void follow();
 
     Log& m_log;
     std::unique_ptr<Ui::LogDock> m_ui;

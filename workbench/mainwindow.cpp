@@ -3,6 +3,7 @@
 #include "ui_mainwindow.h"
 #include "workbench/commanddock.h"
 #include "workbench/connectdialog.h"
+#include "workbench/elidedlabel.h"
 #include "workbench/logdock.h"
 #include "workbench/modulelistdialog.h"
 #include "workbench/rowprinter.h"
@@ -20,6 +21,8 @@ namespace workbench {
 namespace {
 
 constexpr int numbersIntervalMs = 500;
+constexpr int statusMargin = 8;
+constexpr int moduleDockHeight = 330;
 
 } // namespace
 
@@ -39,8 +42,12 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     setDockNestingEnabled(true);
     addDockWidget(Qt::BottomDockWidgetArea, m_logDock);
     addDockWidget(Qt::BottomDockWidgetArea, m_commandDock);
+    tabifyDockWidget(m_logDock, m_commandDock);
+    m_logDock->raise();
     setUpActions();
     setUpStatusBar();
+    // The docks get what room there is.
+    centralWidget()->setMaximumHeight(centralWidget()->sizeHint().height());
     m_settings.restore(*this);
     connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
     connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
@@ -100,22 +107,20 @@ void MainWindow::setUpActions() {
 }
 
 void MainWindow::setUpStatusBar() {
-    const auto addLabel = [this](const char* objectName, const QString& accessibleName,
-                                 int stretch) {
-        auto* const label = new QLabel(this);
+    const auto add = [this](QLabel* label, const char* objectName, const QString& name,
+                            int stretch) {
         label->setObjectName(QLatin1String(objectName));
-        label->setAccessibleName(accessibleName);
+        label->setAccessibleName(name);
         label->setTextFormat(Qt::PlainText);
-        // A long state is cut rather than that it widens the window.
-        label->setSizePolicy(stretch > 0 ? QSizePolicy::Ignored : QSizePolicy::Preferred,
-                             QSizePolicy::Preferred);
+        label->setContentsMargins(statusMargin, 0, statusMargin, 0);
         statusBar()->addPermanentWidget(label, stretch);
         return label;
     };
-    m_connectionLabel = addLabel("statusConnection", tr("Connection"), 1);
-    m_measurementLabel = addLabel("statusMeasurement", tr("Measurement"), 0);
-    m_dataLabel = addLabel("statusData", tr("Data lines"), 0);
-    m_recordingLabel = addLabel("statusRecording", tr("Recording"), 0);
+    m_connectionLabel = add(new ElidedLabel(this), "statusConnection", tr("Connection"), 1);
+    m_connectionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_measurementLabel = add(new QLabel(this), "statusMeasurement", tr("Measurement"), 0);
+    m_dataLabel = add(new QLabel(this), "statusData", tr("Data lines"), 0);
+    m_recordingLabel = add(new QLabel(this), "statusRecording", tr("Recording"), 0);
 }
 
 void MainWindow::askForAddress() {
@@ -161,6 +166,7 @@ void MainWindow::addDock(QDockWidget* dock) {
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->show();
+        resizeDocks({dock}, {moduleDockHeight}, Qt::Vertical);
     }
     if (m_setup.openDocks) {
         dock->show();
@@ -222,6 +228,7 @@ void MainWindow::startRecording(const QString& fileName) {
                 m_backend.log.problem(tr("%1 cannot be written: %2").arg(fileName, error));
             }
             showState();
+            showNumbers();
             Q_EMIT recordingChanged(error.isEmpty(), error);
         });
 }

@@ -27,9 +27,9 @@ void MainWindow::showState() {
     const BackendVersions& versions = *m_backend.session.versions();
     const bool known = versions.protocol() != VersionInfo();
     m_ui->label_model->setText(known ? versions.hubModel() : tr("unknown"));
-    m_ui->label_versions->setText(known ? tr("system %1, protocol %2, second system %3")
-                                              .arg(versions.systemPt().toString(),
-                                                   versions.protocol().toString(),
+    m_ui->label_versions->setText(known ? tr("protocol %1, system %2 / %3")
+                                              .arg(versions.protocol().toString(),
+                                                   versions.systemPt().toString(),
                                                    versions.systemCt().toString())
                                         : tr("unknown"));
 }
@@ -45,9 +45,6 @@ void MainWindow::showNumbers() {
     }
     m_dataLabel->setText(text);
     QString more = text;
-    if (m_backend.session.boundDataPort() != 0) {
-        more += tr(" (port %1)").arg(m_backend.session.boundDataPort());
-    }
     if (counts.rejectedLines > 0) {
         more += tr(", %1 lines unreadable").arg(counts.rejectedLines);
     }
@@ -55,6 +52,8 @@ void MainWindow::showNumbers() {
         more += tr(", %1 datagrams from elsewhere refused").arg(counts.foreign);
     }
     m_ui->label_data->setText(more);
+    const quint16 port = m_backend.session.boundDataPort();
+    m_ui->label_dataPort->setText(port == 0 ? tr("none") : QString::number(port));
 
     const Recorder::Status recording = m_backend.recorder.status();
     m_recordingLabel->setText(recording.running ? tr("recording") : tr("not recording"));

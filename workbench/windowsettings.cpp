@@ -14,11 +14,14 @@ namespace {
 constexpr int stateVersion = 1;
 constexpr int maxRecentHosts = 8;
 constexpr int maxCommands = 100;
-constexpr QSize defaultSize(1040, 780);
+constexpr QSize defaultSize(1080, 820);
 constexpr QSize smallestSize(320, 240);
 
 QVector<QRect> screenRects() {
     QVector<QRect> rects;
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+        return rects; // nobody looks at that screen, and its size means nothing
+    }
     const QList<QScreen*> screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
         rects += screen->availableGeometry();

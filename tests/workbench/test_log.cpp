@@ -1,0 +1,135 @@
+#include "workbench/log.h"
+#include "workbench/logdock.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <thread>
+
+using workbench::Log;
+using workbench::LogDock;
+
+namespace {
+constexpr int patience = 5000;
+}
+
+class TestLog : public QObject {
+    Q_OBJECT
+
+    template <typename Widget>
+    static Widget* child(const LogDock& dock, const char* name) {
+        return dock.findChild<Widget*>(QLatin1String(name));
+    }
+
+private Q_SLOTS:
+    void lines_have_time_category_source_level_and_text() {
+        Log log;
+        log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1, QStringLiteral("Error"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        const QString text = log.rowText(0);
+        QVERIFY2(text.endsWith(QStringLiteral("\tstandard\tKESTREL3\t1\tError")), qPrintable(text));
+        QVERIFY(QRegularExpression(QStringLiteral(R"(^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\t)"))
+                    .match(text)
+                    .hasMatch());
+        QCOMPARE(log.columnCount(), 5);
+    }
+
+    void the_oldest_lines_go_first() {
+        Log log(5);
+        for (int i = 0; i < 12; ++i) {
+            log.info(QString::number(i));
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(log.rowCount(), 5);
+        QVERIFY(log.rowText(0).endsWith(QStringLiteral("\t7")));
+        QVERIFY(log.rowText(4).endsWith(QStringLiteral("\t11")));
+    }
+
+    void a_flood_is_bounded_and_says_so() {
+        Log log(10);
+        for (int i = 0; i < 1000; ++i) {
+            log.info(QString::number(i));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 10, patience);
+        QVERIFY(log.rowText(9).contains(QStringLiteral("991 lines came too fast")));
+    }
+
+    void control_characters_are_shown_as_escapes() {
+        Log log;
+        log.problem(QStringLiteral("a\nb\tc") + QChar(0x1b) + QStringLiteral("<b>%1%s"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        QVERIFY(log.rowText(0).endsWith(QStringLiteral("\ta\\nb\\x09c\\x1b<b>%1%s")));
+    }
+
+    void lines_may_come_from_any_thread() {
+        Log log;
+        std::thread other([&log] {
+            for (int i = 0; i < 100; ++i) {
+                log.info(QString::number(i));
+            }
+        });
+        other.join();
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 100, patience);
+    }
+
+    void the_filter_shows_matching_lines_alone() {
+        Log log;
+        LogDock dock(log);
+        log.info(QStringLiteral("one apple"));
+        log.problem(QStringLiteral("two pears [a-z]"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 2, patience);
+        auto* const view = child<QTableView>(dock, "tableView_log");
+        auto* const filter = child<QLineEdit>(dock, "lineEdit_filter");
+        filter->setText(QStringLiteral("APPLE"));
+        QCOMPARE(view->model()->rowCount(), 1);
+        QVERIFY(dock.shownText().contains(QStringLiteral("one apple")));
+        QVERIFY(!dock.shownText().contains(QStringLiteral("pears")));
+        filter->setText(QStringLiteral("[a-z]")); // plain text, no pattern
+        QCOMPARE(view->model()->rowCount(), 1);
+        filter->clear();
+        QCOMPARE(view->model()->rowCount(), 2);
+    }
+
+    void selected_lines_are_copied() {
+        Log log;
+        LogDock dock(log);
+        for (const char* text : {"one", "two", "three"}) {
+            log.info(QLatin1String(text));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 3, patience);
+        child<QTableView>(dock, "tableView_log")->selectRow(1);
+        QVERIFY(dock.shownText().endsWith(QStringLiteral("two\n")));
+        QCOMPARE(dock.shownText().count(QLatin1Char('\n')), 1);
+    }
+
+    void the_whole_log_is_saved() {
+        const QTemporaryDir folder;
+        Log log;
+        const LogDock dock(log);
+        log.info(QStringLiteral("grün"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        QString error;
+        const QString path = folder.filePath(QStringLiteral("log.txt"));
+        QVERIFY2(dock.saveTo(path, &error), qPrintable(error));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(file.readAll()), log.toText());
+        QVERIFY(!dock.saveTo(QStringLiteral("/no/such/folder/log"), &error));
+        QVERIFY(!error.isEmpty());
+    }
+
+    void clearing_removes_all_lines() {
+        Log log;
+        LogDock dock(log);
+        log.info(QStringLiteral("one"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        child<QPushButton>(dock, "pushButton_clear")->click();
+        QCOMPARE(log.rowCount(), 0);
+    }
+};
+
+QTEST_MAIN(TestLog)
+#include "test_log.moc"

@@ -1,0 +1,257 @@
+#include "tests/workbench/scriptedcontroller.h"
+#include "workbench/commanddock.h"
+#include "workbench/logdock.h"
+#include "workbench/mainwindow.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fstream>
+
+using workbench::ControllerAddress;
+using workbench::MainWindow;
+
+namespace {
+constexpr int patience = 8000;
+}
+
+class TestMainWindow : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<ScriptedController> m_controller;
+    std::unique_ptr<MainWindow> m_window;
+
+    static QStringList calls() { return qApp->property("calls").toStringList(); }
+
+    QString settingsFile() const { return m_folder.filePath(QStringLiteral("s.ini")); }
+
+    void openWindow() {
+        m_window = std::make_unique<MainWindow>(MainWindow::Setup{settingsFile(), false, false});
+        m_window->modules().loadFile(QStringLiteral(FAKE_MODULE));
+        m_window->modulesLoaded();
+        m_window->show();
+        qApp->setProperty("calls", QStringList());
+    }
+
+    void connectWindow() {
+        QSignalSpy built(m_window.get(), &MainWindow::modulesBuilt);
+        ControllerAddress address;
+        address.port = m_controller->port();
+        m_window->connectTo(address);
+        QVERIFY(built.wait(patience));
+    }
+
+    QStringList menuTitles() const {
+        QStringList titles;
+        for (const QAction* menu : m_window->menuBar()->actions()) {
+            titles += menu->text();
+        }
+        return titles;
+    }
+
+    QAction* entry(const QString& text) const {
+        for (const QAction* menu : m_window->menuBar()->actions()) {
+            for (QAction* action : menu->menu()->actions()) {
+                if (action->text() == text) {
+                    return action;
+                }
+            }
+        }
+        return nullptr;
+    }
+
+    QDockWidget* fakeDock() const {
+        return m_window->findChild<QDockWidget*>(QStringLiteral("FakeDock"));
+    }
+
+    QString label(const char* name) const {
+        return m_window->findChild<QLabel*>(QLatin1String(name))->text();
+    }
+
+private Q_SLOTS:
+    void init() {
+        QFile::remove(settingsFile());
+        m_controller = std::make_unique<ScriptedController>();
+        openWindow();
+    }
+    void cleanup() {
+        m_window.reset();
+        m_controller.reset();
+    }
+
+    void before_the_first_connection_modules_have_no_entries() {
+        QCOMPARE(menuTitles(),
+                 QStringList({"&File", "&Connection", "&Measurement", "&View", "&Help"}));
+        QVERIFY(calls().isEmpty());
+    }
+
+    void the_first_connection_builds_the_modules_entries() {
+        connectWindow();
+        QCOMPARE(menuTitles(), QStringList({"&File", "&Connection", "&Measurement", "&Tracking",
+                                            "&View", "&Help"}));
+        QCOMPARE(calls(), QStringList({"built for SCRIPTED", "asked while building"}));
+        QVERIFY(fakeDock() != nullptr);
+        QVERIFY(fakeDock()->isVisible());
+        QCOMPARE(m_window->dockWidgetArea(fakeDock()), Qt::TopDockWidgetArea);
+        QVERIFY(entry(QStringLiteral("Fake display")) != nullptr);
+        QCOMPARE(m_window->moduleRows(), QStringList({"fakeTable\t0\ta b\tgreen{#00ff00}"}));
+        fakeDock()->hide();
+        QVERIFY(m_window->moduleRows().isEmpty());
+    }
+
+    void entries_are_disabled_while_a_measurement_runs() {
+        connectWindow();
+        QVERIFY(entry(QStringLiteral("Fake dialog"))->isEnabled());
+        m_window->startMeasurement();
+        m_controller->answer("status active", "tracking");
+        QTRY_VERIFY_WITH_TIMEOUT(!entry(QStringLiteral("Fake dialog"))->isEnabled(), patience);
+        QVERIFY(entry(QStringLiteral("Fake display"))->isEnabled());
+        QCOMPARE(label("statusMeasurement"), QStringLiteral("measuring"));
+        m_window->stopMeasurement();
+        m_controller->answer("status active", "none");
+        QTRY_VERIFY_WITH_TIMEOUT(entry(QStringLiteral("Fake dialog"))->isEnabled(), patience);
+        QCOMPARE(label("statusMeasurement"), QStringLiteral("not measuring"));
+        QCOMPARE(calls().mid(2), QStringList({"started", "stopped"}));
+    }
+
+    void a_measurement_that_runs_already_is_told_to_the_modules_just_built() {
+        m_controller->answer("status active", "tracking");
+        connectWindow();
+        QTRY_COMPARE_WITH_TIMEOUT(calls().mid(2), QStringList("started"), patience);
+    }
+
+    void another_controller_has_the_modules_built_anew() {
+        connectWindow();
+        ScriptedController other;
+        other.answer("version model", "OTHER");
+        qApp->setProperty("calls", QStringList());
+        QSignalSpy built(m_window.get(), &MainWindow::modulesBuilt);
+        ControllerAddress address;
+        address.port = other.port();
+        m_window->connectTo(address);
+        QVERIFY(fakeDock() == nullptr);
+        QVERIFY(entry(QStringLiteral("Fake dialog")) == nullptr);
+        QVERIFY(built.wait(patience));
+        QCOMPARE(calls(), QStringList({"about_to_exit_module with window", "exit_module",
+                                       "built for OTHER", "asked while building"}));
+        QVERIFY(fakeDock()->isVisible());
+        m_window->close();
+    }
+
+    void a_lost_connection_that_comes_back_leaves_the_modules_alone() {
+        connectWindow();
+        qApp->setProperty("calls", QStringList());
+        m_controller->dropConnections();
+        QTRY_VERIFY_WITH_TIMEOUT(label("statusConnection").contains(QStringLiteral(" lost (")),
+                                 patience);
+        QTRY_VERIFY_WITH_TIMEOUT(label("statusConnection").startsWith(QStringLiteral("Connected")),
+                                 patience);
+        QVERIFY(calls().isEmpty());
+    }
+
+    void closing_ends_the_modules_while_the_window_still_exists() {
+        connectWindow();
+        qApp->setProperty("calls", QStringList());
+        QVERIFY(m_window->close());
+        QCOMPARE(calls(), QStringList({"about_to_exit_module with window", "exit_module"}));
+    }
+
+    void the_place_of_a_modules_dock_is_remembered() {
+        connectWindow();
+        m_window->addDockWidget(Qt::LeftDockWidgetArea, fakeDock());
+        m_window->close();
+        openWindow();
+        connectWindow();
+        QCOMPARE(m_window->dockWidgetArea(fakeDock()), Qt::LeftDockWidgetArea);
+        fakeDock()->hide();
+        m_window->close();
+        openWindow();
+        connectWindow();
+        QVERIFY(fakeDock()->isHidden());
+    }
+
+    void a_damaged_settings_file_gives_one_notice() {
+        m_window.reset();
+        std::ofstream(settingsFile().toStdString()) << "rubbish\n[window]\nrect=x\n";
+        openWindow();
+        QCoreApplication::processEvents();
+        QCOMPARE(m_window->backend().log.toText().count(QStringLiteral("are damaged")), 1);
+    }
+
+    void the_data_rate_is_shown() {
+        connectWindow();
+        QCOMPARE(label("statusData"), QStringLiteral("no frames"));
+        m_controller->sendFrame("fr 1\r\n6d 0");
+        m_controller->sendFrame("fr 4\r\n6d 0");
+        QTRY_VERIFY_WITH_TIMEOUT(label("statusData").endsWith(QStringLiteral("ago, 2 lost")),
+                                 patience);
+    }
+
+    void a_session_is_recorded_with_its_parameters() {
+        m_controller->answer("measurementtool available", "yes");
+        m_controller->answer("measurementtool number_of_tools", "2");
+        m_controller->answer("measurementtool number_of_references", "1");
+        m_controller->answer("measurementtool reference_of_tool b02", "b01");
+        m_controller->answer("body calibrated measurementtool_reference b01", "yes");
+        connectWindow();
+        QSignalSpy changed(m_window.get(), &MainWindow::recordingChanged);
+        const QString path = m_folder.filePath(QStringLiteral("r.kestrel"));
+        m_window->startRecording(path);
+        QVERIFY(changed.wait(patience));
+        QCOMPARE(changed.takeFirst().first().toBool(), true);
+        QCOMPARE(label("statusRecording"), QStringLiteral("recording"));
+        m_controller->sendFrame("fr 1\r\n6dmt 0");
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->backend().recorder.status().frames, quint64(1),
+                                  patience);
+        m_window->stopRecording();
+        QCOMPARE(changed.takeFirst().first().toBool(), false);
+        std::ifstream file(path.toStdString());
+        kestrel_wire::RecordingReader reader(file);
+        kestrel_wire::RecordingHeader header;
+        QCOMPARE(reader.readHeader(header), kestrel_wire::RecordingReader::Result::Ok);
+        QCOMPARE(header.model, std::string("SCRIPTED"));
+        QCOMPARE(header.protocol, std::string("1.14.0"));
+        const std::vector<std::pair<std::string, std::string>> expected{
+            {"measurementtool available", "yes"},
+            {"measurementtool number_of_tools", "2"},
+            {"measurementtool number_of_references", "1"},
+            {"measurementtool reference_of_tool b02", "b01"},
+            {"body calibrated measurementtool_reference b01", "yes"}};
+        QVERIFY(header.parameters == expected);
+        for (const char* asked :
+             {"measurementtool max_number_of_tools", "measurementtool max_number_of_references",
+              "measurementtool output_6dmt", "body calibrated measurementtool b01",
+              "body calibrated measurementtool b02", "measurementtool tip_calibrated b01",
+              "measurementtool tip_calibrated b02", "measurementtool reference_of_tool b01"}) {
+            QCOMPARE(m_controller->count(std::string("kestrel2 get ") + asked), 1);
+        }
+    }
+
+    void a_recording_that_cannot_be_written_is_told() {
+        connectWindow();
+        QSignalSpy changed(m_window.get(), &MainWindow::recordingChanged);
+        m_window->startRecording(QStringLiteral("/no/such/folder/r"));
+        QVERIFY(changed.wait(patience));
+        QCOMPARE(changed.first().first().toBool(), false);
+        QVERIFY(!changed.first().at(1).toString().isEmpty());
+        QCOMPARE(label("statusRecording"), QStringLiteral("not recording"));
+    }
+
+    void everything_to_operate_has_a_name_for_assistive_tools() {
+        for (const QWidget* widget : m_window->findChildren<QWidget*>()) {
+            const QByteArray kind = widget->metaObject()->className();
+            const bool nameless = widget->accessibleName().isEmpty() && widget->isVisible();
+            if ((kind == "QLineEdit" || kind == "QTableView" || kind == "QPlainTextEdit")) {
+                QVERIFY2(!nameless, qPrintable(widget->objectName()));
+            }
+        }
+    }
+};
+
+QTEST_MAIN(TestMainWindow)
+#include "test_mainwindow.moc"

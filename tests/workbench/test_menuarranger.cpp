@@ -1,0 +1,118 @@
+#include "workbench/menuarranger.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QtTest>
+
+using workbench::MenuArranger;
+
+class TestMenuArranger : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<QMenuBar> m_bar;
+    MenuArranger* m_menus = nullptr;
+
+    QAction* action(const char* text) { return new QAction(QLatin1String(text), m_bar.get()); }
+
+    QStringList titles() const {
+        QStringList result;
+        for (const QAction* menu : m_bar->actions()) {
+            result += menu->text();
+        }
+        return result;
+    }
+
+    QStringList entries(int menu) const {
+        QStringList result;
+        for (const QAction* entry : m_bar->actions().at(menu)->menu()->actions()) {
+            result += entry->isSeparator() ? QStringLiteral("-") : entry->text();
+        }
+        return result;
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_bar = std::make_unique<QMenuBar>();
+        m_menus = new MenuArranger(m_bar.get());
+    }
+
+    void menus_and_entries_stand_in_ascending_order() {
+        m_menus->add({"&View", 400, 270, action("display")});
+        m_menus->add({"&Tracking", 300, 60, action("calibration")});
+        m_menus->add({"&Help", 900, 1, action("about")});
+        m_menus->add({"&Tracking", 300, 50, action("settings")});
+        m_menus->add({"&File", 100, 1, action("open")});
+        m_menus->arrange();
+        QCOMPARE(titles(), QStringList({"&File", "&Tracking", "&View", "&Help"}));
+        QCOMPARE(entries(1), QStringList({"settings", "calibration"}));
+    }
+
+    void equal_numbers_keep_the_order_of_adding() {
+        m_menus->add({"&B", 300, 50, action("first")});
+        m_menus->add({"&A", 300, 50, action("other")});
+        m_menus->add({"&B", 300, 50, action("second")});
+        m_menus->arrange();
+        QCOMPARE(titles(), QStringList({"&B", "&A"}));
+        QCOMPARE(entries(0), QStringList({"first", "second"}));
+    }
+
+    void a_line_is_drawn_where_the_hundreds_change() {
+        for (const int order : {10, 20, 270, 280}) {
+            m_menus->add({"&View", 400, order, action(QByteArray::number(order))});
+        }
+        m_menus->arrange();
+        QCOMPARE(entries(0), QStringList({"10", "20", "-", "270", "280"}));
+    }
+
+    void menus_of_the_same_title_are_one_and_the_lowest_number_counts() {
+        m_menus->add({"&View", 400, 10, action("own")});
+        m_menus->add({"Tracking", 300, 10, action("settings")});
+        m_menus->add({"View", 200, 20, action("display")});
+        m_menus->arrange();
+        QCOMPARE(titles(), QStringList({"&View", "Tracking"}));
+        QCOMPARE(entries(0), QStringList({"own", "display"}));
+    }
+
+    void entries_that_must_not_are_disabled_while_measuring() {
+        QAction* const settings = action("settings");
+        QAction* const display = action("display");
+        m_menus->add({"&Tracking", 300, 50, settings, false, true});
+        m_menus->add({"&View", 400, 270, display, true, true});
+        m_menus->setMeasuring(true);
+        QVERIFY(!settings->isEnabled());
+        QVERIFY(display->isEnabled());
+        QAction* const late = action("late");
+        m_menus->add({"&Tracking", 300, 60, late, false, true});
+        QVERIFY(!late->isEnabled());
+        m_menus->setMeasuring(false);
+        QVERIFY(settings->isEnabled());
+        QVERIFY(late->isEnabled());
+    }
+
+    void entries_of_modules_go_and_come_back() {
+        m_menus->add({"&File", 100, 1, action("open")});
+        auto* const settings = action("settings");
+        m_menus->add({"&Tracking", 300, 50, settings, false, true});
+        m_menus->arrange();
+        m_menus->removeModuleEntries();
+        m_menus->arrange();
+        delete settings;
+        QCOMPARE(titles(), QStringList({"&File"}));
+        m_menus->add({"&Tracking", 300, 50, action("settings"), false, true});
+        m_menus->arrange();
+        QCOMPARE(titles(), QStringList({"&File", "&Tracking"}));
+    }
+
+    void an_action_that_is_deleted_is_gone() {
+        auto* const settings = action("settings");
+        m_menus->add({"&Tracking", 300, 50, settings, false, true});
+        delete settings;
+        m_menus->setMeasuring(true);
+        m_menus->arrange();
+        QVERIFY(titles().isEmpty());
+    }
+};
+
+QTEST_MAIN(TestMenuArranger)
+#include "test_menuarranger.moc"

@@ -1,0 +1,136 @@
+#include "workbench/controlleraddress.h"
+#include "workbench/options.h"
+
+#include <QtTest>
+
+using workbench::ControllerAddress;
+using workbench::parseOptions;
+using Action = workbench::ParsedOptions::Action;
+
+class TestOptions : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addresses_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected"); // empty: refused
+        QTest::newRow("host") << "10.0.0.1"
+                              << "10.0.0.1:47300";
+        QTest::newRow("host and port") << "ctl.example:1234"
+                                       << "ctl.example:1234";
+        QTest::newRow("IPv6") << "[::1]"
+                              << "[::1]:47300";
+        QTest::newRow("IPv6 and port") << "[fe80::1%eth0]:99"
+                                       << "[fe80::1%eth0]:99";
+        QTest::newRow("largest port") << "a:65535"
+                                      << "a:65535";
+        QTest::newRow("empty") << ""
+                               << "";
+        QTest::newRow("port alone") << ":1234"
+                                    << "";
+        QTest::newRow("port 0") << "a:0"
+                                << "";
+        QTest::newRow("port too large") << "a:65536"
+                                        << "";
+        QTest::newRow("port is a word") << "a:b"
+                                        << "";
+        QTest::newRow("port missing") << "a:"
+                                      << "";
+        QTest::newRow("blanks") << "a b"
+                                << "";
+        QTest::newRow("URL") << "tcp://a:1"
+                             << "";
+    }
+    void addresses() {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        ControllerAddress address;
+        QCOMPARE(address.parse(text), !expected.isEmpty());
+        QCOMPARE(address.toString(), expected.isEmpty() ? "127.0.0.1:47300" : expected);
+    }
+
+    void everything_is_read() {
+        const auto parsed = parseOptions({"program",
+                                          "--simulate",
+                                          "--simulator-options",
+                                          "--seed 3 --tools 2",
+                                          "--measure",
+                                          "--observer",
+                                          "--module",
+                                          "a.so",
+                                          "--module",
+                                          "b.so",
+                                          "--plugins",
+                                          "dir",
+                                          "--settings",
+                                          "s.ini",
+                                          "--record",
+                                          "r",
+                                          "--screenshot",
+                                          "p.png",
+                                          "--after",
+                                          "1.5",
+                                          "--quit-after",
+                                          "7",
+                                          "--print-rows",
+                                          "--open-docks",
+                                          "-platform",
+                                          "offscreen"});
+        QCOMPARE(parsed.text, QString());
+        QCOMPARE(parsed.action, Action::Run);
+        const workbench::Options& options = parsed.options;
+        QVERIFY(options.simulate && options.measure && options.observer && options.printRows &&
+                options.openDocks);
+        QCOMPARE(options.simulatorOptions, QStringList({"--seed", "3", "--tools", "2"}));
+        QCOMPARE(options.modules, QStringList({"a.so", "b.so"}));
+        QCOMPARE(*options.pluginFolder, QStringLiteral("dir"));
+        QCOMPARE(options.settingsFile, QStringLiteral("s.ini"));
+        QCOMPARE(options.recordFile, QStringLiteral("r"));
+        QCOMPARE(options.screenshotFile, QStringLiteral("p.png"));
+        QCOMPARE(options.screenshotAfter, 1.5);
+        QCOMPARE(options.quitAfter, 7.0);
+    }
+
+    void a_controller_is_named() {
+        const auto parsed = parseOptions({"program", "--connect", "h:99", "--measure"});
+        QCOMPARE(parsed.action, Action::Run);
+        QCOMPARE(parsed.options.connectTo->toString(), QStringLiteral("h:99"));
+    }
+
+    void bad_options_are_named_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("part");
+        QTest::newRow("unknown") << QStringList{"--bogus"} << "bogus";
+        QTest::newRow("positional") << QStringList{"file"} << "\"file\"";
+        QTest::newRow("address") << QStringList{"--connect", "a b"} << "\"a b\"";
+        QTest::newRow("missing value") << QStringList{"--connect"} << "connect";
+        QTest::newRow("seconds") << QStringList{"--quit-after", "soon"} << "\"soon\"";
+        QTest::newRow("negative seconds") << QStringList{"--quit-after", "-1"} << "\"-1\"";
+        QTest::newRow("endless seconds") << QStringList{"--quit-after", "inf"} << "\"inf\"";
+        QTest::newRow("comma") << QStringList{"--quit-after", "1,5"} << "\"1,5\"";
+        QTest::newRow("both") << QStringList{"--connect", "a", "--simulate"} << "exclude";
+        QTest::newRow("after alone") << QStringList{"--after", "1"} << "--screenshot";
+        QTest::newRow("measure alone") << QStringList{"--measure"} << "--connect";
+        QTest::newRow("simulator options alone")
+            << QStringList{"--simulator-options", "x"} << "--simulate";
+    }
+    void bad_options_are_named() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, part);
+        const auto parsed = parseOptions(QStringList{"program"} + arguments);
+        QCOMPARE(parsed.action, Action::Fail);
+        QVERIFY2(parsed.text.contains(part), qPrintable(parsed.text));
+    }
+
+    void help_names_every_exit_code() {
+        const auto parsed = parseOptions({"program", "--help"});
+        QCOMPARE(parsed.action, Action::ShowText);
+        for (const char* word : {"--connect", "--simulate", "2 bad options", "3 the simulator",
+                                 "4 the picture", "5 the recording"}) {
+            QVERIFY2(parsed.text.contains(QLatin1String(word)), word);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestOptions)
+#include "test_options.moc"

@@ -1,0 +1,133 @@
+#include "workbench/recorder.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using kestrel_wire::Record;
+using kestrel_wire::RecordingHeader;
+using kestrel_wire::RecordingReader;
+using workbench::Recorder;
+
+namespace {
+
+RecordingHeader header() {
+    RecordingHeader result;
+    result.system = "2.10.1";
+    result.protocol = "1.14.0";
+    result.systemCt = "1.2.3";
+    result.model = "MODEL \"x\" \\";
+    result.parameters = {{"measurementtool available", "yes"}, {"odd", "a\tb\n"}};
+    return result;
+}
+
+} // namespace
+
+class TestRecorder : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QString path() const { return m_folder.filePath(QStringLiteral("r.kestrel")); }
+
+    std::string content() const {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+    }
+
+private Q_SLOTS:
+    void what_was_recorded_is_read_back() {
+        Recorder recorder;
+        QString error;
+        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
+        const std::string odd("6dmt \x01 \\ \xff", 10);
+        recorder.frame({"fr 1", "6dmt 0"});
+        recorder.frame({"fr 2", odd});
+        recorder.stop();
+        recorder.frame({"fr 3"});
+
+        std::istringstream stream(content());
+        RecordingReader reader(stream);
+        RecordingHeader read;
+        QCOMPARE(reader.readHeader(read), RecordingReader::Result::Ok);
+        QCOMPARE(read.model, header().model);
+        QCOMPARE(read.systemCt, header().systemCt);
+        QVERIFY(read.parameters == header().parameters);
+        std::vector<Record> records;
+        Record record;
+        while (reader.next(record) == RecordingReader::Result::Ok) {
+            records.push_back(record);
+        }
+        QVERIFY(reader.error().empty());
+        QVERIFY(!reader.truncated());
+        QCOMPARE(records.size(), std::size_t(4));
+        QCOMPARE(records[1].line, std::string("6dmt 0"));
+        QCOMPARE(records[3].line, odd);
+        QCOMPARE(records[0].microseconds, records[1].microseconds);
+        QVERIFY(records[2].microseconds > records[1].microseconds);
+    }
+
+    void the_file_is_complete_after_each_frame_even_when_the_program_is_killed() {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            Recorder recorder;
+            QString error;
+            recorder.start(path(), header(), &error);
+            for (int i = 0; i < 100; ++i) {
+                recorder.frame({"fr " + std::to_string(i), "6dmt 0"});
+            }
+            ::raise(SIGKILL);
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QVERIFY(WIFSIGNALED(status));
+        const std::string text = content();
+        QVERIFY(text.find(" fr fr 99\n") != std::string::npos);
+        QVERIFY(text.size() > 7 && text.substr(text.size() - 7) == "6dmt 0\n");
+    }
+
+    void frames_are_counted() {
+        Recorder recorder;
+        QString error;
+        QVERIFY(recorder.start(path(), header(), &error));
+        QVERIFY(recorder.status().running);
+        recorder.frame({"fr 1"});
+        recorder.frame({});
+        recorder.frame({"fr 2"});
+        QCOMPARE(recorder.status().frames, quint64(2));
+        recorder.stop();
+        QVERIFY(!recorder.status().running);
+        QCOMPARE(recorder.status().fileName, path());
+    }
+
+    void a_file_that_cannot_be_written_is_refused_and_an_old_recording_goes_on() {
+        Recorder recorder;
+        QString error;
+        QVERIFY(recorder.start(path(), header(), &error));
+        QVERIFY(!recorder.start(QStringLiteral("/no/such/folder/x"), header(), &error));
+        QVERIFY(!error.isEmpty());
+        QVERIFY(recorder.status().running);
+        QCOMPARE(recorder.status().fileName, path());
+    }
+
+    void a_full_disk_ends_the_recording_with_a_reason() {
+        Recorder recorder;
+        QString error;
+        if (!recorder.start(QStringLiteral("/dev/full"), header(), &error)) {
+            QVERIFY(!error.isEmpty());
+            QVERIFY(!recorder.status().running);
+            return;
+        }
+        recorder.frame({"fr 1"});
+        QVERIFY(!recorder.status().running);
+        QVERIFY(!recorder.status().error.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestRecorder)
+#include "test_recorder.moc"

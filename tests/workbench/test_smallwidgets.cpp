@@ -1,0 +1,138 @@
+#include "tests/workbench/backendfixture.h"
+#include "tests/workbench/scriptedcontroller.h"
+#include "workbench/commanddock.h"
+#include "workbench/connectdialog.h"
+#include "workbench/modulehost.h"
+#include "workbench/modulelistdialog.h"
+#include "workbench/rowprinter.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QtTest>
+
+using workbench::CommandDock;
+using workbench::CommandHistory;
+using workbench::ConnectDialog;
+
+namespace {
+constexpr int patience = 5000;
+}
+
+class TestSmallWidgets : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void the_connect_dialog_shows_and_gives_an_address() {
+        ConnectDialog dialog({QStringLiteral("10.0.0.1"), 1234, 0}, {QStringLiteral("10.0.0.1")});
+        QCOMPARE(dialog.address().toString(), QStringLiteral("10.0.0.1:1234"));
+        QCOMPARE(dialog.address().dataPort, quint16(0));
+        dialog.findChild<QSpinBox*>(QStringLiteral("spinBox_port"))->setValue(99);
+        dialog.findChild<QSpinBox*>(QStringLiteral("spinBox_dataPort"))->setValue(77);
+        auto* const host = dialog.findChild<QComboBox*>(QStringLiteral("comboBox_host"));
+        host->setEditText(QStringLiteral(" ctl.example "));
+        QCOMPARE(dialog.address().toString(), QStringLiteral("ctl.example:99"));
+        QCOMPARE(dialog.address().dataPort, quint16(77));
+        host->setEditText(QStringLiteral("fe80::1"));
+        QCOMPARE(dialog.address().toString(), QStringLiteral("[fe80::1]:99"));
+        host->setEditText(QStringLiteral("ctl.example:4711"));
+        QCOMPARE(dialog.address().toString(), QStringLiteral("ctl.example:4711"));
+    }
+
+    void the_connect_dialog_refuses_what_is_no_host() {
+        ConnectDialog dialog({}, {});
+        auto* const host = dialog.findChild<QComboBox*>(QStringLiteral("comboBox_host"));
+        const auto* const box = dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
+        const QPushButton* const ok = box->button(QDialogButtonBox::Ok);
+        QVERIFY(ok->isEnabled());
+        for (const char* text : {"", "  ", "a b", "http://x", "a:0"}) {
+            host->setEditText(QLatin1String(text));
+            QVERIFY2(!ok->isEnabled(), text);
+        }
+        host->setEditText(QStringLiteral("a"));
+        QVERIFY(ok->isEnabled());
+    }
+
+    void the_history_is_walked_with_the_typed_text_at_its_end() {
+        CommandHistory history;
+        QCOMPARE(history.previous(QStringLiteral("x")), QStringLiteral("x"));
+        history.add(QStringLiteral("one"));
+        history.add(QStringLiteral("two"));
+        history.add(QStringLiteral("two"));
+        QCOMPARE(history.commands(), QStringList({"one", "two"}));
+        QCOMPARE(history.previous(QStringLiteral("typed")), QStringLiteral("two"));
+        QCOMPARE(history.previous(QStringLiteral("two")), QStringLiteral("one"));
+        QCOMPARE(history.previous(QStringLiteral("one")), QStringLiteral("one"));
+        QCOMPARE(history.next(QStringLiteral("one")), QStringLiteral("two"));
+        QCOMPARE(history.next(QStringLiteral("two")), QStringLiteral("typed"));
+        QCOMPARE(history.next(QStringLiteral("typed")), QStringLiteral("typed"));
+        for (int i = 0; i < 300; ++i) {
+            history.add(QString::number(i));
+        }
+        QCOMPARE(history.commands().size(), int(CommandHistory::maxCommands));
+    }
+
+    void a_typed_command_is_sent_and_its_reply_shown_as_plain_text() {
+        ScriptedController controller;
+        controller.answer("x", "<b>bold</b> %s &amp;");
+        BackendFixture backend;
+        CommandDock dock(backend.session);
+        auto* const line = dock.findChild<QLineEdit*>(QStringLiteral("lineEdit_command"));
+        const auto* const replies =
+            dock.findChild<QPlainTextEdit*>(QStringLiteral("plainTextEdit_replies"));
+        line->setText(QStringLiteral("kestrel2 get x"));
+        QTest::keyClick(line, Qt::Key_Return);
+        QVERIFY(replies->toPlainText().contains(QStringLiteral("! not connected")));
+        backend.connectTo(controller.port());
+        QTRY_VERIFY_WITH_TIMEOUT(backend.session.isReady(), patience);
+        QTest::keyClick(line, Qt::Key_Up);
+        QCOMPARE(line->text(), QStringLiteral("kestrel2 get x"));
+        QTest::keyClick(line, Qt::Key_Return);
+        QVERIFY(line->text().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(replies->toPlainText().endsWith(QStringLiteral(
+                                     "> kestrel2 get x\n< kestrel2 set x <b>bold</b> %s &amp;")),
+                                 patience);
+        QTest::keyClicks(line, QStringLiteral("rubbish"));
+        dock.findChild<QPushButton*>(QStringLiteral("pushButton_send"))->click();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            replies->toPlainText().endsWith(QStringLiteral("> rubbish\n< kestrel2 ok")), patience);
+    }
+
+    void the_module_list_names_the_reason() {
+        const QVector<workbench::ModuleInfo> infos{
+            {"/p/a.so", "A", "x.A", "Module A", "v1.2.3", ""},
+            {"/p/b.so", "", "", "", "", "it is not a Qt plug-in"}};
+        const workbench::ModuleListDialog dialog(infos);
+        const auto* const table =
+            dialog.findChild<QTableWidget*>(QStringLiteral("tableWidget_modules"));
+        QCOMPARE(table->rowCount(), 2);
+        QCOMPARE(table->item(0, 0)->text(), QStringLiteral("Module A"));
+        QCOMPARE(table->item(0, 1)->text(), QStringLiteral("v1.2.3"));
+        QCOMPARE(table->item(0, 2)->text(), QStringLiteral("loaded"));
+        QCOMPARE(table->item(0, 3)->text(), QStringLiteral("/p/a.so"));
+        QCOMPARE(table->item(1, 0)->text(), QStringLiteral("unknown"));
+        QCOMPARE(table->item(1, 2)->text(), QStringLiteral("not loaded: it is not a Qt plug-in"));
+    }
+
+    void rows_are_printed_with_texts_and_colours() {
+        QWidget widget;
+        auto* const table = new QTableWidget(2, 2, &widget);
+        table->setObjectName(QStringLiteral("t"));
+        table->setItem(0, 0, new QTableWidgetItem(QStringLiteral("a\tb\nc")));
+        table->setItem(0, 1, new QTableWidgetItem(QStringLiteral("1.50")));
+        table->item(0, 1)->setBackground(QColor(255, 0, 0));
+        table->setItem(1, 1, new QTableWidgetItem(QString()));
+        table->item(1, 1)->setBackground(Qt::transparent);
+        QVERIFY(workbench::visibleRows(widget).isEmpty());
+        widget.show();
+        QCOMPARE(workbench::visibleRows(widget),
+                 QStringList({"t\t0\ta b c\t1.50{#ff0000}", "t\t1\t\t"}));
+    }
+};
+
+QTEST_MAIN(TestSmallWidgets)
+#include "test_smallwidgets.moc"

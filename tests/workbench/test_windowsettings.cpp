@@ -1,0 +1,125 @@
+#include "workbench/windowsettings.h"
+
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using workbench::ControllerAddress;
+using workbench::WindowSettings;
+
+class TestWindowSettings : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QString path() const { return m_folder.filePath(QStringLiteral("s.ini")); }
+
+    void write(const QByteArray& content) {
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    struct Window : QMainWindow {
+        QDockWidget* dock;
+        Window() {
+            setObjectName(QStringLiteral("w"));
+            dock = new QDockWidget(QStringLiteral("Log"), this);
+            dock->setObjectName(QStringLiteral("log"));
+            addDockWidget(Qt::BottomDockWidgetArea, dock);
+        }
+    };
+
+private Q_SLOTS:
+    void init() { QFile::remove(path()); }
+
+    void rectangles_are_moved_and_shrunk_onto_a_screen_data() {
+        QTest::addColumn<QRect>("rect");
+        QTest::addColumn<QRect>("expected");
+        QTest::newRow("fits") << QRect(10, 20, 300, 200) << QRect(10, 20, 300, 200);
+        QTest::newRow("too far right") << QRect(840, 20, 300, 200) << QRect(700, 20, 300, 200);
+        QTest::newRow("too far down") << QRect(10, 790, 300, 200) << QRect(10, 600, 300, 200);
+        QTest::newRow("above the top") << QRect(10, -90, 300, 200) << QRect(10, 0, 300, 200);
+        QTest::newRow("larger than the screen")
+            << QRect(-50, -50, 5000, 4000) << QRect(0, 0, 1000, 800);
+        QTest::newRow("on the second screen")
+            << QRect(1100, 20, 300, 200) << QRect(1100, 20, 300, 200);
+        QTest::newRow("mostly on the second screen")
+            << QRect(950, 20, 300, 200) << QRect(1000, 20, 300, 200);
+        QTest::newRow("on no screen") << QRect(9000, 9000, 300, 200) << QRect(700, 600, 300, 200);
+    }
+    void rectangles_are_moved_and_shrunk_onto_a_screen() {
+        QFETCH(QRect, rect);
+        const QVector<QRect> screens{QRect(0, 0, 1000, 800), QRect(1000, 0, 500, 400)};
+        QTEST(WindowSettings::clamped(rect, screens), "expected");
+    }
+
+    void window_and_docks_come_back() {
+        {
+            Window window;
+            window.setGeometry(30, 40, 500, 400);
+            window.dock->hide();
+            WindowSettings settings(path());
+            settings.save(window);
+        }
+        Window window;
+        WindowSettings settings(path());
+        settings.restore(window);
+        QCOMPARE(window.geometry(), QRect(30, 40, 500, 400));
+        QVERIFY(window.dock->isHidden());
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void the_last_controller_is_remembered() {
+        {
+            WindowSettings settings(path());
+            QCOMPARE(settings.address().toString(), QStringLiteral("127.0.0.1:47300"));
+            settings.setAddress({QStringLiteral("a.example"), 1234, 5678});
+            settings.setAddress({QStringLiteral("fe80::1"), 1235, 0});
+            settings.setCommandHistory({QStringLiteral("one"), QStringLiteral("two")});
+        }
+        WindowSettings settings(path());
+        QCOMPARE(settings.address().toString(), QStringLiteral("[fe80::1]:1235"));
+        QCOMPARE(settings.recentHosts(),
+                 QStringList({QStringLiteral("fe80::1"), QStringLiteral("a.example")}));
+        QCOMPARE(settings.commandHistory(),
+                 QStringList({QStringLiteral("one"), QStringLiteral("two")}));
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void no_file_is_no_reason_for_a_notice() {
+        Window window;
+        WindowSettings settings(path());
+        settings.restore(window);
+        QVERIFY(window.width() > 500);
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void damaged_files_give_defaults_and_one_notice_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2\xff\xfe rubbish\n]][[\n", 24);
+        QTest::newRow("no keys") << QByteArray("this is no settings file\nat all\n");
+        QTest::newRow("rect is a word") << QByteArray("[window]\nrect=wide\n");
+        QTest::newRow("rect is empty") << QByteArray("[window]\nrect=@Rect(0 0 0 0)\n");
+        QTest::newRow("rect is negative") << QByteArray("[window]\nrect=@Rect(0 0 -5 -5)\n");
+        QTest::newRow("docks") << QByteArray("[window]\ndocks=rubbish\n");
+        QTest::newRow("port") << QByteArray("[connection]\nport=many\n");
+        QTest::newRow("port too large") << QByteArray("[connection]\nport=70000\n");
+        QTest::newRow("host") << QByteArray("[connection]\nhosts=a b c\n");
+    }
+    void damaged_files_give_defaults_and_one_notice() {
+        QFETCH(QByteArray, content);
+        write(content);
+        Window window;
+        WindowSettings settings(path());
+        settings.restore(window);
+        QVERIFY(window.width() > 500);
+        QCOMPARE(settings.address().toString(), QStringLiteral("127.0.0.1:47300"));
+        QVERIFY(settings.takeNotice().contains(path()));
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+};
+
+QTEST_MAIN(TestWindowSettings)
+#include "test_windowsettings.moc"
