@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 
 namespace workbench {
@@ -20,3 +21,5 @@ struct ControllerAddress {
 };
 
 } // namespace workbench
+
+Q_DECLARE_METATYPE(workbench::ControllerAddress)

@@ -242,6 +242,18 @@ private Q_SLOTS:
         QCOMPARE(label("statusRecording"), QStringLiteral("not recording"));
     }
 
+    void a_recording_does_not_begin_when_the_connection_is_lost_before() {
+        connectWindow();
+        QSignalSpy changed(m_window.get(), &MainWindow::recordingChanged);
+        m_controller->setSilent(true);
+        const QString path = m_folder.filePath(QStringLiteral("lost.kestrel"));
+        m_window->startRecording(path);
+        m_controller->dropConnections();
+        QVERIFY(changed.wait(patience));
+        QCOMPARE(changed.first().first().toBool(), false);
+        QVERIFY(!QFile::exists(path));
+    }
+
     void everything_to_operate_has_a_name_for_assistive_tools() {
         for (const QWidget* widget : m_window->findChildren<QWidget*>()) {
             const QByteArray kind = widget->metaObject()->className();

@@ -1,0 +1,95 @@
+#include "workbench/framestatistics.h"
+#include "workbench/printftext.h"
+
+#include <clocale>
+#include <cstdarg>
+#include <gtest/gtest.h>
+
+using workbench::FrameStatistics;
+using Clock = FrameStatistics::Clock;
+
+namespace {
+
+constexpr auto frameInterval = std::chrono::milliseconds(20);
+
+TEST(FrameStatistics, TheCounterIsReadFromTheFrLineAlone) {
+    EXPECT_EQ(FrameStatistics::frameCounter("fr 0"), 0);
+    EXPECT_EQ(FrameStatistics::frameCounter("fr 4294967295"), 4294967295);
+    for (const char* line : {"", "fr", "fr ", "fr x", "fra 1", "ts 1.5", "6d 0", " fr 1"}) {
+        EXPECT_EQ(FrameStatistics::frameCounter(line), -1) << line;
+    }
+}
+
+TEST(FrameStatistics, BeforeTheFirstFrameThereIsNoAge) {
+    FrameStatistics statistics;
+    EXPECT_LT(statistics.snapshot().lastFrameAge, 0.0);
+    EXPECT_EQ(statistics.snapshot().frames, 0U);
+}
+
+TEST(FrameStatistics, TheRateIsThatOfTheLastSecond) {
+    FrameStatistics statistics;
+    Clock::time_point now = Clock::now();
+    for (int i = 0; i < 100; ++i) {
+        statistics.addFrame(i, 0, now);
+        now += frameInterval;
+    }
+    EXPECT_NEAR(statistics.snapshot(now).framesPerSecond, 50.0, 0.5);
+    now += std::chrono::seconds(2);
+    EXPECT_NEAR(statistics.snapshot(now).framesPerSecond, 0.0, 1e-9);
+    EXPECT_NEAR(statistics.snapshot(now).lastFrameAge, 2.02, 1e-6);
+}
+
+TEST(FrameStatistics, GapsAreLossesAndNewBeginningsAreNot) {
+    FrameStatistics statistics;
+    for (const int counter : {5, 6, 9, 10, 1, 2, 4}) {
+        statistics.addFrame(counter, 0);
+    }
+    EXPECT_EQ(statistics.snapshot().lostFrames, 3U);
+    statistics.addFrame(2000000000, 0); // no controller loses that many
+    EXPECT_EQ(statistics.snapshot().lostFrames, 3U);
+    statistics.addFrame(-1, 0); // a frame without a counter
+    EXPECT_EQ(statistics.snapshot().frames, 9U);
+}
+
+TEST(FrameStatistics, UnreadableLinesAndForeignDatagramsAreCounted) {
+    FrameStatistics statistics;
+    statistics.addFrame(1, 2);
+    statistics.addFrame(2, 1);
+    statistics.addForeign();
+    EXPECT_EQ(statistics.snapshot().rejectedLines, 3U);
+    EXPECT_EQ(statistics.snapshot().foreign, 1U);
+    statistics.reset();
+    EXPECT_EQ(statistics.snapshot().rejectedLines, 0U);
+    EXPECT_EQ(statistics.snapshot().frames, 0U);
+}
+
+bool format(std::string& text, std::size_t maxLength, const char* pattern, ...) {
+    std::va_list arguments;
+    va_start(arguments, pattern);
+    const bool good = workbench::printfText(text, maxLength, pattern, arguments);
+    va_end(arguments);
+    return good;
+}
+
+TEST(PrintfText, NumbersHaveADecimalPointInEveryLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+    std::string text;
+    EXPECT_TRUE(format(text, 1000, "b%2.2d %.3f %s", 7, -0.125, "x"));
+    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(text, "b07 -0.125 x");
+}
+
+TEST(PrintfText, LengthsAroundTheInnerBufferAndTheLimitAreExact) {
+    std::string text;
+    for (const std::size_t length : {0U, 1U, 198U, 199U, 200U, 201U, 1000U}) {
+        const std::string input(length, 'x');
+        EXPECT_TRUE(format(text, 1000, "%s", input.c_str())) << length;
+        EXPECT_EQ(text, input);
+    }
+    EXPECT_FALSE(format(text, 1000, "%s", std::string(1001, 'x').c_str()));
+    EXPECT_TRUE(text.empty());
+    EXPECT_FALSE(format(text, 1000, nullptr));
+}
+
+} // namespace

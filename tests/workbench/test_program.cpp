@@ -1,0 +1,215 @@
+#include "tests/workbench/scriptedcontroller.h"
+#include "workbench/options.h"
+#include "workbench/simulatorprocess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <memory>
+#include <sys/types.h>
+
+namespace {
+constexpr int patience = 20000;
+}
+
+/// The program as a process of its own.
+class TestProgram : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QStringList with(const QStringList& options) const {
+        return QStringList{QStringLiteral("--settings"),
+                           m_folder.filePath(QStringLiteral("s.ini"))} +
+               options;
+    }
+
+    struct Ended {
+        int exitCode = -1;
+        QString output;
+        QString errors;
+    };
+    Ended run(const QStringList& options) const {
+        QProcess process;
+        process.start(QStringLiteral(WORKBENCH), with(options));
+        Ended ended;
+        if (process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit) {
+            ended.exitCode = process.exitCode();
+        }
+        ended.output = QString::fromUtf8(process.readAllStandardOutput());
+        ended.errors = QString::fromUtf8(process.readAllStandardError());
+        return ended;
+    }
+
+    static QList<qint64> childrenOf(qint64 parent) {
+        QList<qint64> children;
+        const QString path = QStringLiteral("/proc/%1/task/%1/children").arg(parent);
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly)) {
+            const QList<QByteArray> words = file.readAll().simplified().split(' ');
+            for (const QByteArray& word : words) {
+                if (!word.isEmpty()) {
+                    children += word.toLongLong();
+                }
+            }
+        }
+        return children;
+    }
+
+    QString script(const QByteArray& content) const {
+        const QString path = m_folder.filePath(QStringLiteral("script.sh"));
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write("#!/bin/sh\n" + content);
+            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        }
+        return path;
+    }
+
+private Q_SLOTS:
+    void help_needs_no_display() {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        environment.remove(QStringLiteral("DISPLAY"));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(WORKBENCH), {QStringLiteral("--help")});
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY(process.readAllStandardOutput().contains("--quit-after"));
+    }
+
+    void bad_options_end_with_2_and_a_reason() {
+        const Ended ended = run({QStringLiteral("--bogus")});
+        QCOMPARE(ended.exitCode, int(workbench::ExitBadOptions));
+        QVERIFY2(ended.errors.contains(QStringLiteral("bogus")), qPrintable(ended.errors));
+    }
+
+    void a_simulator_that_does_not_start_ends_with_3() {
+        const Ended ended =
+            run({QStringLiteral("--simulate"), QStringLiteral("--simulator-options"),
+                 QStringLiteral("--no-such-option")});
+        QCOMPARE(ended.exitCode, int(workbench::ExitNoSimulator));
+        QVERIFY2(ended.errors.contains(QStringLiteral("kestrel-simulator")),
+                 qPrintable(ended.errors));
+    }
+
+    void a_picture_that_cannot_be_written_ends_with_4() {
+        const Ended ended =
+            run({QStringLiteral("--screenshot"), QStringLiteral("/no/such/folder/p.png"),
+                 QStringLiteral("--after"), QStringLiteral("0.1")});
+        QCOMPARE(ended.exitCode, int(workbench::ExitNoScreenshot));
+    }
+
+    void a_recording_that_cannot_be_written_ends_with_5() {
+        const ScriptedController controller;
+        const Ended ended =
+            run({QStringLiteral("--connect"), QStringLiteral("127.0.0.1:%1").arg(controller.port()),
+                 QStringLiteral("--record"), QStringLiteral("/no/such/folder/r")});
+        QCOMPARE(ended.exitCode, int(workbench::ExitNoRecording));
+    }
+
+    void rows_picture_and_recording_of_a_simulated_session() {
+        const QString picture = m_folder.filePath(QStringLiteral("p.png"));
+        const QString recording = m_folder.filePath(QStringLiteral("r.kestrel"));
+        const Ended ended =
+            run({QStringLiteral("--simulate"), QStringLiteral("--measure"),
+                 QStringLiteral("--print-rows"), QStringLiteral("--screenshot"), picture,
+                 QStringLiteral("--after"), QStringLiteral("3"), QStringLiteral("--record"),
+                 recording, QStringLiteral("--quit-after"), QStringLiteral("4")});
+        QCOMPARE(ended.exitCode, 0);
+        QVERIFY(QRegularExpression(
+                    QStringLiteral(R"(^tableWidget6dmt\t0\tM1\{#00ff00\}\t.*\t-?\d+\.\d\d\t)"),
+                    QRegularExpression::MultilineOption)
+                    .match(ended.output)
+                    .hasMatch());
+        QVERIFY(QImage(picture).width() > 500);
+        QFile file(recording);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        QVERIFY(text.startsWith("kestrel-recording 1\n"));
+        QVERIFY(text.contains(" 6dmt2 6dmt2 4 ") || text.contains(" 6dmt 6dmt 4 "));
+        QVERIFY(text.endsWith('\n'));
+    }
+
+    void the_simulator_ends_with_the_program_data() {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("asked to end") << int(SIGTERM);
+        QTest::newRow("interrupted") << int(SIGINT);
+        QTest::newRow("killed") << int(SIGKILL);
+    }
+    void the_simulator_ends_with_the_program() {
+        QFETCH(int, signal);
+        QProcess process;
+        process.start(QStringLiteral(WORKBENCH), with({QStringLiteral("--simulate")}));
+        QVERIFY(process.waitForStarted(patience));
+        QTRY_COMPARE_WITH_TIMEOUT(childrenOf(process.processId()).size(), 1, patience);
+        const qint64 simulator = childrenOf(process.processId()).constFirst();
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(simulator))
+                                     .endsWith(QStringLiteral("kestrel-simulator")),
+                                 patience);
+        QCOMPARE(::kill(static_cast<pid_t>(process.processId()), signal), 0);
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitStatus() == QProcess::NormalExit, signal != SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !QFile::exists(QStringLiteral("/proc/%1/exe").arg(simulator)) ||
+                QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(simulator)).isEmpty(),
+            patience);
+    }
+
+    void a_simulator_tells_where_it_listens() {
+        workbench::SimulatorProcess simulator(
+            script("echo \"listening on 127.0.0.1:4711\"\nexec sleep 60\n"));
+        QSignalSpy listening(&simulator, &workbench::SimulatorProcess::listening);
+        simulator.start({});
+        QVERIFY(listening.wait(patience));
+        const auto address = listening.first().first().value<workbench::ControllerAddress>();
+        QCOMPARE(address.toString(), QStringLiteral("127.0.0.1:4711"));
+    }
+
+    void a_simulator_that_misbehaves_is_told_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("part");
+        QTest::newRow("ends") << QByteArray("echo too bad >&2\nexit 7\n")
+                              << "(exit code 7) too bad";
+        QTest::newRow("says something else")
+            << QByteArray("echo hello\nexec sleep 60\n") << "says \"hello\"";
+        QTest::newRow("bad address")
+            << QByteArray("echo listening on nowhere:x\nexec sleep 60\n") << "says";
+        QTest::newRow("ends later")
+            << QByteArray("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n") << "(exit code 0)";
+    }
+    void a_simulator_that_misbehaves_is_told() {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, part);
+        workbench::SimulatorProcess simulator(script(content));
+        QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
+        simulator.start({});
+        QVERIFY(failed.wait(patience));
+        QCOMPARE(failed.count(), 1);
+        QVERIFY2(failed.first().first().toString().contains(part),
+                 qPrintable(failed.first().first().toString()));
+    }
+
+    void a_simulator_that_is_not_there_is_told() {
+        workbench::SimulatorProcess simulator(QStringLiteral("/no/such/program"));
+        QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
+        simulator.start({});
+        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, patience);
+    }
+};
+
+int main(int argc, char* argv[]) {
+    qRegisterMetaType<workbench::ControllerAddress>();
+    const QCoreApplication application(argc, argv);
+    TestProgram test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_program.moc"
