@@ -276,6 +276,14 @@
         <source>About this program</source>
         <translation>Über dieses Programm</translation>
     </message>
+    <message>
+        <source>Data port:</source>
+        <translation>Datenport:</translation>
+    </message>
+    <message>
+        <source>Data port</source>
+        <translation>Datenport</translation>
+    </message>
 </context>
 <context>
     <name>ModuleListDialog</name>
@@ -533,20 +541,12 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <translation>unbekannt</translation>
     </message>
     <message>
-        <source>system %1, protocol %2, second system %3</source>
-        <translation>System %1, Protokoll %2, zweites System %3</translation>
-    </message>
-    <message>
         <source>no frames</source>
         <translation>keine Frames</translation>
     </message>
     <message>
         <source>%1 frames/s, last %2 s ago, %3 lost</source>
         <translation>%1 Frames/s, letzter vor %2 s, %3 verloren</translation>
-    </message>
-    <message>
-        <source> (port %1)</source>
-        <translation> (Port %1)</translation>
     </message>
     <message>
         <source>, %1 lines unreadable</source>
@@ -583,6 +583,10 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     <message>
         <source>%1 not loaded</source>
         <translation>%1 nicht geladen</translation>
+    </message>
+    <message>
+        <source>protocol %1, system %2 / %3</source>
+        <translation>Protokoll %1, System %2 / %3</translation>
     </message>
 </context>
 <context>

@@ -44,12 +44,8 @@ struct ParsedOptions {
     Options options;
 };
 
-<<<<<<< HEAD
 /// Reads the command line, the program's name first. Needs the application object; the texts are in
 /// its language.
-=======
-/// Reads the command line, the program's name first.
->>>>>>> 288cc7d (Workbench: tests of the program as a process, its exit codes and its simulator)
 ParsedOptions parseOptions(const QStringList& arguments);
 
 } // namespace workbench
