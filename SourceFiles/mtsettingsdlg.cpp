@@ -105,6 +105,8 @@ void MtSettingsDlg::onShowDlg() {
         setWindowIcon(m_parent != nullptr ? m_parent->windowIcon() : QIcon());
     }
     if (!isMtAvailable()) {
+        // What the last showing has left behind is not to be assigned.
+        makeCurrent(ui.tableWidget_meaBodies, -1, -1);
         enableDialog(false);
         return;
     }

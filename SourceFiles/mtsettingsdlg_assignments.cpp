@@ -9,6 +9,31 @@ namespace {
 
 constexpr int modelExtraWidth = 85;
 constexpr int noReference = -1;
+constexpr int limitPerKind = 4; // of the warning alone; the maxima are the controller's
+
+// The first rule that holds decides.
+QString bodyWarning(int tools, int maxTools, int references, int maxReferences) {
+    if (maxTools == 0 && maxReferences == 0) {
+        return {};
+    }
+    if (tools == limitPerKind && references == limitPerKind) {
+        return MtSettingsDlg::tr("Max. number of Measurement Tools and references are reached!");
+    }
+    if ((tools == limitPerKind && references == maxReferences) ||
+        (tools == maxTools && references == limitPerKind)) {
+        return MtSettingsDlg::tr("Max. number of bodies is reached!");
+    }
+    if (tools == limitPerKind) {
+        return MtSettingsDlg::tr("Max. number of Measurement Tools is reached!");
+    }
+    if (references == limitPerKind) {
+        return MtSettingsDlg::tr("Max. number of references is reached!");
+    }
+    if (tools < maxTools && references < maxReferences) {
+        return {};
+    }
+    return MtSettingsDlg::tr("Max. number of bodies is reached!");
+}
 
 } // namespace
 
@@ -223,27 +248,12 @@ void MtSettingsDlg::restoreHiddenAssignments(int count) {
 }
 
 void MtSettingsDlg::update_max_body_num_warning() {
-    constexpr int limitPerKind = 4;
     const int tools = ui.spinBox_noOfMeaBodies->value();
     const int maxTools = ui.spinBox_noOfMeaBodies->maximum();
     const int references = ui.spinBox_noOfRefBodies->value();
     const int maxReferences = ui.spinBox_noOfRefBodies->maximum();
 
-    QString text;
-    if (maxTools == 0 && maxReferences == 0) {
-        text.clear();
-    } else if (tools == limitPerKind && references == limitPerKind) {
-        text = tr("Max. number of Measurement Tools and references are reached!");
-    } else if ((tools == limitPerKind && references == maxReferences) ||
-               (tools == maxTools && references == limitPerKind)) {
-        text = tr("Max. number of bodies is reached!");
-    } else if (tools == limitPerKind) {
-        text = tr("Max. number of Measurement Tools is reached!");
-    } else if (references == limitPerKind) {
-        text = tr("Max. number of references is reached!");
-    } else if (tools >= maxTools || references >= maxReferences) {
-        text = tr("Max. number of bodies is reached!");
-    }
+    const QString text = bodyWarning(tools, maxTools, references, maxReferences);
     ui.label_max_error->setText(text.isEmpty() ? text : bodytexts::redMessage(text));
 }
 

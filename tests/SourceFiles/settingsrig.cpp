@@ -149,7 +149,8 @@ void SettingsRig::tick() const {
 
 void SettingsRig::noChild(const char* name) const {
     QStringList names;
-    for (const QWidget* widget : dialog->findChildren<QWidget*>()) {
+    const auto widgets = dialog->findChildren<QWidget*>();
+    for (const QWidget* widget : widgets) {
         names << widget->objectName();
     }
     qFatal("no child %s in: %s", name, qPrintable(names.join(QLatin1Char(' '))));

@@ -6,9 +6,9 @@
 
 namespace {
 
-const char* const tools = "tableWidget_meaBodies";
-const char* const references = "tableWidget_refBodies";
-const char* const devices = "tableWidget_availableMt";
+const char* const toolTable = "tableWidget_meaBodies";
+const char* const referenceTable = "tableWidget_refBodies";
+const char* const deviceTable = "tableWidget_availableMt";
 
 } // namespace
 
@@ -19,10 +19,10 @@ private Q_SLOTS:
     void selectAssignsTheReferenceToTheTool() {
         SettingsRig rig;
         rig.run([&] {
-            rig.clickCell(tools, 1);
-            rig.clickCell(references, 2);
+            rig.clickCell(toolTable, 1);
+            rig.clickCell(referenceTable, 2);
             rig.click("pushButton_select");
-            QCOMPARE(rig.column(tools, 2), QStringList({"MR2", "MR3"}));
+            QCOMPARE(rig.column(toolTable, 2), QStringList({"MR2", "MR3"}));
             QVERIFY(!rig.isEnabled("pushButton_select"));
             QVERIFY(rig.isEnabled("pushButton_deselect"));
             COMPARE_LINES(rig.operations(), Lines());
@@ -32,9 +32,9 @@ private Q_SLOTS:
     void deselectTakesTheReferenceAway() {
         SettingsRig rig;
         rig.run([&] {
-            rig.clickCell(tools, 0);
+            rig.clickCell(toolTable, 0);
             rig.click("pushButton_deselect");
-            QCOMPARE(rig.column(tools, 2), QStringList({"none", "none"}));
+            QCOMPARE(rig.column(toolTable, 2), QStringList({"none", "none"}));
             QVERIFY(rig.isEnabled("pushButton_select"));
             QVERIFY(!rig.isEnabled("pushButton_deselect"));
             COMPARE_LINES(rig.operations(), Lines());
@@ -44,23 +44,23 @@ private Q_SLOTS:
     void aChosenReferenceIsTheOneThatIsRemembered() {
         SettingsRig rig;
         rig.run([&] {
-            rig.clickCell(tools, 0);
-            rig.clickCell(references, 2);
+            rig.clickCell(toolTable, 0);
+            rig.clickCell(referenceTable, 2);
             rig.click("pushButton_select");
             rig.setSpin("spinBox_noOfRefBodies", 1);
-            QCOMPARE(rig.cell(tools, 0, 2), QString("none"));
+            QCOMPARE(rig.cell(toolTable, 0, 2), QString("none"));
             rig.setSpin("spinBox_noOfRefBodies", 3);
-            QCOMPARE(rig.cell(tools, 0, 2), QString("MR3"));
+            QCOMPARE(rig.cell(toolTable, 0, 2), QString("MR3"));
         });
     }
 
     void aDeselectedReferenceIsAskedForAgainWhenReferencesAreAdded() {
         SettingsRig rig;
         rig.run([&] {
-            rig.clickCell(tools, 0);
+            rig.clickCell(toolTable, 0);
             rig.click("pushButton_deselect");
             rig.setSpin("spinBox_noOfRefBodies", 4);
-            QCOMPARE(rig.cell(tools, 0, 2), QString("MR2"));
+            QCOMPARE(rig.cell(toolTable, 0, 2), QString("MR2"));
         });
     }
 
@@ -69,16 +69,16 @@ private Q_SLOTS:
         rig.setDevices({"V M 1", "V N 2"});
         rig.run([&] {
             rig.openTab(1);
-            rig.clickCell(tools, 1);
-            rig.clickCell(devices, 1, 3);
+            rig.clickCell(toolTable, 1);
+            rig.clickCell(deviceTable, 1, 3);
             rig.click("pushButton_select");
-            QCOMPARE(rig.column(tools, 3), QStringList({"", "desc N"}));
-            QCOMPARE(rig.column(tools, 4), QStringList({"", "00002"}));
+            QCOMPARE(rig.column(toolTable, 3), QStringList({"", "desc N"}));
+            QCOMPARE(rig.column(toolTable, 4), QStringList({"", "00002"}));
             QVERIFY(!rig.isEnabled("pushButton_select"));
             QVERIFY(rig.isEnabled("pushButton_deselect"));
-            QCOMPARE(rig.column(tools, 2), QStringList({"MR2", "none"}));
+            QCOMPARE(rig.column(toolTable, 2), QStringList({"MR2", "none"}));
             rig.click("pushButton_deselect");
-            QCOMPARE(rig.column(tools, 3), QStringList({"", ""}));
+            QCOMPARE(rig.column(toolTable, 3), QStringList({"", ""}));
             QVERIFY(rig.isEnabled("pushButton_select"));
             QVERIFY(!rig.isEnabled("pushButton_deselect"));
         });
@@ -90,10 +90,10 @@ private Q_SLOTS:
         rig.host.answer("measurementtool device b02", "zelwpan V M 00001");
         rig.run([&] {
             rig.openTab(1);
-            rig.clickCell(tools, 0);
-            rig.clickCell(devices, 0, 3);
+            rig.clickCell(toolTable, 0);
+            rig.clickCell(deviceTable, 0, 3);
             QVERIFY(!rig.isEnabled("pushButton_select"));
-            rig.clickCell(devices, 1, 3);
+            rig.clickCell(deviceTable, 1, 3);
             QVERIFY(rig.isEnabled("pushButton_select"));
         });
     }
@@ -105,7 +105,7 @@ private Q_SLOTS:
         rig.run([&] {
             rig.openTab(1);
             rig.setSpin("spinBox_noOfMeaBodies", 1);
-            rig.clickCell(devices, 0, 3);
+            rig.clickCell(deviceTable, 0, 3);
             QVERIFY(!rig.isEnabled("pushButton_select"));
         });
     }
@@ -117,8 +117,8 @@ private Q_SLOTS:
         rig.host.answerInTurn("zelwpan device_model_desc V M", {"one", "another"});
         rig.run([&] {
             rig.openTab(1);
-            rig.clickCell(devices, 0, 3);
-            QCOMPARE(rig.cell(devices, 0, 3), QString("another"));
+            rig.clickCell(deviceTable, 0, 3);
+            QCOMPARE(rig.cell(deviceTable, 0, 3), QString("another"));
             QVERIFY(!rig.isEnabled("pushButton_select"));
         });
     }
@@ -129,14 +129,14 @@ private Q_SLOTS:
         rig.host.answer("measurementtool number_of_tools", "1");
         rig.run([&] {
             rig.openTab(1);
-            rig.clickCell(devices, 0, 3);
+            rig.clickCell(deviceTable, 0, 3);
             QVERIFY(!rig.isEnabled("pushButton_select"));
-            rig.clickCell(devices, 1, 3);
+            rig.clickCell(deviceTable, 1, 3);
             rig.click("pushButton_select");
-            rig.clickCell(devices, 0, 3);
+            rig.clickCell(deviceTable, 0, 3);
             QVERIFY(rig.isEnabled("pushButton_select"));
             rig.click("pushButton_select");
-            QCOMPARE(rig.cell(tools, 0, 4), QString());
+            QCOMPARE(rig.cell(toolTable, 0, 4), QString());
         });
     }
 
@@ -146,7 +146,7 @@ private Q_SLOTS:
         rig.host.answer("measurementtool device b02", "zelwpan V M 00001");
         rig.run([&] {
             rig.openTab(1);
-            rig.clickCell(devices, 0, 3);
+            rig.clickCell(deviceTable, 0, 3);
             QVERIFY(rig.isEnabled("pushButton_select"));
             rig.setDevices({"V N 2", "V M 1"});
             rig.tick();
@@ -158,14 +158,14 @@ private Q_SLOTS:
         SettingsRig rig;
         rig.setDevices({"V M 1"});
         rig.run([&] {
-            rig.clickCell(tools, 0);
-            rig.clickCell(references, 0);
+            rig.clickCell(toolTable, 0);
+            rig.clickCell(referenceTable, 0);
             QVERIFY(rig.isEnabled("pushButton_select"));
             QVERIFY(rig.isEnabled("pushButton_deselect"));
             rig.openTab(1);
             QVERIFY(!rig.isEnabled("pushButton_select")); // no device row is current
             QVERIFY(!rig.isEnabled("pushButton_deselect"));
-            rig.clickCell(devices, 0, 3);
+            rig.clickCell(deviceTable, 0, 3);
             QVERIFY(rig.isEnabled("pushButton_select"));
             rig.openTab(0);
             QVERIFY(rig.isEnabled("pushButton_select"));
@@ -176,10 +176,10 @@ private Q_SLOTS:
     void theAssignedReferenceCannotBeSelectedAgain() {
         SettingsRig rig;
         rig.run([&] {
-            rig.clickCell(tools, 0);
-            rig.clickCell(references, 1);
+            rig.clickCell(toolTable, 0);
+            rig.clickCell(referenceTable, 1);
             QVERIFY(!rig.isEnabled("pushButton_select"));
-            rig.clickCell(references, 0);
+            rig.clickCell(referenceTable, 0);
             QVERIFY(rig.isEnabled("pushButton_select"));
         });
     }

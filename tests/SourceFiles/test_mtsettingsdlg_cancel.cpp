@@ -7,9 +7,17 @@ namespace {
 
 using Close = std::function<void(SettingsRig&)>;
 
-const Close cancel = [](SettingsRig& rig) { rig.click("pushButton_cancel"); };
-const Close escape = [](SettingsRig& rig) { QTest::keyClick(rig.dialog, Qt::Key_Escape); };
-const Close closeButton = [](SettingsRig& rig) { rig.dialog->close(); };
+void cancel(SettingsRig& rig) {
+    rig.click("pushButton_cancel");
+}
+
+void escape(SettingsRig& rig) {
+    QTest::keyClick(rig.dialog, Qt::Key_Escape);
+}
+
+void closeButton(SettingsRig& rig) {
+    rig.dialog->close();
+}
 
 struct Counts {
     int tools;
@@ -102,7 +110,7 @@ private Q_SLOTS:
     }
     void belowProtocol13NothingIsEverWritten() {
         QFETCH(int, patch);
-        for (const Close& close : {cancel, escape, closeButton}) {
+        for (const Close& close : {Close(cancel), Close(escape), Close(closeButton)}) {
             SettingsRig rig(VersionInfo(1, 2, patch));
             COMPARE_LINES(cancelled(rig, {2, 3}, {4, 1}, close), Lines());
             QVERIFY(!rig.dialog->isVisible());

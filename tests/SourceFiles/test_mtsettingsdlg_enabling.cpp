@@ -4,39 +4,11 @@
 
 namespace {
 
-const QStringList counts = {"label_noOfMeaBodies", "spinBox_noOfMeaBodies", "label_noOfRefBodies",
-                            "spinBox_noOfRefBodies"};
-const QStringList countLabels = {"label_noOfMeaBodies", "label_noOfRefBodies"};
-const QStringList tables = {"tableWidget_meaBodies", "tableWidget_refBodies",
-                            "tableWidget_availableMt"};
-const QStringList point = {"label_pointMeasurement",     "label_duration",
-                           "label_tipTolerance",         "doubleSpinBox_duration",
-                           "doubleSpinBox_tipTolerance", "checkBox_startSimulation"};
-const QStringList simulation = {"label_minAngularSpeed", "spinBox_startAngle",
-                                "label_meaStartDelay", "doubleSpinBox_startLeadTime"};
-const QStringList simulationLabels = {"label_minAngularSpeed", "label_meaStartDelay"};
-const QStringList format = {"checkBox_useOldOutputFormat"};
-const QStringList ok = {"pushButton_ok"};
-const QStringList buttons = {"pushButton_select", "pushButton_deselect"};
-
-// Everything whose enabling is the dialog's business; Cancel and the tabs are always enabled.
-const QStringList controls = counts + tables + point + simulation + format + ok + buttons;
-
-const char* const available = "measurementtool available";
-const char* const changeable = "config is_changeable";
+const char* const availability = "measurementtool available";
+const char* const lock = "config is_changeable";
 const char* const startSimulation = "measurementtool measurement_start_simulation b01";
 
 using Script = std::function<void(SettingsRig&)>;
-
-QStringList enabledControls(const SettingsRig& rig) {
-    QStringList enabled;
-    for (const QString& name : controls) {
-        if (rig.isEnabled(qPrintable(name))) {
-            enabled << name;
-        }
-    }
-    return enabled;
-}
 
 } // namespace
 
@@ -58,8 +30,8 @@ private Q_SLOTS:
         const auto answers = [](const char* parameter, const char* value) {
             return [=](SettingsRig& rig) { rig.host.answer(parameter, value); };
         };
-        const Script locked = answers(changeable, "no");
-        const Script unavailable = answers(available, "no");
+        const Script locked = answers(lock, "no");
+        const Script unavailable = answers(availability, "no");
         const Script noTools = answers("measurementtool number_of_tools", "0");
         const Script off = answers(startSimulation, "no");
         const Script lockedUnavailable = [=](SettingsRig& rig) {
@@ -93,6 +65,7 @@ private Q_SLOTS:
 
         QTest::newRow("unlocked again") << today << locked << normal << all;
         QTest::newRow("available again") << today << unavailable << normal << all;
+        QTest::newRow("no longer available") << today << off << unavailable << QStringList();
         QTest::newRow("tools again") << today << noTools << normal << all;
     }
     void eachStateEnablesTheseControls() {
@@ -104,9 +77,10 @@ private Q_SLOTS:
         if (before) {
             before(rig);
             rig.run();
-            rig.host.answer(changeable, "yes");
-            rig.host.answer(available, "yes");
+            rig.host.answer(lock, "yes");
+            rig.host.answer(availability, "yes");
             rig.host.answer("measurementtool number_of_tools", "2");
+            rig.host.answer(startSimulation, "yes");
         }
         if (script) {
             script(rig);
@@ -125,7 +99,7 @@ private Q_SLOTS:
     void aLockLeavesTheLabelsOfTheStartSimulationAlone() {
         SettingsRig rig;
         rig.run();
-        rig.host.answer(changeable, "no");
+        rig.host.answer(lock, "no");
         rig.run([&] {
             for (const QString& name : simulationLabels) {
                 QVERIFY2(rig.isEnabled(qPrintable(name)), qPrintable(name));
@@ -181,7 +155,8 @@ private Q_SLOTS:
             rig.setSpin("spinBox_noOfMeaBodies", 0);
             QCOMPARE(enabledControls(rig), counts + tables + ok);
             rig.setSpin("spinBox_noOfMeaBodies", 1);
-            for (const QString& name : point + simulation + format) {
+            const QStringList all = point + simulation + format;
+            for (const QString& name : all) {
                 QVERIFY2(rig.isEnabled(qPrintable(name)), qPrintable(name));
             }
         });
@@ -189,7 +164,7 @@ private Q_SLOTS:
 
     void inALockTheButtonsStayDisabledWhateverHappens() {
         SettingsRig rig;
-        rig.host.answer(changeable, "no");
+        rig.host.answer(lock, "no");
         rig.run([&] {
             rig.openTab(1);
             rig.openTab(0);
@@ -201,6 +176,35 @@ private Q_SLOTS:
             QVERIFY(!rig.isEnabled("pushButton_ok"));
         });
     }
+
+private:
+    QStringList enabledControls(const SettingsRig& rig) const {
+        QStringList enabled;
+        for (const QString& name : controls) {
+            if (rig.isEnabled(qPrintable(name))) {
+                enabled << name;
+            }
+        }
+        return enabled;
+    }
+
+    const QStringList counts = {"label_noOfMeaBodies", "spinBox_noOfMeaBodies",
+                                "label_noOfRefBodies", "spinBox_noOfRefBodies"};
+    const QStringList countLabels = {"label_noOfMeaBodies", "label_noOfRefBodies"};
+    const QStringList tables = {"tableWidget_meaBodies", "tableWidget_refBodies",
+                                "tableWidget_availableMt"};
+    const QStringList point = {"label_pointMeasurement",     "label_duration",
+                               "label_tipTolerance",         "doubleSpinBox_duration",
+                               "doubleSpinBox_tipTolerance", "checkBox_startSimulation"};
+    const QStringList simulation = {"label_minAngularSpeed", "spinBox_startAngle",
+                                    "label_meaStartDelay", "doubleSpinBox_startLeadTime"};
+    const QStringList simulationLabels = {"label_minAngularSpeed", "label_meaStartDelay"};
+    const QStringList format = {"checkBox_useOldOutputFormat"};
+    const QStringList ok = {"pushButton_ok"};
+    const QStringList buttons = {"pushButton_select", "pushButton_deselect"};
+
+    // Everything whose enabling is the dialog's business; Cancel and the tabs are always enabled.
+    const QStringList controls = counts + tables + point + simulation + format + ok + buttons;
 };
 
 QTEST_MAIN(TestMtSettingsDlgEnabling)

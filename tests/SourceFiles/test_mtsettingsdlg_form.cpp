@@ -18,10 +18,11 @@ const char* const tools = "tableWidget_meaBodies";
 const char* const references = "tableWidget_refBodies";
 const char* const devices = "tableWidget_availableMt";
 
-const QString duration = "Measurement duration\nValid rage: [0.2 ... 10.0 s]\nDefault value: 1.0 s";
-const QString angle = "Minimal angular variation to start the measurement effected by seesawing "
-                      "of the Measurement Tool\nValid range: [10 ... 120 degrees]\n"
-                      "Default value: 40 degrees";
+constexpr const char* duration =
+    "Measurement duration\nValid rage: [0.2 ... 10.0 s]\nDefault value: 1.0 s";
+constexpr const char* angle =
+    "Minimal angular variation to start the measurement effected by seesawing of the Measurement "
+    "Tool\nValid range: [10 ... 120 degrees]\nDefault value: 40 degrees";
 
 QStringList headers(const QTableWidget& table) {
     QStringList texts;

@@ -91,7 +91,8 @@ private Q_SLOTS:
     void noMnemonicIsUsedTwice() {
         const SettingsRig rig;
         QStringList keys;
-        for (const QWidget* widget : rig.dialog->findChildren<QWidget*>()) {
+        const auto widgets = rig.dialog->findChildren<QWidget*>();
+        for (const QWidget* widget : widgets) {
             const QString key =
                 QKeySequence::mnemonic(widget->property("text").toString()).toString();
             QVERIFY2(key.isEmpty() || !keys.contains(key), qPrintable(key));

@@ -22,7 +22,7 @@ QString pointMeasurement(const SettingsRig& rig) {
         .join(QLatin1Char(' '));
 }
 
-const QString defaults = QStringLiteral("1.0 1.5 off 30 0.2");
+constexpr const char* defaults = "1.0 1.5 off 30 0.2";
 
 } // namespace
 
@@ -214,7 +214,7 @@ private Q_SLOTS:
         SettingsRig rig;
         QCOMPARE(rig.child<QSpinBox>("spinBox_startAngle")->value(), 40);
         rig.host.answer("measurementtool number_of_tools", "0");
-        rig.run([&] { QCOMPARE(pointMeasurement(rig), defaults); });
+        rig.run([&] { QCOMPARE(pointMeasurement(rig), QString(defaults)); });
     }
 
     void theLastToolTakesThePointMeasurementWithIt() {
@@ -222,7 +222,7 @@ private Q_SLOTS:
         rig.run([&] {
             QCOMPARE(pointMeasurement(rig), QString("2.0 2.5 on 45 0.5"));
             rig.setSpin("spinBox_noOfMeaBodies", 0);
-            QCOMPARE(pointMeasurement(rig), defaults);
+            QCOMPARE(pointMeasurement(rig), QString(defaults));
         });
     }
 

@@ -10,37 +10,41 @@
 namespace {
 
 // Two tools, three references, two devices on a controller of 1.14.
-const Lines wholeShowing = {
-    "get_string config is_changeable",
-    "get_string measurementtool available",
-    "get_int measurementtool max_number_of_tools",
-    "get_int measurementtool number_of_tools",
-    "get_int measurementtool max_number_of_references",
-    "get_int measurementtool number_of_references",
-    "get_string measurementtool reference_of_tool b01",
-    "get_string measurementtool device b01",
-    "get_string zelwpan device_model_desc V M",
-    "get_string measurementtool reference_of_tool b02",
-    "get_string measurementtool device b02",
-    "get_double measurementtool tip_radius b01",
-    "get_double measurementtool tip_radius b02",
-    "get_double measurementtool measurement_duration b01",
-    "get_double measurementtool measurement_tip_tolerance b01",
-    "get_string measurementtool measurement_start_simulation b01",
-    "get_double measurementtool measurement_start_angle b01",
-    "get_double measurementtool measurement_start_lead_time b01",
-    "get_string measurementtool output_6dmt",
-    "get_int measurementtool number_of_zelwpan_devices",
-    "get_string measurementtool zelwpan_device d01",
-    "get_string zelwpan device_model_desc V M",
-    "get_string measurementtool zelwpan_device d02",
-    "get_string zelwpan device_model_desc V N",
-};
+Lines wholeShowing() {
+    return {
+        "get_string config is_changeable",
+        "get_string measurementtool available",
+        "get_int measurementtool max_number_of_tools",
+        "get_int measurementtool number_of_tools",
+        "get_int measurementtool max_number_of_references",
+        "get_int measurementtool number_of_references",
+        "get_string measurementtool reference_of_tool b01",
+        "get_string measurementtool device b01",
+        "get_string zelwpan device_model_desc V M",
+        "get_string measurementtool reference_of_tool b02",
+        "get_string measurementtool device b02",
+        "get_double measurementtool tip_radius b01",
+        "get_double measurementtool tip_radius b02",
+        "get_double measurementtool measurement_duration b01",
+        "get_double measurementtool measurement_tip_tolerance b01",
+        "get_string measurementtool measurement_start_simulation b01",
+        "get_double measurementtool measurement_start_angle b01",
+        "get_double measurementtool measurement_start_lead_time b01",
+        "get_string measurementtool output_6dmt",
+        "get_int measurementtool number_of_zelwpan_devices",
+        "get_string measurementtool zelwpan_device d01",
+        "get_string zelwpan device_model_desc V M",
+        "get_string measurementtool zelwpan_device d02",
+        "get_string zelwpan device_model_desc V N",
+    };
+}
 
-const Lines unavailableShowing = {
-    "get_string config is_changeable",
-    "get_string measurementtool available",
-};
+Lines unavailableShowing() {
+    return {
+        "get_string config is_changeable",
+        "get_string measurementtool available",
+    };
+}
 
 bool timerRuns(const SettingsRig& rig) {
     return rig.dialog->findChild<QTimer*>()->isActive();
@@ -58,7 +62,7 @@ private Q_SLOTS:
         SettingsRig rig(protocol);
         rig.setDevices({"V M 00001", "V N 00002"});
         rig.host.answer("measurementtool device b01", "zelwpan V M 00001");
-        COMPARE_LINES(rig.showing(), forProtocol(wholeShowing, protocol));
+        COMPARE_LINES(rig.showing(), forProtocol(wholeShowing(), protocol));
         COMPARE_LINES(rig.logs(), Lines());
     }
 
@@ -93,7 +97,7 @@ private Q_SLOTS:
         QFETCH(QString, reply);
         SettingsRig rig;
         rig.host.answer("measurementtool available", reply.toStdString());
-        COMPARE_LINES(rig.showing(), unavailableShowing);
+        COMPARE_LINES(rig.showing(), unavailableShowing());
         rig.run([&] {
             QVERIFY(!timerRuns(rig));
             QCOMPARE(rig.child<QLabel>("label_error")->text(),
