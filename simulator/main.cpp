@@ -10,9 +10,8 @@ using namespace kestrel_simulator;
 
 namespace {
 
-int complain(const QString& reason, ExitCode code) {
-    std::fprintf(stderr, "kestrel-simulator: %s\n", qPrintable(reason));
-    return code;
+void tell(const QString& text) {
+    std::fprintf(stderr, "kestrel-simulator: %s\n", qPrintable(text));
 }
 
 } // namespace
@@ -23,7 +22,8 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTREL_VERSION));
     const ParsedOptions parsed = parseOptions(QCoreApplication::arguments());
     if (parsed.action == ParsedOptions::Action::Refuse) {
-        return complain(parsed.text + QStringLiteral(" (see --help)"), ExitBadOption);
+        tell(parsed.text + QStringLiteral(" (see --help)"));
+        return ExitBadOption;
     }
     if (parsed.action == ParsedOptions::Action::ShowText) {
         std::fputs(qPrintable(parsed.text), stdout);
@@ -36,7 +36,11 @@ int main(int argc, char** argv) {
     QString error;
     const ExitCode started = simulator.start(error);
     if (started != ExitOk) {
-        return complain(error, started);
+        tell(error);
+        return started;
+    }
+    if (!simulator.notice().isEmpty()) {
+        tell(simulator.notice());
     }
     std::printf("listening on %s:%d\n", qPrintable(simulator.address().toString()),
                 static_cast<int>(simulator.port()));

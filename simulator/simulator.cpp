@@ -73,6 +73,10 @@ ExitCode Simulator::openReplay(QString& error) {
         error = QStringLiteral("%1: %2").arg(m_options.replayFile, QString::fromStdString(reason));
         return ExitBadRecording;
     }
+    if (replay->isTruncated()) {
+        m_notice =
+            QStringLiteral("%1: the last line is cut and left out").arg(m_options.replayFile);
+    }
     m_controller.setReplay(std::move(replay));
     return ExitOk;
 }

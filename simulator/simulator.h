@@ -27,6 +27,9 @@ public:
     /// Opens recording and sockets. On failure returns the exit code and says why in `error`.
     ExitCode start(QString& error);
 
+    /// What a user should know after a start that succeeded; mostly empty.
+    const QString& notice() const { return m_notice; }
+
     /// Where it listens; the port that was really taken.
     QHostAddress address() const { return m_server.serverAddress(); }
     quint16 port() const { return m_server.serverPort(); }
@@ -53,6 +56,7 @@ private:
     QUdpSocket m_dataSocket;
     QTimer m_frameTimer;
     std::vector<CommandConnection*> m_connections;
+    QString m_notice;
     int m_refusedConnections = 0; // that are not closed yet
 };
 

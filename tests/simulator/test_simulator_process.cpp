@@ -31,6 +31,7 @@ private Q_SLOTS:
     void takesItsOptions();
     void misbehavesFromTheStart();
     void replaysARecording();
+    void tellsOfACutRecording();
     void calibratesWithTheChosenMotion();
     void writesNumbersWithAPointInACommaLocale();
 
@@ -222,6 +223,14 @@ void TestSimulatorProcess::replaysARecording() {
                               "fr 10\r\n6dmt 0", "fr 11\r\n6dmt 0", "fr 7\r\n6dmt 0"}) {
         QCOMPARE(client.readFrame(), QByteArray(frame));
     }
+}
+
+void TestSimulatorProcess::tellsOfACutRecording() {
+    const std::string text = kestrel_wire::formatRecordingHeader({"1", "2", "3", "m", {}}) + "5 fr";
+    const quint16 port =
+        startListening({QStringLiteral("--replay"), writeFile(QByteArray::fromStdString(text))});
+    QVERIFY(port != 0);
+    QVERIFY(m_process->readAllStandardError().contains("the last line is cut"));
 }
 
 void TestSimulatorProcess::calibratesWithTheChosenMotion() {
