@@ -123,7 +123,7 @@ int MtDataDisplay::set_ascii_data(const char*, const char* text) {
     if (!parser) {
         return -2;
     }
-    const std::size_t length = strnlen(text, lineBufferSize);
+    const std::size_t length = text != nullptr ? strnlen(text, lineBufferSize) : lineBufferSize;
     if (length == lineBufferSize) {
         return -1;
     }

@@ -7,6 +7,29 @@
 #include <cmath>
 
 struct TrackingCellDelegate::Look {
+    QSize sizeOf(const NumberGlyphs::Extent& text) const {
+        return QSize(static_cast<int>(std::ceil(text.width)) + 2 * margin,
+                     static_cast<int>(std::ceil(glyphs.height())));
+    }
+
+    // Where a text layout would begin the text of a cell.
+    QPointF placeOf(const NumberGlyphs::Extent& text, Qt::Alignment alignment,
+                    const QStyleOptionViewItem& cell) const {
+        const QRect box =
+            cell.showDecorationSelected
+                ? cell.rect
+                : QStyle::alignedRect(Qt::LeftToRight, alignment, sizeOf(text), cell.rect);
+        const qreal free = box.width() - 2 * margin - text.advance;
+        qreal x = box.x() + margin;
+        if (alignment.testFlag(Qt::AlignRight)) {
+            x += free;
+        } else if (alignment.testFlag(Qt::AlignHCenter)) {
+            x += std::floor(free * 32.0) / 64.0; // a text layout halves in 64ths of a pixel
+        }
+        const QSize line = QSizeF(text.width, glyphs.height()).toSize();
+        return QPointF(x, QStyle::alignedRect(Qt::LeftToRight, alignment, line, box).top());
+    }
+
     NumberGlyphs glyphs;
     int margin; ///< beside a text
 };
@@ -63,8 +86,7 @@ void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         QStyledItemDelegate::paint(painter, option, index);
         return;
     }
-    const QSize size(static_cast<int>(std::ceil(extent.width)) + 2 * how.margin,
-                     static_cast<int>(std::ceil(how.glyphs.height())));
+    const QSize size = how.sizeOf(extent);
     if (size.width() > option.rect.width() || size.height() > option.rect.height()) {
         QStyledItemDelegate::paint(painter, option, index);
         return;
@@ -80,19 +102,6 @@ void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
 
     const int given = item->textAlignment();
     const Qt::Alignment alignment = given != 0 ? Qt::Alignment(given) : option.displayAlignment;
-    const QRect box = option.showDecorationSelected
-                          ? option.rect
-                          : QStyle::alignedRect(Qt::LeftToRight, alignment, size, option.rect);
-    const qreal free = box.width() - 2 * how.margin - extent.advance;
-    qreal x = box.x() + how.margin;
-    if (alignment.testFlag(Qt::AlignRight)) {
-        x += free;
-    } else if (alignment.testFlag(Qt::AlignHCenter)) {
-        x += std::floor(free * 32.0) / 64.0; // a text layout halves in 64ths of a pixel
-    }
-    const QSize lineSize = QSizeF(extent.width, how.glyphs.height()).toSize();
-    const int y = QStyle::alignedRect(Qt::LeftToRight, alignment, lineSize, box).top();
-
     const QBrush foreground = item->foreground();
     const auto group =
         option.state.testFlag(QStyle::State_Active) ? QPalette::Normal : QPalette::Inactive;
@@ -100,6 +109,6 @@ void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
     painter->setPen(foreground.style() != Qt::NoBrush
                         ? foreground.color()
                         : option.palette.color(group, QPalette::Text));
-    how.glyphs.draw(painter, QPointF(x, y), text);
+    how.glyphs.draw(painter, how.placeOf(extent, alignment, option), text);
     painter->setPen(before);
 }

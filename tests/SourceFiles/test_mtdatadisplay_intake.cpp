@@ -39,6 +39,7 @@ private Q_SLOTS:
         f.start();
         QCOMPARE(f.display->set_ascii_data("6dmt2", toolLine({Tool()}).c_str()), 0);
         QCOMPARE(f.display->set_ascii_data("6dmt2", "6dmt2 1 1 [0 1.0"), -1);
+        QCOMPARE(f.display->set_ascii_data("6dmt2", nullptr), -1);
         QCOMPARE(f.display->set_ascii_data("6dmt2", "unknown kind"), 0);
         QCOMPARE(f.display->set_ascii_data("6dmt2", ""), 0);
         QVERIFY(f.host.logTexts().empty());

@@ -22,6 +22,8 @@ const std::string twoReferences = referenceLine({Pose(), Pose()});
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::string)
+
 // What a host does from inside a query, and the display that asked it.
 class TestMtDataDisplayReentrancy : public QObject {
     Q_OBJECT
@@ -237,6 +239,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(std::string)
 QTEST_MAIN(TestMtDataDisplayReentrancy)
 #include "test_mtdatadisplay_reentrancy.moc"

@@ -31,6 +31,8 @@ int slotOf(MemberFunction function) {
 
 } // namespace
 
+Q_DECLARE_METATYPE(VersionInfo)
+
 class TestHostApi : public QObject {
     Q_OBJECT
 
@@ -160,6 +162,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(VersionInfo)
 QTEST_MAIN(TestHostApi)
 #include "test_host_api.moc"
