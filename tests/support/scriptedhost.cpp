@@ -297,8 +297,9 @@ void ScriptedHost::write(char* reply, const Answer& answer) {
 }
 
 void ScriptedHost::record(const std::string& line) {
-    if (onOperation) {
-        onOperation(line);
+    // A copy: what is called may replace or remove it.
+    if (const auto called = onOperation) {
+        called(line);
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_journal.push_back(line);
