@@ -252,6 +252,14 @@
         <source>This is a list of all &apos;Measurement Tools&apos; and their current tracking status</source>
         <translation>Alle Messwerkzeuge und ihr augenblicklicher Trackingzustand</translation>
     </message>
+    <message>
+        <source>Measurement Tools</source>
+        <translation>Messwerkzeuge</translation>
+    </message>
+    <message>
+        <source>References</source>
+        <translation>Referenzen</translation>
+    </message>
 </context>
 <context>
     <name>MtHelpDlgClass</name>
@@ -299,9 +307,9 @@ p, li { white-space: pre-wrap; }
 &lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;weitesten entfernten Marker ist die z-Achse.&lt;/p&gt;
 &lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;Die positive z-Achse zeigt zur Spitze.&lt;/p&gt;
 &lt;p style=&quot;-qt-paragraph-type:empty; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;&lt;/p&gt;
-&lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;3. Die y-Achse ist das Lot von dem Marker, welcher der&lt;/p&gt;
-&lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;Spitze am nächsten liegt,&lt;/p&gt;
-&lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;auf die z-Achse.&lt;/p&gt;
+&lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;3. Die y-Achse ist das Lot auf die z-Achse von&lt;/p&gt;
+&lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;demjenigen Marker, der der Spitze&lt;/p&gt;
+&lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;am nächsten liegt.&lt;/p&gt;
 &lt;p style=&quot;-qt-paragraph-type:empty; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;&lt;/p&gt;
 &lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;4. Die Richtung der x-Achse ergibt sich aus der&lt;/p&gt;
 &lt;p style=&quot; margin-top:0px; margin-bottom:0px; margin-left:0px; margin-right:0px; -qt-block-indent:0; text-indent:0px;&quot;&gt;Rechte-Hand-Regel.&lt;/p&gt;
@@ -350,6 +358,10 @@ p, li { white-space: pre-wrap; }
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>Calibration result</source>
+        <translation>Ergebnis der Kalibrierung</translation>
+    </message>
 </context>
 <context>
     <name>MtSettingsDlg</name>
@@ -363,7 +375,7 @@ p, li { white-space: pre-wrap; }
     </message>
     <message>
         <source>Tip diameter [mm]</source>
-        <translation>Spitzendurchmesser [mm]</translation>
+        <translation>Spitzen-Ø [mm]</translation>
     </message>
     <message>
         <source>Reference ID</source>
@@ -375,7 +387,7 @@ p, li { white-space: pre-wrap; }
     </message>
     <message>
         <source>Serial</source>
-        <translation>Seriennr.</translation>
+        <translation>S/N</translation>
     </message>
     <message>
         <source>none</source>
@@ -567,6 +579,14 @@ Siehe Ausgabeeinstellungen.
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>References</source>
+        <translation>Referenzen</translation>
+    </message>
+    <message>
+        <source>Radio devices</source>
+        <translation>Funkgeräte</translation>
     </message>
 </context>
 </TS>
