@@ -45,7 +45,8 @@ dpkg_here --install "$workbench"
 check_programs "$root/usr" "$work"
 
 dpkg_here --install "$sdk"
-for file in include/kestrel/host_api/moduleinterface.h; do
+for file in include/kestrel_sdk/KestrelParser.h include/kestrel/host_api/moduleinterface.h \
+    lib/libkestrel_sdk.a lib/cmake/KestrelSDK/KestrelSDKConfig.cmake; do
     [ -s "$root/usr/$file" ] || fail "libkestrelsdk-dev has no $file"
 done
 
