@@ -2,9 +2,9 @@
 
 build_packages=(
     build-essential cmake ninja-build ccache
-    qtbase5-dev libfast-float-dev libeigen3-dev
+    qtbase5-dev qttools5-dev qttools5-dev-tools libfast-float-dev libeigen3-dev
     libgtest-dev libbenchmark-dev
-    fonts-dejavu-core
+    fonts-dejavu-core fakeroot
 )
 analysis_packages=(clang-format-14 clang-tidy-14 clazy clang-14)
 

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Makes the Debian packages of a build and lets Debian's, the desktop's and AppStream's own checkers
+# judge them.
+#   scripts/lint_packages.sh [BUILD_FOLDER]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+build=${1:-build/release}
+work=$PWD/build/packages
+install_missing dpkg-dev lintian desktop-file-utils appstream
+
+rm -rf "$work"
+mkdir -p "$work"
+cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+for package in "$work"/*.deb; do
+    echo "${package##*/}"
+    lintian --fail-on error "$package"
+    dpkg-deb -x "$package" "$work/root"
+done
+desktop-file-validate "$work"/root/usr/share/applications/*.desktop
+appstreamcli validate --no-net "$work"/root/usr/share/metainfo/*.xml
+rm -rf "$work/root"
