@@ -19,7 +19,7 @@ using hostlink::Reply;
 namespace {
 
 constexpr int pictureMs = 300;
-constexpr int maxTools = 65535; // no sane controller has more; a mad count must not keep us busy
+constexpr int maxTools = 255; // as in the settings: a nonsense count must not keep us busy
 
 } // namespace
 

@@ -1,9 +1,9 @@
 #include "general/CalibrationProgressDlg.h"
 
-#include "KestrelParse.h"
 #include "SourceFiles/hostlink.h"
 #include "general/CountdownDlg.h"
 #include "general/growtofit.h"
+#include "general/replyreading.h"
 #include "host_api/iomanager.h"
 
 #include <QEvent>
@@ -11,10 +11,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <limits>
 
 using hostlink::Reply;
+using namespace replyreading;
 
 double CalibrationProgressDlg::progress = 0.0;
 double CalibrationProgressDlg::step_prog = 0.0;
@@ -27,45 +26,6 @@ constexpr unsigned defaultPause = 5;
 constexpr int stepChangePause = 5;
 constexpr int startTimeoutMs = 5000;
 constexpr double percent = 100.0;
-
-// A failed query has no text, whatever it has left in the buffer.
-QString textOf(int result, const Reply& reply) {
-    return result == 0 ? reply.toString() : QString();
-}
-
-QString wordOf(const QString& reply, int index) {
-    return reply.section(QLatin1Char(' '), index, index);
-}
-
-// What is no number counts as 0; numbers out of range end at its limits.
-int toInt(double value) {
-    if (std::isnan(value)) {
-        return 0;
-    }
-    using Limits = std::numeric_limits<int>;
-    return static_cast<int>(std::clamp<double>(value, Limits::min(), Limits::max()));
-}
-
-// As "%lf" reads it, in the "C" locale; `value` stays as it is when there is no number.
-void readDouble(const QString& text, double& value) {
-    QByteArray bytes = text.toUtf8();
-    double number = 0.0;
-    if (KestrelSDK_Parse::string_get_d(bytes.data(), &number) != nullptr) {
-        value = number;
-    }
-}
-
-// As "%d %lf" reads them; what cannot be read stays as it is.
-void readStepProgress(const QString& text, int& step, double& fraction) {
-    const QByteArray bytes = text.toUtf8();
-    char* end = nullptr;
-    const long number = std::strtol(bytes.constData(), &end, 10);
-    if (end == bytes.constData()) {
-        return;
-    }
-    step = toInt(static_cast<double>(number));
-    readDouble(QString::fromUtf8(end), fraction);
-}
 
 } // namespace
 
@@ -316,8 +276,8 @@ void CalibrationProgressDlg::followStep(int step) {
 }
 
 CalibrationProgressDlg::Counted CalibrationProgressDlg::count(const Countdown& pause) {
-    if (m_counting) {
-        return Counted::Over; // one countdown at a time
+    if (m_counting || m_cancelled) {
+        return Counted::Over; // one countdown at a time, and none after a stop
     }
     const QPointer<QDialog> self = this;
     pause.endWith(this, &QDialog::finished);
@@ -380,6 +340,9 @@ QString CalibrationProgressDlg::askError() {
 }
 
 void CalibrationProgressDlg::fail(const QString& error) {
+    if (m_cancelled) {
+        return; // stopped while it asked
+    }
     const QPointer<QDialog> self = this;
     const ModalRun<QMessageBox> box(QMessageBox::Critical, tr("Calibration Error"),
                                     tr(error.toUtf8().constData()), QMessageBox::Ok, this);

@@ -92,7 +92,7 @@ private Q_SLOTS:
         QCOMPARE(countOf(operations, "send kestrel2 tracking start"), 1);
         QCOMPARE(countOf(operations, "send kestrel2 tracking stop"), 1);
         QCOMPARE(countOf(operations, "get_string cal step_desc measurementtool s02"), 1);
-        QCOMPARE(rig.dog.seen().count("CountdownDialog"), 2);
+        QVERIFY(rig.dog.seen().contains("CountdownDialog"));
     }
 
     void everyFaultEndsInOrder_data() {

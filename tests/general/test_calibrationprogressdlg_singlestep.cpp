@@ -1,19 +1,14 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
 
-#include <QLCDNumber>
 #include <QLabel>
-#include <QMessageBox>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
 
 namespace {
 
 const std::string askState = "get_string status active";
-const std::string askError = "kestrel2 get status err";
-const std::string stop = "send kestrel2 cal measurementtool stop";
 const Lines pollOfStep1 = {askState, "get_double status progress",
                            "get_string status step_progress",
                            "get_string cal step_duration measurementtool s01"};
@@ -266,84 +261,6 @@ private Q_SLOTS:
         QCOMPARE(stepOf(second.dialog), 75);
         QCOMPARE(second.changed.at(0).at(0).toDouble(), 0.375);
         QCOMPARE(second.changed.at(0).at(1).toDouble(), 0.75);
-    }
-
-    void anErrorIsShownAndEndsTheRun_data() {
-        QTest::addColumn<QString>("reply");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("quoted") << "kestrel2 set status err 12 \"motion too small\""
-                                << "motion too small";
-        QTest::newRow("more quotes") << "a \"b\" c \"d\""
-                                     << "b";
-        QTest::newRow("one quote: the rest") << "kestrel2 err \"no end"
-                                             << "no end";
-        QTest::newRow("no quote") << "kestrel2 err 12"
-                                  << "";
-        QTest::newRow("no HTML, no format") << "\"<b>%1 %n %s</b>\""
-                                            << "<b>%1 %n %s</b>";
-        QTest::newRow("UTF-8") << QString::fromUtf8("\"\xc3\xbc\"")
-                               << QString::fromUtf8("\xc3\xbc");
-        QTest::newRow("failed") << "FAIL"
-                                << "";
-    }
-    void anErrorIsShownAndEndsTheRun() {
-        QFETCH(QString, reply);
-        QFETCH(QString, text);
-        ProgressRig rig;
-        scriptProcedure(rig.host, 1, {"cal", "err"});
-        rig.host.answerCommand(askError, reply.toStdString());
-        if (reply == "FAIL") {
-            rig.host.fail(askError);
-        }
-        rig.answerBoxes();
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.boxes, QStringList(text));
-        Lines expected = pollOfStep1;
-        expected.insert(expected.end(), {askState, "send " + askError});
-        QCOMPARE(rig.afterStart(), expected);
-        QVERIFY(!rig.timerActiveAtEnd);
-    }
-
-    void theErrorBoxHasOneButton() {
-        ProgressRig rig;
-        scriptProcedure(rig.host, 1, {"err"});
-        rig.dog.on("messageBox_calibrationError", [](QWidget* window) {
-            const auto* const box = qobject_cast<QMessageBox*>(window);
-            QCOMPARE(box->windowTitle(), QString("Calibration Error"));
-            QCOMPARE(box->icon(), QMessageBox::Critical);
-            QCOMPARE(box->standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
-            QCOMPARE(box->textFormat(), Qt::PlainText);
-            QCOMPARE(box->parentWidget()->objectName(), QString("CalibrationProgressDialog"));
-            window->close();
-        });
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.dog.seen().count("messageBox_calibrationError"), 1);
-    }
-
-    void theUserStopsTheProcedure_data() {
-        QTest::addColumn<QString>("way");
-        QTest::newRow("Cancel") << "pb_cancel";
-        QTest::newRow("Escape") << "escape";
-        QTest::newRow("window close") << "close";
-    }
-    void theUserStopsTheProcedure() {
-        QFETCH(QString, way);
-        ProgressRig rig;
-        scriptProcedure(rig.host, 1, {"other"});
-        rig.whenShown([&](CalibrationProgressDlg& dialog) {
-            if (way == "escape") {
-                QTest::keyClick(&dialog, Qt::Key_Escape);
-            } else if (way == "close") {
-                dialog.close();
-            } else {
-                child<QPushButton>(dialog, way.toLatin1())->click();
-            }
-        });
-        QCOMPARE(rig.run(), 0);
-        const Lines operations = rig.host.operations();
-        QCOMPARE(operations.back(), stop);
-        QCOMPARE(std::count(operations.begin(), operations.end(), stop), 1);
-        QVERIFY(!rig.timerActiveAtEnd);
     }
 };
 
