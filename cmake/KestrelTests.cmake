@@ -8,6 +8,10 @@ add_custom_target(threaded_tests)
 
 set(KESTREL_TEST_TIMEOUT 120 CACHE STRING "Seconds after which a hanging test is killed")
 
+set(kestrel_test_environment
+    "QT_QPA_PLATFORM=offscreen"
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
+
 function(kestrel_register_test name threaded)
     set(labels ${ARGN})
     if(threaded)
@@ -15,7 +19,7 @@ function(kestrel_register_test name threaded)
         add_dependencies(threaded_tests ${name})
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${KESTREL_TEST_TIMEOUT} LABELS "${labels}"
-                                            ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+                                            ENVIRONMENT "${kestrel_test_environment}")
 endfunction()
 
 # kestrel_add_qt_test(<name> [THREADED] SOURCES <file>... [LIBS <target>...] [LABELS <label>...])
