@@ -109,12 +109,11 @@ private Q_SLOTS:
         scriptProcedure(rig.host, 1, {});
         rig.host.answer("status active", "wait");
         QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.host.journal(),
-                 Lines({"get_string cal type_desc measurementtool",
-                        "get_int cal number_of_steps measurementtool",
-                        "get_string cal step_pause measurementtool s01", "get_string status active",
-                        "log standard KESTREL3 1 cannot start calibration, waiting for sync "
-                        "signal"}));
+        QCOMPARE(rig.host.operations(), Lines({"get_string cal type_desc measurementtool",
+                                               "get_int cal number_of_steps measurementtool",
+                                               "get_string cal step_pause measurementtool s01",
+                                               "get_string status active"}));
+        QCOMPARE(rig.host.logTexts(), Lines({"cannot start calibration, waiting for sync signal"}));
         QVERIFY(rig.timerActiveAtEnd);
         QCOMPARE(rig.dog.seen(), QStringList());
     }
