@@ -26,10 +26,13 @@ public:
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        const int column = m_table->currentColumn();
-        if (event->type() == QEvent::KeyPress && column >= 0 && m_table->isColumnHidden(column)) {
-            m_table->setCurrentCell(m_table->currentRow(), Description,
-                                    QItemSelectionModel::NoUpdate);
+        // Other events also come while the table is being destroyed and is no table any more.
+        if (event->type() == QEvent::KeyPress) {
+            const int column = m_table->currentColumn();
+            if (column >= 0 && m_table->isColumnHidden(column)) {
+                m_table->setCurrentCell(m_table->currentRow(), Description,
+                                        QItemSelectionModel::NoUpdate);
+            }
         }
         return QObject::eventFilter(watched, event);
     }

@@ -60,6 +60,11 @@ private Q_SLOTS:
             rig.clickCell(toolTable, 0);
             rig.click("pushButton_deselect");
             rig.setSpin("spinBox_noOfRefBodies", 4);
+            COMPARE_LINES(rig.operations(),
+                          Lines{"set measurementtool number_of_references 4",
+                                "get_int measurementtool max_number_of_tools",
+                                "get_string measurementtool reference_of_tool b01",
+                                "get_string measurementtool reference_of_tool b02"});
             QCOMPARE(rig.cell(toolTable, 0, 2), QString("MR2"));
         });
     }

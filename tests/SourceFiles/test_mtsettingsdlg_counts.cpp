@@ -231,6 +231,27 @@ private Q_SLOTS:
         });
     }
 
+    void aReferenceThatDoesNotExistStaysWhenTheToolsAreNotRaised() {
+        SettingsRig rig;
+        rig.host.answer("measurementtool reference_of_tool b02", "b05");
+        rig.host.fail("measurementtool number_of_tools 3");
+        rig.run([&] {
+            rig.setSpin("spinBox_noOfMeaBodies", 3);
+            rig.setSpin("spinBox_noOfMeaBodies", 2); // back, after a refusal: the same number
+            QCOMPARE(rig.column("tableWidget_meaBodies", 2), QStringList({"MR2", "MR5"}));
+        });
+    }
+
+    void aNegativeReferenceIsNoneAndAskedForAgain() {
+        SettingsRig rig;
+        rig.host.answerInTurn("measurementtool reference_of_tool b02", {"b-5", "b01"});
+        rig.run([&] {
+            QCOMPARE(rig.cell("tableWidget_meaBodies", 1, 2), QString("none"));
+            rig.setSpin("spinBox_noOfRefBodies", 4);
+            QCOMPARE(rig.cell("tableWidget_meaBodies", 1, 2), QString("MR1"));
+        });
+    }
+
     void theCurrentRowFollowsTheTable() {
         SettingsRig rig;
         rig.host.answer("measurementtool number_of_tools", "4");
