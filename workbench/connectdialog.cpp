@@ -2,6 +2,7 @@
 
 #include "ui_connectdialog.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace workbench {

@@ -164,7 +164,9 @@ void ControllerSession::nameDataPort() {
 
 void ControllerSession::restoreOutputs() {
     for (const auto& [output, value] : m_outputs) {
-        m_channel.askLater(output + ' ' + value);
+        std::string command = output;
+        command.append(" ").append(value);
+        m_channel.askLater(command);
     }
 }
 

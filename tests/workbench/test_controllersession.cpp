@@ -11,7 +11,7 @@ using workbench::ControllerSession;
 namespace {
 constexpr int patience = 8000;
 
-class Witness : public Requester {
+class Witness final : public Requester {
 public:
     int set_ascii_data(const char*, const char*) override { return 0; }
     void set_mea_started() override { events += QStringLiteral("started"); }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int patience = 5000;
 
-class Collector : public Requester {
+class Collector final : public Requester {
 public:
     int set_ascii_data(const char* type, const char* data) override {
         const std::lock_guard<std::mutex> lock(m_mutex);

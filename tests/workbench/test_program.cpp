@@ -121,8 +121,8 @@ private Q_SLOTS:
         const Ended ended =
             run({QStringLiteral("--simulate"), QStringLiteral("--measure"),
                  QStringLiteral("--print-rows"), QStringLiteral("--screenshot"), picture,
-                 QStringLiteral("--after"), QStringLiteral("3"), QStringLiteral("--record"),
-                 recording, QStringLiteral("--quit-after"), QStringLiteral("4")});
+                 QStringLiteral("--after"), QStringLiteral("5"), QStringLiteral("--record"),
+                 recording, QStringLiteral("--quit-after"), QStringLiteral("6")});
         QCOMPARE(ended.exitCode, 0);
         QVERIFY(QRegularExpression(
                     QStringLiteral(R"(^tableWidget6dmt\t0\tM1\{#00ff00\}\t.*\t-?\d+\.\d\d\t)"),

@@ -14,7 +14,7 @@ namespace {
 constexpr std::chrono::seconds patience(10);
 
 /// Calls back whatever the test wants, and counts.
-class Receiver : public Requester {
+class Receiver final : public Requester {
 public:
     int set_ascii_data(const char* type, const char* data) override {
         ++lines;
