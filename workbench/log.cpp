@@ -13,7 +13,8 @@ constexpr int maxTextLength = 4000;
 QString printable(const QString& text) {
     QString result;
     result.reserve(text.size());
-    for (const QChar c : text.left(maxTextLength)) {
+    const QString kept = text.left(maxTextLength);
+    for (const QChar c : kept) {
         if (c == QLatin1Char('\n')) {
             result += QLatin1String("\\n");
         } else if (c.unicode() < 0x20 || (c.unicode() >= 0x7f && c.unicode() < 0xa0)) {

@@ -48,15 +48,18 @@ class TestMainWindow : public QObject {
 
     QStringList menuTitles() const {
         QStringList titles;
-        for (const QAction* menu : m_window->menuBar()->actions()) {
+        const QList<QAction*> menus = m_window->menuBar()->actions();
+        for (const QAction* menu : menus) {
             titles += menu->text();
         }
         return titles;
     }
 
     QAction* entry(const QString& text) const {
-        for (const QAction* menu : m_window->menuBar()->actions()) {
-            for (QAction* action : menu->menu()->actions()) {
+        const QList<QAction*> menus = m_window->menuBar()->actions();
+        for (const QAction* menu : menus) {
+            const QList<QAction*> actions = menu->menu()->actions();
+            for (QAction* action : actions) {
                 if (action->text() == text) {
                     return action;
                 }
@@ -203,13 +206,13 @@ private Q_SLOTS:
         const QString path = m_folder.filePath(QStringLiteral("r.kestrel"));
         m_window->startRecording(path);
         QVERIFY(changed.wait(patience));
-        QCOMPARE(changed.takeFirst().first().toBool(), true);
+        QCOMPARE(changed.takeFirst().constFirst().toBool(), true);
         QCOMPARE(label("statusRecording"), QStringLiteral("recording"));
         m_controller->sendFrame("fr 1\r\n6dmt 0");
         QTRY_COMPARE_WITH_TIMEOUT(m_window->backend().recorder.status().frames, quint64(1),
                                   patience);
         m_window->stopRecording();
-        QCOMPARE(changed.takeFirst().first().toBool(), false);
+        QCOMPARE(changed.takeFirst().constFirst().toBool(), false);
         std::ifstream file(path.toStdString());
         kestrel_wire::RecordingReader reader(file);
         kestrel_wire::RecordingHeader header;
@@ -255,7 +258,8 @@ private Q_SLOTS:
     }
 
     void everything_to_operate_has_a_name_for_assistive_tools() {
-        for (const QWidget* widget : m_window->findChildren<QWidget*>()) {
+        const auto widgets = m_window->findChildren<QWidget*>();
+        for (const QWidget* widget : widgets) {
             const QByteArray kind = widget->metaObject()->className();
             const bool nameless = widget->accessibleName().isEmpty() && widget->isVisible();
             if ((kind == "QLineEdit" || kind == "QTableView" || kind == "QPlainTextEdit")) {

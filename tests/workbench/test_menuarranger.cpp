@@ -17,7 +17,8 @@ class TestMenuArranger : public QObject {
 
     QStringList titles() const {
         QStringList result;
-        for (const QAction* menu : m_bar->actions()) {
+        const QList<QAction*> menus = m_bar->actions();
+        for (const QAction* menu : menus) {
             result += menu->text();
         }
         return result;
@@ -25,7 +26,8 @@ class TestMenuArranger : public QObject {
 
     QStringList entries(int menu) const {
         QStringList result;
-        for (const QAction* entry : m_bar->actions().at(menu)->menu()->actions()) {
+        const QList<QAction*> actions = m_bar->actions().at(menu)->menu()->actions();
+        for (const QAction* entry : actions) {
             result += entry->isSeparator() ? QStringLiteral("-") : entry->text();
         }
         return result;
