@@ -59,11 +59,11 @@ void MeasurementToolModule::about_to_exit_module() {
 }
 
 void MeasurementToolModule::exit_module() {
+    deleteContent(gui_mtSettings);
+    deleteContent(gui_mtCalibration);
     if (MtDataDisplay* const display = dataDisplay()) {
         display->hide(); // ends its subscriptions; a visible widget that is deleted is not told
     }
-    deleteContent(gui_mtSettings);
-    deleteContent(gui_mtCalibration);
     deleteContent(gui_mtDataDisplay);
     gui_elements.clear();
 }

@@ -91,6 +91,7 @@ private:
     bool rebuildMeaBodies(int rows);
     bool rebuildRefBodies(int rows);
     void showMeaBody(int row);
+    void showReferenceState(int row);
     void showRefBody(int row);
     bool isReferenceTracked(int index) const;
 

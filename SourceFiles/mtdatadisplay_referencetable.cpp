@@ -31,6 +31,7 @@ constexpr trackingcells::Column columns[] = {
 } // namespace
 
 void MtDataDisplay::setupTableWidget6dmtref() {
+    Q_ASSERT(QThread::currentThread() == thread());
     trackingcells::setUp(ui.tableWidget6dmtref, columns, static_cast<int>(std::size(columns)),
                          poseColumn);
 }
@@ -63,6 +64,7 @@ void MtDataDisplay::updateDisplayRefBodies() {
 
 // False when a stop emptied the tables while the host was asked.
 bool MtDataDisplay::rebuildRefBodies(int rows) {
+    Q_ASSERT(QThread::currentThread() == thread());
     const unsigned stops = clearedStops;
     QTableWidget* const table = ui.tableWidget6dmtref;
     table->clearContents();
@@ -80,6 +82,7 @@ bool MtDataDisplay::rebuildRefBodies(int rows) {
 }
 
 void MtDataDisplay::showRefBody(int row) {
+    Q_ASSERT(QThread::currentThread() == thread());
     QTableWidget* const table = ui.tableWidget6dmtref;
     QTableWidgetItem* const name = table->item(row, nameColumn);
     if (!listRefBodyCalibrated.value(row, false)) {
@@ -95,7 +98,7 @@ void MtDataDisplay::showRefBody(int row) {
 }
 
 bool MtDataDisplay::setInfoRefBodyCalibrated(int i) {
-    if (i >= listRefBodyCalibrated.size()) {
+    if (i < 0 || i >= listRefBodyCalibrated.size()) {
         return false;
     }
     hostlink::Reply reply;

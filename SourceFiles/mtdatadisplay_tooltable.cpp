@@ -49,6 +49,7 @@ int buttonColumn(int button) {
 } // namespace
 
 void MtDataDisplay::setupTableWidget6dmt() {
+    Q_ASSERT(QThread::currentThread() == thread());
     trackingcells::setUp(ui.tableWidget6dmt, columns, static_cast<int>(std::size(columns)),
                          poseColumn);
 }
@@ -72,12 +73,13 @@ void MtDataDisplay::updateDisplayMeaBodies() {
     }
     for (int row = 0; row < count; ++row) {
         showMeaBody(row);
-        showTrackingStatusRefBody(row);
+        showReferenceState(row);
     }
 }
 
 // False when a stop emptied the tables while the host was asked.
 bool MtDataDisplay::rebuildMeaBodies(int rows) {
+    Q_ASSERT(QThread::currentThread() == thread());
     const unsigned stops = clearedStops;
     QTableWidget* const table = ui.tableWidget6dmt;
     table->clearContents();
@@ -100,6 +102,7 @@ bool MtDataDisplay::rebuildMeaBodies(int rows) {
 }
 
 void MtDataDisplay::showMeaBody(int row) {
+    Q_ASSERT(QThread::currentThread() == thread());
     QTableWidget* const table = ui.tableWidget6dmt;
     QTableWidgetItem* const name = table->item(row, nameColumn);
     if (!listMeaBodyCalibrated.value(row, false)) {
@@ -119,6 +122,11 @@ void MtDataDisplay::showMeaBody(int row) {
 }
 
 void MtDataDisplay::showTrackingStatusRefBody(int row) {
+    copyReferences();
+    showReferenceState(row);
+}
+
+void MtDataDisplay::showReferenceState(int row) {
     Q_ASSERT(QThread::currentThread() == thread());
     QTableWidgetItem* const item = ui.tableWidget6dmt->item(row, referenceColumn);
     const int reference = listRefBodyOfMeaBody.value(row, -1);
@@ -130,7 +138,7 @@ void MtDataDisplay::showTrackingStatusRefBody(int row) {
 }
 
 bool MtDataDisplay::setInfoMeaBodyCalibrated(int i) {
-    if (i >= listMeaBodyCalibrated.size()) {
+    if (i < 0 || i >= listMeaBodyCalibrated.size()) {
         return false;
     }
     hostlink::Reply reply;
@@ -146,7 +154,7 @@ bool MtDataDisplay::setInfoMeaBodyCalibrated(int i) {
 }
 
 QString MtDataDisplay::getRefBodyForMeaBody(int i) {
-    if (i >= listRefBodyOfMeaBody.size()) {
+    if (i < 0 || i >= listRefBodyOfMeaBody.size()) {
         return QString();
     }
     hostlink::Reply reply;

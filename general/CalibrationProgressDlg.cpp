@@ -334,9 +334,10 @@ void CalibrationProgressDlg::finish() {
 }
 
 QString CalibrationProgressDlg::askError() {
+    // Whatever the result: a host may tell of the error by its number as well.
     Reply reply;
-    return textOf(iom->send_command(reply.buffer(), "kestrel2 get status err"), reply)
-        .section(QLatin1Char('"'), 1, 1);
+    iom->send_command(reply.buffer(), "kestrel2 get status err");
+    return reply.toString().section(QLatin1Char('"'), 1, 1);
 }
 
 void CalibrationProgressDlg::fail(const QString& error) {

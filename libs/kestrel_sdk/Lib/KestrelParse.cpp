@@ -27,6 +27,9 @@ bool isLineBreak(char c) {
 
 char* string_nextline(char* str, char* start, int len) {
     const char* end = str + len;
+    if (start < str) {
+        return nullptr;
+    }
     while (start < end && !isLineBreak(*start)) {
         ++start;
     }

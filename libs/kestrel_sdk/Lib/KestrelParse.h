@@ -7,7 +7,8 @@
 /// Each takes a pointer into a NUL-terminated text, reads one item, stores it and returns the
 /// position just behind the item, or a null pointer when there is none. They chain: the result of
 /// one is the input of the next. No scanner writes to the text, reads behind its NUL, depends on
-/// the locale, touches errno, keeps state or throws; only the two that fill a string allocate.
+/// the locale, touches errno, keeps state, allocates or throws; the two that fill a string do what
+/// std::string does.
 namespace KestrelSDK_Parse {
 
 /// Start of the next line of a buffer of `len` characters that begins at `str`, seen from `start`:
