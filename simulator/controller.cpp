@@ -26,6 +26,12 @@ std::string replyTo(const Command& command, const Answer& answer) {
     return std::string(kestrel_wire::okReply);
 }
 
+// recordings may say -1 for an unknown patch; controllers leave it out
+std::string sayable(const std::string& recorded) {
+    Version version;
+    return Version::parse(recorded, version) ? version.toString() : recorded;
+}
+
 Answer wrongState(const char* reason) {
     return Answer::refuse(ErrorNumber::WrongState, reason);
 }
@@ -58,14 +64,11 @@ void Controller::setReplay(std::unique_ptr<Replay> replay) {
     for (const auto& [name, value] : header.parameters) {
         m_recorded[text::join(text::split(name))] = value;
     }
-    m_recorded["version system"] = header.system;
-    m_recorded["version protocol"] = header.protocol;
-    m_recorded["version system_ct"] = header.systemCt;
+    m_recorded["version system"] = sayable(header.system);
+    m_recorded["version protocol"] = sayable(header.protocol);
+    m_recorded["version system_ct"] = sayable(header.systemCt);
     m_recorded["version model"] = header.model;
-    Version protocol;
-    if (Version::parse(header.protocol, protocol)) {
-        m_parameters.setProtocol(protocol);
-    }
+    m_parameters.setProtocol(replay->protocol());
     m_replay = std::move(replay);
     m_frames = m_replay.get();
 }

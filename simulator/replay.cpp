@@ -7,9 +7,11 @@ namespace kestrel_simulator {
 namespace {
 
 using Result = kestrel_wire::RecordingReader::Result;
+using Contents = kestrel_wire::RecordingReader::Contents;
 
 constexpr double defaultDistance = 1.0 / 60.0; // between the frames of a recording of one frame
 constexpr std::size_t maxFrameLines = 1000;
+constexpr std::size_t maxShown = 40; // bytes of a bad version in a message
 
 double seconds(std::uint64_t microseconds) {
     return static_cast<double>(microseconds) * 1e-6;
@@ -33,7 +35,7 @@ bool Replay::check(std::string& error) {
                                  : "the recording cannot be opened";
         return false;
     }
-    kestrel_wire::RecordingReader reader(m_file);
+    kestrel_wire::RecordingReader reader(m_file, Contents::Sendable);
     Result result = reader.readHeader(m_header);
     kestrel_wire::Record record;
     std::uint64_t first = 0;
@@ -51,6 +53,11 @@ bool Replay::check(std::string& error) {
         error = "line " + std::to_string(reader.lineNumber()) + ": " + reader.error();
         return false;
     }
+    if (!Version::parse(m_header.protocol, m_protocol)) {
+        error = "the recorded protocol version cannot be read: \"" +
+                kestrel_wire::escaped(m_header.protocol.substr(0, maxShown)) + "\"";
+        return false;
+    }
     m_truncated = reader.truncated();
     m_frameDistance =
         frames > 1 ? seconds(last - first) / static_cast<double>(frames - 1) : defaultDistance;
@@ -60,7 +67,7 @@ bool Replay::check(std::string& error) {
 bool Replay::rewind() {
     m_file.clear();
     m_file.seekg(0);
-    m_reader = std::make_unique<kestrel_wire::RecordingReader>(m_file);
+    m_reader = std::make_unique<kestrel_wire::RecordingReader>(m_file, Contents::Sendable);
     kestrel_wire::RecordingHeader ignored;
     m_hasAhead =
         m_reader->readHeader(ignored) == Result::Ok && m_reader->next(m_ahead) == Result::Ok;

@@ -2,6 +2,7 @@
 
 #include "libs/kestrel_wire/recording.h"
 #include "simulator/framesource.h"
+#include "simulator/version.h"
 
 #include <cstdint>
 #include <fstream>
@@ -20,10 +21,13 @@ public:
     };
 
     /// Reads the whole file once to be sure that it is well-formed. Null when it is not, with the
-    /// reason and the line number in `error`.
+    /// reason and the line number in `error`, or when its protocol version cannot be read.
     static std::unique_ptr<Replay> open(const std::string& path, AtEnd atEnd, std::string& error);
 
     const kestrel_wire::RecordingHeader& header() const { return m_header; }
+
+    /// The protocol version of the header.
+    const Version& protocol() const { return m_protocol; }
 
     /// Whether the recording's last line was cut, as by a crash; it is left out.
     bool isTruncated() const { return m_truncated; }
@@ -42,6 +46,7 @@ private:
     std::string m_path;
     AtEnd m_atEnd;
     kestrel_wire::RecordingHeader m_header;
+    Version m_protocol;
     bool m_truncated = false;
     double m_frameDistance = 0.0;
 

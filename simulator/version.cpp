@@ -11,7 +11,9 @@ bool Version::parse(std::string_view text, Version& version) {
     std::size_t count = 0;
     while (count < numbers.size()) {
         const std::size_t dot = text.find('.');
-        if (!text::readInt(text.substr(0, dot), numbers[count]) || numbers[count] < 0) {
+        const std::string_view number = text.substr(0, dot);
+        const bool isUnknownPatch = count == 2 && number == "-1";
+        if (!text::readInt(number, numbers[count]) || (numbers[count] < 0 && !isUnknownPatch)) {
             return false;
         }
         ++count;

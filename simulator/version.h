@@ -11,7 +11,7 @@ struct Version {
     int minor = 0;
     int patch = -1;
 
-    /// Reads "1.14" (unknown patch) or "1.14.2". False on anything else.
+    /// Reads "1.14.2", or with an unknown patch "1.14" or "1.14.-1". False on anything else.
     static bool parse(std::string_view text, Version& version);
 
     std::string toString() const;

@@ -1,5 +1,6 @@
 #include "libs/kestrel_wire/recording.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <istream>
@@ -34,11 +35,31 @@ bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
+bool unescapeHeaderText(std::string_view text, std::string& result) {
+    return unescape(text, result) && result.size() <= RecordingReader::maxHeaderText;
+}
+
+bool isSendable(const std::string& headerText) {
+    return std::none_of(headerText.begin(), headerText.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte < 0x20 || byte == 0x7f;
+    });
+}
+
+bool isSendable(const std::pair<std::string, std::string>& parameter) {
+    return isSendable(parameter.first) && isSendable(parameter.second);
+}
+
+bool isSendable(const RecordingHeader& header) {
+    return std::all_of(versions.begin(), versions.end(),
+                       [&](const auto& version) { return isSendable(header.*version.second); });
+}
+
 bool parseVersion(std::string_view text, RecordingHeader& header) {
     const std::string_view name = takeWord(text);
     for (const auto& [known, member] : versions) {
         if (name == known) {
-            return unescape(text, header.*member);
+            return unescapeHeaderText(text, header.*member);
         }
     }
     return false;
@@ -53,8 +74,8 @@ bool parseParameter(std::string_view text, RecordingHeader& header) {
     }
     std::string name;
     std::string value;
-    if (!unescape(text.substr(1, nameEnd - 1), name) || name.empty() ||
-        !unescape(text.substr(nameEnd + 2), value)) {
+    if (!unescapeHeaderText(text.substr(1, nameEnd - 1), name) || name.empty() ||
+        !unescapeHeaderText(text.substr(nameEnd + 2), value)) {
         return false;
     }
     header.parameters.emplace_back(std::move(name), std::move(value));
@@ -168,8 +189,9 @@ std::string formatRecord(std::uint64_t microseconds, std::string_view line) {
     return text;
 }
 
-RecordingReader::RecordingReader(std::istream& stream)
+RecordingReader::RecordingReader(std::istream& stream, Contents contents)
     : m_stream(stream)
+    , m_contents(contents)
     , m_framer(maxRecordLength)
     , m_chunk(chunkSize) {}
 
@@ -188,17 +210,21 @@ RecordingReader::Result RecordingReader::readHeader(RecordingHeader& header) {
         }
         const bool isVersion = startsWith(text, versionIntroduction);
         const bool isParameter = startsWith(text, parameterIntroduction);
+        if (!isVersion && !isParameter) {
+            return malformed("unknown line in the header");
+        }
         if (isVersion && !parseVersion(text.substr(versionIntroduction.size()), header)) {
             return malformed("unreadable version");
         }
         if (isParameter && !parseParameter(text.substr(parameterIntroduction.size()), header)) {
             return malformed("unreadable parameter");
         }
+        if (m_contents == Contents::Sendable &&
+            !(isVersion ? isSendable(header) : isSendable(header.parameters.back()))) {
+            return malformed("a control character in a name or value");
+        }
         if (header.parameters.size() > maxParameters) {
             return malformed("too many parameters");
-        }
-        if (!isVersion && !isParameter) {
-            return malformed("unknown line in the header");
         }
     }
     return result == Result::End ? malformed("the file ends inside its header") : result;
@@ -227,6 +253,10 @@ RecordingReader::Result RecordingReader::next(Record& record) {
     }
     if (record.channel != channelOf(record.line)) {
         return malformed("the channel is not that of the line");
+    }
+    if (m_contents == Contents::Sendable &&
+        record.line.find_first_of("\r\n") != std::string::npos) {
+        return malformed("a line end inside the line");
     }
     if (record.line.size() > maxLineLength) {
         return malformed("the line is too long");

@@ -55,12 +55,19 @@ public:
         Malformed ///< see error() and lineNumber(); the reader stays in this state
     };
 
-    static constexpr std::size_t maxParameters = 10000;
+    enum class Contents {
+        Any,
+        Sendable ///< malformed are a line end in a data line and a control character in the header:
+                 ///< sent again they would be lines of their own
+    };
 
-    explicit RecordingReader(std::istream& stream);
+    static constexpr std::size_t maxParameters = 10000;
+    static constexpr std::size_t maxHeaderText = 4096; ///< bytes of a name or value, unescaped
+
+    explicit RecordingReader(std::istream& stream, Contents contents = Contents::Any);
 
     /// To be called once, before next(). Never returns End: a file that ends inside its header is
-    /// malformed.
+    /// malformed, and so is a name or value of more than maxHeaderText.
     Result readHeader(RecordingHeader& header);
 
     /// The next record. Records whose time stamps go backwards are malformed.
@@ -80,6 +87,7 @@ private:
     Result malformed(const char* reason);
 
     std::istream& m_stream;
+    Contents m_contents;
     LineFramer m_framer;
     std::vector<char> m_chunk;
     std::string m_error;

@@ -111,6 +111,42 @@ TEST_F(RecordingFile, thatIsMalformedIsRefusedWithItsLineNumber) {
     EXPECT_EQ(error, "line 14: unreadable time stamp");
 }
 
+TEST_F(RecordingFile, thatWouldInjectLinesIsRefused) {
+    header.parameters.emplace_back("a", "1\nkestrel2 ok");
+    write(threeFrames());
+    EXPECT_FALSE(open());
+    EXPECT_EQ(error, "line 8: a control character in a name or value");
+    header.parameters.pop_back();
+    write(record(1, "fr 1\r\n6dmt 0"));
+    EXPECT_FALSE(open());
+    EXPECT_EQ(error, "line 9: a line end inside the line");
+}
+
+TEST_F(RecordingFile, ofAnUnreadableProtocolVersionIsRefused) {
+    for (const char* protocol : {"", "1", "new", "1.2.-2", "1.-1.2", "1.2.3.4"}) {
+        header.protocol = protocol;
+        write(threeFrames());
+        EXPECT_FALSE(open()) << protocol;
+        EXPECT_EQ(error, std::string("the recorded protocol version cannot be read: \"") +
+                             protocol + "\"");
+    }
+}
+
+TEST_F(RecordingFile, ofAnUnknownPatchLevelIsReplayedAndAnswersWithoutIt) {
+    for (const char* suffix : {"", ".-1"}) {
+        header.protocol = std::string("1.12") + suffix;
+        header.system = std::string("2.8") + suffix;
+        write(threeFrames());
+        Talk talk;
+        auto replay = open();
+        ASSERT_TRUE(replay) << error;
+        talk.controller.setReplay(std::move(replay));
+        EXPECT_EQ(talk.get("version protocol"), "1.12");
+        EXPECT_EQ(talk.get("version system"), "2.8");
+        EXPECT_EQ(talk.get("measurementtool output_6dmt"), "err 9");
+    }
+}
+
 TEST_F(RecordingFile, thatIsMissingOrEmptyOrADirectoryIsRefused) {
     EXPECT_FALSE(open());
     EXPECT_FALSE(error.empty());

@@ -34,9 +34,10 @@ struct ReadAll {
     std::string error;
 };
 
-ReadAll readAll(const std::string& text) {
+ReadAll readAll(const std::string& text,
+                RecordingReader::Contents contents = RecordingReader::Contents::Any) {
     std::istringstream stream(text);
-    RecordingReader reader(stream);
+    RecordingReader reader(stream, contents);
     ReadAll all;
     all.result = reader.readHeader(all.header);
     Record record;
@@ -195,6 +196,43 @@ TEST(Recording, theLongestDataLineFitsHoweverItIsEscaped) {
     EXPECT_EQ(all.records.size(), 1U) << all.error;
     all = readAll(smallHeader + kestrel_wire::formatRecord(1, longest + "x"));
     EXPECT_EQ(all.result, Result::Malformed);
+}
+
+TEST(Recording, whatIsToBeSentAgainHasNoControlCharactersInItsHeader) {
+    for (const char* line :
+         {"version model a\\nkestrel2 ok", "version protocol 1.14.0\\r", "version system \\x00",
+          "version system_ct a\\tb", "parameter \"a\" b\\nkestrel2 ok", "parameter \"a\\r\" b",
+          "parameter \"a\" \\x7f", "parameter \"a\" \x1b"}) {
+        const std::string text = std::string("kestrel-recording 1\n") + line + "\nrecords\n";
+        const ReadAll all = readAll(text, RecordingReader::Contents::Sendable);
+        EXPECT_EQ(all.result, Result::Malformed) << line;
+        EXPECT_EQ(all.lineNumber, 2U) << line;
+        EXPECT_EQ(readAll(text).result, Result::End) << line;
+    }
+    const std::string other = "kestrel-recording 1\nparameter \"a \\xe4\" \\xff \\\\n\nrecords\n";
+    EXPECT_EQ(readAll(other, RecordingReader::Contents::Sendable).result, Result::End);
+}
+
+TEST(Recording, whatIsToBeSentAgainHasNoLineEndInsideALine) {
+    for (const char* line : {"fr 1\r", "fr 1\n6dmt 0", "\n"}) {
+        const std::string text = smallHeader + kestrel_wire::formatRecord(1, line);
+        const ReadAll all = readAll(text, RecordingReader::Contents::Sendable);
+        EXPECT_EQ(all.result, Result::Malformed) << line;
+        EXPECT_EQ(all.lineNumber, smallHeaderLines + 1) << line;
+        EXPECT_EQ(readAll(text).result, Result::End) << line;
+    }
+}
+
+TEST(Recording, namesAndValuesOfEnormousLengthAreRefused) {
+    const auto result = [](std::size_t nameSize, std::size_t valueSize) {
+        return readAll("kestrel-recording 1\nparameter \"" + std::string(nameSize, 'n') + "\" " +
+                       std::string(valueSize, 'v') + "\nrecords\n");
+    };
+    constexpr std::size_t most = RecordingReader::maxHeaderText;
+    EXPECT_EQ(result(most, most).result, Result::End);
+    EXPECT_EQ(result(most + 1, 1).result, Result::Malformed);
+    EXPECT_EQ(result(1, most + 1).result, Result::Malformed);
+    EXPECT_EQ(result(1, most + 1).lineNumber, 2U);
 }
 
 TEST(Recording, tooManyParametersAreRefused) {
