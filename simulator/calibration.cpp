@@ -18,7 +18,7 @@ struct Calibration::Type {
 namespace {
 
 constexpr std::string_view tipType = "measurementtool";
-constexpr double pauseLimit = 60.0; // seconds that the controller waits for step 2
+constexpr double patience = 60.0; // seconds of waiting for step 2 after the announced pause
 
 Answer noSuchStep() {
     return Answer::refuse(ErrorNumber::BadBody, "no such calibration step");
@@ -227,19 +227,21 @@ void Calibration::advance(double now) {
     if (m_stage == Stage::Step1 || m_stage == Stage::Step2) {
         m_stepProgress = shareOfStage(now);
         m_progress = (m_step - 1 + m_stepProgress) / m_type->steps;
+        // how far this step may go before the whole stands still
+        const double endlessAt = m_misbehaviours.number(Misbehaviour::CalEndless) / 100.0;
+        const double stepLimit = endlessAt * m_type->steps - (m_step - 1);
         const int errorAt = m_misbehaviours.number(Misbehaviour::CalError);
         if (m_misbehaviours.has(Misbehaviour::CalError) && m_progress * 100.0 >= errorAt) {
             m_progress = std::min(m_progress, errorAt / 100.0);
             fail("The markers of the Measurement Tool were lost");
-        } else if (m_misbehaviours.has(Misbehaviour::CalEndless)) {
-            const double limit = m_misbehaviours.number(Misbehaviour::CalEndless) / 100.0;
-            m_progress = std::min(m_progress, limit);
-            m_stepProgress = std::min(m_stepProgress, limit);
+        } else if (m_misbehaviours.has(Misbehaviour::CalEndless) && stepLimit <= 1.0) {
+            m_progress = std::min(m_progress, endlessAt);
+            m_stepProgress = std::clamp(stepLimit, 0.0, m_stepProgress);
         } else if (m_stepProgress >= 1.0) {
             finishCollecting(m_stageBegin + m_settings.stepSeconds);
         }
     }
-    if (m_stage == Stage::Pause && now - m_stageBegin >= pauseLimit) {
+    if (m_stage == Stage::Pause && now - m_stageBegin >= m_settings.pauseSeconds + patience) {
         fail("The second step was not started in time");
     }
     if (m_stage == Stage::Calculating) {

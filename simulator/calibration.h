@@ -16,7 +16,8 @@ namespace kestrel_simulator {
 /// Stages of the one-step type "measurementtool":
 ///   Step1 -> Calculating -> Finished | Failed
 /// and of the two-step type "volume":
-///   Step1 -> Pause (until start_step s02, at most a minute) -> Step2 -> Calculating -> Finished
+///   Step1 -> Pause (until start_step s02, at most a minute longer than announced) -> Step2 ->
+///   Calculating -> Finished
 /// An initial pause before step 1 can be configured for both. A stop leads to Idle from anywhere.
 class Calibration {
 public:
@@ -28,11 +29,13 @@ public:
         double initialPause = 0.0; ///< seconds of "pause 1" after the start
         Pivot pivot = Pivot::Cone;
         PoseNoise noise;
-        int tool = 0; ///< 1-based; 0: the first whose tip is not calibrated, else the first
+        int tool = 0; ///< 1-based; 0: the first with a calibrated body and no calibrated tip, else
+                      ///< the first
     };
 
     /// Above this residual (mm) the calibration fails: the tip was not fixed.
     static constexpr double maxResidual = 5.0;
+    static constexpr int maxPauseSeconds = 3600;
     static constexpr std::size_t poseCount = 240;
 
     Calibration(Configuration& configuration, Misbehaviours& misbehaviours, std::uint64_t seed);

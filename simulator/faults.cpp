@@ -1,5 +1,7 @@
 #include "simulator/faults.h"
 
+#include <functional>
+
 namespace kestrel_simulator {
 
 namespace {
@@ -39,7 +41,7 @@ bool ReplyFaults::isFirstTry(std::string_view command) {
     if (m_tried.size() >= maxTried) {
         m_tried.clear();
     }
-    return m_tried.emplace(command).second;
+    return m_tried.insert(std::hash<std::string_view>()(command)).second;
 }
 
 ReplyPlan ReplyFaults::plan(std::string_view command, std::string reply) {

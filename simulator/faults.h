@@ -35,7 +35,7 @@ private:
     bool isFirstTry(std::string_view command);
 
     Misbehaviours& m_misbehaviours;
-    std::set<std::string, std::less<>> m_tried;
+    std::set<std::size_t> m_tried; // hashes: the commands themselves may be long
 };
 
 /// Spoils data lines as the active misbehaviours say.

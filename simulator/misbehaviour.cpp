@@ -4,39 +4,51 @@
 
 namespace kestrel_simulator {
 
+namespace {
+
+constexpr int maxPercent = 100;
+constexpr int maxCount = 1000000;
+
+} // namespace
+
 const std::array<MisbehaviourInfo, 22>& allMisbehaviours() {
     static const std::array<MisbehaviourInfo, 22> all = {{
-        {Misbehaviour::Silent, "silent", 1, "no replies from the N-th command on"},
-        {Misbehaviour::WrongReply, "wrong-reply", 1,
+        {Misbehaviour::Silent, "silent", 1, maxCount, "no replies from the N-th command on"},
+        {Misbehaviour::WrongReply, "wrong-reply", 1, maxCount,
          "answers to other questions from the N-th command on"},
-        {Misbehaviour::GarbledReply, "garbled-reply", 1,
+        {Misbehaviour::GarbledReply, "garbled-reply", 1, maxCount,
          "garbled replies from the N-th command on"},
-        {Misbehaviour::CutReply, "cut-reply", 1, "half replies from the N-th command on"},
-        {Misbehaviour::Drop, "drop", 1, "connection dropped from the N-th command on"},
-        {Misbehaviour::FirstTryUnanswered, "first-try", 1,
+        {Misbehaviour::CutReply, "cut-reply", 1, maxCount, "half replies from the N-th command on"},
+        {Misbehaviour::Drop, "drop", 1, maxCount, "connection dropped from the N-th command on"},
+        {Misbehaviour::FirstTryUnanswered, "first-try", 1, maxCount,
          "from the N-th command on a command is not answered the first time"},
-        {Misbehaviour::Slow, "slow", 500, "replies N milliseconds late"},
-        {Misbehaviour::GarbledData, "garbled-data", 100, "N percent of the data lines garbled"},
-        {Misbehaviour::LostData, "lost-data", 50, "N percent of the datagrams lost"},
-        {Misbehaviour::LongData, "long-data", 11000, "body lines of N characters"},
-        {Misbehaviour::CalStaleStatus, "cal-stale-status", 1,
+        {Misbehaviour::Slow, "slow", 500, 3600000, "replies N milliseconds late"},
+        {Misbehaviour::GarbledData, "garbled-data", 100, maxPercent,
+         "N percent of the data lines garbled"},
+        {Misbehaviour::LostData, "lost-data", 50, maxPercent, "N percent of the datagrams lost"},
+        {Misbehaviour::LongData, "long-data", 11000, 65000, "body lines of N characters"},
+        {Misbehaviour::CalStaleStatus, "cal-stale-status", 1, maxCount,
          "the first N status queries get the last run's final status"},
-        {Misbehaviour::CalLostStatus, "cal-lost-status", 3,
+        {Misbehaviour::CalLostStatus, "cal-lost-status", 3, maxCount,
          "the N-th status query of a run gets no reply"},
-        {Misbehaviour::CalDuplicateStatus, "cal-duplicate-status", 3,
+        {Misbehaviour::CalDuplicateStatus, "cal-duplicate-status", 3, maxCount,
          "the N-th status query of a run gets two replies"},
-        {Misbehaviour::CalError, "cal-error", 50, "the calibration fails at N percent"},
-        {Misbehaviour::CalEndless, "cal-endless", 99, "the calibration stops at N percent"},
-        {Misbehaviour::CalDropStart, "cal-drop-start", 1, "connection dropped at the start"},
-        {Misbehaviour::CalDropStep1, "cal-drop-step1", 1, "connection dropped in step 1"},
-        {Misbehaviour::CalDropPause, "cal-drop-pause", 1,
+        {Misbehaviour::CalError, "cal-error", 50, maxPercent,
+         "the calibration fails at N percent of the whole"},
+        {Misbehaviour::CalEndless, "cal-endless", 99, maxPercent,
+         "the calibration stands still at N percent of the whole"},
+        {Misbehaviour::CalDropStart, "cal-drop-start", 1, maxCount,
+         "connection dropped at the start"},
+        {Misbehaviour::CalDropStep1, "cal-drop-step1", 1, maxCount, "connection dropped in step 1"},
+        {Misbehaviour::CalDropPause, "cal-drop-pause", 1, maxCount,
          "connection dropped in the pause before step 2"},
-        {Misbehaviour::CalDropStep2, "cal-drop-step2", 1, "connection dropped in step 2"},
-        {Misbehaviour::CalDropCalculating, "cal-drop-calculating", 1,
+        {Misbehaviour::CalDropStep2, "cal-drop-step2", 1, maxCount, "connection dropped in step 2"},
+        {Misbehaviour::CalDropCalculating, "cal-drop-calculating", 1, maxCount,
          "connection dropped while the result is computed"},
-        {Misbehaviour::CalDropResult, "cal-drop-result", 1,
+        {Misbehaviour::CalDropResult, "cal-drop-result", 1, maxCount,
          "connection dropped when the result is asked for"},
-        {Misbehaviour::CalDropAccept, "cal-drop-accept", 1, "connection dropped at the acceptance"},
+        {Misbehaviour::CalDropAccept, "cal-drop-accept", 1, maxCount,
+         "connection dropped at the acceptance"},
     }};
     return all;
 }

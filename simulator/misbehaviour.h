@@ -46,7 +46,10 @@ struct MisbehaviourInfo {
     Misbehaviour id;
     std::string_view name;
     int defaultNumber;
+    int maximum; ///< of N; the minimum is 0
     std::string_view help;
+
+    bool allows(int number) const { return number >= 0 && number <= maximum; }
 };
 
 /// All of them, in the order of the enumeration.

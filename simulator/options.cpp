@@ -59,10 +59,11 @@ QString misbehaviourHelp() {
     QString help = QStringLiteral("\nMisbehaviours (--misbehave NAME[=N], may be repeated):\n");
     for (const MisbehaviourInfo& info : allMisbehaviours()) {
         help +=
-            QStringLiteral("  %1 %2 (N: %3)\n")
+            QStringLiteral("  %1 %2 (N: %3, up to %4)\n")
                 .arg(QString::fromUtf8(info.name.data(), static_cast<int>(info.name.size())), -22)
                 .arg(QString::fromUtf8(info.help.data(), static_cast<int>(info.help.size())))
-                .arg(info.defaultNumber);
+                .arg(info.defaultNumber)
+                .arg(info.maximum);
     }
     help += QStringLiteral("\nExit codes: 0 stopped, 2 bad option, 3 cannot listen, "
                            "4 unreadable or malformed recording.\n");
@@ -110,7 +111,7 @@ bool readMisbehaviour(const QString& given, SimulatorOptions& options) {
         number = given.section(QLatin1Char('='), 1).toInt(&ok);
     }
     options.misbehaviours.emplace_back(info->id, number);
-    return ok && number >= 0;
+    return ok && info->allows(number);
 }
 
 void readBodies(ValueReader& values, ControllerSetup& setup) {
@@ -149,7 +150,7 @@ void readController(ValueReader& values, ControllerSetup& setup) {
         return pivot.has_value();
     });
     values.number("cal-duration", calibration.stepSeconds, 0.05, 3600.0);
-    values.number("cal-pause", calibration.pauseSeconds, 0, 3600);
+    values.number("cal-pause", calibration.pauseSeconds, 0, Calibration::maxPauseSeconds);
 }
 
 } // namespace

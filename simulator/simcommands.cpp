@@ -136,19 +136,21 @@ void SimCommands::addCalibrationSettings(ParameterTable& table) {
     Calibration::Settings& settings = m_calibration.settings();
     addNumber(table, "sim cal_duration", settings.stepSeconds, 0.05, 3600.0);
     addNumber(table, "sim cal_initial_pause", settings.initialPause, 0.0, 3600.0);
-    table.add("sim cal_pause", {0,
-                                {},
-                                [&settings](const text::Words&) {
-                                    return Answer::value(std::to_string(settings.pauseSeconds));
-                                },
-                                [&settings](const text::Words&, const text::Words& value) {
-                                    int seconds = 0;
-                                    if (!text::readInt(text::join(value), seconds) || seconds < 0) {
-                                        return badValue("the value is no number of seconds");
-                                    }
-                                    settings.pauseSeconds = seconds;
-                                    return Answer::ok();
-                                }});
+    table.add("sim cal_pause",
+              {0,
+               {},
+               [&settings](const text::Words&) {
+                   return Answer::value(std::to_string(settings.pauseSeconds));
+               },
+               [&settings](const text::Words&, const text::Words& value) {
+                   int seconds = 0;
+                   if (!text::readInt(text::join(value), seconds) || seconds < 0 ||
+                       seconds > Calibration::maxPauseSeconds) {
+                       return badValue("the value is no number of seconds or out of range");
+                   }
+                   settings.pauseSeconds = seconds;
+                   return Answer::ok();
+               }});
     table.add("sim pivot", {0,
                             {},
                             [&settings](const text::Words&) {
@@ -240,14 +242,21 @@ Answer SimCommands::act(const text::Words& words) {
         return locked ? Answer::ok() : badValue("expected yes or no");
     }
     if (verb == "refuse") {
-        if (words.size() > 1 && m_state.refused.size() < maxRefusals) {
-            m_state.refused.push_back(text::join(words, 1));
-        } else {
-            m_state.refused.clear();
-        }
-        return Answer::ok();
+        return refuse(words);
     }
     return bodyAction(words);
+}
+
+Answer SimCommands::refuse(const text::Words& words) {
+    if (words.size() == 1) {
+        m_state.refused.clear();
+        return Answer::ok();
+    }
+    if (m_state.refused.size() >= maxRefusals) {
+        return Answer::refuse(ErrorNumber::TooMany, "too many refused commands");
+    }
+    m_state.refused.push_back(text::join(words, 1));
+    return Answer::ok();
 }
 
 Answer SimCommands::misbehave(const text::Words& words) {
@@ -257,8 +266,8 @@ Answer SimCommands::misbehave(const text::Words& words) {
     }
     int number = info->defaultNumber;
     if (words.size() > 3 ||
-        (words.size() == 3 && (!text::readInt(words[2], number) || number < 0))) {
-        return badValue("the number is none");
+        (words.size() == 3 && (!text::readInt(words[2], number) || !info->allows(number)))) {
+        return badValue("the number is none or out of range");
     }
     m_misbehaviours.switchOn(info->id, number);
     return Answer::ok();

@@ -39,6 +39,7 @@ private:
     Body findBody(const std::string& kind, const std::string& name) const;
 
     Answer pose(const Body& body) const;
+    Answer refuse(const text::Words& words);
     Answer misbehave(const text::Words& words);
     Answer behave(const text::Words& words);
     Answer device(const text::Words& words);

@@ -109,9 +109,25 @@ TEST(Calibration, failsWhenTheSecondStepIsNotStarted) {
     talk.act("cal volume start");
     talk.wait(step);
     EXPECT_EQ(talk.get("status step_active"), "pause 2");
-    talk.wait(61.0);
+    talk.wait(5.0 + 59.0);
+    EXPECT_EQ(talk.get("status step_active"), "pause 2");
+    talk.wait(2.0);
     EXPECT_EQ(talk.get("status step_active"), "err");
     EXPECT_EQ(talk.get("status err"), "\"The second step was not started in time\"");
+}
+
+TEST(Calibration, waitsForItsSecondStepAsLongAsItsAnnouncedPauseAndAMinute) {
+    Talk talk(withPivot());
+    EXPECT_EQ(talk.set("sim cal_pause 3600"), "ok");
+    EXPECT_EQ(talk.set("sim cal_pause 3601"), "err 4");
+    EXPECT_EQ(talk.get("sim cal_pause"), "3600");
+    talk.act("cal volume start");
+    talk.wait(step);
+    EXPECT_EQ(talk.get("status step_active"), "pause 2");
+    talk.wait(3659.0);
+    EXPECT_EQ(talk.get("status step_active"), "pause 2");
+    talk.wait(2.0);
+    EXPECT_EQ(talk.get("status step_active"), "err");
 }
 
 TEST(Calibration, canPauseBeforeItsFirstStep) {

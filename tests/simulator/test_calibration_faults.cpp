@@ -39,6 +39,27 @@ TEST(CalibrationFaults, neverFinishing) {
     EXPECT_EQ(talk.get("status active"), "none");
 }
 
+TEST(CalibrationFaults, ofTwoStepsStandStillAtAPercentageOfTheWhole) {
+    Talk talk(shortSteps());
+    talk.act("sim misbehave cal-endless 75");
+    talk.act("cal volume start");
+    talk.wait(step);
+    EXPECT_EQ(talk.get("status step_active"), "pause 2");
+    EXPECT_EQ(talk.get("status progress"), "0.500");
+    EXPECT_EQ(talk.act("cal volume start_step s02"), "ok");
+    talk.wait(1000.0);
+    EXPECT_EQ(talk.get("status step_active"), "cal 2");
+    EXPECT_EQ(talk.get("status progress"), "0.750");
+    EXPECT_EQ(talk.get("status step_progress"), "2 0.500");
+    talk.act("cal volume stop");
+    talk.act("sim misbehave cal-endless 25");
+    talk.act("cal volume start");
+    talk.wait(1000.0);
+    EXPECT_EQ(talk.get("status step_active"), "cal 1");
+    EXPECT_EQ(talk.get("status progress"), "0.250");
+    EXPECT_EQ(talk.get("status step_progress"), "1 0.500");
+}
+
 TEST(CalibrationFaults, staleStatusIsTheFinalOneOfTheRunBefore) {
     Talk talk(shortSteps());
     talk.act("sim misbehave cal-stale-status 2");

@@ -1,6 +1,7 @@
 #include "tests/simulator/talk.h"
 
 #include <gtest/gtest.h>
+#include <map>
 #include <set>
 
 using kestrel_simulator::allMisbehaviours;
@@ -38,6 +39,21 @@ TEST(Misbehaviours, areSwitchedOnAndOffByCommand) {
     for (const char* bad : {"sim misbehave", "sim misbehave nonsense", "sim misbehave slow x",
                             "sim misbehave slow -1", "sim misbehave slow 1 2", "sim behave x"}) {
         EXPECT_EQ(talk.act(bad), "err 4") << bad;
+    }
+}
+
+TEST(Misbehaviours, takeNumbersUpToTheirMaximum) {
+    Talk talk;
+    const std::map<std::string_view, int> maxima = {{"slow", 3600000},  {"garbled-data", 100},
+                                                    {"lost-data", 100}, {"long-data", 65000},
+                                                    {"cal-error", 100}, {"cal-endless", 100}};
+    for (const MisbehaviourInfo& info : allMisbehaviours()) {
+        const auto found = maxima.find(info.name);
+        const int maximum = found == maxima.end() ? 1000000 : found->second;
+        const std::string command = "sim misbehave " + std::string(info.name) + " ";
+        EXPECT_EQ(talk.act(command + std::to_string(maximum)), "ok") << info.name;
+        EXPECT_EQ(talk.act(command + std::to_string(maximum + 1)), "err 4") << info.name;
+        talk.act("sim behave");
     }
 }
 

@@ -277,6 +277,16 @@ TEST(Parameters, chosenCommandsCanBeRefused) {
     EXPECT_EQ(talk.get("measurementtool tip_radius b01"), "0.75");
 }
 
+TEST(Parameters, tooManyRefusalsAreRefusedAndTheOthersKept) {
+    Talk talk;
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(talk.act("sim refuse tracking"), "ok");
+    }
+    EXPECT_EQ(talk.act("sim refuse measurementtool"), "err 10");
+    EXPECT_EQ(talk.act("tracking start"), "err 11");
+    EXPECT_EQ(talk.get("measurementtool number_of_tools"), "4");
+}
+
 TEST(Parameters, aLongCommandOfManyWordsIsAnsweredAtOnce) {
     Talk talk;
     std::string text = "set";

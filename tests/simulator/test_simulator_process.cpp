@@ -124,6 +124,9 @@ void TestSimulatorProcess::refusesBadOptions_data() {
                                 "--misbehave nonsense",
                                 "--misbehave slow=x",
                                 "--misbehave slow=-1",
+                                "--misbehave slow=3600001",
+                                "--misbehave long-data=150000000",
+                                "--misbehave lost-data=101",
                                 "--cal-duration 0",
                                 "--cal-pause x",
                                 "--tools 4 --references 4 --max-bodies 7",
@@ -169,6 +172,10 @@ void TestSimulatorProcess::exitsWhenTheRecordingIsBad() {
     start({QStringLiteral("--replay"), writeFile("kestrel-recording 1\nhello\n")});
     QCOMPARE(finish(), 4);
     QVERIFY(m_process->readAllStandardError().contains("line 2: "));
+    start({QStringLiteral("--replay"),
+           writeFile("kestrel-recording 1\nversion protocol new\nrecords\n")});
+    QCOMPARE(finish(), 4);
+    QVERIFY(m_process->readAllStandardError().contains("protocol version cannot be read"));
 }
 
 void TestSimulatorProcess::takesItsOptions() {
@@ -226,7 +233,8 @@ void TestSimulatorProcess::replaysARecording() {
 }
 
 void TestSimulatorProcess::tellsOfACutRecording() {
-    const std::string text = kestrel_wire::formatRecordingHeader({"1", "2", "3", "m", {}}) + "5 fr";
+    const std::string text =
+        kestrel_wire::formatRecordingHeader({"1", "2.0", "3", "m", {}}) + "5 fr";
     const quint16 port =
         startListening({QStringLiteral("--replay"), writeFile(QByteArray::fromStdString(text))});
     QVERIFY(port != 0);
