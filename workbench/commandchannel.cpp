@@ -11,7 +11,8 @@ namespace {
 
 constexpr int connectTimeoutMs = 3000;
 constexpr qint64 socketBufferSize = 256 * 1024;
-// So many answers to another question in a row mean that replies and commands are out of step.
+// So many replies in a row that do not fit their command mean that replies and commands are out of
+// step.
 constexpr int outOfStep = 3;
 
 bool isCommandLine(const std::string& command) {
@@ -201,14 +202,13 @@ void CommandChannel::complete(const RequestPtr& request, std::string line) {
     answer.line = std::move(line);
     switch (answer.reply.kind) {
     case Kind::Ok:
-        answer.result = Success;
-        break;
     case Kind::Value:
         answer.result = Success;
         m_malformedInARow = 0;
         break;
     case Kind::Error:
         answer.result = answer.reply.errorNumber;
+        m_malformedInARow = 0;
         break;
     case Kind::Malformed:
         answer.result = MalformedReply;

@@ -237,6 +237,26 @@ private Q_SLOTS:
         QVERIFY(lost.wait(patience));
     }
 
+    void a_reply_that_fits_between_those_that_do_not_keeps_the_connection_data() {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<int>("result");
+        QTest::newRow("acknowledged") << QByteArray("kestrel2 set x 1") << 0;
+        QTest::newRow("refused") << QByteArray("kestrel2 refused") << 7;
+        QTest::newRow("answered") << QByteArray("kestrel2 get status active") << 0;
+    }
+    void a_reply_that_fits_between_those_that_do_not_keeps_the_connection() {
+        QFETCH(QByteArray, command);
+        QFETCH(int, result);
+        QVERIFY(open());
+        m_controller->answerRaw("kestrel2 get a", "kestrel2 set b 1\n");
+        m_controller->answerRaw("kestrel2 refused", "kestrel2 err 7 \"mine\"\n");
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(m_channel->ask("kestrel2 get a").result, int(workbench::MalformedReply));
+            QCOMPARE(m_channel->ask(command.toStdString()).result, result);
+        }
+        QVERIFY(m_channel->isOpen());
+    }
+
     void a_reply_without_an_end_is_refused() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
