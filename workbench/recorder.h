@@ -17,7 +17,8 @@ namespace workbench {
 
 /// Writes data lines to a recording file. Started and stopped on the GUI thread, fed from the data
 /// thread. A frame is handed to the operating system in one piece and at once: what was received
-/// is in the file even when the program dies with the next instruction.
+/// is in the file even when the program dies with the next instruction. status() never waits for
+/// the disk.
 class Recorder {
 public:
     Recorder() = default;
@@ -26,7 +27,8 @@ public:
     Recorder& operator=(const Recorder&) = delete;
 
     /// Begins a new file with `header`. An existing file is replaced. False, with a reason in
-    /// `*error`, when it cannot be written; a recording that runs goes on in that case.
+    /// `*error`, when it cannot be written or is no regular file; a recording that runs goes on in
+    /// that case.
     bool start(const QString& fileName, const kestrel_wire::RecordingHeader& header,
                QString* error);
 
@@ -50,13 +52,17 @@ private:
     };
     using Clock = std::chrono::steady_clock;
 
+    using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
+
+    static FilePtr openFile(const QString& fileName, QString* error);
     bool write(const std::string& text);
 
-    mutable std::mutex m_mutex;
-    std::unique_ptr<std::FILE, FileCloser> m_file;
-    Status m_status;
+    std::mutex m_mutex; // of the file; held while writing, may be long
+    FilePtr m_file;
     Clock::time_point m_began;
     std::uint64_t m_lastTime = 0;
+    mutable std::mutex m_statusMutex; // taken after m_mutex, never held while writing
+    Status m_status;
 };
 
 } // namespace workbench

@@ -5,7 +5,10 @@
 #include <QtTest>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -115,17 +118,62 @@ private Q_SLOTS:
         QCOMPARE(recorder.status().fileName, path());
     }
 
-    void a_full_disk_ends_the_recording_with_a_reason() {
+    void what_is_no_regular_file_is_refused_at_once_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("device") << QStringLiteral("/dev/null");
+        QTest::newRow("pipe without a reader") << m_folder.filePath(QStringLiteral("pipe"));
+        QTest::newRow("pipe with a reader") << m_folder.filePath(QStringLiteral("read pipe"));
+    }
+    void what_is_no_regular_file_is_refused_at_once() {
+        QFETCH(QString, name);
+        const QByteArray path = QFile::encodeName(name);
+        int reader = -1;
+        if (name.endsWith(QStringLiteral("pipe"))) {
+            QCOMPARE(::mkfifo(path.constData(), S_IRUSR | S_IWUSR), 0);
+        }
+        if (name.endsWith(QStringLiteral("read pipe"))) {
+            reader = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+            QVERIFY(reader >= 0);
+        }
         Recorder recorder;
         QString error;
-        if (!recorder.start(QStringLiteral("/dev/full"), header(), &error)) {
-            QVERIFY(!error.isEmpty());
-            QVERIFY(!recorder.status().running);
-            return;
+        QVERIFY(!recorder.start(name, header(), &error));
+        QCOMPARE(error, QStringLiteral("this is no regular file"));
+        QVERIFY(!recorder.status().running);
+        if (reader >= 0) {
+            ::close(reader);
         }
+    }
+
+    void an_existing_file_is_replaced() {
+        QFile old(path());
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write(QByteArray(10000, 'x'));
+        old.close();
+        Recorder recorder;
+        QString error;
+        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
+        recorder.stop();
+        QCOMPARE(content(), kestrel_wire::formatRecordingHeader(header()));
+    }
+
+    // No room beyond the header: the kernel refuses as a full disk does.
+    void a_disk_that_takes_no_more_ends_the_recording_with_a_reason() {
+        Recorder recorder;
+        QString error;
+        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
+        rlimit before{};
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+        rlimit tight = before;
+        tight.rlim_cur = content().size();
+        auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tight), 0);
         recorder.frame({"fr 1"});
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
         QVERIFY(!recorder.status().running);
         QVERIFY(!recorder.status().error.isEmpty());
+        QCOMPARE(recorder.status().frames, quint64(0));
     }
 };
 
