@@ -4,6 +4,7 @@
 #include "workbench/datareceiver.h"
 #include "workbench/log.h"
 #include "workbench/measurementmonitor.h"
+#include "workbench/versiontext.h"
 
 namespace workbench {
 
@@ -33,7 +34,7 @@ ControllerSession::ControllerSession(DataReceiver& receiver, MeasurementMonitor&
     connect(&m_channel, &CommandChannel::opened, this, &ControllerSession::onOpened);
     connect(&m_channel, &CommandChannel::lost, this, &ControllerSession::onLost);
     connect(&m_channel, &CommandChannel::unexpectedLine, this, [this](const QString& line) {
-        m_log.problem(tr("The controller sent a line that nobody asked for: %1").arg(line));
+        problemOnce(tr("The controller sent a line that nobody asked for: %1").arg(line));
     });
     connect(&m_retryTimer, &QTimer::timeout, this, &ControllerSession::openChannel);
     connect(&m_pollTimer, &QTimer::timeout, this, &ControllerSession::poll);
@@ -45,6 +46,7 @@ ControllerSession::~ControllerSession() {
 
 void ControllerSession::connectTo(const ControllerAddress& address) {
     disconnectFromController();
+    m_reported.clear();
     m_address = address;
     setState(State::Connecting);
     m_log.info(tr("Connecting to %1").arg(address.toString()));
@@ -115,7 +117,6 @@ void ControllerSession::onOpened() {
     if (m_state == State::Connecting) {
         setState(State::Reading);
     }
-    m_reported.clear();
     nameDataPort();
     restoreOutputs();
     readVersions();
@@ -150,13 +151,22 @@ void ControllerSession::takeVersions(const VersionTexts& texts) {
         version("system_ct", m_versions.systemCt()), texts.value("model", m_versions.hubModel()));
 }
 
+quint16 ControllerSession::bindDataPort(quint16 port, QString* error) {
+    return m_receiver.start(m_channel.localAddress(), port, m_channel.peerAddress(), error);
+}
+
 void ControllerSession::nameDataPort() {
+    // The same port after each reconnection: the command stays the one that the controller may have
+    // seen already, and data under way still arrive.
+    const quint16 before = m_boundDataPort;
     QString error;
-    m_boundDataPort = m_receiver.start(m_channel.localAddress(), m_address.dataPort,
-                                       m_channel.peerAddress(), &error);
+    m_boundDataPort = bindDataPort(m_address.dataPort != 0 ? m_address.dataPort : before, &error);
+    if (m_boundDataPort == 0 && m_address.dataPort == 0 && before != 0) {
+        m_boundDataPort = bindDataPort(0, &error);
+    }
     if (m_boundDataPort == 0) {
-        m_log.problem(tr("No data can be received on port %1: %2")
-                          .arg(QString::number(m_address.dataPort), error));
+        problemOnce(tr("No data can be received on port %1: %2")
+                        .arg(QString::number(m_address.dataPort), error));
         return;
     }
     m_channel.askLater(kestrel_wire::setCommand("data_port " + std::to_string(m_boundDataPort)));
@@ -177,10 +187,11 @@ void ControllerSession::finishHandshake(const CommandChannel::Answer& answer) {
     }
     const bool first = !m_wasReady;
     m_wasReady = true;
+    m_reported.clear();
     setState(State::Ready);
     m_log.info(tr("Connected to %1: model %2, system %3, protocol %4")
                    .arg(m_address.toString(), m_versions.hubModel(),
-                        m_versions.systemPt().toString(), m_versions.protocol().toString()));
+                        versionText(m_versions.systemPt()), versionText(m_versions.protocol())));
     m_pollTimer.start();
     Q_EMIT ready(first);
     poll();
@@ -213,14 +224,19 @@ void ControllerSession::report(const std::string& command, const CommandChannel:
             ? tr("The controller refused \"%1\": %2 (error %3)")
                   .arg(text(command), text(answer.reply.errorText), QString::number(answer.result))
             : tr("Malformed reply to \"%1\": %2").arg(text(command), text(answer.line));
-    // Dialogs and the poll repeat their questions; the answer is news only once.
-    if (command.rfind("kestrel2 get ", 0) == 0) {
-        if (m_reported.contains(line) || m_reported.size() >= maxReported) {
-            return;
-        }
-        m_reported.insert(line);
+    // Dialogs, the poll and each opening repeat their commands; the answer is news only once.
+    if (!isReady() || command.rfind("kestrel2 get ", 0) == 0) {
+        problemOnce(line);
+    } else {
+        m_log.problem(line);
     }
-    m_log.problem(line);
+}
+
+void ControllerSession::problemOnce(const QString& line) {
+    if (!m_reported.contains(line) && m_reported.size() < maxReported) {
+        m_reported.insert(line);
+        m_log.problem(line);
+    }
 }
 
 } // namespace workbench

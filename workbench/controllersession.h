@@ -74,12 +74,14 @@ private:
     void onLost(const QString& reason);
     void readVersions();
     void takeVersions(const VersionTexts& texts);
+    quint16 bindDataPort(quint16 port, QString* error);
     void nameDataPort();
     void restoreOutputs();
     void finishHandshake(const CommandChannel::Answer& answer);
     void poll();
     void observe(const std::string& command, const CommandChannel::Answer& answer);
     void report(const std::string& command, const CommandChannel::Answer& answer);
+    void problemOnce(const QString& line);
 
     DataReceiver& m_receiver;
     MeasurementMonitor& m_monitor;
@@ -96,7 +98,7 @@ private:
     bool m_polling = false;
     std::map<std::string, std::string>
         m_outputs;            // "output active chmon 6dmt" and its "yes" or "no"
-    QSet<QString> m_reported; // refused queries that the log has already
+    QSet<QString> m_reported; // problems that the log has since the last success
 };
 
 } // namespace workbench

@@ -3,6 +3,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controllersession.h"
 #include "workbench/replyrules.h"
+#include "workbench/versiontext.h"
 
 #include <algorithm>
 #include <utility>
@@ -31,9 +32,9 @@ void HeaderCollector::collect(
     }
     const BackendVersions& versions = *m_session.versions();
     m_header = kestrel_wire::RecordingHeader();
-    m_header.system = versions.systemPt().toString().toStdString();
-    m_header.protocol = versions.protocol().toString().toStdString();
-    m_header.systemCt = versions.systemCt().toString().toStdString();
+    m_header.system = versionText(versions.systemPt()).toStdString();
+    m_header.protocol = versionText(versions.protocol()).toStdString();
+    m_header.systemCt = versionText(versions.systemCt()).toStdString();
     m_header.model = versions.hubModel().toStdString();
     m_open = {"measurementtool available",
               "measurementtool max_number_of_tools",

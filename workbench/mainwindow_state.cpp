@@ -1,5 +1,6 @@
 #include "ui_mainwindow.h"
 #include "workbench/mainwindow.h"
+#include "workbench/versiontext.h"
 
 #include <QFileInfo>
 
@@ -15,7 +16,9 @@ void MainWindow::showState() {
     m_connectionLabel->setText(session.stateText());
     m_connectionLabel->setAccessibleDescription(session.stateText());
     m_ui->label_connection->setText(session.stateText());
-    const QString measurement = measuring ? tr("measuring") : tr("not measuring");
+    const QString measurement = !ready      ? tr("unknown")
+                                : measuring ? tr("measuring")
+                                            : tr("not measuring");
     m_measurementLabel->setText(measurement);
     m_ui->label_measurement->setText(measurement);
     m_ui->actionDisconnect->setEnabled(session.state() != ControllerSession::State::Disconnected);
@@ -28,9 +31,9 @@ void MainWindow::showState() {
     const bool known = versions.protocol() != VersionInfo();
     m_ui->label_model->setText(known ? versions.hubModel() : tr("unknown"));
     m_ui->label_versions->setText(known ? tr("protocol %1, system %2 / %3")
-                                              .arg(versions.protocol().toString(),
-                                                   versions.systemPt().toString(),
-                                                   versions.systemCt().toString())
+                                              .arg(versionText(versions.protocol()),
+                                                   versionText(versions.systemPt()),
+                                                   versionText(versions.systemCt()))
                                         : tr("unknown"));
 }
 

@@ -39,7 +39,7 @@ void MeasurementMonitor::observe(const std::string& command, const CommandChanne
         const std::string& value = answer.reply.value;
         if (value == "none" || value == "err" || value == "cal") {
             learn(false);
-        } else if (!value.empty() && value != "wait") {
+        } else if (!value.empty()) {
             learn(true);
         }
     }

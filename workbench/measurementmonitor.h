@@ -13,8 +13,8 @@ class RequesterRegistry;
 
 /// Knows whether the controller measures, whoever started or stopped it: it sees each command with
 /// its reply and draws its conclusions from acknowledged "tracking start" and "tracking stop" and
-/// from each answer to "status active". "none" and "err" mean no, "cal" (a calibration) too; "wait"
-/// (for the sync signal) says nothing yet; anything else means yes.
+/// from each answer to "status active". "none" and "err" mean no, "cal" (a calibration) too;
+/// anything else means yes, also "wait": it tracks, only the sync signal is missing.
 ///
 /// The requesters are told once per change, in order, from the event loop of the GUI thread.
 class MeasurementMonitor : public QObject {

@@ -122,6 +122,23 @@ private Q_SLOTS:
         QCOMPARE(calls().mid(2), QStringList({"started", "stopped"}));
     }
 
+    void without_a_connection_nobody_knows_whether_it_measures() {
+        QCOMPARE(label("statusMeasurement"), QStringLiteral("unknown"));
+        m_controller->answer("status active", "tracking");
+        connectWindow();
+        QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("measuring"),
+                                  patience);
+        m_controller->stopListening();
+        QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("unknown"), patience);
+    }
+
+    void versions_without_a_patch_are_shown_as_they_came() {
+        m_controller->answer("version protocol", "1.14");
+        connectWindow();
+        QVERIFY2(label("label_versions").startsWith(QStringLiteral("protocol 1.14, ")),
+                 qPrintable(label("label_versions")));
+    }
+
     void a_measurement_that_runs_already_is_told_to_the_modules_just_built() {
         m_controller->answer("status active", "tracking");
         connectWindow();
@@ -196,6 +213,7 @@ private Q_SLOTS:
     }
 
     void a_session_is_recorded_with_its_parameters() {
+        m_controller->answer("version protocol", "1.14");
         m_controller->answer("measurementtool available", "yes");
         m_controller->answer("measurementtool number_of_tools", "2");
         m_controller->answer("measurementtool number_of_references", "1");
@@ -218,7 +236,7 @@ private Q_SLOTS:
         kestrel_wire::RecordingHeader header;
         QCOMPARE(reader.readHeader(header), kestrel_wire::RecordingReader::Result::Ok);
         QCOMPARE(header.model, std::string("SCRIPTED"));
-        QCOMPARE(header.protocol, std::string("1.14.0"));
+        QCOMPARE(header.protocol, std::string("1.14"));
         const std::vector<std::pair<std::string, std::string>> expected{
             {"measurementtool available", "yes"},
             {"measurementtool number_of_tools", "2"},
