@@ -353,6 +353,14 @@
         <source>%1 cannot be written</source>
         <translation>%1 kann nicht geschrieben werden</translation>
     </message>
+    <message>
+        <source>no picture: the program ended before it was due</source>
+        <translation>kein Bild: Das Programm wurde vorher beendet</translation>
+    </message>
+    <message>
+        <source>cannot record: the program ended before the recording began</source>
+        <translation>keine Aufzeichnung: Das Programm wurde vor ihrem Beginn beendet</translation>
+    </message>
 </context>
 <context>
     <name>workbench::ConnectDialog</name>
@@ -747,6 +755,13 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>--measure and --record need --connect or --simulate</source>
         <translation>--measure und --record verlangen --connect oder --simulate</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::Recorder</name>
+    <message>
+        <source>this is no regular file</source>
+        <translation>das ist keine gewöhnliche Datei</translation>
     </message>
 </context>
 <context>

@@ -25,6 +25,10 @@ void onSignal(int) {
     static_cast<void>(::write(signalSocket, &byte, 1) + 0);
 }
 
+void complain(const QString& reason) {
+    std::fprintf(stderr, "kestrel-workbench: %s\n", reason.toUtf8().constData());
+}
+
 int milliseconds(double seconds) {
     return static_cast<int>(std::lround(seconds * 1000.0));
 }
@@ -35,11 +39,13 @@ CommandLineRun::CommandLineRun(MainWindow& window, const Options& options)
     : m_window(window)
     , m_options(options) {
     connect(&m_window, &MainWindow::modulesBuilt, this, &CommandLineRun::onModulesBuilt);
-    connect(&m_window, &MainWindow::recordingChanged, this, [this](bool, const QString& error) {
-        if (!error.isEmpty() && !m_options.recordFile.isEmpty()) {
-            giveUp(ExitNoRecording, tr("cannot record: %1").arg(error));
-        }
-    });
+    connect(&m_window, &MainWindow::recordingChanged, this,
+            [this](bool running, const QString& error) {
+                m_recordingMade = m_recordingMade || running;
+                if (!error.isEmpty() && !m_options.recordFile.isEmpty()) {
+                    giveUp(ExitNoRecording, tr("cannot record: %1").arg(error));
+                }
+            });
     connect(&m_rowTimer, &QTimer::timeout, this, &CommandLineRun::printRows);
 }
 
@@ -60,7 +66,7 @@ void CommandLineRun::start() {
                            &CommandLineRun::takePicture);
     }
     if (m_options.quitAfter >= 0.0) {
-        QTimer::singleShot(milliseconds(m_options.quitAfter), &m_window, &QWidget::close);
+        QTimer::singleShot(milliseconds(m_options.quitAfter), this, &CommandLineRun::quit);
     }
 }
 
@@ -106,13 +112,40 @@ void CommandLineRun::printRows() {
 }
 
 void CommandLineRun::takePicture() {
+    if (m_pictureTried) {
+        return;
+    }
+    m_pictureTried = true;
     if (!m_window.grab().save(m_options.screenshotFile)) {
         giveUp(ExitNoScreenshot, tr("%1 cannot be written").arg(m_options.screenshotFile));
     }
 }
 
+// A picture that is due later is taken of what there is now.
+void CommandLineRun::quit() {
+    if (!m_options.screenshotFile.isEmpty()) {
+        takePicture();
+    }
+    m_window.close();
+}
+
+int CommandLineRun::finish(int code) const {
+    if (code != ExitSuccess) {
+        return code;
+    }
+    if (!m_options.screenshotFile.isEmpty() && !m_pictureTried) {
+        complain(tr("no picture: the program ended before it was due"));
+        return ExitNoScreenshot;
+    }
+    if (!m_options.recordFile.isEmpty() && !m_recordingMade) {
+        complain(tr("cannot record: the program ended before the recording began"));
+        return ExitNoRecording;
+    }
+    return code;
+}
+
 void CommandLineRun::giveUp(ExitCode code, const QString& reason) {
-    std::fprintf(stderr, "kestrel-workbench: %s\n", reason.toUtf8().constData());
+    complain(reason);
     m_window.close();
     QCoreApplication::exit(code);
 }

@@ -27,12 +27,17 @@ public:
     /// Closes the window when the process is asked to end (SIGINT, SIGTERM).
     void watchSignals();
 
+    /// The exit code of a program whose event loop ended with `code`: another one, with a line on
+    /// stderr, when the picture or the recording asked for was not made until then.
+    int finish(int code) const;
+
 private:
     void loadModules();
     void startSimulator();
     void onModulesBuilt();
     void printRows();
     void takePicture();
+    void quit();
     void giveUp(ExitCode code, const QString& reason);
 
     MainWindow& m_window;
@@ -40,6 +45,8 @@ private:
     std::unique_ptr<SimulatorProcess> m_simulator;
     QTimer m_rowTimer;
     bool m_first = true;
+    bool m_pictureTried = false;
+    bool m_recordingMade = false;
 };
 
 } // namespace workbench

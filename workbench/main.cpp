@@ -56,5 +56,5 @@ int main(int argc, char* argv[]) {
     run.watchSignals();
     window.show();
     run.start();
-    return QApplication::exec();
+    return run.finish(QApplication::exec());
 }

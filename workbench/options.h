@@ -14,8 +14,8 @@ enum ExitCode : int {
     ExitSuccess = 0,
     ExitBadOptions = 2,
     ExitNoSimulator = 3,  ///< --simulate: it could not be started or has ended
-    ExitNoScreenshot = 4, ///< --screenshot: the picture could not be written
-    ExitNoRecording = 5   ///< --record: the file could not be written
+    ExitNoScreenshot = 4, ///< --screenshot: the picture was not made
+    ExitNoRecording = 5   ///< --record: the recording was not made
 };
 
 /// What the command line asks for.

@@ -115,6 +115,40 @@ private Q_SLOTS:
         QCOMPARE(ended.exitCode, int(workbench::ExitNoRecording));
     }
 
+    void a_picture_due_after_the_end_is_taken_at_the_end() {
+        const QString picture = m_folder.filePath(QStringLiteral("early.png"));
+        const Ended ended = run({QStringLiteral("--screenshot"), picture,
+                                 QStringLiteral("--quit-after"), QStringLiteral("0.2")});
+        QCOMPARE(ended.exitCode, 0);
+        QVERIFY(QImage(picture).width() > 500);
+    }
+
+    void an_end_before_the_picture_ends_with_4() {
+        QProcess process;
+        process.start(
+            QStringLiteral(WORKBENCH),
+            with({QStringLiteral("--screenshot"), m_folder.filePath(QStringLiteral("never.png")),
+                  QStringLiteral("--after"), QStringLiteral("1000"),
+                  QStringLiteral("--simulate")}));
+        QVERIFY(process.waitForStarted(patience));
+        // With a child of its own it is past its start.
+        QTRY_COMPARE_WITH_TIMEOUT(childrenOf(process.processId()).size(), 1, patience);
+        QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitCode(), int(workbench::ExitNoScreenshot));
+        QVERIFY(process.readAllStandardError().contains("no picture"));
+    }
+
+    void a_recording_that_never_began_ends_with_5() {
+        const QString path = m_folder.filePath(QStringLiteral("never.kestrel"));
+        const Ended ended = run({QStringLiteral("--connect"), QStringLiteral("127.0.0.1:1"),
+                                 QStringLiteral("--record"), path, QStringLiteral("--quit-after"),
+                                 QStringLiteral("0.2")});
+        QCOMPARE(ended.exitCode, int(workbench::ExitNoRecording));
+        QVERIFY2(ended.errors.contains(QStringLiteral("cannot record")), qPrintable(ended.errors));
+        QVERIFY(!QFile::exists(path));
+    }
+
     void rows_picture_and_recording_of_a_simulated_session() {
         const QString picture = m_folder.filePath(QStringLiteral("p.png"));
         const QString recording = m_folder.filePath(QStringLiteral("r.kestrel"));
