@@ -105,6 +105,7 @@ bool NumberGlyphs::measure(const QString& text, Extent* extent) const {
         return false;
     }
     qreal advance = 0.0;
+    qreal overhang = 0.0;
     const Glyph* before = nullptr;
     for (const QChar character : text) {
         const int at = place(character);
@@ -113,8 +114,9 @@ bool NumberGlyphs::measure(const QString& text, Extent* extent) const {
         }
         before = &m_glyphs[static_cast<std::size_t>(at)];
         advance += before->advance;
+        overhang = before->overhang;
     }
-    *extent = {advance, advance + before->overhang};
+    *extent = {advance, advance + overhang};
     return true;
 }
 
