@@ -15,7 +15,7 @@ QString referenceName(int index) {
 
 int bodyNumber(const QString& reply, bool* ok) {
     bool good = false;
-    const int number = reply.mid(1).toInt(&good, 10);
+    const int number = reply.midRef(1).toInt(&good, 10);
     good = good && number >= 0;
     if (ok != nullptr) {
         *ok = good;
