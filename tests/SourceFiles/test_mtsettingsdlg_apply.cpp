@@ -1,7 +1,10 @@
 #include "tests/SourceFiles/settingsrig.h"
 
+#include <QCheckBox>
 #include <QSpinBox>
 #include <QtTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -151,6 +154,25 @@ private Q_SLOTS:
             QVERIFY(line.find("set measurementtool measurement_start_lead_time b02") ==
                     std::string::npos);
         }
+    }
+
+    void anUnreadStartSimulationIsWrittenWhateverTheBoxShows_data() {
+        QTest::addColumn<bool>("checked");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("checked") << true << "yes";
+        QTest::newRow("unchecked") << false << "no";
+    }
+    void anUnreadStartSimulationIsWrittenWhateverTheBoxShows() {
+        QFETCH(bool, checked);
+        QFETCH(QString, written);
+        SettingsRig rig;
+        const Lines lines = applied(rig, [&] {
+            rig.child<QCheckBox>("checkBox_startSimulation")->setChecked(checked);
+            rig.host.fail("measurementtool measurement_start_simulation b01");
+        });
+        const std::string expected =
+            "set measurementtool measurement_start_simulation b01 " + written.toStdString();
+        QVERIFY(std::find(lines.begin(), lines.end(), expected) != lines.end());
     }
 
     void aStateThatIsNeitherYesNorNoCountsAsOff_data() {
