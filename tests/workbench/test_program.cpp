@@ -25,8 +25,8 @@ class TestProgram : public QObject {
     QTemporaryDir m_folder;
 
     QStringList with(const QStringList& options) const {
-        return QStringList{QStringLiteral("--settings"),
-                           m_folder.filePath(QStringLiteral("s.ini"))} +
+        return QStringList{QStringLiteral("--settings"), m_folder.filePath(QStringLiteral("s.ini")),
+                           QStringLiteral("--language"), QStringLiteral("en")} +
                options;
     }
 
