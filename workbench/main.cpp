@@ -4,6 +4,7 @@
 #include "workbench/translations.h"
 
 #include <QApplication>
+#include <QThreadPool>
 
 #include <cstdio>
 
