@@ -57,5 +57,8 @@ int main(int argc, char* argv[]) {
     run.watchSignals();
     window.show();
     run.start();
-    return run.finish(QApplication::exec());
+    const int exitCode = run.finish(QApplication::exec());
+    // Qt converts pictures on pool threads; they end before the process does.
+    QThreadPool::globalInstance()->waitForDone();
+    return exitCode;
 }
