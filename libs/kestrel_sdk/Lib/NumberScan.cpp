@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <fast_float/fast_float.h>
 #include <locale.h>
-#include <system_error>
 
 namespace KestrelSDK_Parse::Numbers {
 namespace {
@@ -147,17 +146,17 @@ const char* scanAnyDouble(const char* text, double& value) noexcept {
     }
     if (decimal.digits <= exactIntegers && decimal.exponent >= -exactPowers &&
         decimal.exponent <= exactPowers) {
-        const double number = withSign(static_cast<double>(decimal.digits), negative);
+        const double number = withSign(exactDouble(decimal.digits), negative);
         value = decimal.exponent < 0 ? number / powersOfTen[-decimal.exponent]
                                      : number * powersOfTen[decimal.exponent];
         return decimal.end;
     }
-    double magnitude = 0;
-    // It rounds to nearest whatever the rounding mode; the C library follows the mode.
-    if (std::fegetround() != FE_TONEAREST ||
-        fast_float::from_chars(first, decimal.end, magnitude).ec != std::errc()) {
+    // fast_float rounds to nearest whatever the rounding mode; the C library follows the mode.
+    if (std::fegetround() != FE_TONEAREST) {
         return scanOddDouble(text, value);
     }
+    double magnitude = 0;
+    fast_float::from_chars(first, decimal.end, magnitude);
     value = withSign(magnitude, negative);
     return decimal.end;
 }

@@ -50,6 +50,12 @@ inline const char* skipMinus(const char* text, std::uint64_t& negative) noexcept
     return text + negative;
 }
 
+/// `number`, at most 2^53, without rounding. From a signed integer: a compiler may convert an
+/// unsigned one by a subtraction, which turns 0 into -0 when it rounds downward.
+inline double exactDouble(std::uint64_t number) noexcept {
+    return static_cast<double>(static_cast<std::int64_t>(number));
+}
+
 /// `magnitude` with the given sign, again without a branch.
 inline double withSign(double magnitude, std::uint64_t negative) noexcept {
     std::uint64_t bits = 0;
@@ -102,8 +108,7 @@ inline const char* scanDouble(const char* text, double& value) noexcept {
         return scanAnyDouble(text, value);
     }
     // Both are exact, so their quotient is exact to the last bit in every rounding mode.
-    const auto magnitude = static_cast<double>(static_cast<std::int64_t>(number));
-    value = withSign(magnitude, negative) / powersOfTen[decimals];
+    value = withSign(exactDouble(number), negative) / powersOfTen[decimals];
     return end;
 }
 
