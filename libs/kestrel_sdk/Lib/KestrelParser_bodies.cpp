@@ -19,17 +19,15 @@ bool KestrelParser::parseBodies(Reader& line) {
     for (int i = 0; i < entries; ++i) {
         int id = 0;
         double quality = 0;
-        if (!line.block(id, quality) || id < 0) {
+        if (!line.block(id, quality)) {
             return false;
         }
-        if (id >= Tables::mostRecords) {
-            act_body.swap(m_bodyBefore);
-            act_num_body = static_cast<int>(act_body.size());
+        Kestrel_Body_Type_d* body = Tables::recordFor(act_body, act_num_body, id, m_bodyBefore);
+        if (body == nullptr) {
             return false;
         }
-        Kestrel_Body_Type_d& body = Tables::recordFor(act_body, act_num_body, id);
-        body.quality = quality;
-        if (!line.block(body.loc) || !line.block(body.rot)) {
+        body->quality = quality;
+        if (!line.pose(body->loc, body->rot)) {
             return false;
         }
     }
@@ -52,18 +50,17 @@ bool KestrelParser::parseInertials(Reader& line) {
         int id = 0;
         int state = 0;
         double error = 0;
-        if (!line.block(id, state, error) || id < 0) {
+        if (!line.block(id, state, error)) {
             return false;
         }
-        if (id >= Tables::mostRecords) {
-            act_inertial.swap(m_inertialBefore);
-            act_num_inertial = static_cast<int>(act_inertial.size());
+        Kestrel_Inertial_Type_d* body =
+            Tables::recordFor(act_inertial, act_num_inertial, id, m_inertialBefore);
+        if (body == nullptr) {
             return false;
         }
-        Kestrel_Inertial_Type_d& body = Tables::recordFor(act_inertial, act_num_inertial, id);
-        body.st = state;
-        body.error = error;
-        if (!line.block(body.loc) || !line.block(body.rot)) {
+        body->st = state;
+        body->error = error;
+        if (!line.pose(body->loc, body->rot)) {
             return false;
         }
     }

@@ -15,7 +15,7 @@ void clearHand(Kestrel_Hand_Type_d& hand, int id) {
 }
 
 bool readFinger(KestrelSDK_Parse::LineReader& line, Kestrel_Finger_Type_d& finger) {
-    return line.block(finger.loc) && line.block(finger.rot) &&
+    return line.pose(finger.loc, finger.rot) &&
            line.block(finger.radiustip, finger.lengthphalanx[0], finger.anglephalanx[0],
                       finger.lengthphalanx[1], finger.anglephalanx[1], finger.lengthphalanx[2]);
 }
@@ -58,27 +58,25 @@ bool KestrelParser::parseHand(Reader& line) {
     double quality = 0;
     int side = 0;
     int fingers = 0;
-    if (!line.block(id, quality, side, fingers) || id < 0) {
+    if (!line.block(id, quality, side, fingers)) {
         return false;
     }
-    if (id >= Tables::mostRecords) {
-        act_hand.swap(m_handBefore);
-        act_num_hand = static_cast<int>(act_hand.size());
+    Kestrel_Hand_Type_d* hand = Tables::recordFor(act_hand, act_num_hand, id, m_handBefore);
+    if (hand == nullptr) {
         return false;
     }
-    Kestrel_Hand_Type_d& hand = Tables::recordFor(act_hand, act_num_hand, id);
-    hand.id = id;
-    hand.quality = quality;
-    hand.lr = side;
+    hand->id = id;
+    hand->quality = quality;
+    hand->lr = side;
     if (fingers < 0 || fingers > mostFingers) {
         return false;
     }
-    hand.nfinger = fingers;
-    if (!line.block(hand.loc) || !line.block(hand.rot)) {
+    hand->nfinger = fingers;
+    if (!line.pose(hand->loc, hand->rot)) {
         return false;
     }
     for (int i = 0; i < fingers; ++i) {
-        if (!readFinger(line, hand.finger[i])) {
+        if (!readFinger(line, hand->finger[i])) {
             return false;
         }
     }
@@ -86,20 +84,15 @@ bool KestrelParser::parseHand(Reader& line) {
 }
 
 bool KestrelParser::parseHumans(Reader& line) {
-    int defined = 0;
-    int listed = 0;
-    if (!line.number(defined)) {
+    Tables::Counts counts;
+    if (!Tables::readCounts(line, counts)) {
         return false;
     }
-    const bool read = line.number(listed);
-    if (Tables::tooMany(defined) || Tables::tooMany(listed)) {
-        return false;
-    }
-    Tables::resize(act_human, act_num_human, defined);
+    Tables::resize(act_human, act_num_human, counts.defined);
     for (std::size_t i = 0; i < act_human.size(); ++i) {
         Tables::clear(act_human[i], static_cast<int>(i));
     }
-    for (int i = 0; i < listed; ++i) {
+    for (int i = 0; i < counts.listed; ++i) {
         int id = 0;
         int joints = 0;
         if (!line.block(id, joints) || id < 0 || id >= act_num_human || joints < 0 ||
@@ -114,5 +107,5 @@ bool KestrelParser::parseHumans(Reader& line) {
             }
         }
     }
-    return read;
+    return counts.complete;
 }

@@ -29,7 +29,7 @@ bool readTool2(KestrelSDK_Parse::LineReader& line, Kestrel_MeaTool_Type_d& tool,
     tool.num_button = std::min(buttons, mostToolButtons);
     std::fill(tool.button + tool.num_button, std::end(tool.button), 0);
     tool.tipradius = radius;
-    if (!line.block(tool.loc) || !line.block(tool.rot)) {
+    if (!line.pose(tool.loc, tool.rot)) {
         return false;
     }
     int word = 0;
@@ -63,7 +63,7 @@ bool KestrelParser::parseMeaTools(Reader& line) {
         Tables::setButtons(tool.button, static_cast<unsigned int>(bits), oldToolButtons);
         std::fill(tool.button + oldToolButtons, std::end(tool.button), 0);
         tool.tipradius = 0;
-        if (!line.block(tool.loc) || !line.block(tool.rot)) {
+        if (!line.pose(tool.loc, tool.rot)) {
             return false;
         }
         std::fill(std::begin(tool.cov), std::end(tool.cov), 0.0);
@@ -88,20 +88,15 @@ bool KestrelParser::parseMeaTools2(Reader& line) {
 }
 
 bool KestrelParser::parseMeaRefs(Reader& line) {
-    int defined = 0;
-    int listed = 0;
-    if (!line.number(defined)) {
+    Tables::Counts counts;
+    if (!Tables::readCounts(line, counts)) {
         return false;
     }
-    const bool read = line.number(listed);
-    if (Tables::tooMany(defined) || Tables::tooMany(listed)) {
-        return false;
-    }
-    Tables::resize(act_mearef, act_num_mearef, defined);
+    Tables::resize(act_mearef, act_num_mearef, counts.defined);
     for (std::size_t i = 0; i < act_mearef.size(); ++i) {
         Tables::markUntracked(act_mearef[i], static_cast<int>(i));
     }
-    for (int i = 0; i < listed; ++i) {
+    for (int i = 0; i < counts.listed; ++i) {
         int id = 0;
         double quality = 0;
         if (!line.block(id, quality) || id < 0 || id >= act_num_mearef) {
@@ -109,9 +104,9 @@ bool KestrelParser::parseMeaRefs(Reader& line) {
         }
         Kestrel_MeaRef_Type_d& reference = act_mearef[static_cast<std::size_t>(id)];
         reference.quality = quality;
-        if (!line.block(reference.loc) || !line.block(reference.rot)) {
+        if (!line.pose(reference.loc, reference.rot)) {
             return false;
         }
     }
-    return read;
+    return counts.complete;
 }

@@ -42,7 +42,7 @@ bool KestrelParser::parseWands(Reader& line) {
         wand.num_joystick = 2;
         wand.joystick[0] = axisOfBits(word, 5, 7);
         wand.joystick[1] = axisOfBits(word, 4, 6);
-        if (!line.block(wand.loc) || !line.block(wand.rot)) {
+        if (!line.pose(wand.loc, wand.rot)) {
             return false;
         }
     }
@@ -50,25 +50,20 @@ bool KestrelParser::parseWands(Reader& line) {
 }
 
 bool KestrelParser::parseWands2(Reader& line) {
-    int defined = 0;
-    int listed = 0;
-    if (!line.number(defined)) {
+    Tables::Counts counts;
+    if (!Tables::readCounts(line, counts)) {
         return false;
     }
-    const bool read = line.number(listed);
-    if (Tables::tooMany(defined) || Tables::tooMany(listed)) {
+    Tables::resize(act_wand, act_num_wand, counts.defined);
+    if (counts.listed > act_num_wand) {
         return false;
     }
-    Tables::resize(act_wand, act_num_wand, defined);
-    if (listed > act_num_wand) {
-        return false;
-    }
-    for (int i = 0; i < listed; ++i) {
+    for (int i = 0; i < counts.listed; ++i) {
         if (!parseWand2(line, i)) {
             return false;
         }
     }
-    return read;
+    return counts.complete;
 }
 
 bool KestrelParser::parseWand2(Reader& line, int index) {
@@ -87,7 +82,7 @@ bool KestrelParser::parseWand2(Reader& line, int index) {
     }
     wand.num_button = buttons;
     wand.num_joystick = axes;
-    if (!line.block(wand.loc) || !line.block(wand.rot)) {
+    if (!line.pose(wand.loc, wand.rot)) {
         return false;
     }
     int word = 0;

@@ -28,8 +28,15 @@ public:
     template <class... Items>
     bool block(Items&&... items) {
         const char* at = openBlock();
-        return at != nullptr && (read(at, items) && ...) && closeBlock(at);
+        if (at == nullptr || !(read(at, items) && ...)) {
+            return false;
+        }
+        closeBlock(at);
+        return true;
     }
+
+    /// Position and rotation, the two blocks that most objects have in common.
+    bool pose(double (&loc)[3], double (&rot)[9]) { return block(loc) && block(rot); }
 
 private:
     bool moveTo(const char* end) {
@@ -49,9 +56,9 @@ private:
     }
 
     /// No number goes on over a "]", so the first one from `at` on is the block's own.
-    bool closeBlock(const char* at) {
+    void closeBlock(const char* at) {
         const char* close = *at == ']' ? at : std::strchr(at, ']');
-        return moveTo(close + 1);
+        m_position += close + 1 - m_position;
     }
 
     void findLastClose() {

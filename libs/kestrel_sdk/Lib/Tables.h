@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrelDatatypes.h"
+#include "LineReader.h"
 
 #include <cstddef>
 #include <vector>
@@ -13,6 +14,22 @@ constexpr int mostRecords = 65535;
 
 inline bool tooMany(int count) {
     return count > mostRecords;
+}
+
+/// What a line says first that lists some of the objects that are defined.
+struct Counts {
+    int defined = 0;
+    int listed = 0;        ///< 0 when the line does not tell
+    bool complete = false; ///< whether it tells both
+};
+
+/// False when the line leaves its table as it is.
+inline bool readCounts(KestrelSDK_Parse::LineReader& line, Counts& counts) {
+    if (!line.number(counts.defined)) {
+        return false;
+    }
+    counts.complete = line.number(counts.listed);
+    return !tooMany(counts.defined) && !tooMany(counts.listed);
 }
 
 template <class Record>
@@ -33,12 +50,16 @@ inline void markUntracked(Kestrel_Inertial_Type_d& record, int id) {
     record.id = id;
 }
 
-/// Gives the table `count` records, none for a negative count. New ones are zero, with their index
-/// as id, and not tracked.
+/// A negative count counts as none.
+inline std::size_t sizeFor(int count) {
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+
+/// Gives the table `count` records. New ones are zero, with their index as id, and not tracked.
 template <class Record>
 void resize(std::vector<Record>& table, int count) {
     const std::size_t before = table.size();
-    table.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    table.resize(sizeFor(count));
     for (std::size_t i = before; i < table.size(); ++i) {
         markUntracked(table[i], static_cast<int>(i));
     }
@@ -51,13 +72,23 @@ void resize(std::vector<Record>& table, int& tableCount, int count) {
     tableCount = static_cast<int>(table.size());
 }
 
-/// The record of an entry that may grow the table; `id` is within the bounds.
+/// The record of an entry that may grow the table. Null for an id that no record can have; one
+/// beyond the bound also brings the table back to what it was `before` the line.
 template <class Record>
-Record& recordFor(std::vector<Record>& table, int& tableCount, int id) {
+Record* recordFor(std::vector<Record>& table, int& tableCount, int id,
+                  std::vector<Record>& before) {
+    if (id < 0) {
+        return nullptr;
+    }
+    if (id >= mostRecords) {
+        table.swap(before);
+        tableCount = static_cast<int>(table.size());
+        return nullptr;
+    }
     if (static_cast<std::size_t>(id) >= table.size()) {
         resize(table, tableCount, id + 1);
     }
-    return table[static_cast<std::size_t>(id)];
+    return &table[static_cast<std::size_t>(id)];
 }
 
 /// Bits `word`, lowest first, as button states.
