@@ -194,13 +194,17 @@ TEST(Getters, AnIndexOutsideTheCountGivesNull) {
     EXPECT_NE(parser.getBody(1), nullptr);
     EXPECT_EQ(parser.getBody(2), nullptr);
     EXPECT_EQ(parser.getBody(-1), nullptr);
-    EXPECT_EQ(parser.getWand(0), nullptr);
-    EXPECT_EQ(parser.getMeaTool(0), nullptr);
-    EXPECT_EQ(parser.getMeaRef(0), nullptr);
-    EXPECT_EQ(parser.getHand(0), nullptr);
-    EXPECT_EQ(parser.getHuman(0), nullptr);
-    EXPECT_EQ(parser.getInertial(0), nullptr);
-    EXPECT_EQ(parser.getMarker(0), nullptr);
+    for (const int index : {-2147483647 - 1, -1, 0}) {
+        KestrelParser none;
+        EXPECT_EQ(none.getBody(index), nullptr) << index;
+        EXPECT_EQ(none.getWand(index), nullptr) << index;
+        EXPECT_EQ(none.getMeaTool(index), nullptr) << index;
+        EXPECT_EQ(none.getMeaRef(index), nullptr) << index;
+        EXPECT_EQ(none.getHand(index), nullptr) << index;
+        EXPECT_EQ(none.getHuman(index), nullptr) << index;
+        EXPECT_EQ(none.getInertial(index), nullptr) << index;
+        EXPECT_EQ(none.getMarker(index), nullptr) << index;
+    }
 }
 
 TEST(Getters, ACountBeyondTheTableRaisesOutOfRange) {

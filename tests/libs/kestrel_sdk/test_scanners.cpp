@@ -175,6 +175,11 @@ TEST(NextLine, NeverLooksBehindTheBuffer) {
     EXPECT_EQ(string_nextline(buffer.data(), buffer.data() + 3, 2), nullptr);
 }
 
+TEST(NextLine, IsNullForAStartBeforeTheBuffer) {
+    std::string text = "a\nb\nc";
+    EXPECT_EQ(string_nextline(text.data() + 2, text.data(), 3), nullptr);
+}
+
 namespace {
 
 std::string valueBehind(std::string text, const char* parameter) {
