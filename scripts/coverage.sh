@@ -61,6 +61,8 @@ room_report() {
         /^SF:/ {
             flush()
             file = substr($0, 4)
+            while (sub(/[^\/]+\/\.\.\//, "", file)) # a compiler cache makes paths relative
+                ;
             sub(root, "", file)
             inside = 0
             for (i = 1; i <= count; ++i) if (index(file, folder[i]) == 1) inside = 1
