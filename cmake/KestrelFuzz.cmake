@@ -1,10 +1,15 @@
+if(KESTREL_FUZZERS)
+    add_custom_target(fuzzers COMMENT "All libFuzzer programs")
+endif()
+
 # kestrel_add_fuzz_target(<name> SOURCES <file>... LIBS <target>... CORPUS <folder>)
-# A test <name>_replay over the corpus and, with KESTREL_FUZZERS, the libFuzzer program <name>.
-# The sources define LLVMFuzzerTestOneInput.
+# A test <name>_replay over the corpus and, with KESTREL_FUZZERS, the libFuzzer program <name>, which
+# the target "fuzzers" builds. The sources define LLVMFuzzerTestOneInput.
 function(kestrel_add_fuzz_target name)
     cmake_parse_arguments(ARG "" "CORPUS" "SOURCES;LIBS" ${ARGN})
     if(BUILD_TESTING)
         add_executable(${name}_replay ${ARG_SOURCES} "${PROJECT_SOURCE_DIR}/fuzz/replay.cpp")
+        target_include_directories(${name}_replay PRIVATE "${PROJECT_SOURCE_DIR}")
         target_link_libraries(${name}_replay PRIVATE ${ARG_LIBS})
         kestrel_target(${name}_replay)
         add_test(NAME ${name}_replay
@@ -13,8 +18,10 @@ function(kestrel_add_fuzz_target name)
     endif()
     if(KESTREL_FUZZERS)
         add_executable(${name} ${ARG_SOURCES})
+        target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
         target_link_libraries(${name} PRIVATE ${ARG_LIBS})
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
         kestrel_target(${name})
+        add_dependencies(fuzzers ${name})
     endif()
 endfunction()

@@ -1,5 +1,6 @@
-// Runs a fuzz target over the files of the given folders, each as it is and in some hundred damaged
-// versions, the same in every run. Needs no fuzzing library, so that it can be an ordinary test.
+// Runs a fuzz target over the files of the given folders, each as it is, cut short at every place,
+// and in some hundred damaged versions, the same in every run. Needs no fuzzing library, so that it
+// can be an ordinary test.
 
 #include <cstddef>
 #include <cstdint>
@@ -52,7 +53,9 @@ int main(int argc, char** argv) {
             std::ifstream file(entry.path(), std::ios::binary);
             const std::string bytes((std::istreambuf_iterator<char>(file)),
                                     std::istreambuf_iterator<char>());
-            run(bytes);
+            for (std::size_t size = 0; size <= bytes.size(); ++size) {
+                run(bytes.substr(0, size));
+            }
             std::mt19937 random(1);
             for (int version = 0; version < damagedVersions; ++version) {
                 run(damaged(bytes, random));

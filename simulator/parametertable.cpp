@@ -13,7 +13,7 @@ text::Words slice(const text::Words& words, std::size_t from, std::size_t to) {
 } // namespace
 
 void ParameterTable::add(const std::string& name, Parameter parameter) {
-    m_parameters[name] = std::move(parameter);
+    m_parameters.insert_or_assign(name, std::move(parameter));
 }
 
 ParameterTable::Found ParameterTable::find(const text::Words& words) const {

@@ -5,9 +5,9 @@
 #include "simulator/version.h"
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 namespace kestrel_simulator {
 
@@ -60,7 +60,7 @@ private:
     Found find(const text::Words& words) const;
 
     Version m_protocol;
-    std::map<std::string, Parameter> m_parameters;
+    std::unordered_map<std::string, Parameter> m_parameters;
 };
 
 } // namespace kestrel_simulator
