@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 using namespace kestrel_simulator;
 
@@ -20,6 +22,16 @@ void check(const ReplyPlan& plan) {
     const bool isError = plan.reply.rfind("kestrel2 err ", 0) == 0;
     if (isError &&
         kestrel_wire::parseReply(plan.reply, "").kind != kestrel_wire::Reply::Kind::Error) {
+        std::abort();
+    }
+}
+
+// Whatever was asked: no line of a frame is two.
+void check(const std::vector<std::string>& frame) {
+    const bool eachIsOne = std::all_of(frame.begin(), frame.end(), [](const std::string& line) {
+        return line.find_first_of("\r\n") == std::string::npos;
+    });
+    if (!eachIsOne) {
         std::abort();
     }
 }
@@ -46,6 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         now += 0.1;
         std::vector<std::string> lines;
         controller.takeFrame(now, lines);
+        check(lines);
     }
     return 0;
 }
