@@ -131,9 +131,8 @@ void ControllerSession::readVersions() {
                                if (answer.result == Success) {
                                    (*read)[name] = text(answer.reply.value);
                                }
-                               if (isLast) {
-                                   takeVersions(*read);
-                                   finishHandshake(answer);
+                               if (isLast && m_channel.isOpen()) {
+                                   finishHandshake(*read);
                                }
                            });
     }
@@ -180,11 +179,10 @@ void ControllerSession::restoreOutputs() {
     }
 }
 
-// The answer to the last command of the opening: from here on the controller answers.
-void ControllerSession::finishHandshake(const CommandChannel::Answer& answer) {
-    if (!m_channel.isOpen() || answer.result == NotConnected || answer.result == TimedOut) {
-        return;
-    }
+// From here on the controller answers. What a connection has told that was lost before is
+// forgotten: the next one may lead to another controller.
+void ControllerSession::finishHandshake(const VersionTexts& texts) {
+    takeVersions(texts);
     const bool first = !m_wasReady;
     m_wasReady = true;
     m_reported.clear();

@@ -77,7 +77,7 @@ private:
     quint16 bindDataPort(quint16 port, QString* error);
     void nameDataPort();
     void restoreOutputs();
-    void finishHandshake(const CommandChannel::Answer& answer);
+    void finishHandshake(const VersionTexts& texts);
     void poll();
     void observe(const std::string& command, const CommandChannel::Answer& answer);
     void report(const std::string& command, const CommandChannel::Answer& answer);
