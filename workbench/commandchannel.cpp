@@ -165,7 +165,7 @@ void CommandChannel::askLater(const std::string& command, Callback callback, int
 }
 
 void CommandChannel::readInput() {
-    if (m_state != State::Open) {
+    if (m_state != State::Open || !m_socket.isOpen()) {
         return;
     }
     const QByteArray input = m_socket.readAll();
