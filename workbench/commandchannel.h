@@ -75,6 +75,8 @@ Q_SIGNALS:
     void unexpectedLine(const QString& line);
 
 private:
+    friend struct ConnectionProbe; // lets a test drive the time
+
     enum class State { Closed, Opening, Open };
     struct Request {
         std::string command;

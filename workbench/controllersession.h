@@ -66,6 +66,8 @@ Q_SIGNALS:
     void ready(bool first);
 
 private:
+    friend struct ConnectionProbe; // lets a test drive the time
+
     using VersionTexts = QMap<QByteArray, QString>; // what was answered, by name
 
     void setState(State state, const QString& reason = {});

@@ -17,7 +17,10 @@ public:
                 {
                     const std::lock_guard<std::mutex> lock(m_controller.m_mutex);
                     ++m_controller.m_connections;
+                    m_controller.m_unanswered.clear();
                 }
+                // What is sent has arrived, also while the peer holds an acknowledgement back.
+                socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
                 m_sockets.emplace_back(socket);
                 connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
                 connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
@@ -42,6 +45,13 @@ public:
                 socket->abort();
             }
         }
+    }
+
+    int openConnections() const {
+        return static_cast<int>(
+            std::count_if(m_sockets.begin(), m_sockets.end(), [](const auto& socket) {
+                return socket && socket->state() == QAbstractSocket::ConnectedState;
+            }));
     }
 
 private:
@@ -118,6 +128,23 @@ void ScriptedController::setSilent(bool silent) {
     m_silent = silent;
 }
 
+std::vector<std::string> ScriptedController::unanswered() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return {m_unanswered.begin(), m_unanswered.end()};
+}
+
+void ScriptedController::answerLate(std::size_t count) {
+    std::string replies;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        for (; count > 0 && !m_unanswered.empty(); --count) {
+            replies += replyInWords(m_unanswered.front());
+            m_unanswered.pop_front();
+        }
+    }
+    sendNow(replies);
+}
+
 void ScriptedController::setDelay(int milliseconds) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_delay = milliseconds;
@@ -131,6 +158,10 @@ void ScriptedController::dropConnections() {
     onServerThread([this] { m_server->drop(); });
 }
 
+void ScriptedController::refuseConnections() {
+    onServerThread([this] { m_server->close(); });
+}
+
 void ScriptedController::stopListening() {
     onServerThread([this] {
         m_server->close();
@@ -141,10 +172,16 @@ void ScriptedController::stopListening() {
 bool ScriptedController::listenAgain() {
     bool good = false;
     onServerThread([this, &good] {
-        good = m_server->listen(QHostAddress::LocalHost, m_port);
+        good = m_server->isListening() || m_server->listen(QHostAddress::LocalHost, m_port);
         m_port = m_server->serverPort();
     });
     return good;
+}
+
+bool ScriptedController::isListening() const {
+    bool listening = false;
+    onServerThread([this, &listening] { listening = m_server->isListening(); });
+    return listening;
 }
 
 std::vector<std::string> ScriptedController::commands() const {
@@ -167,6 +204,12 @@ int ScriptedController::connections() const {
     return m_connections;
 }
 
+int ScriptedController::openConnections() const {
+    int count = 0;
+    onServerThread([this, &count] { count = m_server->openConnections(); });
+    return count;
+}
+
 quint16 ScriptedController::dataPort() const {
     static const std::string prefix = "kestrel2 set data_port ";
     quint16 port = 0;
@@ -186,12 +229,17 @@ void ScriptedController::sendFrame(const std::string& frame) const {
 }
 
 std::string ScriptedController::replyTo(const std::string& command) {
-    static const std::string get = "kestrel2 get ";
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_commands.push_back(command);
     if (m_silent) {
+        m_unanswered.push_back(command);
         return {};
     }
+    return replyInWords(command);
+}
+
+std::string ScriptedController::replyInWords(const std::string& command) const {
+    static const std::string get = "kestrel2 get ";
     const auto raw = m_raw.find(command);
     if (raw != m_raw.end()) {
         return raw->second;

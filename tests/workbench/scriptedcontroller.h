@@ -32,19 +32,25 @@ public:
 
     /// From now on commands are received and not answered.
     void setSilent(bool silent);
+    /// Commands of the last connection that were not answered, and replies to the oldest of them.
+    std::vector<std::string> unanswered() const;
+    void answerLate(std::size_t count);
     /// Replies come so much later.
     void setDelay(int milliseconds);
 
     /// Sends bytes that nobody asked for.
     void sendNow(const std::string& bytes);
     void dropConnections();
+    void refuseConnections(); ///< new ones; those that are open stay
     void stopListening();
     bool listenAgain(); ///< on the same port
+    bool isListening() const;
 
     std::vector<std::string> commands() const; ///< all that were received
     int count(const std::string& command) const;
     void clearCommands();
-    int connections() const; ///< accepted so far
+    int connections() const;     ///< accepted so far
+    int openConnections() const; ///< not closed by either side
     /// The last port of "kestrel2 set data_port".
     quint16 dataPort() const;
     /// Sends one datagram from this controller's address to the data port.
@@ -55,11 +61,13 @@ private:
     template <typename Function>
     void onServerThread(Function function) const;
     std::string replyTo(const std::string& command);
+    std::string replyInWords(const std::string& command) const;
 
     mutable std::mutex m_mutex;
     std::map<std::string, std::string> m_values;
     std::map<std::string, std::string> m_raw;
     std::vector<std::string> m_commands;
+    std::deque<std::string> m_unanswered;
     bool m_silent = false;
     int m_delay = 0;
     int m_connections = 0;
