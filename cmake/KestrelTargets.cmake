@@ -15,8 +15,8 @@ if(KESTREL_FUZZERS)
 endif()
 
 # kestrel_target(<target> [QT])
-# Gives a target of ours its warnings and sanitizers. QT: the target uses Qt: moc, uic and rcc run
-# for it and the commonest Qt headers are precompiled.
+# Gives a target of ours its warnings and sanitizers. QT: the target uses Qt: moc and rcc run for it
+# and the commonest Qt headers are precompiled.
 function(kestrel_target target)
     cmake_parse_arguments(ARG "QT" "" "" ${ARGN})
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
@@ -26,8 +26,7 @@ function(kestrel_target target)
         target_link_options(${target} PRIVATE ${kestrel_sanitizers})
     endif()
     if(ARG_QT)
-        set_target_properties(${target} PROPERTIES AUTOMOC ON AUTORCC ON AUTOUIC ON
-                                                   AUTOUIC_SEARCH_PATHS "${PROJECT_SOURCE_DIR}/ui")
+        set_target_properties(${target} PROPERTIES AUTOMOC ON AUTORCC ON)
         target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_FOREACH
                                                      QT_DEPRECATED_WARNINGS)
     endif()
@@ -35,6 +34,22 @@ function(kestrel_target target)
     if(KESTREL_PCH AND ARG_QT AND "${links}" MATCHES "Qt5::Widgets|measurementtool|host_api")
         target_precompile_headers(${target} REUSE_FROM kestrel_qt_headers)
     endif()
+endfunction()
+
+# kestrel_add_forms(<target> <file>.ui...)
+# The forms' headers ui_<file>.h, for the target and for those that link it. Not by AUTOUIC: the
+# build does not know what that writes, and would compile what includes a changed form's header the
+# next time only.
+function(kestrel_add_forms target)
+    # What AUTOUIC has left in a build folder of before would be found first.
+    file(GLOB leftovers "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/include/ui_*.h")
+    if(leftovers)
+        file(REMOVE ${leftovers})
+    endif()
+    qt5_wrap_ui(headers ${ARGN})
+    target_sources(${target} PRIVATE ${headers})
+    target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_BINARY_DIR}")
+    set_target_properties(${target} PROPERTIES AUTOGEN_TARGET_DEPENDS "${headers}")
 endfunction()
 
 # Compiled once, used by every target with widgets.
