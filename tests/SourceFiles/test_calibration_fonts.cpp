@@ -27,8 +27,8 @@ QString nameAndSize(const QWidget& widget) {
 QString faultsOf(const QWidget& window) {
     QString faults;
     QList<const QWidget*> shown;
-    for (const QWidget* widget :
-         window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    const auto children = window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QWidget* widget : children) {
         if (!widget->isVisible() || widget->inherits("QSizeGrip")) {
             continue;
         }

@@ -109,7 +109,7 @@ private Q_SLOTS:
 
     void theDisplayIsInADockThatItsActionShowsAndHides() {
         ModuleFixture f(true);
-        const _GuiElement* const element = f.module.get_gui_elements().first();
+        const _GuiElement* const element = f.module.get_gui_elements().constFirst();
         auto* const dock = content<QDockWidget>(element);
         QCOMPARE(dock->windowTitle(), QString("Measurement Tool Display"));
         QCOMPARE(element->menu_entry, dock->toggleViewAction());
@@ -173,17 +173,17 @@ private Q_SLOTS:
         ModuleFixture f(true);
         QObject noWidget;
         f.module.set_param("ModuleParent", QVariant::fromValue(&noWidget));
-        QCOMPARE(f.module.get_gui_elements().first()->content->parentWidget(),
+        QCOMPARE(f.module.get_gui_elements().constFirst()->content->parentWidget(),
                  static_cast<QWidget*>(nullptr));
         f.module.exit_module();
 
         f.module.set_param("ModuleParent", QVariant::fromValue(static_cast<QObject*>(&f.window)));
-        QCOMPARE(f.module.get_gui_elements().first()->content->parentWidget(),
+        QCOMPARE(f.module.get_gui_elements().constFirst()->content->parentWidget(),
                  static_cast<QWidget*>(&f.window));
         f.module.exit_module();
 
         f.module.set_param("ModuleParent", QVariant::fromValue(&f.window));
-        QCOMPARE(f.module.get_gui_elements().first()->content->parentWidget(),
+        QCOMPARE(f.module.get_gui_elements().constFirst()->content->parentWidget(),
                  static_cast<QWidget*>(&f.window));
     }
 
@@ -243,7 +243,7 @@ private Q_SLOTS:
 
     void exitingWithAVisibleDisplayEndsItsSubscriptions() {
         ModuleFixture f(true);
-        auto* const dock = content<QDockWidget>(f.module.get_gui_elements().first());
+        auto* const dock = content<QDockWidget>(f.module.get_gui_elements().constFirst());
         f.window.addDockWidget(Qt::BottomDockWidgetArea, dock);
         f.window.show();
         QVERIFY(!f.controller.host.requesters("6dmt").empty());

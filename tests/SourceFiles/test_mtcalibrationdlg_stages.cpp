@@ -65,7 +65,8 @@ void runApplication(const std::function<void()>& body) {
 
 QStringList visibleWindows() {
     QStringList names;
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
         if (window->isVisible()) {
             names << window->objectName();
         }

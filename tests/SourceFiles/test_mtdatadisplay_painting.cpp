@@ -145,7 +145,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("style");
         QTest::addColumn<int>("pointSize");
         QTest::addColumn<qreal>("ratio");
-        for (const QString& style : QStyleFactory::keys()) {
+        const QStringList styles = QStyleFactory::keys();
+        for (const QString& style : styles) {
             for (const int pointSize : {8, 7, 10}) {
                 QTest::addRow("%s, %d pt", qPrintable(style), pointSize)
                     << style << pointSize << 1.0;

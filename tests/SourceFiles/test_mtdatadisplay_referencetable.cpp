@@ -96,7 +96,7 @@ private Q_SLOTS:
         QCOMPARE(name(f, 1)->background(), QBrush(Qt::red));
         QCOMPARE(name(f, 2)->background(), QBrush(Qt::green));
         QCOMPARE(name(f, 2)->text(), QString("MR3"));
-        QCOMPARE(f.referencePose(2).first(), QString("1.00"));
+        QCOMPARE(f.referencePose(2).constFirst(), QString("1.00"));
     }
 
     void calibrationIsExactlyYes_data() {

@@ -45,7 +45,7 @@ private Q_SLOTS:
         QCOMPARE(background(f.toolTable(), 0, 0), red);
         QCOMPARE(foreground(f.toolTable(), 0, 0), black);
         f.show({toolAt(4, 5, 6)});
-        QCOMPARE(f.toolPose(0).first(), QString("4.00"));
+        QCOMPARE(f.toolPose(0).constFirst(), QString("4.00"));
         QCOMPARE(background(f.toolTable(), 0, 0), green);
     }
 
@@ -87,11 +87,11 @@ private Q_SLOTS:
         ShownFixture f({toolAt(1, 2, 3)});
         f.host.answer("measurementtool tip_calibrated b01", "no");
         f.show({toolAt(4, 5, 6)});
-        QCOMPARE(f.toolPose(0).first(), QString("4.00"));
+        QCOMPARE(f.toolPose(0).constFirst(), QString("4.00"));
         f.display->set_mea_stopped();
         f.start();
         f.show({toolAt(7, 8, 9)});
-        QCOMPARE(f.toolPose(0).first(), QString(" "));
+        QCOMPARE(f.toolPose(0).constFirst(), QString(" "));
     }
 
     void pressedButtonsAreBlue() {
@@ -166,7 +166,7 @@ private Q_SLOTS:
         tool.pressed = 5;
         QCOMPARE(f.display->set_ascii_data("6dmt", oldToolLine({tool}).c_str()), 0);
         f.display->onUpdateDataDisplay();
-        QCOMPARE(f.toolPose(0).first(), QString("1.00"));
+        QCOMPARE(f.toolPose(0).constFirst(), QString("1.00"));
         QCOMPARE(background(f.toolTable(), 0, 4), blue);
         QCOMPARE(background(f.toolTable(), 0, 6), transparent);
         QCOMPARE(background(f.toolTable(), 0, 8), blue);
@@ -215,7 +215,7 @@ private Q_SLOTS:
         f.show(std::vector<Tool>(5));
         QCOMPARE(f.toolTable()->rowCount(), 5);
         QCOMPARE(f.row(f.toolTable(), 4).mid(0, 3), QStringList({"M5", "(none)", ""}));
-        QCOMPARE(f.toolPose(4).first(), QString(" "));
+        QCOMPARE(f.toolPose(4).constFirst(), QString(" "));
         QCOMPARE(background(f.toolTable(), 4, 0), transparent);
         QCOMPARE(background(f.toolTable(), 4, 2), transparent);
     }
@@ -228,9 +228,9 @@ private Q_SLOTS:
         f.display->onUpdateDataDisplay();
         QCOMPARE(f.toolTable()->rowCount(), 3);
         QCOMPARE(background(f.toolTable(), 0, 0), green);
-        QCOMPARE(f.toolPose(0).first(), QString("1.00"));
+        QCOMPARE(f.toolPose(0).constFirst(), QString("1.00"));
         QCOMPARE(background(f.toolTable(), 1, 0), red);
-        QCOMPARE(f.toolPose(1).first(), QString("-"));
+        QCOMPARE(f.toolPose(1).constFirst(), QString("-"));
     }
 
     void noToolsEmptyTheTable() {

@@ -113,7 +113,7 @@ private Q_SLOTS:
         Loaded f;
         f.setUp(true);
         auto* const dock =
-            qobject_cast<QDockWidget*>(f.module->get_gui_elements().first()->content);
+            qobject_cast<QDockWidget*>(f.module->get_gui_elements().constFirst()->content);
         QWidget* const display = dock->widget();
         const int first = display->metaObject()->methodOffset();
         QCOMPARE(display->metaObject()->className(), "MtDataDisplay");
@@ -139,7 +139,7 @@ private Q_SLOTS:
             QVERIFY(QFile::exists(":/lock.png"));
             f.setUp(false);
             auto* const dock =
-                qobject_cast<QDockWidget*>(f.module->get_gui_elements().last()->content);
+                qobject_cast<QDockWidget*>(f.module->get_gui_elements().constLast()->content);
             f.window.addDockWidget(Qt::BottomDockWidgetArea, dock);
             f.window.show();
             f.host.startMeasurement();

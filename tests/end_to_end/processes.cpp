@@ -47,7 +47,8 @@ QString Simulator::value(const QString& parameter) {
 
 QVector<double> Simulator::numbers(const QString& parameter) {
     QVector<double> result;
-    for (const QString& word : value(parameter).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    const QStringList words = value(parameter).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString& word : words) {
         result += word.toDouble();
     }
     return result;
@@ -98,7 +99,8 @@ bool Workbench::readRows(int timeoutMs) {
             continue;
         }
         Row row;
-        for (const QString& cell : cells.mid(2)) {
+        const QStringList values = cells.mid(2);
+        for (const QString& cell : values) {
             const int brace = cell.indexOf(QLatin1String("{#"));
             row.texts += brace < 0 ? cell : cell.left(brace);
             row.colours += brace < 0 ? QString() : cell.mid(brace + 1).chopped(1);

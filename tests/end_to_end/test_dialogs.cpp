@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <memory>
@@ -31,16 +32,17 @@ double distance(const QVector<double>& a, const QVector<double>& b) {
 }
 
 QAction* menuAction(const QMainWindow& window, const QString& menu, const QString& text) {
-    for (const QAction* top : window.menuBar()->actions()) {
-        if (top->menu() != nullptr && top->text() == menu) {
-            for (QAction* action : top->menu()->actions()) {
-                if (action->text() == text) {
-                    return action;
-                }
-            }
-        }
-    }
-    return nullptr;
+    const auto named = [](const QWidget& widget, auto wanted) -> QAction* {
+        const QList<QAction*> actions = widget.actions();
+        const auto found = std::find_if(actions.begin(), actions.end(), wanted);
+        return found == actions.end() ? nullptr : *found;
+    };
+    const QAction* const top = named(*window.menuBar(), [&menu](const QAction* action) {
+        return action->menu() != nullptr && action->text() == menu;
+    });
+    return top == nullptr ? nullptr : named(*top->menu(), [&text](const QAction* action) {
+        return action->text() == text;
+    });
 }
 
 } // namespace
