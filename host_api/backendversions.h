@@ -45,24 +45,12 @@ public:
     int minorNumber() const { return mi; } ///< second number
     int patchNumber() const { return pa; } ///< third number, -1 when unknown
 
-    friend bool operator==(const VersionInfo& a, const VersionInfo& b) {
-        return a.tied() == b.tied();
-    }
-    friend bool operator!=(const VersionInfo& a, const VersionInfo& b) {
-        return a.tied() != b.tied();
-    }
-    friend bool operator<(const VersionInfo& a, const VersionInfo& b) {
-        return a.tied() < b.tied();
-    }
-    friend bool operator>(const VersionInfo& a, const VersionInfo& b) {
-        return a.tied() > b.tied();
-    }
-    friend bool operator<=(const VersionInfo& a, const VersionInfo& b) {
-        return a.tied() <= b.tied();
-    }
-    friend bool operator>=(const VersionInfo& a, const VersionInfo& b) {
-        return a.tied() >= b.tied();
-    }
+    bool operator==(const VersionInfo& other) const { return tied() == other.tied(); }
+    bool operator!=(const VersionInfo& other) const { return tied() != other.tied(); }
+    bool operator<(const VersionInfo& other) const { return tied() < other.tied(); }
+    bool operator>(const VersionInfo& other) const { return tied() > other.tied(); }
+    bool operator<=(const VersionInfo& other) const { return tied() <= other.tied(); }
+    bool operator>=(const VersionInfo& other) const { return tied() >= other.tied(); }
 
     // A plain value; the order of the fields is binary contract.
     int ma = 0; ///< first number
