@@ -46,10 +46,11 @@ void KestrelParser::startFrame() {
 
 void KestrelParser::endFrame() {
     if (loc_num_bodycal >= 0) {
-        Tables::resize(act_body, act_num_body, loc_num_bodycal - loc_num_wand1 - loc_num_meatool);
+        Tables::resize(act_body, act_num_body, loc_num_bodycal - loc_num_wand1 - loc_num_meatool,
+                       m_bodyBefore);
     }
     if (loc_num_handcal >= 0) {
-        Tables::resize(act_hand, act_num_hand, loc_num_handcal);
+        Tables::resize(act_hand, act_num_hand, loc_num_handcal, m_handBefore);
     }
 }
 

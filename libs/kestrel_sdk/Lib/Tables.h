@@ -72,6 +72,14 @@ void resize(std::vector<Record>& table, int& tableCount, int count) {
     tableCount = static_cast<int>(table.size());
 }
 
+/// As above; what the table is `before` a line finds its place at once, so that the next line of
+/// the same size needs no memory.
+template <class Record>
+void resize(std::vector<Record>& table, int& tableCount, int count, std::vector<Record>& before) {
+    resize(table, tableCount, count);
+    before.reserve(table.capacity());
+}
+
 /// The record of an entry that may grow the table. Null for an id that no record can have; one
 /// beyond the bound also brings the table back to what it was `before` the line.
 template <class Record>
@@ -86,7 +94,7 @@ Record* recordFor(std::vector<Record>& table, int& tableCount, int id,
         return nullptr;
     }
     if (static_cast<std::size_t>(id) >= table.size()) {
-        resize(table, tableCount, id + 1);
+        resize(table, tableCount, id + 1, before);
     }
     return &table[static_cast<std::size_t>(id)];
 }

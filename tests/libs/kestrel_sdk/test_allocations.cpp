@@ -66,10 +66,10 @@ bool parseFrame(KestrelParser& parser, std::vector<std::string>& lines) {
 TEST(Allocations, FramesWithUnchangedCountsNeedNone) {
     KestrelParser parser;
     std::vector<std::string> lines = frame();
-    ASSERT_TRUE(parseFrame(parser, lines));
+    const long atStart = allocations;
     ASSERT_TRUE(parseFrame(parser, lines));
     const long before = allocations;
-    EXPECT_GT(before, 0);
+    EXPECT_GT(before, atStart);
     for (int i = 0; i < 100; ++i) {
         parseFrame(parser, lines);
     }
@@ -92,7 +92,6 @@ TEST(Allocations, TheNewFormatsNeedNoneEither) {
 TEST(Allocations, MalformedLinesNeedNone) {
     KestrelParser parser;
     std::vector<std::string> lines = frame();
-    parseFrame(parser, lines);
     parseFrame(parser, lines);
     for (std::string& line : lines) {
         line.resize(line.size() - 1);
