@@ -22,12 +22,17 @@ function(kestrel_register_test name threaded)
                                             ENVIRONMENT "${kestrel_test_environment}")
 endfunction()
 
-# kestrel_add_qt_test(<name> [THREADED] SOURCES <file>... [LIBS <target>...] [LABELS <label>...])
-# A QtTest program; its main is in the source (QTEST_MAIN or QTEST_GUILESS_MAIN).
+# kestrel_add_qt_test(<name> [THREADED] [GUILESS] SOURCES <file>... [LIBS <target>...]
+#                     [LABELS <label>...])
+# A QtTest program; its main is in the source (QTEST_MAIN or QTEST_GUILESS_MAIN). GUILESS: neither
+# it nor what it links knows QtWidgets.
 function(kestrel_add_qt_test name)
-    cmake_parse_arguments(ARG "THREADED" "" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "THREADED;GUILESS" "" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt5::Test)
+    if(NOT ARG_GUILESS)
+        target_link_libraries(${name} PRIVATE Qt5::Widgets)
+    endif()
     kestrel_target(${name} QT)
     add_test(NAME ${name} COMMAND ${name})
     kestrel_register_test(${name} ${ARG_THREADED} qt ${ARG_LABELS})
