@@ -10,12 +10,13 @@ seconds=${2:-20}
 
 run_one() {
     local program=$1 seconds=$2 work=$3/runs/${1##*/} name=${1##*/fuzz_}
-    local checked_in=(fuzz/*/corpus/"$name")
+    local checked_in=(fuzz/*/corpus/"$name") words=(fuzz/*/"$name".dict)
+    [ -f "${words[0]}" ] && words=("-dict=${words[0]}") || words=()
     [ -d "${checked_in[0]}" ] || { echo "fuzz_$name has no corpus"; return 1; }
     rm -rf "$work"
     mkdir -p "$work/corpus"
     if "$program" -max_total_time="$seconds" -max_len=512 -timeout=10 -print_final_stats=1 \
-        -artifact_prefix="$work/" "$work/corpus" "${checked_in[@]}" >"$work/log" 2>&1; then
+        "${words[@]}" -artifact_prefix="$work/" "$work/corpus" "${checked_in[@]}" >"$work/log" 2>&1; then
         sed -n "s/^stat::number_of_executed_units: */fuzz_$name: /p" "$work/log" |
             sed "s/\$/ executions in $seconds s, no finding/"
         return
