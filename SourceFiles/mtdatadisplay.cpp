@@ -165,10 +165,9 @@ void MtDataDisplay::tellGuiThread() {
     }
 }
 
-void MtDataDisplay::customEvent(QEvent* event) {
-    if (event->type() == measurementEvent()) {
-        followMeasurement();
-    }
+// A stranger's event does no harm: then there is nothing to follow.
+void MtDataDisplay::customEvent(QEvent* /*event*/) {
+    followMeasurement();
 }
 
 void MtDataDisplay::followMeasurement() {
@@ -223,16 +222,53 @@ void MtDataDisplay::startUnlessStopped(unsigned stops) {
     }
     checkDesiredOutput6dmt();
     checkActivateChmon6dmt();
-    {
-        const std::lock_guard<std::mutex> lock(parserMutex);
-        if (stopCount != stops) {
-            return; // stopped while the host was asked
-        }
-        if (!parser) {
-            parser = std::make_unique<KestrelParser>();
+    if (takeLinesUnlessStopped(stops)) {
+        timer.start();
+    }
+}
+
+bool MtDataDisplay::takeLinesUnlessStopped(unsigned stops) {
+    const std::lock_guard<std::mutex> lock(parserMutex);
+    if (stopCount != stops) {
+        return false; // stopped while the host was asked
+    }
+    if (!parser) {
+        parser = std::make_unique<KestrelParser>();
+    }
+    return true;
+}
+
+void MtDataDisplay::copyTools() {
+    copyRecords(tools, &KestrelParser::getNumMeaTool, &KestrelParser::getMeaTool);
+}
+
+void MtDataDisplay::copyReferences() {
+    copyRecords(references, &KestrelParser::getNumMeaRef, &KestrelParser::getMeaRef);
+}
+
+template <class Record>
+void MtDataDisplay::copyRecords(std::vector<Record>& records, int (KestrelParser::*count)() const,
+                                Record* (KestrelParser::*record)(int)) {
+    const std::lock_guard<std::mutex> lock(parserMutex);
+    const int number = parser ? (parser.get()->*count)() : 0;
+    records.clear();
+    for (int i = 0; i < number; ++i) {
+        records.push_back(*(parser.get()->*record)(i));
+    }
+}
+
+bool MtDataDisplay::fillNewRows(QTableWidget* table, int rows,
+                                bool (MtDataDisplay::*fill)(int, unsigned)) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    const unsigned stops = clearedStops;
+    table->clearContents();
+    table->setRowCount(rows);
+    for (int row = 0; row < rows; ++row) {
+        if (!(this->*fill)(row, stops)) {
+            return false;
         }
     }
-    timer.start();
+    return true;
 }
 
 void MtDataDisplay::onUpdateDataDisplay() {

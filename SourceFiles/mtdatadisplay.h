@@ -86,10 +86,18 @@ private:
     void clearAfterStop(unsigned stops);
     void startUnlessStopped(unsigned stops);
     bool stoppedSince(unsigned stops);
+    bool takeLinesUnlessStopped(unsigned stops);
     void copyTools();
     void copyReferences();
-    bool rebuildMeaBodies(int rows);
-    bool rebuildRefBodies(int rows);
+    template <class Record>
+    void copyRecords(std::vector<Record>& records, int (KestrelParser::*count)() const,
+                     Record* (KestrelParser::*record)(int));
+
+    /// Empties a table and fills so many new rows. False, as from the two `fill` functions, when a
+    /// stop emptied the tables while the host was asked.
+    bool fillNewRows(QTableWidget* table, int rows, bool (MtDataDisplay::*fill)(int, unsigned));
+    bool fillMeaBody(int row, unsigned stops);
+    bool fillRefBody(int row, unsigned stops);
     void showMeaBody(int row);
     void showReferenceState(int row);
     void showRefBody(int row);

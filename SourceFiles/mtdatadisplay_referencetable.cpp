@@ -36,15 +36,6 @@ void MtDataDisplay::setupTableWidget6dmtref() {
                          poseColumn);
 }
 
-void MtDataDisplay::copyReferences() {
-    const std::lock_guard<std::mutex> lock(parserMutex);
-    const int count = parser ? parser->getNumMeaRef() : 0;
-    references.resize(static_cast<std::size_t>(std::max(count, 0)));
-    for (int i = 0; i < count; ++i) {
-        references[static_cast<std::size_t>(i)] = *parser->getMeaRef(i);
-    }
-}
-
 bool MtDataDisplay::isReferenceTracked(int index) const {
     const auto i = static_cast<std::size_t>(index);
     return i < references.size() && trackingcells::isTracked(references[i].quality);
@@ -54,7 +45,8 @@ void MtDataDisplay::updateDisplayRefBodies() {
     Q_ASSERT(QThread::currentThread() == thread());
     copyReferences();
     const int count = static_cast<int>(references.size());
-    if (count != ui.tableWidget6dmtref->rowCount() && !rebuildRefBodies(count)) {
+    QTableWidget* const table = ui.tableWidget6dmtref;
+    if (count != table->rowCount() && !fillNewRows(table, count, &MtDataDisplay::fillRefBody)) {
         return;
     }
     for (int row = 0; row < count; ++row) {
@@ -62,22 +54,15 @@ void MtDataDisplay::updateDisplayRefBodies() {
     }
 }
 
-// False when a stop emptied the tables while the host was asked.
-bool MtDataDisplay::rebuildRefBodies(int rows) {
-    Q_ASSERT(QThread::currentThread() == thread());
-    const unsigned stops = clearedStops;
-    QTableWidget* const table = ui.tableWidget6dmtref;
-    table->clearContents();
-    table->setRowCount(rows);
-    for (int row = 0; row < rows; ++row) {
-        const bool calibrated = setInfoRefBodyCalibrated(row);
-        if (clearedStops != stops) {
-            return false;
-        }
-        trackingcells::putName(table, row, nameColumn, bodytexts::referenceName(row));
-        trackingcells::putValues(table, row, poseColumn,
-                                 calibrated ? QStringLiteral("-") : QStringLiteral(" "));
+bool MtDataDisplay::fillRefBody(int row, unsigned stops) {
+    const bool calibrated = setInfoRefBodyCalibrated(row);
+    if (clearedStops != stops) {
+        return false;
     }
+    QTableWidget* const table = ui.tableWidget6dmtref;
+    trackingcells::putName(table, row, nameColumn, bodytexts::referenceName(row));
+    trackingcells::putValues(table, row, poseColumn,
+                             calibrated ? QStringLiteral("-") : QStringLiteral(" "));
     return true;
 }
 

@@ -54,21 +54,13 @@ void MtDataDisplay::setupTableWidget6dmt() {
                          poseColumn);
 }
 
-void MtDataDisplay::copyTools() {
-    const std::lock_guard<std::mutex> lock(parserMutex);
-    const int count = parser ? parser->getNumMeaTool() : 0;
-    tools.resize(static_cast<std::size_t>(std::max(count, 0)));
-    for (int i = 0; i < count; ++i) {
-        tools[static_cast<std::size_t>(i)] = *parser->getMeaTool(i);
-    }
-}
-
 void MtDataDisplay::updateDisplayMeaBodies() {
     Q_ASSERT(QThread::currentThread() == thread());
     copyTools();
     copyReferences();
     const int count = static_cast<int>(tools.size());
-    if (count != ui.tableWidget6dmt->rowCount() && !rebuildMeaBodies(count)) {
+    QTableWidget* const table = ui.tableWidget6dmt;
+    if (count != table->rowCount() && !fillNewRows(table, count, &MtDataDisplay::fillMeaBody)) {
         return;
     }
     for (int row = 0; row < count; ++row) {
@@ -77,27 +69,20 @@ void MtDataDisplay::updateDisplayMeaBodies() {
     }
 }
 
-// False when a stop emptied the tables while the host was asked.
-bool MtDataDisplay::rebuildMeaBodies(int rows) {
-    Q_ASSERT(QThread::currentThread() == thread());
-    const unsigned stops = clearedStops;
-    QTableWidget* const table = ui.tableWidget6dmt;
-    table->clearContents();
-    table->setRowCount(rows);
-    for (int row = 0; row < rows; ++row) {
-        const QString reference = getRefBodyForMeaBody(row);
-        const bool calibrated = clearedStops == stops && setInfoMeaBodyCalibrated(row);
-        if (clearedStops != stops) {
-            return false;
-        }
-        trackingcells::putName(table, row, nameColumn, bodytexts::toolName(row));
-        trackingcells::putName(table, row, referenceColumn, reference);
-        for (int button = 0; button < buttonColumns; ++button) {
-            table->setItem(row, buttonColumn(button), new QTableWidgetItem);
-        }
-        trackingcells::putValues(table, row, poseColumn,
-                                 calibrated ? QStringLiteral("-") : QStringLiteral(" "));
+bool MtDataDisplay::fillMeaBody(int row, unsigned stops) {
+    const QString reference = getRefBodyForMeaBody(row);
+    const bool calibrated = clearedStops == stops && setInfoMeaBodyCalibrated(row);
+    if (clearedStops != stops) {
+        return false;
     }
+    QTableWidget* const table = ui.tableWidget6dmt;
+    trackingcells::putName(table, row, nameColumn, bodytexts::toolName(row));
+    trackingcells::putName(table, row, referenceColumn, reference);
+    for (int button = 0; button < buttonColumns; ++button) {
+        table->setItem(row, buttonColumn(button), new QTableWidgetItem);
+    }
+    trackingcells::putValues(table, row, poseColumn,
+                             calibrated ? QStringLiteral("-") : QStringLiteral(" "));
     return true;
 }
 
