@@ -125,11 +125,8 @@ MtDataDisplay* MeasurementToolModule::dataDisplay() const {
 }
 
 void MeasurementToolModule::add(_GuiElement& element) {
-    connect(element.content, &QObject::destroyed, this, [&element](QObject* gone) {
-        if (element.content == gone) {
-            element.content = nullptr;
-        }
-    });
+    connect(element.content, &QObject::destroyed, this, [&element] { element.content = nullptr; });
+    // An entry may outlive its content, and another one have followed it.
     connect(element.menu_entry, &QObject::destroyed, this, [&element](QObject* gone) {
         if (element.menu_entry == gone) {
             element.menu_entry = nullptr;

@@ -97,9 +97,7 @@ void MtCalibrationDlg::onShowDlg() {
 }
 
 void MtCalibrationDlg::onHideDlg() {
-    if (animate_timer->isActive()) {
-        animate_timer->stop();
-    }
+    animate_timer->stop();
     try_stop_tracking();
 }
 

@@ -9,8 +9,7 @@ class QTableWidget;
 class QTableWidgetItem;
 
 /// What the two tables of the data display have in common. An item is written only when its text or
-/// colour really changes, so that a refresh without news costs nothing. GUI thread only; null items
-/// are left alone.
+/// colour really changes, so that a refresh without news costs nothing. GUI thread only.
 namespace trackingcells {
 
 struct Column {
@@ -31,9 +30,14 @@ void putName(QTableWidget* table, int row, int column, const QString& text);
 void putValues(QTableWidget* table, int row, int firstColumn, const QString& text);
 
 void setText(QTableWidgetItem* item, const QString& text);
+
+/// @name Colours; a null item is left alone
+/// @{
+
 void setBackground(QTableWidgetItem* item, const QBrush& brush);
 void setTransparent(QTableWidgetItem* item);
 void setTracked(QTableWidgetItem* item, bool tracked); ///< black on green or red
+/// @}
 
 /// Position in mm and orientation in degrees into six columns.
 void showPose(QTableWidget* table, int row, int firstColumn, const double (&loc)[3],

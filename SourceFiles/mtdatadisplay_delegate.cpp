@@ -12,22 +12,17 @@ struct TrackingCellDelegate::Look {
                      static_cast<int>(std::ceil(glyphs.height())));
     }
 
-    // Where a text layout would begin the text of a cell.
+    // Where a text layout would begin the text of a cell, which is centred or aligned right.
     QPointF placeOf(const NumberGlyphs::Extent& text, Qt::Alignment alignment,
                     const QStyleOptionViewItem& cell) const {
-        const QRect box =
-            cell.showDecorationSelected
-                ? cell.rect
-                : QStyle::alignedRect(Qt::LeftToRight, alignment, sizeOf(text), cell.rect);
+        const QRect& box = cell.rect; // a table's style option leaves the whole cell to the text
         const qreal free = box.width() - 2 * margin - text.advance;
-        qreal x = box.x() + margin;
-        if (alignment.testFlag(Qt::AlignRight)) {
-            x += free;
-        } else if (alignment.testFlag(Qt::AlignHCenter)) {
-            x += std::floor(free * 32.0) / 64.0; // a text layout halves in 64ths of a pixel
-        }
+        // A text layout halves in 64ths of a pixel.
+        const qreal indent =
+            alignment.testFlag(Qt::AlignRight) ? free : std::floor(free * 32.0) / 64.0;
         const QSize line = QSizeF(text.width, glyphs.height()).toSize();
-        return QPointF(x, QStyle::alignedRect(Qt::LeftToRight, alignment, line, box).top());
+        return QPointF(box.x() + margin + indent,
+                       QStyle::alignedRect(Qt::LeftToRight, alignment, line, box).top());
     }
 
     NumberGlyphs glyphs;
@@ -43,11 +38,9 @@ TrackingCellDelegate::TrackingCellDelegate(QTableWidget* table)
 
 TrackingCellDelegate::~TrackingCellDelegate() = default;
 
-bool TrackingCellDelegate::eventFilter(QObject* object, QEvent* event) {
-    if (object != m_table) {
-        return QStyledItemDelegate::eventFilter(object, event);
-    }
-    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
+// The table's events alone: its cells have no editors, whose events would also come here.
+bool TrackingCellDelegate::eventFilter(QObject* /*object*/, QEvent* event) {
+    if (event->type() == QEvent::StyleChange) {
         m_look.reset();
     }
     return false;
@@ -100,8 +93,7 @@ void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         return;
     }
 
-    const int given = item->textAlignment();
-    const Qt::Alignment alignment = given != 0 ? Qt::Alignment(given) : option.displayAlignment;
+    const Qt::Alignment alignment(item->textAlignment());
     const QBrush foreground = item->foreground();
     const auto group =
         option.state.testFlag(QStyle::State_Active) ? QPalette::Normal : QPalette::Inactive;

@@ -137,9 +137,7 @@ void MtSettingsDlg::onShowDlg() {
 }
 
 void MtSettingsDlg::onHideDlg() {
-    if (m_updateTimer.isActive()) {
-        m_updateTimer.stop();
-    }
+    m_updateTimer.stop();
 }
 
 void MtSettingsDlg::enableDialog(bool enable) {
@@ -316,6 +314,10 @@ void MtSettingsDlg::resizeTable(QTableWidget* table, int rows) {
     table->setRowCount(rows);
 }
 
+QString MtSettingsDlg::cellText(const QTableWidget* table, int row, int column) {
+    return table->model()->index(row, column).data().toString();
+}
+
 void MtSettingsDlg::setCell(QTableWidget* table, int row, int column, const QString& text,
                             CellStyle style) {
     QTableWidgetItem* item = table->item(row, column);
@@ -338,7 +340,7 @@ void MtSettingsDlg::followKeyboard() {
     const auto follow = [this](QTableWidget* table, void (MtSettingsDlg::*clicked)(int, int)) {
         connect(table, &QTableWidget::currentCellChanged, this,
                 [this, table, clicked](int row, int column) {
-                    if (row >= 0 && table->hasFocus()) {
+                    if (table->hasFocus()) {
                         (this->*clicked)(row, column);
                     }
                 });

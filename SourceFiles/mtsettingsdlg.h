@@ -103,6 +103,7 @@ private:
     static void setUpTable(QTableWidget* table, const QStringList& headers);
     static void resizeTable(QTableWidget* table, int rows);
     static void makeCurrent(QTableWidget* table, int row, int column);
+    static QString cellText(const QTableWidget* table, int row, int column); ///< empty: no cell
     static void setCell(QTableWidget* table, int row, int column, const QString& text,
                         CellStyle style = CellStyle::Plain);
     void followKeyboard();

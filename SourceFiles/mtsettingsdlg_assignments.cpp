@@ -281,14 +281,12 @@ void MtSettingsDlg::activateDeSelectButton() {
     if (m_is_config_locked) {
         return;
     }
-    const auto text = [table = ui.tableWidget_meaBodies](int column) {
-        const QTableWidgetItem* const item = table->item(table->currentRow(), column);
-        return item != nullptr ? item->text() : QString();
-    };
+    const QTableWidget* const table = ui.tableWidget_meaBodies;
+    const int tool = table->currentRow();
     bool enable = false;
-    if (ui.tableWidget_meaBodies->currentRow() >= 0) {
-        enable = isReferenceTabCurrent() ? text(ReferenceColumn) != tr("none")
-                                         : !text(SerialColumn).isEmpty();
+    if (tool >= 0) {
+        enable = isReferenceTabCurrent() ? cellText(table, tool, ReferenceColumn) != tr("none")
+                                         : !cellText(table, tool, SerialColumn).isEmpty();
     }
     ui.pushButton_deselect->setEnabled(enable);
 }

@@ -29,7 +29,7 @@ double readOr(double fallback, int result, double value, IOManager* iom, const c
 } // namespace
 
 double MtSettingsDlg::getToolTipDiameterFromHub(int toolNumber) {
-    if (toolNumber < 1 || !protocolIsAtLeast(1, 13)) {
+    if (!protocolIsAtLeast(1, 13)) {
         return 0.0;
     }
     double radius = 0.0;
@@ -58,9 +58,8 @@ void MtSettingsDlg::updateListToolTipDiameter() {
         Q_EMIT doubleSpinboxDelegate.commitData(editor);
     }
     for (int row = 0; row < table->rowCount(); ++row) {
-        const QTableWidgetItem* const item = table->item(row, DiameterColumn);
         const double diameter =
-            DoubleSpinboxDelegate::valueOf(item != nullptr ? item->text() : QString());
+            DoubleSpinboxDelegate::valueOf(cellText(table, row, DiameterColumn));
         if (row < m_listToolTipDiameter.size()) {
             m_listToolTipDiameter[row] = diameter;
         } else {

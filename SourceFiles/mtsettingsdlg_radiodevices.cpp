@@ -105,9 +105,6 @@ void MtSettingsDlg::getMtDeviceValues(int deviceIndex, MtRadioDevice& device) {
 
 void MtSettingsDlg::getMtDeviceDesc(MtRadioDevice& device) {
     device.desc = device.model;
-    if (!protocolIsAtLeast(1, 14)) {
-        return;
-    }
     hostlink::Reply reply;
     // The controller expects the parameter with this spelling.
 #pragma GCC diagnostic push
@@ -212,9 +209,7 @@ void MtSettingsDlg::updateTableDevices() {
 }
 
 MtSettingsDlg::MtRadioDevice MtSettingsDlg::deviceInRow(int row) const {
-    const auto text = [table = ui.tableWidget_availableMt, row](int column) {
-        const QTableWidgetItem* const item = table->item(row, column);
-        return item != nullptr ? item->text() : QString();
-    };
-    return {text(Vendor), text(InternalModel), text(Serial), text(Description)};
+    const QTableWidget* const table = ui.tableWidget_availableMt;
+    return {cellText(table, row, Vendor), cellText(table, row, InternalModel),
+            cellText(table, row, Serial), cellText(table, row, Description)};
 }

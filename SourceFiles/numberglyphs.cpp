@@ -4,11 +4,13 @@
 #include <QTextLayout>
 #include <QVector>
 
+#include <algorithm>
+
 namespace {
 
 constexpr char alphabet[] = "0123456789.-MR";
 
-// The one run of glyphs, one per character, that a text consists of; else an invalid one.
+// The first run of glyphs of a text; valid when it is the whole text, one glyph per character.
 struct LaidOut {
     explicit LaidOut(const QString& text, const QFont& font)
         : layout(text, font) {
@@ -16,15 +18,13 @@ struct LaidOut {
         line = layout.createLine();
         line.setNumColumns(text.size());
         layout.endLayout();
-        const QList<QGlyphRun> runs = line.glyphRuns();
-        if (runs.size() == 1 && runs.first().glyphIndexes().size() == text.size()) {
-            raw = runs.first().rawFont();
-            indexes = runs.first().glyphIndexes();
-            positions = runs.first().positions();
-        }
+        const QGlyphRun run = line.glyphRuns().value(0);
+        raw = run.rawFont();
+        indexes = run.glyphIndexes();
+        positions = run.positions();
     }
 
-    bool isValid() const { return !indexes.isEmpty(); }
+    bool isValid() const { return indexes.size() == layout.text().size(); }
 
     QTextLayout layout;
     QTextLine line;
@@ -45,27 +45,15 @@ NumberGlyphs::NumberGlyphs(const QFont& font)
 }
 
 int NumberGlyphs::place(QChar character) {
-    switch (character.unicode()) {
-    case '.':
-        return 10;
-    case '-':
-        return 11;
-    case 'M':
-        return 12;
-    case 'R':
-        return 13;
-    default:
-        return character >= QLatin1Char('0') && character <= QLatin1Char('9')
-                   ? character.unicode() - '0'
-                   : -1;
-    }
+    const auto* const end = alphabet + characters;
+    const auto* const found = std::find(alphabet, end, character.toLatin1());
+    return found == end ? -1 : static_cast<int>(found - alphabet);
 }
 
 bool NumberGlyphs::learnGlyphs() {
     for (int i = 0; i < characters; ++i) {
         const LaidOut one(QString(QLatin1Char(alphabet[i])), m_font);
-        if (!one.isValid() ||
-            (i > 0 && (one.raw != m_run.rawFont() || one.positions.first().y() != m_baseline))) {
+        if (!one.isValid() || (i > 0 && one.raw != m_run.rawFont())) {
             return false;
         }
         Glyph& glyph = m_glyphs[static_cast<std::size_t>(i)];
@@ -91,11 +79,11 @@ void NumberGlyphs::learnNeighbours() {
         Glyph& glyph = m_glyphs[static_cast<std::size_t>(first)];
         for (int second = 0; pairs.isValid() && second < characters; ++second) {
             const int at = 2 * second;
-            const qreal step = pairs.positions.at(at + 1).x() - pairs.positions.at(at).x();
-            glyph.plainBefore[static_cast<std::size_t>(second)] =
-                pairs.indexes.at(at) == glyph.index && step == glyph.advance &&
-                pairs.indexes.at(at + 1) == m_glyphs[static_cast<std::size_t>(second)].index &&
-                pairs.positions.at(at).y() == m_baseline;
+            const auto beside = static_cast<std::size_t>(second);
+            const QVector<quint32> plain{glyph.index, m_glyphs[beside].index};
+            const QPointF step = pairs.positions.at(at + 1) - pairs.positions.at(at);
+            glyph.plainBefore[beside] =
+                pairs.indexes.mid(at, 2) == plain && step == QPointF(glyph.advance, 0.0);
         }
     }
 }
