@@ -241,6 +241,20 @@ private Q_SLOTS:
         QCOMPARE(f.module.get_gui_elements().size(), 3); // built anew
     }
 
+    void anOldMenuEntryThatGoesLeavesTheNewOneAlone() {
+        ModuleFixture f;
+        const QList<_GuiElement*> elements = f.module.get_gui_elements();
+        QAction* const old = elements[0]->menu_entry;
+        f.module.exit_module();
+        f.module.get_gui_elements();
+        QAction* const renewed = elements[0]->menu_entry;
+        QVERIFY(renewed != old);
+        delete old;
+        QCOMPARE(elements[0]->menu_entry, renewed);
+        delete renewed;
+        QVERIFY(elements[0]->menu_entry == nullptr);
+    }
+
     void exitingWithAVisibleDisplayEndsItsSubscriptions() {
         ModuleFixture f(true);
         auto* const dock = content<QDockWidget>(f.module.get_gui_elements().constFirst());

@@ -191,6 +191,19 @@ private Q_SLOTS:
         QCOMPARE(rig.host.logTexts().back(), std::string("Measurement Tool calibration finished"));
     }
 
+    void aHostThatClosesTheDialogWhenToldOfTheEndSeesNoResult() {
+        CalibrationRig rig;
+        rig.host.onOperation = [&](const std::string& line) {
+            if (line == logged + "Measurement Tool calibration finished") {
+                rig.dialog->reject();
+            }
+        };
+        calibrateOnce(rig);
+        QCOMPARE(rig.dog.seen(),
+                 QStringList({"MtCalibrationDlgClass", "CalibrationProgressDialog"}));
+        QCOMPARE(rig.host.logTexts().back(), std::string("Measurement Tool calibration finished"));
+    }
+
     void helpIsShownUntilExit() {
         CalibrationRig rig;
         bool isChild = false;

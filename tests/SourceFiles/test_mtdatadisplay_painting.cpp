@@ -7,6 +7,7 @@
 #include <QStyledItemDelegate>
 #include <QtTest>
 
+#include <limits>
 #include <memory>
 
 namespace {
@@ -183,17 +184,34 @@ private Q_SLOTS:
         hinted.setHintingPreference(QFont::PreferFullHinting);
         QFont underlined("Sans Serif", 8);
         underlined.setUnderline(true);
+        QFont overlined("Sans Serif", 8);
+        overlined.setOverline(true);
+        QFont struckOut("Sans Serif", 8);
+        struckOut.setStrikeOut(true);
         QTest::newRow("italic serif") << italic;
         QTest::newRow("fixed") << QFont("DejaVu Sans Mono", 8);
         QTest::newRow("letter spacing") << spaced;
         QTest::newRow("hinted") << hinted;
         QTest::newRow("underlined") << underlined;
+        QTest::newRow("overlined") << overlined;
+        QTest::newRow("struck out") << struckOut;
     }
     void oddFontsLookTheSame() {
         QFETCH(QFont, font);
         Gallery f;
+        const QImage before = f.ownAndStock().first;
         f.toolTable()->setFont(font);
         f.referenceTable()->setFont(font);
+        QVERIFY(f.looksLikeStock());
+        QVERIFY(f.ownAndStock().first != before);
+    }
+
+    void numbersThatAreNoneLookTheSame() {
+        Gallery f;
+        const double infinity = std::numeric_limits<double>::infinity();
+        f.show({toolAt(std::numeric_limits<double>::quiet_NaN(), infinity, -infinity), Tool(),
+                Tool(), Tool()});
+        QCOMPARE(f.row(f.toolTable(), 0).mid(12, 3), QStringList({"nan", "inf", "-inf"}));
         QVERIFY(f.looksLikeStock());
     }
 

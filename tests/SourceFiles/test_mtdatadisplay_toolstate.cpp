@@ -220,6 +220,35 @@ private Q_SLOTS:
         QCOMPARE(background(f.toolTable(), 4, 2), transparent);
     }
 
+    void theReferenceCellOfOneRowIsShownOnRequest() {
+        ShownFixture f({Tool(), Tool()});
+        f.showReferences({Pose()});
+        f.display->showTrackingStatusRefBody(0);
+        QCOMPARE(background(f.toolTable(), 0, 2), green);
+        f.display->set_ascii_data("6dmtr", referenceLine({lostTool()}).c_str());
+        f.display->showTrackingStatusRefBody(0);
+        QCOMPARE(background(f.toolTable(), 0, 2), red);
+        f.display->showTrackingStatusRefBody(1);
+        QCOMPARE(background(f.toolTable(), 1, 2), transparent);
+    }
+
+    void rowsThatDoNotExistAreLeftOut() {
+        ShownFixture f({Tool()});
+        f.showReferences({Pose()});
+        f.display->set_mea_stopped();
+        f.host.clearJournal();
+        for (const int row : {-1, 0, 1, 4}) {
+            f.display->showTrackingStatusRefBody(row); // one is assigned to row 0, one is not
+        }
+        QCOMPARE(f.toolTable()->rowCount(), 0);
+        for (const int number : {-1, 4}) {
+            QVERIFY(!f.display->setInfoMeaBodyCalibrated(number));
+            QVERIFY(!f.display->setInfoRefBodyCalibrated(number));
+            QCOMPARE(f.display->getRefBodyForMeaBody(number), QString());
+        }
+        QCOMPARE(lines(f.host.journal()), QStringList());
+    }
+
     void aFailedLineShowsWhatItFilled() {
         ShownFixture f;
         const std::string good = toolLine({toolAt(1, 2, 3)});

@@ -115,6 +115,19 @@ private Q_SLOTS:
         });
     }
 
+    void theSerialTellsDevicesOfOneModelApart() {
+        SettingsRig rig;
+        rig.setDevices({"V M 1", "V M 2"});
+        rig.host.answer("measurementtool device b02", "zelwpan V M 00001");
+        rig.run([&] {
+            rig.openTab(1);
+            rig.clickCell(deviceTable, 0, 3);
+            QVERIFY(!rig.isEnabled("pushButton_select"));
+            rig.clickCell(deviceTable, 1, 3);
+            QVERIFY(rig.isEnabled("pushButton_select"));
+        });
+    }
+
     void theDescriptionDoesNotTellDevicesApart() {
         SettingsRig rig;
         rig.setDevices({"V M 1"});
@@ -199,6 +212,27 @@ private Q_SLOTS:
                                           qPrintable(QString("on_%1_clicked").arg(button)));
             }
             COMPARE_LINES(rig.operations(), Lines());
+        });
+    }
+
+    void withoutACurrentRowBesideTheToolSelectDoesNothing_data() {
+        QTest::addColumn<int>("tab");
+        QTest::newRow("reference") << 0;
+        QTest::newRow("device") << 1;
+    }
+    void withoutACurrentRowBesideTheToolSelectDoesNothing() {
+        QFETCH(int, tab);
+        SettingsRig rig;
+        rig.setDevices({"V M 1"});
+        rig.host.answer("measurementtool device b01", "zelwpan V N 00002");
+        rig.run([&] {
+            rig.openTab(tab);
+            rig.clickCell(toolTable, 0);
+            rig.child<QTableWidget>(tab == 0 ? "tableWidget_refBodies" : deviceTable)
+                ->setCurrentCell(-1, -1);
+            QVERIFY(QMetaObject::invokeMethod(rig.dialog, "on_pushButton_select_clicked"));
+            QCOMPARE(rig.column(toolTable, 2), QStringList({"MR2", "none"}));
+            QCOMPARE(rig.column(toolTable, 4), QStringList({"00002", ""}));
         });
     }
 

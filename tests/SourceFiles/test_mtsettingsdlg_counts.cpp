@@ -204,6 +204,22 @@ private Q_SLOTS:
         });
     }
 
+    void aReferenceThatIsStillHiddenIsAskedForAgain() {
+        SettingsRig rig;
+        rig.host.answerInTurn("measurementtool reference_of_tool b01", {"b03", "none"});
+        rig.host.answer("measurementtool reference_of_tool b02", "b01");
+        rig.run([&] {
+            rig.setSpin("spinBox_noOfRefBodies", 1);
+            rig.operations();
+            rig.setSpin("spinBox_noOfRefBodies", 2);
+            QCOMPARE(rig.column("tableWidget_meaBodies", 2), QStringList({"none", "MR1"}));
+            COMPARE_LINES(rig.operations(),
+                          Lines{"set measurementtool number_of_references 2",
+                                "get_int measurementtool max_number_of_tools",
+                                "get_string measurementtool reference_of_tool b01"});
+        });
+    }
+
     void theAnswerOnRaisingTheReferencesIsRememberedToo() {
         SettingsRig rig;
         rig.host.answerInTurn("measurementtool reference_of_tool b02", {"none", "b04", "none"});

@@ -207,6 +207,20 @@ private Q_SLOTS:
         });
     }
 
+    void aTickInsideATickIsLeftOut() {
+        SettingsRig rig;
+        rig.setDevices({"none"});
+        rig.run([&] {
+            rig.host.onOperation = [&](const std::string&) { rig.tick(); };
+            rig.operations();
+            rig.tick();
+            rig.host.onOperation = nullptr;
+            COMPARE_LINES(rig.operations(),
+                          Lines{"get_int measurementtool number_of_zelwpan_devices",
+                                "get_string measurementtool zelwpan_device d01"});
+        });
+    }
+
     void aTickWithoutNewsTouchesNoCell() {
         SettingsRig rig;
         rig.setDevices({"V M 1", "V N 2"});

@@ -148,6 +148,20 @@ private Q_SLOTS:
         });
     }
 
+    void aVisibleColumnStaysCurrentWhenAKeyIsPressed() {
+        SettingsRig rig;
+        rig.setDevices({"V M 1", "V M 2"});
+        rig.run([&] {
+            rig.openTab(1);
+            auto* const table = rig.child<QTableWidget>(devices);
+            focus(rig, table);
+            table->setCurrentCell(0, 4);
+            QTest::keyClick(table, Qt::Key_Down);
+            QCOMPARE(table->currentRow(), 1);
+            QCOMPARE(table->currentColumn(), 4);
+        });
+    }
+
     void theTabBarIsMovedByArrowKeys() {
         SettingsRig rig;
         rig.run([&] {

@@ -106,6 +106,27 @@ private Q_SLOTS:
         });
     }
 
+    void aHostThatPressesButtonsInsideAQueryOfTheNextShowingChangesNothing_data() {
+        QTest::addColumn<QByteArray>("slot");
+        QTest::newRow("select") << QByteArray("on_pushButton_select_clicked");
+        QTest::newRow("deselect") << QByteArray("on_pushButton_deselect_clicked");
+    }
+    void aHostThatPressesButtonsInsideAQueryOfTheNextShowingChangesNothing() {
+        QFETCH(QByteArray, slot);
+        SettingsRig rig;
+        rig.run();
+        bool pressed = false;
+        rig.host.onOperation = [&](const std::string& line) {
+            if (line == "get_string measurementtool reference_of_tool b01") {
+                pressed = QMetaObject::invokeMethod(rig.dialog, slot);
+            }
+        };
+        rig.run([&] {
+            QCOMPARE(rig.column("tableWidget_meaBodies", 2), QStringList({"MR2", "none"}));
+        });
+        QVERIFY(pressed);
+    }
+
     void theDialogMayBeDeletedWhileItIsOpen() {
         SettingsRig rig;
         const QPointer<MtSettingsDlg> dialog(rig.dialog);

@@ -74,6 +74,25 @@ private Q_SLOTS:
         QCOMPARE(rig.dog.seen().count("messageBox_calibrationError"), 1);
     }
 
+    void aHostThatStopsItInsideTheErrorQueryShowsNoError() {
+        ProgressRig rig;
+        scriptProcedure(rig.host, 1, {"err"});
+        rig.host.answerCommand(askError, "\"lost\"");
+        rig.answerBoxes();
+        CalibrationProgressDlg* dialog = nullptr;
+        rig.prepare = [&](CalibrationProgressDlg& made) { dialog = &made; };
+        rig.host.onOperation = [&](const std::string& line) {
+            if (line == "send " + askError) {
+                dialog->close();
+            }
+        };
+        QCOMPARE(rig.run(), 0);
+        const Lines operations = rig.host.operations();
+        QCOMPARE(std::count(operations.begin(), operations.end(), stop), 1);
+        QCOMPARE(rig.boxes, QStringList());
+        QVERIFY(!rig.timerActiveAtEnd);
+    }
+
     void theUserStopsTheProcedure_data() {
         QTest::addColumn<QString>("way");
         QTest::newRow("Cancel") << "pb_cancel";

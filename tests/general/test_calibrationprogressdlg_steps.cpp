@@ -173,6 +173,22 @@ private Q_SLOTS:
         QVERIFY(!rig.timerActiveAtEnd);
     }
 
+    void aHostThatStopsItInsideAQueryOfTheNewStepSeesNoCountdown() {
+        ProgressRig rig;
+        scriptSecondStep(rig);
+        CalibrationProgressDlg* dialog = nullptr;
+        rig.prepare = [&](CalibrationProgressDlg& made) { dialog = &made; };
+        rig.host.onOperation = [&](const std::string& line) {
+            if (line == describe2) {
+                dialog->close();
+            }
+        };
+        QCOMPARE(rig.run(), 0);
+        QCOMPARE(countOf(rig, stop), 1);
+        QCOMPARE(rig.dog.seen().count("CountdownDialog"), 0);
+        QVERIFY(!rig.timerActiveAtEnd);
+    }
+
     void stepsThatAreNotNewChangeNothing_data() {
         QTest::addColumn<QString>("progress");
         QTest::newRow("first") << "1 0.5";
