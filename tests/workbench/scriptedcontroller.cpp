@@ -6,7 +6,10 @@
 #include <QUdpSocket>
 
 #include <algorithm>
+#include <linux/tcp.h>
 #include <memory>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 class ScriptedController::Server : public QTcpServer {
 public:
@@ -35,6 +38,15 @@ public:
                 socket->flush();
             }
         }
+    }
+
+    int segments() const {
+        tcp_info info{};
+        socklen_t size = sizeof(info);
+        const QPointer<QTcpSocket> socket = m_sockets.empty() ? nullptr : m_sockets.back();
+        const bool good = socket && ::getsockopt(static_cast<int>(socket->socketDescriptor()),
+                                                 IPPROTO_TCP, TCP_INFO, &info, &size) == 0;
+        return good ? static_cast<int>(info.tcpi_data_segs_in) : -1;
     }
 
     void drop() {
@@ -208,6 +220,12 @@ int ScriptedController::openConnections() const {
     int count = 0;
     onServerThread([this, &count] { count = m_server->openConnections(); });
     return count;
+}
+
+int ScriptedController::receivedSegments() const {
+    int segments = -1;
+    onServerThread([this, &segments] { segments = m_server->segments(); });
+    return segments;
 }
 
 quint16 ScriptedController::dataPort() const {

@@ -51,6 +51,8 @@ public:
     void clearCommands();
     int connections() const;     ///< accepted so far
     int openConnections() const; ///< not closed by either side
+    /// TCP segments with data that the newest connection has brought.
+    int receivedSegments() const;
     /// The last port of "kestrel2 set data_port".
     quint16 dataPort() const;
     /// Sends one datagram from this controller's address to the data port.

@@ -107,6 +107,15 @@ private Q_SLOTS:
         QCOMPARE(m_controller->commands().size(), std::size_t(1));
     }
 
+    void each_command_is_one_write() {
+        QVERIFY(open());
+        constexpr int commands = 20;
+        for (int i = 0; i < commands; ++i) {
+            QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
+        }
+        QCOMPARE(m_controller->receivedSegments(), commands);
+    }
+
     void callbacks_come_in_order_and_never_from_inside_ask() {
         QVERIFY(open());
         QStringList order;
