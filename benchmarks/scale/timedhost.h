@@ -1,0 +1,56 @@
+#pragma once
+
+#include "host_api/iomanager.h"
+#include "host_api/requester.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+/// What was seen on the receiving thread.
+struct LineTimes {
+    long long frames = 0;         ///< with a number of the sender's
+    double longestCall = 0.0;     ///< seconds inside one set_ascii_data of the module
+    double longestUnderWay = 0.0; ///< seconds from sending to the module
+    long long accepted = 0;       ///< lines that the module took
+    long long rejected = 0;       ///< lines that it did not
+};
+
+/// Stands between the module and the workbench's host: hands everything on, and measures every data
+/// line on its way to the module.
+class TimedHost : public IOManager {
+public:
+    explicit TimedHost(IOManager& host);
+    ~TimedHost() override;
+    TimedHost(const TimedHost&) = delete;
+    TimedHost& operator=(const TimedHost&) = delete;
+
+    LineTimes times() const;
+    void reset();
+
+    int set_channel_option(int channel, int timeout_ms, int flags) override;
+    int send_command(char* reply, const char* command) override;
+    int get_parameter_string(char* reply, const char* format, ...) override;
+    int get_parameter_int(int* value, const char* format, ...) override;
+    int get_parameter_double(double* value, const char* format, ...) override;
+    int get_parameter_bool(bool* value, const char* format, ...) override;
+    int set_parameter(const char* format, ...) override;
+    int register_data_requester(const char* channel, Requester* requester) override;
+    int unregister_data_requester(const char* channel, Requester* requester) override;
+    int register_measurement_requester(Requester* requester) override;
+    int unregister_measurement_requester(Requester* requester) override;
+    void write_log(const char* category, const char* source, int level, const char* text) override;
+
+private:
+    class FrameHead;
+    class TimedRequester;
+
+    IOManager& m_host;
+    mutable std::mutex m_mutex; // of the times
+    LineTimes m_times;
+    double m_sentAt = 0.0; // receiving thread only
+    std::unique_ptr<FrameHead> m_head;
+    std::map<Requester*, std::unique_ptr<TimedRequester>> m_timed;
+};
