@@ -28,20 +28,19 @@ std::vector<MemoryTrend::Point> MemoryTrend::floors() const {
 
 double MemoryTrend::kbPerHour() const {
     const std::vector<Point> points = floors();
-    const auto count = static_cast<double>(points.size());
-    double meanHours = 0.0;
-    double meanKb = 0.0;
-    for (const Point& point : points) {
-        meanHours += point.hours / count;
-        meanKb += point.kb / count;
+    std::vector<double> slopes;
+    for (std::size_t later = 1; later < points.size(); ++later) {
+        for (std::size_t earlier = 0; earlier < later; ++earlier) {
+            slopes.push_back((points[later].kb - points[earlier].kb) /
+                             (points[later].hours - points[earlier].hours));
+        }
     }
-    double product = 0.0;
-    double square = 0.0;
-    for (const Point& point : points) {
-        product += (point.hours - meanHours) * (point.kb - meanKb);
-        square += (point.hours - meanHours) * (point.hours - meanHours);
+    if (slopes.empty()) {
+        return 0.0;
     }
-    return square > 0.0 ? product / square : 0.0;
+    const auto middle = slopes.begin() + static_cast<std::ptrdiff_t>(slopes.size() / 2);
+    std::nth_element(slopes.begin(), middle, slopes.end());
+    return *middle;
 }
 
 qint64 MemoryTrend::atSkipEndKb() const {

@@ -23,14 +23,14 @@ constexpr double liveShare = 0.5; // of the frames, on a loaded machine
 constexpr int liveRows = 2;
 
 // What the user does next, in each state of the window; more often what stands more often.
-constexpr const char* whenMeasuring[] = {"stop",           "stop",    "stop",  "display", "record",
-                                         "stop-recording", "modules", "about", "connect"};
-constexpr const char* whenIdle[] = {"start",    "start",       "start",      "settings",
-                                    "settings", "calibration", "settings",   "calibration",
-                                    "display",  "calibration", "connect",    "calibration",
-                                    "about",    "disconnect",  "calibration"};
-constexpr const char* whenAway[] = {"connect", "settings", "calibration", "display",
-                                    "modules", "connect",  "disconnect"};
+constexpr const char* whenMeasuring[] = {"stop",    "stop",           "display", "display",
+                                         "record",  "stop-recording", "modules", "about",
+                                         "connect", "disconnect"};
+constexpr const char* whenIdle[] = {"start",       "start",       "start",    "start",
+                                    "start",       "start",       "settings", "settings",
+                                    "calibration", "calibration", "display",  "connect"};
+constexpr const char* whenAway[] = {"connect",     "connect", "settings",
+                                    "calibration", "display", "modules"};
 
 } // namespace
 
