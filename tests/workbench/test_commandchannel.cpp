@@ -116,6 +116,26 @@ private Q_SLOTS:
         QCOMPARE(m_controller->receivedSegments(), commands);
     }
 
+    void a_command_into_a_dropped_connection_fails_without_a_warning() {
+        QVERIFY(open());
+        QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
+        m_controller->dropConnections();
+        static int warnings = 0;
+        warnings = 0;
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString&) { ++warnings; });
+        QList<int> results;
+        // The other end refuses the first one; the next ones cannot even be sent.
+        for (int i = 0; i < 3; ++i) {
+            m_channel->askLater("kestrel2 later", [&](const CommandChannel::Answer& answer) {
+                results += answer.result;
+            });
+        }
+        qInstallMessageHandler(before);
+        QTRY_COMPARE_WITH_TIMEOUT(results, QList<int>({-1, -1, -1}), patience);
+        QCOMPARE(warnings, 0);
+    }
+
     void callbacks_come_in_order_and_never_from_inside_ask() {
         QVERIFY(open());
         QStringList order;
