@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDialog>
 #include <QEvent>
 #include <QWidget>
 
@@ -13,6 +14,7 @@ ModalWatchdog::ModalWatchdog(int patienceMs)
     : m_patience(patienceMs) {
     QObject::connect(&m_timer, &QTimer::timeout, this, &ModalWatchdog::look);
     m_timer.start(pollMs);
+    qApp->installEventFilter(this);
 }
 
 void ModalWatchdog::on(const QString& objectName, const std::function<void(QWidget*)>& action) {
@@ -20,8 +22,12 @@ void ModalWatchdog::on(const QString& objectName, const std::function<void(QWidg
 }
 
 bool ModalWatchdog::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Hide && watched == m_current) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::Hide && watched == m_current) {
         m_current = nullptr; // shown again at once it appears anew
+    }
+    if ((type == QEvent::Show || type == QEvent::Hide) && qobject_cast<QDialog*>(watched)) {
+        QTimer::singleShot(0, this, &ModalWatchdog::look); // sooner than the next poll
     }
     return false;
 }
@@ -35,7 +41,6 @@ void ModalWatchdog::look() {
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     if (modal != m_current) {
         m_current = modal;
-        modal->installEventFilter(this);
         m_since = now;
         // The action may run a modal loop of its own, in which this watchdog must go on looking; a
         // timer does not fire while its own slot runs, so leave the slot first.
