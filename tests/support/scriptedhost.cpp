@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 namespace {
 
@@ -157,9 +158,8 @@ void ScriptedHost::stopMeasurement() {
 }
 
 int ScriptedHost::set_channel_option(int channel, int timeout_ms, int flags) {
-    record("set_channel_option " + std::to_string(channel) + ' ' + std::to_string(timeout_ms) +
-           ' ' + std::to_string(flags));
-    return 0;
+    return acknowledge("set_channel_option " + std::to_string(channel) + ' ' +
+                       std::to_string(timeout_ms) + ' ' + std::to_string(flags));
 }
 
 int ScriptedHost::send_command(char* reply, const char* command) {
@@ -184,7 +184,14 @@ int ScriptedHost::get_parameter_int(int* value, const char* format, ...) {
     const std::string parameter = formatted(format, arguments);
     va_end(arguments);
     const Answer answer = ask("get_int", parameter, false);
-    *value = answer.result == 0 ? std::atoi(answer.text.c_str()) : -123456789;
+    using Limits = std::numeric_limits<int>;
+    if (answer.result != 0) {
+        *value = -123456789;
+    } else if (answer.fault == Fault::Garbage || answer.fault == Fault::Unterminated) {
+        *value = answer.fault == Fault::Garbage ? Limits::min() : Limits::max();
+    } else if (answer.fault != Fault::EmptyReply) {
+        *value = std::atoi(answer.text.c_str());
+    }
     return answer.result;
 }
 
@@ -194,8 +201,15 @@ int ScriptedHost::get_parameter_double(double* value, const char* format, ...) {
     const std::string parameter = formatted(format, arguments);
     va_end(arguments);
     const Answer answer = ask("get_double", parameter, false);
-    const CLocale locale;
-    *value = answer.result == 0 ? std::strtod(answer.text.c_str(), nullptr) : -123456789.0;
+    using Limits = std::numeric_limits<double>;
+    if (answer.result != 0) {
+        *value = -123456789.0;
+    } else if (answer.fault == Fault::Garbage || answer.fault == Fault::Unterminated) {
+        *value = answer.fault == Fault::Garbage ? Limits::quiet_NaN() : Limits::infinity();
+    } else if (answer.fault != Fault::EmptyReply) {
+        const CLocale locale;
+        *value = std::strtod(answer.text.c_str(), nullptr);
+    }
     return answer.result;
 }
 
@@ -205,8 +219,14 @@ int ScriptedHost::get_parameter_bool(bool* value, const char* format, ...) {
     const std::string parameter = formatted(format, arguments);
     va_end(arguments);
     const Answer answer = ask("get_bool", parameter, false);
-    // A failed query leaves the opposite of what it found: the value then counts for nothing.
-    *value = answer.result == 0 ? answer.text == "yes" : !*value;
+    const bool isNumber = answer.fault == Fault::HugeNumber || answer.fault == Fault::MinusOne;
+    if (answer.result != 0 || answer.fault == Fault::Garbage ||
+        answer.fault == Fault::Unterminated) {
+        // The opposite of what it found: after a failure the value counts for nothing.
+        *value = !*value;
+    } else if (answer.fault != Fault::EmptyReply) {
+        *value = isNumber || answer.text == "yes";
+    }
     return answer.result;
 }
 
@@ -219,31 +239,35 @@ int ScriptedHost::set_parameter(const char* format, ...) {
 }
 
 int ScriptedHost::register_data_requester(const char* channel, Requester* requester) {
-    record(std::string("register ") + channel);
+    const int result = acknowledge(std::string("register ") + channel);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_requesters[channel].push_back(requester);
-    return 0;
+    if (result == 0) {
+        m_requesters[channel].push_back(requester);
+    }
+    return result;
 }
 
 int ScriptedHost::unregister_data_requester(const char* channel, Requester* requester) {
-    record(std::string("unregister ") + channel);
+    const int result = acknowledge(std::string("unregister ") + channel);
     const std::lock_guard<std::mutex> lock(m_mutex);
     removeOne(m_requesters[channel], requester);
-    return 0;
+    return result;
 }
 
 int ScriptedHost::register_measurement_requester(Requester* requester) {
-    record("register_measurement");
+    const int result = acknowledge("register_measurement");
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_measurementRequesters.push_back(requester);
-    return 0;
+    if (result == 0) {
+        m_measurementRequesters.push_back(requester);
+    }
+    return result;
 }
 
 int ScriptedHost::unregister_measurement_requester(Requester* requester) {
-    record("unregister_measurement");
+    const int result = acknowledge("unregister_measurement");
     const std::lock_guard<std::mutex> lock(m_mutex);
     removeOne(m_measurementRequesters, requester);
-    return 0;
+    return result;
 }
 
 void ScriptedHost::write_log(const char* category, const char* source, int level,
@@ -252,39 +276,55 @@ void ScriptedHost::write_log(const char* category, const char* source, int level
            text);
 }
 
+std::optional<ScriptedHost::Fault> ScriptedHost::nextFault() {
+    const int operation = m_operations++;
+    const bool faulty = m_faultIndex >= 0 &&
+                        (operation == m_faultIndex || (m_faultStays && operation > m_faultIndex));
+    return faulty ? std::optional(m_fault) : std::nullopt;
+}
+
+int ScriptedHost::acknowledge(const std::string& line) {
+    record(line);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto fault = nextFault();
+    return fault ? faultyAnswer(*fault).result : 0;
+}
+
+ScriptedHost::Answer ScriptedHost::faultyAnswer(Fault fault) {
+    switch (fault) {
+    case Fault::Error:
+        return {1, "rubbish", true, fault};
+    case Fault::EmptyReply:
+        return {0, "", true, fault};
+    case Fault::Garbage:
+        return {0, "\x01\xff\xfe%s%n\x80\"<b>", true, fault};
+    case Fault::Unterminated:
+        return {0, std::string(replySize, 'x'), false, fault};
+    case Fault::HugeNumber:
+        return {0, "2000000000", true, fault};
+    case Fault::MinusOne:
+        return {0, "-1", true, fault};
+    }
+    return {};
+}
+
 ScriptedHost::Answer ScriptedHost::ask(const std::string& verb, const std::string& text,
                                        bool isCommand) {
     record(verb + ' ' + text);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const int operation = m_operations++;
-    const bool faulty = m_faultIndex >= 0 &&
-                        (operation == m_faultIndex || (m_faultStays && operation > m_faultIndex));
-    if (faulty) {
-        switch (m_fault) {
-        case Fault::Error:
-            return {1, "rubbish", true};
-        case Fault::EmptyReply:
-            return {0, "", true};
-        case Fault::Garbage:
-            return {0, "\x01\xff\xfe%s%n\x80\"<b>", true};
-        case Fault::Unterminated:
-            return {0, std::string(replySize, 'x'), false};
-        case Fault::HugeNumber:
-            return {0, "2000000000", true};
-        case Fault::MinusOne:
-            return {0, "-1", true};
-        }
+    if (const auto fault = nextFault()) {
+        return faultyAnswer(*fault);
     }
     const auto failure = m_failures.find(text);
     if (failure != m_failures.end()) {
-        return {failure->second, "rubbish", true};
+        return {failure->second, "rubbish", true, {}};
     }
     auto& table = isCommand ? m_commandReplies : m_values;
     const auto found = table.find(text);
     if (found != table.end()) {
-        return {0, nextOf(found->second), true};
+        return {0, nextOf(found->second), true, {}};
     }
-    return isCommand ? Answer{0, "kestrel2 ok", true} : Answer{1, "unknown", true};
+    return isCommand ? Answer{0, "kestrel2 ok", true, {}} : Answer{1, "unknown", true, {}};
 }
 
 void ScriptedHost::write(char* reply, const Answer& answer) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,18 +41,20 @@ public:
     void fail(const std::string& text, int error = 1);
     void succeed(const std::string& text); ///< takes that back
 
-    /// What a failing controller operation looks like in a fault sweep.
+    /// What a failing controller operation looks like in a fault sweep. Behind the bar: what a
+    /// number (int, double) and a truth value become. Options and registrations have nothing but a
+    /// result; a registration that fails registers nobody.
     enum class Fault {
-        Error,        ///< result 1, rubbish in the buffer
-        EmptyReply,   ///< success, empty text, 0
-        Garbage,      ///< success, bytes that are no text
-        Unterminated, ///< success, 200 bytes without a terminator
-        HugeNumber,   ///< success, "2000000000"
-        MinusOne,     ///< success, "-1"
+        Error,        ///< result 1, rubbish in the buffer | rubbish, the opposite
+        EmptyReply,   ///< success, empty text | left as they were
+        Garbage,      ///< success, bytes that are no text | lowest and nan, the opposite
+        Unterminated, ///< success, 200 bytes without a terminator | highest and inf, the opposite
+        HugeNumber,   ///< success, "2000000000" | 2000000000, true
+        MinusOne,     ///< success, "-1" | -1, true
     };
 
-    /// Lets the `index`-th controller operation from now (0-based; get, set and send are counted,
-    /// registrations and log lines are not) go wrong; with `fromThenOn` all that follow as well.
+    /// Lets the `index`-th controller operation from now go wrong (0-based; all but log lines are
+    /// counted); with `fromThenOn` all that follow as well.
     void injectFault(int index, Fault fault, bool fromThenOn);
     void clearFault();
 
@@ -101,8 +104,12 @@ private:
         int result = 0;
         std::string text;
         bool terminated = true;
+        std::optional<Fault> fault;
     };
 
+    std::optional<Fault> nextFault();
+    static Answer faultyAnswer(Fault fault);
+    int acknowledge(const std::string& line);
     Answer ask(const std::string& verb, const std::string& text, bool isCommand);
     static void write(char* reply, const Answer& answer);
     void record(const std::string& line);
