@@ -1,237 +1,189 @@
-#include "tests/SourceFiles/settingsrig.h"
+#include "SourceFiles/measurementtoolmodule.h"
+#include "host_api/metatypes.h"
+#include "tests/SourceFiles/settingsflow.h"
 
+#include <QDialog>
+#include <QPointer>
+#include <QSpinBox>
 #include <QtTest>
-
-#include <map>
 
 namespace {
 
-using Fault = ScriptedHost::Fault;
+using faultsweep::Case;
+using faultsweep::Outcome;
+using Flow = SettingsFlow;
+using Phase = SettingsFlow::Phase;
+using Act = SettingsFlow::Act;
 
-enum Phase { Showing, Edit, Tick, Cancel, Ok };
-
-std::string lastWord(const std::string& text) {
-    return text.substr(text.rfind(' ') + 1);
+Act spin(const char* name, int value) {
+    return [=](SettingsRig& rig) { rig.setSpin(name, value); };
 }
 
-bool contains(const std::string& text, const char* fragment) {
-    return text.find(fragment) != std::string::npos;
+Act doubleSpin(const char* name, double value) {
+    return [=](SettingsRig& rig) { rig.setDoubleSpin(name, value); };
 }
 
-// The log line that the failure of an operation of a phase asks for; empty: none.
-std::string logOf(const std::string& operation, int phase) {
-    const std::string verb = operation.substr(0, operation.find(' '));
-    const std::string text = operation.substr(verb.size() + 1);
-    const bool isSet = verb == "set";
-    if (isSet && contains(text, "number_of_tools ")) {
-        return "Error: Unable to set number of mea tools = " + lastWord(text);
-    }
-    if (isSet && contains(text, "number_of_references ")) {
-        const char* const what = phase == Cancel ? "references"
-                                 : phase == Ok   ? "mea references"
-                                                 : "mea tools";
-        return std::string("Error: Unable to set number of ") + what + " = " + lastWord(text);
-    }
-    if (contains(text, "number_of_zelwpan_devices")) {
-        return "Error: Unable to get number of Measurementtools";
-    }
-    if (contains(text, "zelwpan_device d")) {
-        return "Error: Unable to get device info of MeasurementTool " + lastWord(text);
-    }
-    if (contains(text, "device_model_desc")) {
-        const std::string vendorAndModel = text.substr(text.find("desc ") + 5);
-        return "Error: Unable to get model description of vendor " +
-               vendorAndModel.substr(0, vendorAndModel.find(' ')) + " model " +
-               lastWord(vendorAndModel);
-    }
-    const std::map<std::string, std::string> whileReading = {
-        {"measurementtool measurement_duration b01", "Error: Unable to get mea duration"},
-        {"measurementtool measurement_tip_tolerance b01", "Error: Unable to get mea tip tolerance"},
-        {"measurementtool measurement_start_simulation b01",
-         "Error: Unable to get state of measurement start simulation"},
-        {"measurementtool measurement_start_angle b01", "Error: Unable to get mea angular speed"},
-        {"measurementtool measurement_start_lead_time b01",
-         "Error: Unable to get mea start lead time"},
+Act push(const char* name) {
+    return [=](SettingsRig& rig) { rig.click(name); };
+}
+
+// A reference or a device, then Select or Deselect.
+Act assign(int tab, int tool, int row, const char* button) {
+    return [=](SettingsRig& rig) {
+        rig.openTab(tab);
+        rig.clickCell("tableWidget_meaBodies", tool);
+        rig.clickCell(tab == 0 ? "tableWidget_refBodies" : "tableWidget_availableMt", row, 3 * tab);
+        rig.click(button);
     };
-    if (!isSet) {
-        const auto found = whileReading.find(text);
-        return found != whileReading.end() && phase != Ok ? found->second : std::string();
-    }
-    const std::size_t body = text.find(" b");
-    const std::string parameter = text.substr(0, body);
-    const std::string number =
-        body == std::string::npos ? "" : text.substr(body + 2, text.find(' ', body + 1) - body - 2);
-    const std::map<std::string, std::string> whileWriting = {
-        {"measurementtool reference_of_tool", "Error: Unable to set ref. body"},
-        {"measurementtool device", "Error: Unable to set radio device"},
-        {"measurementtool measurement_duration",
-         "Error: Unable to set mea duration for body b" + number},
-        {"measurementtool measurement_tip_tolerance",
-         "Error: Unable to set tip tolerance for body b" + number},
-        {"measurementtool measurement_start_simulation",
-         "Error: Unable to activate start simulation for body b" + number},
-        {"measurementtool measurement_start_angle",
-         "Error: Unable to set mea angular speed for body b" + number},
-        {"measurementtool measurement_start_lead_time",
-         "Error: Unable to set mea. start lead time for body b" + number},
-        {"measurementtool output_6dmt no", "Error: Unable to (un)set to old output format"},
-        {"measurementtool output_6dmt yes", "Error: Unable to set to old output format"},
-        {"measurementtool tip_radius", "Error: Unable to set tip radius of mea tool b0" +
-                                           std::to_string(std::atoi(number.c_str()))},
+}
+
+Act setDiameter(int tool, const char* text) {
+    return [=](SettingsRig& rig) { rig.setCell("tableWidget_meaBodies", tool, 1, text); };
+}
+
+Act both(const Act& first, const Act& second) {
+    return [=](SettingsRig& rig) {
+        first(rig);
+        second(rig);
     };
-    return whileWriting.at(parameter);
-}
-
-// The operations of a journal with the log line that each failed one asks for behind it.
-Lines withLogs(const Lines& operations, int firstFailed, bool allThatFollow, int phase) {
-    Lines journal;
-    for (int i = 0; i < static_cast<int>(operations.size()); ++i) {
-        const std::string& operation = operations[static_cast<std::size_t>(i)];
-        journal.push_back(operation);
-        const bool failed = i == firstFailed || (allThatFollow && i > firstFailed);
-        const std::string log = failed ? logOf(operation, phase) : std::string();
-        if (!log.empty()) {
-            journal.push_back("log standard KESTREL3 1 " + log);
-        }
-    }
-    return journal;
-}
-
-struct Scenario {
-    int phase = Showing;
-    std::function<void(SettingsRig&)> action;  ///< what is under test, inside the dialog's loop
-    std::function<void(SettingsRig&)> prepare; ///< edits before it
-};
-
-void script(SettingsRig& rig) {
-    rig.setDevices({"V M 1", "V N 2"});
-    rig.host.answer("measurementtool device b01", "zelwpan V M 00001");
-}
-
-// Runs a scenario with a fault in its `index`-th operation; the journal holds the faulty phase.
-// Returns the number of its operations.
-int runWithFault(SettingsRig& rig, const Scenario& scenario, int index, Fault fault, bool stays) {
-    script(rig);
-    int count = 0;
-    const auto inject = [&] {
-        rig.host.clearJournal();
-        if (index >= 0) {
-            rig.host.injectFault(index, fault, stays);
-        }
-    };
-    bool shown = false;
-    Lines journal;
-    QTimer::singleShot(0, rig.dialog, [&] {
-        shown = true;
-        if (scenario.phase != Showing) {
-            if (scenario.prepare) {
-                scenario.prepare(rig);
-            }
-            inject();
-            scenario.action(rig);
-        }
-        count = rig.host.operationCount();
-        journal = rig.host.journal();
-        rig.host.clearFault();
-        if (rig.dialog->isVisible()) {
-            rig.dialog->reject();
-        }
-    });
-    if (scenario.phase == Showing) {
-        inject();
-    }
-    const int result = rig.dialog->update_and_exec();
-    if (result != 0 || !shown || rig.dialog->isVisible()) {
-        qFatal("the dialog did not close with 0");
-    }
-    if (index >= 0 && fault == Fault::Error) {
-        const Lines operations = without(journal, "log ");
-        const Lines expected = withLogs(operations, index, stays, scenario.phase);
-        if (journal != expected) {
-            qFatal("operation %d: journal\n%s\nexpected\n%s", index, qPrintable(asText(journal)),
-                   qPrintable(asText(expected)));
-        }
-    }
-    for (const std::string& line : journal) {
-        if (line.rfind("log ", 0) == 0 && line.rfind("log standard KESTREL3 1 Error", 0) != 0) {
-            qFatal("odd log line %s", line.c_str());
-        }
-    }
-    return count;
 }
 
 } // namespace
 
-Q_DECLARE_METATYPE(Scenario)
+Q_DECLARE_METATYPE(Flow)
+
+namespace {
+
+void addRow(const char* name, Phase phase, const Act& action, const Act& prepare = {},
+            int protocol = 14) {
+    Flow flow;
+    flow.phase = phase;
+    flow.action = action;
+    flow.prepare = prepare;
+    flow.protocol = protocol;
+    QTest::newRow(name) << flow;
+}
+
+const char* const tools = "spinBox_noOfMeaBodies";
+const char* const references = "spinBox_noOfRefBodies";
+
+void addShowings() {
+    const Phase phase = Phase::Showing;
+    Flow first;
+    first.neverFilled = true;
+    QTest::newRow("first showing") << first;
+    addRow("showing", phase, {});
+    addRow("showing, protocol 1.13", phase, {}, {}, 13);
+    addRow("showing, protocol 1.12", phase, {}, {}, 12);
+    Flow locked;
+    locked.locked = true;
+    QTest::newRow("showing, locked") << locked;
+    Flow unavailable;
+    unavailable.available = false;
+    QTest::newRow("showing, unavailable") << unavailable;
+}
+
+void addEdits() {
+    const Phase phase = Phase::Edit;
+    addRow("more tools", phase, spin(tools, 4));
+    addRow("fewer tools", phase, spin(tools, 1));
+    addRow("no tools", phase, spin(tools, 0));
+    addRow("the first tool", phase, spin(tools, 1), spin(tools, 0));
+    addRow("tools back again", phase, spin(tools, 2), spin(tools, 1));
+    addRow("more references", phase, spin(references, 5));
+    addRow("no references", phase, spin(references, 0));
+    addRow("references back again", phase, spin(references, 3), spin(references, 0));
+    Flow trade;
+    trade.phase = phase;
+    trade.action = spin(references, 5);
+    trade.tradesBodies = true;
+    QTest::newRow("references that take a tool away") << trade;
+    addRow("tick", phase, [](SettingsRig& rig) { rig.tick(); });
+    addRow("transceivers", phase,
+           [](SettingsRig& rig) { rig.dialog->isRadioTransceiverAvailable(); });
+}
+
+// An edit that reaches the controller with OK alone is swept together with it.
+void addOks() {
+    const Phase phase = Phase::Ok;
+    const Act ok = push("pushButton_ok");
+    const Act oneTool = spin(tools, 1);
+    const Act counts = both(spin(tools, 1), spin(references, 5));
+    const auto afterEdit = [&](const char* name, const Act& edit) {
+        addRow(name, phase, both(edit, ok), oneTool);
+    };
+    addRow("OK", phase, ok);
+    addRow("OK, other counts", phase, ok, counts);
+    addRow("OK, no tools", phase, ok, spin(tools, 0));
+    addRow("OK, protocol 1.13", phase, ok, {}, 13);
+    addRow("OK, protocol 1.12", phase, ok, {}, 12);
+    afterEdit("select a reference, OK", assign(0, 0, 2, "pushButton_select"));
+    afterEdit("deselect a reference, OK", assign(0, 0, 2, "pushButton_deselect"));
+    afterEdit("select a device, OK", assign(1, 0, 1, "pushButton_select"));
+    afterEdit("deselect a device, OK", assign(1, 0, 1, "pushButton_deselect"));
+    afterEdit("diameter, OK", setDiameter(0, "8.0"));
+    afterEdit("duration, OK", doubleSpin("doubleSpinBox_duration", 9.0));
+    afterEdit("tip tolerance, OK", doubleSpin("doubleSpinBox_tipTolerance", 0.3));
+    afterEdit("start simulation, OK", push("checkBox_startSimulation"));
+    afterEdit("start angle, OK", spin("spinBox_startAngle", 99));
+    afterEdit("start lead time, OK", doubleSpin("doubleSpinBox_startLeadTime", 0.9));
+    afterEdit("output format, OK", push("checkBox_useOldOutputFormat"));
+}
+
+void addCancels() {
+    const Act fewerTools = both(spin(tools, 1), spin(references, 5));
+    const Act moreTools = both(spin(tools, 4), spin(references, 1));
+    const Act escape = [](SettingsRig& rig) { QTest::keyClick(rig.dialog, Qt::Key_Escape); };
+    const Act close = [](SettingsRig& rig) { rig.dialog->close(); };
+    const std::string restoreTools = "set measurementtool number_of_tools 2";
+    const std::string restoreReferences = "set measurementtool number_of_references 3";
+    Flow flow;
+    flow.phase = Phase::Cancel;
+    const auto add = [&](const char* path, const Act& act) {
+        flow.action = act;
+        flow.prepare = fewerTools;
+        flow.always = {restoreReferences, restoreTools};
+        QTest::addRow("%s, fewer tools", path) << flow;
+        flow.prepare = moreTools;
+        flow.always = {restoreTools, restoreReferences};
+        QTest::addRow("%s, more tools", path) << flow;
+    };
+    add("Cancel", push("pushButton_cancel"));
+    add("Escape", escape);
+    add("close button", close);
+}
+
+} // namespace
 
 class TestMtSettingsDlgFaults : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void whateverGoesWrongTheDialogLogsItAndClosesWithZero_data() {
-        QTest::addColumn<Scenario>("scenario");
-        const auto spin = [](const char* name, int value) {
-            return [=](SettingsRig& rig) { rig.setSpin(name, value); };
-        };
-        const auto editEverything = [](SettingsRig& rig) {
-            rig.setDoubleSpin("doubleSpinBox_duration", 9.0);
-            rig.setDoubleSpin("doubleSpinBox_tipTolerance", 0.3);
-            rig.setSpin("spinBox_startAngle", 99);
-            rig.click("checkBox_startSimulation");
-            rig.click("checkBox_useOldOutputFormat");
-            rig.setCell("tableWidget_meaBodies", 0, 1, "8.0");
-            rig.setCell("tableWidget_meaBodies", 1, 1, "9.0");
-        };
-        const auto editCounts = [](SettingsRig& rig) {
-            rig.setSpin("spinBox_noOfMeaBodies", 1);
-            rig.setSpin("spinBox_noOfRefBodies", 5);
-        };
-        const auto push = [](const char* name) {
-            return [=](SettingsRig& rig) { rig.click(name); };
-        };
-        const auto row = [](const char* name, int phase,
-                            const std::function<void(SettingsRig&)>& action,
-                            const std::function<void(SettingsRig&)>& prepare = {}) {
-            QTest::newRow(name) << Scenario{phase, action, prepare};
-        };
-        const char* const tools = "spinBox_noOfMeaBodies";
-        const char* const references = "spinBox_noOfRefBodies";
-        row("showing", Showing, {});
-        row("more tools", Edit, spin(tools, 4));
-        row("fewer tools", Edit, spin(tools, 1));
-        row("no tools", Edit, spin(tools, 0));
-        row("the first tool", Edit, spin(tools, 1), spin(tools, 0));
-        row("more references", Edit, spin(references, 5));
-        row("fewer references", Edit, spin(references, 0));
-        row("tick", Tick, [](SettingsRig& rig) { rig.tick(); });
-        row("OK", Ok, push("pushButton_ok"));
-        row("OK with edits", Ok, push("pushButton_ok"), editEverything);
-        row("OK with other counts", Ok, push("pushButton_ok"), editCounts);
-        row("Cancel", Cancel, push("pushButton_cancel"), editCounts);
-        row(
-            "Escape", Cancel, [](SettingsRig& rig) { QTest::keyClick(rig.dialog, Qt::Key_Escape); },
-            editCounts);
-        row(
-            "close button", Cancel, [](SettingsRig& rig) { rig.dialog->close(); }, editCounts);
+    void initTestCase() { QGuiApplication::setQuitOnLastWindowClosed(false); }
+
+    void whateverGoesWrongTheDialogLogsItAndEndsAsItShould_data() {
+        QTest::addColumn<Flow>("flow");
+        addShowings();
+        addEdits();
+        addOks();
+        addCancels();
     }
-    void whateverGoesWrongTheDialogLogsItAndClosesWithZero() {
-        QFETCH(Scenario, scenario);
-        SettingsRig sound;
-        const int operations = runWithFault(sound, scenario, -1, Fault::Error, false);
-        QVERIFY(operations > 0);
-        for (const Fault fault : {Fault::Error, Fault::EmptyReply, Fault::Garbage,
-                                  Fault::Unterminated, Fault::HugeNumber, Fault::MinusOne}) {
-            for (int index = 0; index < operations; ++index) {
-                SettingsRig rig;
-                runWithFault(rig, scenario, index, fault, false);
-            }
-            // An error from each operation on; replies that are nonsense all along.
-            const int last = fault == Fault::Error ? operations : 1;
-            for (int index = 0; index < last; ++index) {
-                SettingsRig rig;
-                runWithFault(rig, scenario, index, fault, true);
-            }
-        }
+    void whateverGoesWrongTheDialogLogsItAndEndsAsItShould() {
+        QFETCH(Flow, flow);
+        SettingsPlayer player(flow);
+        const auto playIt = [&](const Case& fault) { return player.play(fault); };
+        QCOMPARE(m_sweep.run(QTest::currentDataTag(), playIt), QString());
+    }
+
+    void theOwnerGoesAfterAnything_data() {
+        QTest::addColumn<bool>("module");
+        QTest::newRow("fewer references, the parent dies") << false;
+        QTest::newRow("fewer references, the module exits") << true;
+    }
+    void theOwnerGoesAfterAnything() {
+        QFETCH(bool, module);
+        const auto playIt = [&](const Case& fault) { return playToTheOwnersEnd(fault, module); };
+        QCOMPARE(m_sweep.run(QTest::currentDataTag(), playIt), QString());
     }
 
     void logLinesNameTheTwelfthToolAsTheyDo() {
@@ -254,7 +206,51 @@ private Q_SLOTS:
                                 "Error: Unable to set tip radius of mea tool b012"});
         });
     }
+
+    void cleanupTestCase() { QVERIFY(m_sweep.report("settings")); }
+
+private:
+    static Outcome playToTheOwnersEnd(const Case& fault, bool moduleExits);
+
+    faultsweep::NoPainting m_noPainting;
+    faultsweep::Sweep m_sweep;
 };
+
+Outcome TestMtSettingsDlgFaults::playToTheOwnersEnd(const Case& fault, bool moduleExits) {
+    SettingsRig rig;
+    SettingsPlayer::script(rig, {});
+    MeasurementToolModule module;
+    QPointer<QDialog> dialog(rig.dialog);
+    if (moduleExits) {
+        module.set_param("CommandManager", QVariant::fromValue<IOManager*>(&rig.host));
+        module.set_param("ModuleParent", QVariant::fromValue(rig.parent.get()));
+        module.set_param("BackendVersions", QVariant::fromValue(&rig.versions));
+        dialog = qobject_cast<QDialog*>(module.get_gui_elements().at(0)->content);
+    }
+    Outcome outcome;
+    std::size_t asked = 0;
+    QTimer::singleShot(0, dialog, [&] {
+        fault.inject(rig.host);
+        dialog->findChild<QSpinBox*>(QLatin1String(references))->setValue(1);
+        outcome.journal = rig.host.journal();
+        moduleExits ? module.exit_module() : rig.parent.reset();
+        asked = outcome.journal.size();
+    });
+    int result = -1;
+    QMetaObject::invokeMethod(dialog, "update_and_exec", Qt::DirectConnection,
+                              Q_RETURN_ARG(int, result));
+    if (result != 0) {
+        outcome.objection = QStringLiteral("result");
+    }
+    if (!dialog.isNull()) {
+        outcome.objection = QStringLiteral("still there");
+    }
+    const Lines all = without(rig.host.journal(), "register"); // the display's farewell
+    if (asked == 0 || all.size() != asked) {
+        outcome.objection = QStringLiteral("talks on");
+    }
+    return outcome;
+}
 
 QTEST_MAIN(TestMtSettingsDlgFaults)
 #include "test_mtsettingsdlg_faults.moc"
