@@ -287,8 +287,8 @@ CalibrationProgressDlg::Counted CalibrationProgressDlg::count(const Countdown& p
         return Counted::Over;
     }
     m_counting = false;
-    if (m_cancelled) {
-        return Counted::Over;
+    if (m_cancelled || pause->isVisible()) {
+        return Counted::Over; // still visible: the application quits, and run() stops the procedure
     }
     return result != 0 ? Counted::Elapsed : Counted::Cancelled;
 }

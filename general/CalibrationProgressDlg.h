@@ -59,7 +59,7 @@ private:
     enum class Counted {
         Elapsed,   ///< or started at once
         Cancelled, ///< by the user
-        Over,      ///< the procedure was stopped or this object has died: touch nothing
+        Over,      ///< stopped, the application quits or this object has died: touch nothing
     };
     using Countdown = ModalRun<CountdownDlg>;
     Counted count(const Countdown& pause);
