@@ -23,6 +23,8 @@ struct CountdownProbe {
 
 struct CalibrationProgressProbe {
     static QTimer& timer(CalibrationProgressDlg& dialog) { return dialog.timer; }
+    static bool isCalculating(const CalibrationProgressDlg& dialog) { return dialog.bCalculating; }
+    static int step(const CalibrationProgressDlg& dialog) { return dialog.m_iCurrStep; }
     static int polls() { return CalibrationProgressDlg::iCount; }
     static void forgetProgress() {
         CalibrationProgressDlg::progress = 0.0;

@@ -125,54 +125,6 @@ private Q_SLOTS:
         QCOMPARE(countOf(rig, stop), 1);
     }
 
-    void aCancelledCountdownStopsPollingOnly() {
-        ProgressRig rig;
-        scriptSecondStep(rig);
-        rig.answerCountdowns("pushButton");
-        bool still = false;
-        rig.whenShown([&](CalibrationProgressDlg& dialog) {
-            if (rig.dog.seen().contains("CountdownDialog")) {
-                still = !CalibrationProgressProbe::timer(dialog).isActive() && dialog.isVisible() &&
-                        countOf(rig, stop) == 0;
-                child<QPushButton>(dialog, "pb_cancel")->click();
-            }
-        });
-        QCOMPARE(rig.run(), 0);
-        QVERIFY(still);
-        QCOMPARE(countOf(rig, stop), 1);
-    }
-
-    void theEndDuringTheCountdownEndsBoth() {
-        ProgressRig rig;
-        scriptSecondStep(rig);
-        rig.dog.on("CountdownDialog", [&](QWidget*) { rig.host.answer("status active", "none"); });
-        QCOMPARE(rig.run(), 1);
-        QVERIFY(!rig.timerActiveAtEnd);
-        QCOMPARE(countOf(rig, stop), 0);
-    }
-
-    void anErrorDuringTheCountdownEndsBoth() {
-        ProgressRig rig;
-        scriptSecondStep(rig);
-        rig.host.answerCommand("kestrel2 get status err", "1 \"lost\"");
-        rig.answerBoxes();
-        rig.dog.on("CountdownDialog", [&](QWidget*) { rig.host.answer("status active", "err"); });
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.boxes, QStringList("lost"));
-        QCOMPARE(rig.host.operations().back(), std::string("send kestrel2 get status err"));
-    }
-
-    void stoppingDuringTheCountdownEndsBoth() {
-        ProgressRig rig;
-        scriptSecondStep(rig);
-        CalibrationProgressDlg* dialog = nullptr;
-        rig.prepare = [&](CalibrationProgressDlg& made) { dialog = &made; };
-        rig.dog.on("CountdownDialog", [&](QWidget*) { dialog->close(); });
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.host.operations().back(), stop);
-        QVERIFY(!rig.timerActiveAtEnd);
-    }
-
     void aHostThatStopsItInsideAQueryOfTheNewStepSeesNoCountdown() {
         ProgressRig rig;
         scriptSecondStep(rig);

@@ -1,10 +1,8 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
 
-#include <QLCDNumber>
 #include <QLabel>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -13,22 +11,12 @@ namespace {
 const std::string askState = "get_string status step_active";
 const std::string describe2 = "get_string cal step_desc measurementtool s02";
 const std::string startStep2 = "send kestrel2 cal measurementtool start_step s02";
-const std::string stop = "send kestrel2 cal measurementtool stop";
-
-// Starts the first countdown at once; the later ones do what `button` says.
-void answerLaterCountdowns(ProgressRig& rig, const char* button) {
-    rig.dog.on("CountdownDialog", [&rig, button](QWidget* window) {
-        const bool first = rig.countdowns.isEmpty();
-        rig.countdowns << child<QLCDNumber>(*window, "lcdNumber")->intValue();
-        child<QPushButton>(*window, first ? "pushButton_2" : button)->click();
-    });
-}
 
 struct TwoStepRig : ProgressRig {
     explicit TwoStepRig(const Lines& states) {
         twoStep = true;
         scriptTwoStepProcedure(host, states);
-        answerLaterCountdowns(*this, "pushButton_2");
+        answerCountdowns("pushButton_2");
     }
 };
 
@@ -91,94 +79,6 @@ private Q_SLOTS:
         QCOMPARE(info, QString());
     }
 
-    void thePauseBeforeTheFirstStepIsCountedDown() {
-        TwoStepRig rig({"pause 1", "cal 1", "none"});
-        rig.remainingTime = false;
-        QCOMPARE(rig.run(), 1);
-        QCOMPARE(rig.countdowns, QList<int>({3, 3}));
-        QCOMPARE(rig.afterStart(), Lines({askState, askState, "get_double status progress",
-                                          "get_string status step_progress", askState}));
-    }
-
-    void pollingRestsDuringThePauses_data() {
-        QTest::addColumn<QString>("state");
-        QTest::newRow("before the first step") << "pause 1";
-        QTest::newRow("before the second step") << "pause 2";
-    }
-    void pollingRestsDuringThePauses() {
-        QFETCH(QString, state);
-        TwoStepRig rig({state.toStdString(), "none"});
-        CalibrationProgressDlg* dialog = nullptr;
-        rig.prepare = [&](CalibrationProgressDlg& made) { dialog = &made; };
-        bool rested = false;
-        rig.dog.on("CountdownDialog", [&](QWidget* window) {
-            if (dialog->isVisible()) {
-                rested = !CalibrationProgressProbe::timer(*dialog).isActive();
-            }
-            child<QPushButton>(*window, "pushButton_2")->click();
-        });
-        QCOMPARE(rig.run(), 1);
-        QVERIFY(rested);
-    }
-
-    void aCancelledPauseBeforeTheFirstStepEndsTheRun() {
-        TwoStepRig rig({"pause 1", "cal 1"});
-        answerLaterCountdowns(rig, "pushButton");
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.countdowns, QList<int>({3, 3}));
-        QCOMPARE(rig.afterStart(), Lines({askState}));
-        QVERIFY(rig.timerActiveAtEnd);
-    }
-
-    void aCancelledPauseBeforeTheSecondStepStartsItAllTheSame() {
-        TwoStepRig rig({"pause 2", "cal 2"});
-        answerLaterCountdowns(rig, "pushButton");
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.countdowns, QList<int>({3, 4}));
-        QCOMPARE(rig.afterStart(), Lines({askState, describe2, startStep2}));
-        QVERIFY(rig.timerActiveAtEnd);
-    }
-
-    void theSecondStepIsTriggeredOnce() {
-        TwoStepRig rig({"pause 2", "pause 2"});
-        bool stoodStill = false;
-        rig.whenShown([&](CalibrationProgressDlg& dialog) {
-            if (rig.countdowns.size() > 1) {
-                // The second "pause 2" finds the step triggered and stops polling for good.
-                QTRY_VERIFY(!CalibrationProgressProbe::timer(dialog).isActive());
-                stoodStill = dialog.isVisible();
-                dialog.close();
-            }
-        });
-        QCOMPARE(rig.run(), 0);
-        QVERIFY(stoodStill);
-        QCOMPARE(rig.countdowns, QList<int>({3, 4}));
-        QCOMPARE(rig.afterStart(),
-                 Lines({askState, describe2, startStep2, askState, describe2, stop}));
-    }
-
-    void stoppingDuringAPauseEndsBothAndStartsNothing_data() {
-        QTest::addColumn<QString>("state");
-        QTest::newRow("before the first step") << "pause 1";
-        QTest::newRow("before the second step") << "pause 2";
-    }
-    void stoppingDuringAPauseEndsBothAndStartsNothing() {
-        QFETCH(QString, state);
-        TwoStepRig rig({state.toStdString(), "cal 2"});
-        CalibrationProgressDlg* dialog = nullptr;
-        rig.prepare = [&](CalibrationProgressDlg& made) { dialog = &made; };
-        rig.dog.on("CountdownDialog", [&](QWidget* window) {
-            if (dialog->isVisible()) {
-                dialog->close();
-            } else {
-                child<QPushButton>(*window, "pushButton_2")->click();
-            }
-        });
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.host.operations().back(), stop);
-        QVERIFY(!rig.timerActiveAtEnd);
-    }
-
     void anErrorRestartsTrackingAndShowsTheFirstReply() {
         TwoStepRig rig({"cal 1", "err"});
         rig.remainingTime = false;
@@ -199,15 +99,6 @@ private Q_SLOTS:
         TwoStepRig rig({"cal", "cal 3", "pause", "none ", "", "cal 1 ", "none"});
         QCOMPARE(rig.run(), 1);
         QCOMPARE(rig.afterStart(), Lines(7, askState));
-    }
-
-    void cancelStopsTheProcedure() {
-        TwoStepRig rig({"other"});
-        rig.whenShown([](CalibrationProgressDlg& dialog) {
-            child<QPushButton>(dialog, "pb_cancel")->click();
-        });
-        QCOMPARE(rig.run(), 0);
-        QCOMPARE(rig.host.operations().back(), stop);
     }
 };
 
