@@ -27,6 +27,14 @@
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>Overall progress</source>
+        <translation>Gesamtfortschritt</translation>
+    </message>
+    <message>
+        <source>Progress of the step</source>
+        <translation>Fortschritt des Schritts</translation>
+    </message>
 </context>
 <context>
     <name>CalibrationProgressDlg</name>
@@ -64,6 +72,10 @@
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Seconds left</source>
+        <translation>Verbleibende Sekunden</translation>
     </message>
 </context>
 <context>
