@@ -242,7 +242,7 @@
     </message>
     <message>
         <source>Stop r&amp;ecording</source>
-        <translation>Aufzeichnung &amp;beenden</translation>
+        <translation>Aufzeichnung &amp;stoppen</translation>
     </message>
     <message>
         <source>End the recording</source>
@@ -367,6 +367,10 @@
     <message>
         <source>Connect</source>
         <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>
@@ -596,6 +600,22 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <source>protocol %1, system %2 / %3</source>
         <translation>Protokoll %1, System %2 / %3</translation>
     </message>
+    <message>
+        <source>&amp;Log</source>
+        <translation>&amp;Protokoll</translation>
+    </message>
+    <message>
+        <source>&amp;Command line</source>
+        <translation>&amp;Befehlszeile</translation>
+    </message>
+    <message>
+        <source>&amp;Toolbar</source>
+        <translation>&amp;Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
 </context>
 <context>
     <name>workbench::ModuleHost</name>
@@ -649,6 +669,10 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     <message>
         <source>not loaded: %1</source>
         <translation>nicht geladen: %1</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>

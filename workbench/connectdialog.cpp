@@ -21,7 +21,11 @@ ConnectDialog::ConnectDialog(const ControllerAddress& address, const QStringList
     m_ui->spinBox_port->setValue(address.port);
     m_ui->spinBox_dataPort->setValue(address.dataPort);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("Connect"));
+    m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
     connect(m_ui->comboBox_host, &QComboBox::editTextChanged, this, &ConnectDialog::check);
+    // The completion of a name takes the key for itself.
+    connect(m_ui->comboBox_host->lineEdit(), &QLineEdit::returnPressed,
+            m_ui->buttonBox->button(QDialogButtonBox::Ok), &QPushButton::click);
     check();
     setFixedHeight(sizeHint().height());
 }

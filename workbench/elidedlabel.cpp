@@ -27,6 +27,7 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     QStyleOption option;
     option.initFrom(this);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+    setToolTip(shown == text() ? QString() : text());
     style()->drawItemText(&painter, contentsRect(), int(Qt::AlignVCenter | Qt::AlignLeft),
                           option.palette, isEnabled(), shown, foregroundRole());
 }

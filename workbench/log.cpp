@@ -119,6 +119,9 @@ QVariant Log::data(const QModelIndex& index, int role) const {
         return index.column() == TimeColumn ? entry.time.toString(QStringLiteral("HH:mm:ss.zzz"))
                                             : cell(entry, index.column());
     }
+    if (role == Qt::ToolTipRole && index.column() == TextColumn) {
+        return entry.text; // may be longer than the column is wide
+    }
     if (role == Qt::TextAlignmentRole && index.column() == LevelColumn) {
         return static_cast<int>(Qt::AlignCenter);
     }

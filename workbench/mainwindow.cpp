@@ -12,6 +12,7 @@
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStyle>
 
 #include <algorithm>
@@ -70,6 +71,9 @@ MainWindow::~MainWindow() {
 
 void MainWindow::setUpActions() {
     const Ui::MainWindow& ui = *m_ui;
+    m_logDock->toggleViewAction()->setText(tr("&Log"));
+    m_commandDock->toggleViewAction()->setText(tr("&Command line"));
+    ui.toolBar->toggleViewAction()->setText(tr("&Toolbar"));
     ui.actionConnect->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
     ui.actionStart->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
     ui.actionStop->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
@@ -257,7 +261,9 @@ void MainWindow::showAbout() {
            "connects over the network, loads modules and shows what they offer.")
             .arg(QCoreApplication::applicationVersion()),
         QMessageBox::Close, this);
+    box.setObjectName(QStringLiteral("messageBox_about"));
     box.setTextFormat(Qt::PlainText);
+    box.button(QMessageBox::Close)->setText(tr("Close"));
     box.exec();
 }
 

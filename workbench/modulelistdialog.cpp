@@ -3,6 +3,8 @@
 #include "ui_modulelistdialog.h"
 #include "workbench/modulehost.h"
 
+#include <QPushButton>
+
 namespace workbench {
 
 ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules, QWidget* parent)
@@ -17,11 +19,14 @@ ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules, QWidget* 
             name.isEmpty() ? tr("unknown") : name, info.version,
             info.isLoaded() ? tr("loaded") : tr("not loaded: %1").arg(info.reason), info.file};
         for (int column = 0; column < 4; ++column) {
-            ui.tableWidget_modules->setItem(row, column, new QTableWidgetItem(cells[column]));
+            auto* const item = new QTableWidgetItem(cells[column]);
+            item->setToolTip(cells[column]); // may be longer than the column is wide
+            ui.tableWidget_modules->setItem(row, column, item);
         }
     }
     ui.tableWidget_modules->resizeColumnsToContents();
     ui.tableWidget_modules->resizeRowsToContents();
+    ui.buttonBox->button(QDialogButtonBox::Close)->setText(tr("Close"));
     ui.label_none->setVisible(modules.isEmpty());
 }
 

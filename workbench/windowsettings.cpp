@@ -79,7 +79,9 @@ QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) 
 
 void WindowSettings::restore(QMainWindow& window) {
     const QVector<QRect> screens = screenRects();
-    window.resize(clamped(QRect(QPoint(0, 0), defaultSize), screens).size());
+    // With a large font the tool bar needs more.
+    const QSize size = defaultSize.expandedTo(window.sizeHint());
+    window.resize(clamped(QRect(QPoint(0, 0), size), screens).size());
     const QVariant stored = m_settings.value(QStringLiteral("window/rect"));
     if (stored.isValid()) {
         const QRect rect = stored.toRect();
