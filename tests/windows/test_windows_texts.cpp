@@ -1,0 +1,83 @@
+#include "tests/windows/textfit.h"
+#include "tests/windows/texts.h"
+#include "tests/windows/windowtour.h"
+
+#include <QRegularExpression>
+#include <QWidget>
+#include <QtTest>
+
+namespace {
+
+// What reads the same in German as in English.
+const char* const sameWords =
+    "OK|Kestrel Workbench|Controller:?|Text|Tracking|Version|[xyz] \\[mm\\]|"
+    "kestrel2 get version system|"
+    "Module|"    // one of them in English, all of them in German
+    "TextLabel"; // before it is replaced, never seen
+
+// What comes from the controller, the computer or the user.
+const char* const foreignTexts = "MR?\\d+|SCRIPTED|desc M|VM0000\\d|Tip calibration|Swing the tool|"
+                                 "too little movement|OtherPlugin|/.*\\.so|no host|"
+                                 "workbench|WORKBENCH"; // who has written a line of the log
+
+bool mayBeTheSame(const QString& text) {
+    static const QRegularExpression expression(
+        QStringLiteral("^(%1|%2)$").arg(QLatin1String(sameWords), QLatin1String(foreignTexts)));
+    return expression.match(text).hasMatch();
+}
+
+} // namespace
+
+class TestWindowsTexts : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void noTextIsCutOff_data() {
+        QTest::addColumn<int>("stop");
+        QTest::addColumn<QByteArray>("language");
+        QTest::addColumn<int>("font");
+        for (const char* language : {"en", "de"}) {
+            for (const int font : {100, 150}) {
+                for (std::size_t i = 0; i < tourStops().size(); ++i) {
+                    QTest::addRow("%s, %s, %d %%", tourStops()[i].name, language, font)
+                        << static_cast<int>(i) << QByteArray(language) << font;
+                }
+            }
+        }
+    }
+    void noTextIsCutOff() {
+        QFETCH(int, stop);
+        QFETCH(QByteArray, language);
+        QFETCH(int, font);
+        const Surroundings surroundings(language.constData(), font);
+        QStringList faults;
+        visit(stop, [&](QWidget& window) { faults = cutOffTexts(window); });
+        QVERIFY2(faults.isEmpty(), qPrintable('\n' + faults.join(QLatin1Char('\n'))));
+    }
+
+    void everyTextIsGerman_data() { addTourRows(); }
+    void everyTextIsGerman() {
+        QFETCH(int, stop);
+        QSet<QString> english;
+        QSet<QString> german;
+        {
+            const Surroundings surroundings("en", 100);
+            visit(stop, [&](QWidget& window) { english = textsOf(window); });
+        }
+        {
+            const Surroundings surroundings("de", 100);
+            visit(stop, [&](QWidget& window) { german = textsOf(window); });
+        }
+        QVERIFY(!english.isEmpty());
+        QStringList same;
+        for (const QString& text : german& english) {
+            if (!mayBeTheSame(text)) {
+                same << text;
+            }
+        }
+        QVERIFY2(same.isEmpty(), qPrintable('\n' + same.join(QLatin1Char('\n'))));
+    }
+};
+
+QTEST_MAIN(TestWindowsTexts)
+#include "test_windows_texts.moc"
