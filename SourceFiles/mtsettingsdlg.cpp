@@ -323,16 +323,19 @@ void MtSettingsDlg::setCell(QTableWidget* table, int row, int column, const QStr
     QTableWidgetItem* item = table->item(row, column);
     if (item != nullptr) {
         item->setText(text); // does nothing when the cell holds this text
-        return;
+    } else {
+        item = new QTableWidgetItem(text);
+        if (style == CellStyle::Centred || style == CellStyle::Editable) {
+            item->setTextAlignment(Qt::AlignCenter);
+        }
+        if (style != CellStyle::Editable) {
+            item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+        }
+        table->setItem(row, column, item);
     }
-    item = new QTableWidgetItem(text);
-    if (style != CellStyle::Plain) {
-        item->setTextAlignment(Qt::AlignCenter);
+    if (style == CellStyle::Told) {
+        item->setToolTip(text); // may be longer than the column is wide
     }
-    if (style != CellStyle::Editable) {
-        item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    }
-    table->setItem(row, column, item);
 }
 
 void MtSettingsDlg::followKeyboard() {

@@ -83,7 +83,7 @@ private Q_SLOTS:
 
 private:
     enum ToolColumn { IdColumn, DiameterColumn, ReferenceColumn, ModelColumn, SerialColumn };
-    enum class CellStyle { Plain, Centred, Editable };
+    enum class CellStyle { Plain, Told, Centred, Editable }; // Told: whole by a tool tip as well
 
     // Frame
     void arrange();

@@ -143,7 +143,7 @@ void MtSettingsDlg::updateTableMeaBodies(bool /*unused*/) {
         setCell(table, row, DiameterColumn, DoubleSpinboxDelegate::textOf(getToolTipDiameter(row)),
                 CellStyle::Editable);
         setCell(table, row, ReferenceColumn, getRefBodyForMeaBody(row));
-        setCell(table, row, ModelColumn, device.desc);
+        setCell(table, row, ModelColumn, device.desc, CellStyle::Told);
         setCell(table, row, SerialColumn, device.serial, CellStyle::Centred);
     }
 }

@@ -193,7 +193,7 @@ void MtSettingsDlg::updateTableDevices() {
         setCell(table, row, SortKey, sortKey(device));
         setCell(table, row, Vendor, device.vendor);
         setCell(table, row, InternalModel, device.model);
-        setCell(table, row, Description, device.desc);
+        setCell(table, row, Description, device.desc, CellStyle::Told);
         setCell(table, row, Serial, device.serial, CellStyle::Centred);
         ++row;
     }

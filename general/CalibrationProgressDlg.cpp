@@ -43,9 +43,11 @@ CalibrationProgressDlg::CalibrationProgressDlg(IOManager* host, QWidget* parent,
     timer.setInterval(pollMs);
     connect(&timer, &QTimer::timeout, this, &CalibrationProgressDlg::update_cal_status);
     label_remaining_time->clear();
-    // The bars begin at the same place, also when "step" needs more than its minimum.
-    label->setMinimumWidth(
-        std::max(label->minimumWidth(), label_progress_step->sizeHint().width()));
+    // The bars begin at the same place, also when a text needs more than its minimum.
+    const int width = std::max({label->minimumWidth(), label->sizeHint().width(),
+                                label_progress_step->sizeHint().width()});
+    label->setMinimumWidth(width);
+    label_progress_step->setMinimumWidth(width);
 }
 
 int CalibrationProgressDlg::update_and_execute(const char* calibrationType) {
