@@ -616,6 +616,11 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <source>Close</source>
         <translation>Schließen</translation>
     </message>
+    <message>
+        <source>none</source>
+        <comment>data port</comment>
+        <translation>keiner</translation>
+    </message>
 </context>
 <context>
     <name>workbench::ModuleHost</name>

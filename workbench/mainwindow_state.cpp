@@ -56,7 +56,7 @@ void MainWindow::showNumbers() {
     }
     m_ui->label_data->setText(more);
     const quint16 port = m_backend.session.boundDataPort();
-    m_ui->label_dataPort->setText(port == 0 ? tr("none") : QString::number(port));
+    m_ui->label_dataPort->setText(port == 0 ? tr("none", "data port") : QString::number(port));
 
     const Recorder::Status recording = m_backend.recorder.status();
     m_recordingLabel->setText(recording.running ? tr("recording") : tr("not recording"));

@@ -3,9 +3,21 @@
 #include "ui_modulelistdialog.h"
 #include "workbench/modulehost.h"
 
+#include <QHeaderView>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace workbench {
+
+namespace {
+
+constexpr int stateColumn = 2;
+constexpr int widestStateInCharacters = 40;
+constexpr int widthInCharacters = 100;
+constexpr int heightInLines = 12;
+
+} // namespace
 
 ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules, QWidget* parent)
     : QDialog(parent) {
@@ -25,7 +37,13 @@ ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules, QWidget* 
         }
     }
     ui.tableWidget_modules->resizeColumnsToContents();
-    ui.tableWidget_modules->resizeRowsToContents();
+    // A long reason is wrapped, so that the files stay in sight.
+    const int widest = widestStateInCharacters * fontMetrics().averageCharWidth();
+    ui.tableWidget_modules->setColumnWidth(
+        stateColumn, std::min(ui.tableWidget_modules->columnWidth(stateColumn), widest));
+    ui.tableWidget_modules->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    resize(size().expandedTo(QSize(widthInCharacters * fontMetrics().averageCharWidth(),
+                                   heightInLines * fontMetrics().height())));
     ui.buttonBox->button(QDialogButtonBox::Close)->setText(tr("Close"));
     ui.label_none->setVisible(modules.isEmpty());
 }

@@ -15,6 +15,7 @@ constexpr int stateVersion = 1;
 constexpr int maxRecentHosts = 8;
 constexpr int maxCommands = 100;
 constexpr QSize defaultSize(1080, 820);
+constexpr int usualLines = 34;
 constexpr QSize smallestSize(320, 240);
 
 QVector<QRect> screenRects() {
@@ -79,8 +80,9 @@ QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) 
 
 void WindowSettings::restore(QMainWindow& window) {
     const QVector<QRect> screens = screenRects();
-    // With a large font the tool bar needs more.
-    const QSize size = defaultSize.expandedTo(window.sizeHint());
+    // With a large font the tool bar needs more width, and the docks more height.
+    const QSize needed(window.sizeHint().width(), usualLines * window.fontMetrics().height());
+    const QSize size = defaultSize.expandedTo(needed);
     window.resize(clamped(QRect(QPoint(0, 0), size), screens).size());
     const QVariant stored = m_settings.value(QStringLiteral("window/rect"));
     if (stored.isValid()) {

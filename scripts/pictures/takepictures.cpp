@@ -239,7 +239,7 @@ int main(int argc, char* argv[]) {
     QObject::connect(&window, &workbench::MainWindow::modulesBuilt, &window,
                      &workbench::MainWindow::startMeasurement);
     simulator.start(QString::fromLatin1(simulatorOptions).split(QLatin1Char(' ')));
-    window.resize(windowSize);
+    window.resize(windowSize.expandedTo(window.sizeHint())); // more with a large font
     window.show();
     Tour tour(window, parser.positionalArguments().value(0, QStringLiteral(".")));
     return QApplication::exec();
