@@ -19,8 +19,6 @@
 #include <QToolBar>
 #include <QtTest>
 
-#include <cstring>
-
 namespace {
 
 constexpr int moreThanThereAre = 100; // widgets in a window
@@ -125,15 +123,6 @@ QList<QMenu*> menusOf(const QWidget& window) {
         }
     }
     return menus;
-}
-
-int stopNamed(const char* name) {
-    for (std::size_t i = 0; i < tourStops().size(); ++i) {
-        if (std::strcmp(tourStops()[i].name, name) == 0) {
-            return static_cast<int>(i);
-        }
-    }
-    qFatal("no stop %s", name);
 }
 
 // The first button that a key presses in a window, by object name or text; empty for none.

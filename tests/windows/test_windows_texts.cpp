@@ -2,6 +2,7 @@
 #include "tests/windows/texts.h"
 #include "tests/windows/windowtour.h"
 
+#include <QProgressBar>
 #include <QRegularExpression>
 #include <QWidget>
 #include <QtTest>
@@ -16,9 +17,10 @@ const char* const sameWords =
     "TextLabel"; // before it is replaced, never seen
 
 // What comes from the controller, the computer or the user.
-const char* const foreignTexts = "MR?\\d+|SCRIPTED|desc M|VM0000\\d|Tip calibration|Swing the tool|"
-                                 "too little movement|OtherPlugin|/.*\\.so|no host|"
-                                 "workbench|WORKBENCH"; // who has written a line of the log
+const char* const foreignTexts =
+    "MR?\\d+|SCRIPTED|Probe with .* buttons|VM0000\\d|Tip calibration|Swing the tool|"
+    "too little movement|OtherPlugin|/.*\\.so|no host|"
+    "workbench|WORKBENCH"; // who has written a line of the log
 
 bool mayBeTheSame(const QString& text) {
     static const QRegularExpression expression(
@@ -53,6 +55,27 @@ private Q_SLOTS:
         QStringList faults;
         visit(stop, [&](QWidget& window) { faults = cutOffTexts(window); });
         QVERIFY2(faults.isEmpty(), qPrintable('\n' + faults.join(QLatin1Char('\n'))));
+    }
+
+    void theProgressBarsBeginAtTheSamePlace_data() {
+        QTest::addColumn<int>("font");
+        for (const char* language : {"en", "de"}) {
+            for (const int font : {100, 150}) {
+                QTest::addRow("%s, %d %%", language, font) << font;
+            }
+        }
+    }
+    void theProgressBarsBeginAtTheSamePlace() {
+        QFETCH(int, font);
+        const QByteArray language = QByteArray(QTest::currentDataTag()).left(2);
+        const Surroundings surroundings(language.constData(), font);
+        QSet<int> places;
+        visit(stopNamed("progress, two steps"), [&](QWidget& window) {
+            for (const QProgressBar* bar : window.findChildren<QProgressBar*>()) {
+                places << bar->x();
+            }
+        });
+        QCOMPARE(places.size(), 1);
     }
 
     void everyTextIsGerman_data() { addTourRows(); }

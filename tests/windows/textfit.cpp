@@ -193,12 +193,11 @@ private:
 
     void lookAt(const QTableView& view) {
         const QAbstractItemModel& model = *view.model();
-        const int last = model.columnCount() - 1;
         for (int row = 0; row < model.rowCount(); ++row) {
             for (int column = 0; column < model.columnCount(); ++column) {
                 const QModelIndex index = model.index(row, column);
                 const QString text = index.data().toString();
-                const bool told = column == last && index.data(Qt::ToolTipRole).toString() == text;
+                const bool told = index.data(Qt::ToolTipRole).toString() == text;
                 if (!view.isColumnHidden(column) && !text.isEmpty() && !told) {
                     need(sizeOfCell(view, index), {view.columnWidth(column), view.rowHeight(row)},
                          text);

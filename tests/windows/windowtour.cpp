@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QtTest>
 
+#include <cstring>
+
 namespace {
 
 constexpr double percent = 100.0;
@@ -40,6 +42,8 @@ std::vector<TourStop> settingsStops() {
         settings("settings, devices",
                  [](SettingsRig& rig) {
                      rig.setDevices({"V M 00001", "V M 00002"});
+                     rig.host.answer("zelwpan device_model_desc V M",
+                                     "\"Probe with seven markers and two buttons\"");
                      rig.host.answer("measurementtool device b01", "zelwpan V M 00001");
                      rig.openTab(1);
                  }),
@@ -164,6 +168,15 @@ void addTourRows() {
     for (std::size_t i = 0; i < tourStops().size(); ++i) {
         QTest::newRow(tourStops()[i].name) << static_cast<int>(i);
     }
+}
+
+int stopNamed(const char* name) {
+    for (std::size_t i = 0; i < tourStops().size(); ++i) {
+        if (std::strcmp(tourStops()[i].name, name) == 0) {
+            return static_cast<int>(i);
+        }
+    }
+    qFatal("no stop %s", name);
 }
 
 void visit(int stop, const Look& look) {

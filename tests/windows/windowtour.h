@@ -24,6 +24,9 @@ const std::vector<TourStop>& tourStops();
 /// The stops as rows of a test table, columns "stop" (an index).
 void addTourRows();
 
+/// The index of the stop with this name.
+int stopNamed(const char* name);
+
 /// Opens a stop and looks at it; the test fails when the window did not come.
 void visit(int stop, const Look& look);
 

@@ -28,7 +28,7 @@ public:
         window.modulesLoaded();
     }
 
-    void connectToController() {
+    void connectToMeasuringController() {
         m_controller.answer("measurementtool available", "yes");
         m_controller.answer("measurementtool output_6dmt", "no");
         for (const char* tool : {"b01", "b02"}) {
@@ -37,6 +37,7 @@ public:
             m_controller.answer(std::string("measurementtool reference_of_tool ") + tool, "b01");
         }
         m_controller.answer("body calibrated measurementtool_reference b01", "yes");
+        m_controller.answer("status active", "tracking"); // so that nobody waits for the next poll
         QSignalSpy built(&window, &MainWindow::modulesBuilt);
         ControllerAddress address;
         address.port = m_controller.port();
@@ -46,7 +47,6 @@ public:
 
     // Two tools, of which one is out of sight, far from the origin, and a lost frame.
     void measure() {
-        m_controller.answer("status active", "tracking");
         QTRY_VERIFY_WITH_TIMEOUT(window.backend().monitor.isMeasuring(), patience);
         auto* const table = window.findChild<QTableWidget*>(QStringLiteral("tableWidget6dmt"));
         QVERIFY(table != nullptr);
@@ -118,7 +118,7 @@ std::vector<TourStop> workbenchStops() {
          [](const Look& look) {
              MainWindowRig rig;
              rig.window.show();
-             rig.connectToController();
+             rig.connectToMeasuringController();
              rig.measure();
              showAndLook(rig.window, look);
          }},
