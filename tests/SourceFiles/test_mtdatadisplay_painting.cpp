@@ -1,4 +1,3 @@
-#include "SourceFiles/numberglyphs.h"
 #include "tests/SourceFiles/displayfixture.h"
 
 #include <QApplication>
@@ -173,29 +172,6 @@ private Q_SLOTS:
         QVERIFY(f.looksLikeStock(ratio));
         QApplication::setStyle(QStringLiteral("Fusion"));
         QVERIFY(f.looksLikeStock(ratio)); // a style changed at run time
-    }
-
-    void onlyPlainNumbersAndNamesAreMeasured_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("plain");
-        QTest::newRow("number") << "-12345.67" << true;
-        QTest::newRow("name") << "MR10" << true;
-        QTest::newRow("as long as it may be") << QString(32, '1') << true;
-        QTest::newRow("too long") << QString(33, '1') << false;
-        QTest::newRow("empty") << "" << false;
-        QTest::newRow("another character") << "1,5" << false;
-        QTest::newRow("a character beyond Latin-1") << QString(QChar(0x2460)) << false;
-        QTest::newRow("neighbours that the font moves together") << "R." << false;
-    }
-    void onlyPlainNumbersAndNamesAreMeasured() {
-        QFETCH(QString, text);
-        const NumberGlyphs glyphs(QFont("DejaVu Sans", 8));
-        QVERIFY(glyphs.isUsable());
-        NumberGlyphs::Extent extent{-1.0, -1.0};
-        QTEST(glyphs.measure(text, &extent), "plain");
-        QFETCH(bool, plain);
-        const qreal expected = plain ? QFontMetricsF(glyphs.font()).horizontalAdvance(text) : -1.0;
-        QCOMPARE(extent.advance, expected);
     }
 
     void oddFontsLookTheSame_data() {
