@@ -22,6 +22,27 @@ void runToItsEnd(Talk& talk) {
     talk.wait(step + 1.0);
 }
 
+// A controller whose first calibration has just ended.
+struct AfterCalibration : Talk {
+    explicit AfterCalibration(Pivot pivot = Pivot::Cone)
+        : Talk(withPivot(pivot)) {
+        runToItsEnd(*this);
+    }
+};
+
+// What a client that polls sees of a calibration.
+std::string status(Talk& talk) {
+    std::string seen;
+    for (const char* parameter : {"active", "step_active", "progress", "step_progress"}) {
+        seen += (seen.empty() ? "" : ", ") + talk.get(std::string("status ") + parameter);
+    }
+    return seen;
+}
+
+std::string accept(Talk& talk) {
+    return talk.act("measurementtool accept_new_calibration");
+}
+
 double distance(const std::vector<double>& a, const std::vector<double>& b) {
     return std::hypot(a.at(0) - b.at(0), a.at(1) - b.at(1), a.at(2) - b.at(2));
 }
@@ -61,16 +82,11 @@ TEST(Calibration, ofOneStepGoesThroughItsStates) {
     EXPECT_EQ(talk.get("status active"), "none");
     EXPECT_EQ(talk.get("status step_active"), "none");
     EXPECT_EQ(talk.act("cal measurementtool start"), "ok");
-    EXPECT_EQ(talk.get("status active"), "cal");
-    EXPECT_EQ(talk.get("status step_active"), "cal 1");
-    EXPECT_EQ(talk.get("status progress"), "0.000");
-    EXPECT_EQ(talk.get("status step_progress"), "1 0.000");
+    EXPECT_EQ(status(talk), "cal, cal 1, 0.000, 1 0.000");
     talk.wait(0.5);
-    EXPECT_EQ(talk.get("status progress"), "0.250");
-    EXPECT_EQ(talk.get("status step_progress"), "1 0.250");
+    EXPECT_EQ(status(talk), "cal, cal 1, 0.250, 1 0.250");
     talk.wait(1.5);
-    EXPECT_EQ(talk.get("status active"), "cal") << "the result is being computed";
-    EXPECT_EQ(talk.get("status progress"), "1.000");
+    EXPECT_EQ(status(talk), "cal, cal 1, 1.000, 1 1.000") << "the result is being computed";
     talk.wait(0.6);
     EXPECT_EQ(talk.get("status active"), "none");
     EXPECT_EQ(talk.get("status step_active"), "none");
@@ -81,53 +97,44 @@ TEST(Calibration, ofTwoStepsWaitsForItsSecondStep) {
     Talk talk(withPivot());
     EXPECT_EQ(talk.act("cal volume start_step s02"), "err 8");
     EXPECT_EQ(talk.act("cal volume start"), "ok");
-    EXPECT_EQ(talk.get("status step_active"), "cal 1");
+    EXPECT_EQ(status(talk), "cal, cal 1, 0.000, 1 0.000");
     talk.wait(1.0);
-    EXPECT_EQ(talk.get("status progress"), "0.250");
-    EXPECT_EQ(talk.get("status step_progress"), "1 0.500");
-    talk.wait(1.0);
-    EXPECT_EQ(talk.get("status step_active"), "pause 2");
-    EXPECT_EQ(talk.get("status active"), "cal");
-    talk.wait(10.0);
-    EXPECT_EQ(talk.get("status step_active"), "pause 2");
+    EXPECT_EQ(status(talk), "cal, cal 1, 0.250, 1 0.500");
+    for (const double seconds : {1.0, 10.0}) {
+        talk.wait(seconds);
+        EXPECT_EQ(status(talk), "cal, pause 2, 0.500, 1 1.000");
+    }
     EXPECT_EQ(talk.act("cal volume start_step s01"), "err 8");
     EXPECT_EQ(talk.act("cal measurementtool start_step s02"), "err 8");
     EXPECT_EQ(talk.act("cal volume start_step s02"), "ok");
-    EXPECT_EQ(talk.get("status step_active"), "cal 2");
     talk.wait(1.0);
-    EXPECT_EQ(talk.get("status progress"), "0.750");
-    EXPECT_EQ(talk.get("status step_progress"), "2 0.500");
+    EXPECT_EQ(status(talk), "cal, cal 2, 0.750, 2 0.500");
     talk.wait(1.0);
-    EXPECT_EQ(talk.get("status step_active"), "cal 2");
+    EXPECT_EQ(status(talk), "cal, cal 2, 1.000, 2 1.000");
     talk.wait(0.6);
     EXPECT_EQ(talk.get("status step_active"), "none");
     EXPECT_EQ(talk.get("status active"), "none");
 }
 
-TEST(Calibration, failsWhenTheSecondStepIsNotStarted) {
-    Talk talk(withPivot());
-    talk.act("cal volume start");
-    talk.wait(step);
-    EXPECT_EQ(talk.get("status step_active"), "pause 2");
-    talk.wait(5.0 + 59.0);
-    EXPECT_EQ(talk.get("status step_active"), "pause 2");
-    talk.wait(2.0);
-    EXPECT_EQ(talk.get("status step_active"), "err");
-    EXPECT_EQ(talk.get("status err"), "\"The second step was not started in time\"");
+TEST(Calibration, waitsForItsSecondStepAsLongAsItsAnnouncedPauseAndAMinute) {
+    for (const int pause : {5, 3600}) {
+        Talk talk(withPivot());
+        EXPECT_EQ(talk.set("sim cal_pause " + std::to_string(pause)), "ok");
+        talk.act("cal volume start");
+        talk.wait(step + pause + 59.0);
+        EXPECT_EQ(talk.get("status step_active"), "pause 2") << pause;
+        talk.wait(2.0);
+        EXPECT_EQ(talk.get("status step_active"), "err") << pause;
+        EXPECT_EQ(talk.get("status err"), "\"The second step was not started in time\"");
+    }
 }
 
-TEST(Calibration, waitsForItsSecondStepAsLongAsItsAnnouncedPauseAndAMinute) {
-    Talk talk(withPivot());
-    EXPECT_EQ(talk.set("sim cal_pause 3600"), "ok");
+TEST(Calibration, pausesForFiveSecondsUnlessToldOtherwise) {
+    Talk talk;
+    EXPECT_EQ(talk.get("sim cal_pause"), "5");
     EXPECT_EQ(talk.set("sim cal_pause 3601"), "err 4");
+    EXPECT_EQ(talk.set("sim cal_pause 3600"), "ok");
     EXPECT_EQ(talk.get("sim cal_pause"), "3600");
-    talk.act("cal volume start");
-    talk.wait(step);
-    EXPECT_EQ(talk.get("status step_active"), "pause 2");
-    talk.wait(3659.0);
-    EXPECT_EQ(talk.get("status step_active"), "pause 2");
-    talk.wait(2.0);
-    EXPECT_EQ(talk.get("status step_active"), "err");
 }
 
 TEST(Calibration, canPauseBeforeItsFirstStep) {
@@ -156,7 +163,7 @@ TEST(Calibration, doesNotStartInTheWrongState) {
     EXPECT_EQ(talk.act("cal volume stop"), "err 8");
     EXPECT_EQ(talk.act("tracking start"), "err 8");
     EXPECT_EQ(talk.set("measurementtool number_of_tools 1"), "err 8");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 8");
+    EXPECT_EQ(accept(talk), "err 8");
 }
 
 TEST(Calibration, hasAResultThatAgreesWithTheTruthWithinItsUncertainty) {
@@ -184,7 +191,7 @@ TEST(Calibration, movesTheTipInTheDataByWhatWasComputedOnAcceptance) {
     const std::vector<double> old = talk.numbers("sim tip_used b01");
     runToItsEnd(talk);
     EXPECT_EQ(talk.numbers("sim tip_used b01"), old);
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "ok");
+    EXPECT_EQ(accept(talk), "ok");
     const std::vector<double> now = talk.numbers("sim tip_used b01");
     EXPECT_LT(distance(now, talk.numbers("sim tip b01")), 1e-5);
     const std::vector<double> pose = talk.numbers("sim pose tool b01");
@@ -203,18 +210,18 @@ TEST(Calibration, calibratesATipThatWasNot) {
     EXPECT_EQ(talk.get("measurementtool tip_calibrated b04"), "no");
     runToItsEnd(talk);
     EXPECT_EQ(talk.get("measurementtool tip_calibrated b04"), "no");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "ok");
+    EXPECT_EQ(accept(talk), "ok");
     EXPECT_EQ(talk.get("measurementtool tip_calibrated b04"), "yes");
 }
 
 TEST(Calibration, canBeAcceptedOnce) {
     Talk talk(withPivot());
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 8");
+    EXPECT_EQ(accept(talk), "err 8");
     EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "err 8");
     EXPECT_EQ(talk.get("measurementtool calibration_tip_residual"), "err 8");
     runToItsEnd(talk);
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "ok");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 8");
+    EXPECT_EQ(accept(talk), "ok");
+    EXPECT_EQ(accept(talk), "err 8");
     EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b04");
 }
 
@@ -228,25 +235,23 @@ TEST(Calibration, thatIsStoppedChangesNothing) {
         EXPECT_EQ(talk.get("status active"), "none");
         talk.wait(10.0);
         EXPECT_EQ(talk.get("status active"), "none");
-        EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 8") << when;
+        EXPECT_EQ(accept(talk), "err 8") << when;
         EXPECT_EQ(talk.numbers("sim tip_used b04"), old);
         EXPECT_EQ(talk.get("measurementtool tip_calibrated b04"), "no");
     }
 }
 
 TEST(Calibration, aNewStartDiscardsAResultThatWasNotAccepted) {
-    Talk talk(withPivot());
-    runToItsEnd(talk);
+    AfterCalibration talk;
     talk.act("cal measurementtool start");
     EXPECT_EQ(talk.act("cal measurementtool stop"), "ok");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 8");
+    EXPECT_EQ(accept(talk), "err 8");
 }
 
 TEST(Calibration, aLockedConfigurationRefusesTheAcceptance) {
-    Talk talk(withPivot());
-    runToItsEnd(talk);
+    AfterCalibration talk;
     talk.act("sim lock yes");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 7");
+    EXPECT_EQ(accept(talk), "err 7");
     EXPECT_EQ(talk.get("measurementtool tip_calibrated b04"), "no");
 }
 
@@ -262,13 +267,12 @@ class MotionThatDoesNotDetermineTheTip : public testing::TestWithParam<BadMotion
 } // namespace
 
 TEST_P(MotionThatDoesNotDetermineTheTip, failsWithAReasonThatSaysSo) {
-    Talk talk(withPivot(GetParam().pivot));
-    runToItsEnd(talk);
+    AfterCalibration talk(GetParam().pivot);
     EXPECT_EQ(talk.get("status active"), "err");
     EXPECT_EQ(talk.get("status step_active"), "err");
     EXPECT_EQ(talk.say("get status err"),
               std::string("kestrel2 set status err \"") + GetParam().reason + "\"");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "err 8");
+    EXPECT_EQ(accept(talk), "err 8");
     EXPECT_EQ(talk.get("measurementtool tip_calibrated b04"), "no");
 }
 
@@ -283,15 +287,13 @@ INSTANTIATE_TEST_SUITE_P(
                   "The Measurement Tool was not moved, the tip cannot be determined"}));
 
 TEST(Calibration, withASlippingTipHasALargeResidual) {
-    Talk talk(withPivot(Pivot::Slip));
-    runToItsEnd(talk);
+    AfterCalibration talk(Pivot::Slip);
     EXPECT_EQ(talk.get("status active"), "none");
     EXPECT_GT(talk.numbers("measurementtool calibration_tip_residual")[0], 1.0);
 }
 
 TEST(Calibration, afterAFailureIsPossibleAgainAndTrackingClearsTheFailure) {
-    Talk talk(withPivot(Pivot::Still));
-    runToItsEnd(talk);
+    AfterCalibration talk(Pivot::Still);
     EXPECT_EQ(talk.get("status active"), "err");
     EXPECT_EQ(talk.act("tracking start"), "ok");
     EXPECT_EQ(talk.get("status active"), "tracking");
@@ -300,14 +302,13 @@ TEST(Calibration, afterAFailureIsPossibleAgainAndTrackingClearsTheFailure) {
     talk.set("sim pivot cone");
     runToItsEnd(talk);
     EXPECT_EQ(talk.get("status active"), "none");
-    EXPECT_EQ(talk.act("measurementtool accept_new_calibration"), "ok");
+    EXPECT_EQ(accept(talk), "ok");
 }
 
 TEST(Calibration, isOfTheToolThatWasChosenElseOfTheFirstWithoutTip) {
-    Talk talk(withPivot());
-    runToItsEnd(talk);
+    AfterCalibration talk;
     EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b04");
-    talk.act("measurementtool accept_new_calibration");
+    accept(talk);
     runToItsEnd(talk);
     EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b01");
     EXPECT_EQ(talk.set("sim calibration_tool b02"), "ok");
