@@ -30,6 +30,10 @@ QVector<QRect> screenRects() {
     return rects;
 }
 
+bool isLargeEnough(const QRect& rect) {
+    return rect.width() >= smallestSize.width() && rect.height() >= smallestSize.height();
+}
+
 int area(const QRect& rect) {
     return rect.isEmpty() ? 0 : rect.width() * rect.height();
 }
@@ -87,8 +91,7 @@ void WindowSettings::restore(QMainWindow& window) {
     const QVariant stored = m_settings.value(QStringLiteral("window/rect"));
     if (stored.isValid()) {
         const QRect rect = stored.toRect();
-        if (stored.type() == QVariant::Rect && rect.width() >= smallestSize.width() &&
-            rect.height() >= smallestSize.height()) {
+        if (stored.type() == QVariant::Rect && isLargeEnough(rect)) {
             window.setGeometry(clamped(rect, screens));
         } else {
             setBroken();
@@ -104,8 +107,10 @@ void WindowSettings::restore(QMainWindow& window) {
 }
 
 void WindowSettings::save(const QMainWindow& window) {
-    m_settings.setValue(QStringLiteral("window/rect"),
-                        window.isMaximized() ? window.normalGeometry() : window.geometry());
+    const QRect rect = window.isMaximized() ? window.normalGeometry() : window.geometry();
+    if (isLargeEnough(rect)) { // not every window system tells the normal one of a maximized window
+        m_settings.setValue(QStringLiteral("window/rect"), rect);
+    }
     m_settings.setValue(QStringLiteral("window/maximized"), window.isMaximized());
     m_settings.setValue(QStringLiteral("window/docks"), window.saveState(stateVersion));
     m_settings.sync();

@@ -88,6 +88,26 @@ private Q_SLOTS:
         QCOMPARE(settings.takeNotice(), QString());
     }
 
+    void a_maximized_window_comes_back_maximized() {
+        {
+            Window window;
+            window.setWindowState(Qt::WindowMaximized);
+            WindowSettings(path()).save(window);
+        }
+        Window window;
+        WindowSettings settings(path());
+        settings.restore(window);
+        QVERIFY(window.isMaximized());
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void the_port_0_is_the_usual_one() {
+        write("[connection]\nport=0\n");
+        WindowSettings settings(path());
+        QCOMPARE(settings.address().toString(), QStringLiteral("127.0.0.1:47300"));
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
     void no_file_is_no_reason_for_a_notice() {
         Window window;
         WindowSettings settings(path());
