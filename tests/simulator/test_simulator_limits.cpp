@@ -2,9 +2,12 @@
 #include "tests/simulator/client.h"
 
 #include <QElapsedTimer>
+#include <QTcpSocket>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 using namespace kestrel_simulator;
 
@@ -16,6 +19,8 @@ private Q_SLOTS:
     void refusesACommandWithoutAnEnd_data();
     void refusesACommandWithoutAnEnd();
     void refusesTooManyConnections();
+    void refusesACrowd();
+    void canEndWhileItRefuses();
     void refusesMoreCommandsThanItAnswers();
     void dropsAClientThatDoesNotReadItsReplies();
     void isNotBlockedByASlowClient();
@@ -23,6 +28,22 @@ private Q_SLOTS:
 private:
     static std::unique_ptr<Simulator> startSimulator();
 };
+
+namespace {
+
+constexpr int crowdSize = 3 * Simulator::maxConnections - 3; // the system's queue takes them all
+
+// All are connected before the simulator looks.
+std::vector<std::unique_ptr<QTcpSocket>> makeCrowd(quint16 port) {
+    std::vector<std::unique_ptr<QTcpSocket>> crowd;
+    for (int i = 0; i < crowdSize; ++i) {
+        crowd.push_back(std::make_unique<QTcpSocket>());
+        crowd.back()->connectToHost(QHostAddress::LocalHost, port);
+    }
+    return crowd;
+}
+
+} // namespace
 
 std::unique_ptr<Simulator> TestSimulatorLimits::startSimulator() {
     SimulatorOptions options;
@@ -63,6 +84,44 @@ void TestSimulatorLimits::refusesTooManyConnections() {
     QTRY_COMPARE(simulator->connectionCount(), Simulator::maxConnections - 1);
     Client next(simulator->port());
     QVERIFY(!next.ask("get status active").isEmpty());
+}
+
+// Some are told why, and nobody waits in between: to tell all would be one more way to be kept
+// busy.
+void TestSimulatorLimits::refusesACrowd() {
+    const auto simulator = startSimulator();
+    const auto crowd = makeCrowd(simulator->port());
+    const auto count = [&crowd](const auto& condition) {
+        return static_cast<int>(std::count_if(crowd.begin(), crowd.end(), condition));
+    };
+    const auto isOpen = [](const auto& socket) {
+        return socket->state() == QAbstractSocket::ConnectedState;
+    };
+    const auto isClosed = [](const auto& socket) {
+        return socket->state() == QAbstractSocket::UnconnectedState;
+    };
+    QTRY_COMPARE(count(isClosed), crowdSize - Simulator::maxConnections);
+    QCOMPARE(count(isOpen), Simulator::maxConnections);
+    QCOMPARE(simulator->connectionCount(), Simulator::maxConnections);
+    for (const auto& socket : crowd) {
+        const QByteArray told = socket->readAll();
+        QVERIFY(told.isEmpty() ||
+                (isClosed(socket) && told == "kestrel2 err 10 \"too many connections\"\n"));
+        socket->abort();
+    }
+    QTRY_COMPARE(simulator->connectionCount(), 0);
+    Client next(simulator->port());
+    QVERIFY(!next.ask("get status active").isEmpty());
+}
+
+void TestSimulatorLimits::canEndWhileItRefuses() {
+    auto simulator = startSimulator();
+    const auto crowd = makeCrowd(simulator->port());
+    QTRY_COMPARE(simulator->connectionCount(), Simulator::maxConnections);
+    simulator.reset();
+    for (const auto& socket : crowd) {
+        QTRY_COMPARE(socket->state(), QAbstractSocket::UnconnectedState);
+    }
 }
 
 void TestSimulatorLimits::refusesMoreCommandsThanItAnswers() {

@@ -29,6 +29,28 @@ RecordingHeader header() {
     return result;
 }
 
+// The kernel refuses to let a file grow beyond this size, as a full disk does.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t size)
+        : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit tight = m_before;
+        tight.rlim_cur = size;
+        ::setrlimit(RLIMIT_FSIZE, &tight);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    void (*m_handler)(int);
+    rlimit m_before = {};
+};
+
 } // namespace
 
 class TestRecorder : public QObject {
@@ -157,23 +179,33 @@ private Q_SLOTS:
         QCOMPARE(content(), kestrel_wire::formatRecordingHeader(header()));
     }
 
-    // No room beyond the header: the kernel refuses as a full disk does.
     void a_disk_that_takes_no_more_ends_the_recording_with_a_reason() {
         Recorder recorder;
         QString error;
         QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
-        rlimit before{};
-        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
-        rlimit tight = before;
-        tight.rlim_cur = content().size();
-        auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
-        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tight), 0);
-        recorder.frame({"fr 1"});
-        ::setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
+        {
+            const FullDisk disk(content().size());
+            recorder.frame({"fr 1"});
+        }
         QVERIFY(!recorder.status().running);
         QVERIFY(!recorder.status().error.isEmpty());
         QCOMPARE(recorder.status().frames, quint64(0));
+    }
+
+    void a_disk_without_room_for_the_header_refuses_and_an_old_recording_goes_on() {
+        Recorder recorder;
+        QString error;
+        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
+        const QString other = m_folder.filePath(QStringLiteral("other"));
+        {
+            const FullDisk disk(0);
+            QVERIFY(!recorder.start(other, header(), &error));
+        }
+        QVERIFY(!error.isEmpty());
+        QCOMPARE(recorder.status().fileName, path());
+        recorder.frame({"fr 1"});
+        QVERIFY(recorder.status().running);
+        QCOMPARE(recorder.status().frames, quint64(1));
     }
 };
 

@@ -102,6 +102,36 @@ private Q_SLOTS:
             replies->toPlainText().endsWith(QStringLiteral("> rubbish\n< kestrel2 ok")), patience);
     }
 
+    void a_typed_command_without_a_reply_is_told_and_may_outlive_its_window() {
+        ScriptedController controller;
+        BackendFixture backend;
+        backend.connectTo(controller.port());
+        QTRY_VERIFY_WITH_TIMEOUT(backend.session.isReady(), patience);
+        controller.answerRaw("kestrel2 unanswered", "");
+        auto dock = std::make_unique<CommandDock>(backend.session);
+        auto* line = dock->findChild<QLineEdit*>(QStringLiteral("lineEdit_command"));
+        const auto* const replies =
+            dock->findChild<QPlainTextEdit*>(QStringLiteral("plainTextEdit_replies"));
+        QTest::keyClicks(line, QStringLiteral("  "));
+        QTest::keyClick(line, Qt::Key_Return);
+        QCOMPARE(replies->toPlainText(), QString());
+        QTest::keyClicks(line, QStringLiteral("kestrel2 unanswered"));
+        QTest::keyClick(line, Qt::Key_Return);
+        controller.dropConnections();
+        QTRY_COMPARE_WITH_TIMEOUT(replies->toPlainText(),
+                                  QStringLiteral("> kestrel2 unanswered\n! not connected"),
+                                  patience);
+
+        QTRY_VERIFY_WITH_TIMEOUT(backend.session.isReady(), patience);
+        controller.clearCommands();
+        QTest::keyClicks(line, QStringLiteral("kestrel2 unanswered"));
+        QTest::keyClick(line, Qt::Key_Return);
+        dock.reset();
+        QTRY_COMPARE_WITH_TIMEOUT(controller.count("kestrel2 unanswered"), 1, patience);
+        controller.dropConnections();
+        QTRY_VERIFY_WITH_TIMEOUT(!backend.session.isReady(), patience);
+    }
+
     void the_module_list_names_the_reason() {
         const QVector<workbench::ModuleInfo> infos{
             {"/p/a.so", "A", "x.A", "Module A", "v1.2.3", ""},
