@@ -19,6 +19,8 @@
 #include <QToolBar>
 #include <QtTest>
 
+#include <memory>
+
 namespace {
 
 constexpr int moreThanThereAre = 100; // widgets in a window
@@ -56,7 +58,8 @@ bool isPartOfAnother(const QWidget& widget) {
 
 QSet<const QWidget*> reachable(const QWidget& window) {
     QSet<const QWidget*> widgets;
-    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    const auto children = window.findChildren<QWidget*>();
+    for (const QWidget* widget : children) {
         if (widget->isVisible() && widget->isEnabled() && widget->window() == &window &&
             (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr &&
             !isPartOfAnother(*widget)) {
@@ -93,7 +96,8 @@ QStringList keysUsedTwice(const QStringList& texts) {
 
 QStringList mnemonicTexts(const QWidget& window) {
     QStringList texts;
-    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    const auto widgets = window.findChildren<QWidget*>();
+    for (const QWidget* widget : widgets) {
         if (!widget->isVisible() || widget->window() != &window) {
             continue;
         }
@@ -106,7 +110,8 @@ QStringList mnemonicTexts(const QWidget& window) {
                 texts << bar->tabText(tab);
             }
         } else if (const auto* menus = qobject_cast<const QMenuBar*>(widget)) {
-            for (const QAction* menu : menus->actions()) {
+            const auto titles = menus->actions();
+            for (const QAction* menu : titles) {
                 texts << menu->text();
             }
         }
@@ -118,7 +123,8 @@ QList<QMenu*> menusOf(const QWidget& window) {
     QList<QMenu*> menus;
     const auto* const main = qobject_cast<const QMainWindow*>(&window);
     if (main != nullptr) {
-        for (const QAction* entry : main->menuBar()->actions()) {
+        const auto titles = main->menuBar()->actions();
+        for (const QAction* entry : titles) {
             menus << entry->menu();
         }
     }
@@ -127,16 +133,17 @@ QList<QMenu*> menusOf(const QWidget& window) {
 
 // The first button that a key presses in a window, by object name or text; empty for none.
 QString buttonPressedBy(Qt::Key key, QWidget& window) {
-    QStringList pressed;
+    const auto pressed = std::make_shared<QStringList>();
     QObject context;
-    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+    const auto buttons = window.findChildren<QAbstractButton*>();
+    for (const QAbstractButton* button : buttons) {
         const QString name = button->objectName().isEmpty() ? button->text() : button->objectName();
         QObject::connect(button, &QAbstractButton::clicked, &context,
-                         [&pressed, name] { pressed << name; });
+                         [pressed, name] { *pressed << name; });
     }
     QWidget* const focus = QApplication::focusWidget();
     QTest::keyClick(focus != nullptr ? focus : &window, key);
-    return pressed.value(0);
+    return pressed->value(0);
 }
 
 } // namespace
@@ -151,7 +158,8 @@ private Q_SLOTS:
         QStringList nameless;
         int named = 0;
         visit(stop, [&](QWidget& window) {
-            for (QWidget* widget : window.findChildren<QWidget*>()) {
+            const auto widgets = window.findChildren<QWidget*>();
+            for (QWidget* widget : widgets) {
                 if (!widget->isVisible() || !isInteractive(*widget) || isPartOfAnother(*widget)) {
                     continue;
                 }
@@ -241,7 +249,8 @@ private Q_SLOTS:
     void theWorkbenchTellsNothingByColour() {
         QStringList coloured;
         visit(stopNamed(QTest::currentDataTag()), [&](QWidget& window) {
-            for (const QWidget* widget : window.findChildren<QWidget*>()) {
+            const auto widgets = window.findChildren<QWidget*>();
+            for (const QWidget* widget : widgets) {
                 if (!widget->styleSheet().isEmpty() ||
                     widget->property("text").toString().contains(QLatin1String("color")) ||
                     (widget->inherits("QLabel") && widget->testAttribute(Qt::WA_SetPalette))) {
@@ -280,9 +289,11 @@ private Q_SLOTS:
         QStringList without;
         visit(stop, [&](QWidget& window) {
             twice = keysUsedTwice(mnemonicTexts(window));
-            for (const QMenu* menu : menusOf(window)) {
+            const auto menus = menusOf(window);
+            for (const QMenu* menu : menus) {
                 QStringList texts{};
-                for (const QAction* entry : menu->actions()) {
+                const auto items = menu->actions();
+                for (const QAction* entry : items) {
                     if (!entry->isSeparator()) {
                         texts << entry->text();
                         if (QKeySequence::mnemonic(entry->text()).isEmpty()) {
@@ -300,14 +311,17 @@ private Q_SLOTS:
     void whatTheToolBarOffersIsInTheMenusToo() {
         visit(0, [](QWidget& window) {
             QSet<QAction*> entries;
-            for (const QMenu* menu : menusOf(window)) {
-                for (QAction* entry : menu->actions()) {
+            const auto menus = menusOf(window);
+            for (const QMenu* menu : menus) {
+                const auto items = menu->actions();
+                for (QAction* entry : items) {
                     entries << entry;
                 }
             }
             const auto* const bar = window.findChild<QToolBar*>();
             QVERIFY(bar != nullptr && !bar->actions().isEmpty());
-            for (QAction* action : bar->actions()) {
+            const auto actions = bar->actions();
+            for (QAction* action : actions) {
                 QVERIFY2(action->isSeparator() || entries.contains(action),
                          qPrintable(action->text()));
             }

@@ -71,7 +71,8 @@ private Q_SLOTS:
         const Surroundings surroundings(language.constData(), font);
         QSet<int> places;
         visit(stopNamed("progress, two steps"), [&](QWidget& window) {
-            for (const QProgressBar* bar : window.findChildren<QProgressBar*>()) {
+            const auto bars = window.findChildren<QProgressBar*>();
+            for (const QProgressBar* bar : bars) {
                 places << bar->x();
             }
         });
@@ -93,7 +94,8 @@ private Q_SLOTS:
         }
         QVERIFY(!english.isEmpty());
         QStringList same;
-        for (const QString& text : german& english) {
+        const auto common = german & english;
+        for (const QString& text : common) {
             if (!mayBeTheSame(text)) {
                 same << text;
             }

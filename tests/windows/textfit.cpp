@@ -266,7 +266,6 @@ bool standsInALayout(const QWidget& widget) {
 
 QStringList cutOffTexts(const QWidget& window) {
     Finder finder;
-    QList<QWidget*> placed;
     const auto widgets = window.findChildren<QWidget*>();
     for (QWidget* widget : widgets) {
         // The docks behind other tabs count as visible; nothing of them is.
