@@ -77,7 +77,8 @@ struct Result {
 // The workbench with the plug-in and its live display, connected to a sender.
 class Receiver {
 public:
-    explicit Receiver(int tools)
+    /// `recording`: where the frames are recorded besides; empty: they are not.
+    Receiver(int tools, const QString& recording)
         : m_tools(tools) {
         startSender();
         workbench::ControllerAddress address;
@@ -87,6 +88,9 @@ public:
         openDisplay();
         m_backend.session.channel().askLater("kestrel2 tracking start");
         require(waitFor([this] { return m_backend.monitor.isMeasuring(); }), "no measurement");
+        QString error;
+        require(recording.isEmpty() || m_backend.recorder.start(recording, {}, &error),
+                "the recording cannot be written");
         run(warmUpRate, warmUpSeconds);
         const auto* const table =
             m_window.findChild<QTableWidget*>(QStringLiteral("tableWidget6dmt"));
@@ -177,7 +181,8 @@ int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.addOption({"seconds", "How long each combination is sent (10).", "SECONDS", "10"});
+    parser.addOptions({{"seconds", "How long each combination is sent (10).", "SECONDS", "10"},
+                       {"record", "Record the frames besides.", "FILE"}});
     parser.addHelpOption();
     parser.process(application);
     const double seconds = parser.value("seconds").toDouble();
@@ -190,7 +195,7 @@ int main(int argc, char* argv[]) {
                 "receiving thread | longest from sending to the module |\n"
                 "|---|---|---|---|---|---|---|---|\n");
     for (const int tools : {4, 20, 100}) {
-        Receiver receiver(tools);
+        Receiver receiver(tools, parser.value("record"));
         for (const int rate : {100, 1000, 10000}) {
             printRow(tools, rate, receiver.run(rate, seconds));
         }

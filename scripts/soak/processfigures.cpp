@@ -24,10 +24,15 @@ qint64 residentKb(const QString& folder) {
     return 0;
 }
 
-double cpuSeconds(const QString& folder) {
-    constexpr int userTime = 11; // behind the name in brackets
+// From the state on, which stands behind the name in brackets.
+QList<QByteArray> statFields(const QString& folder) {
     const QByteArray stat = content(folder + QLatin1String("/stat"));
-    const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+}
+
+double cpuSeconds(const QString& folder) {
+    constexpr int userTime = 11;
+    const QList<QByteArray> fields = statFields(folder);
     const double ticks = fields.value(userTime).toDouble() + fields.value(userTime + 1).toDouble();
     return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));
 }
@@ -91,10 +96,10 @@ QStringList remainingChildren() {
                 .simplified()
                 .split(' ');
         for (const QByteArray& child : children) {
-            if (!child.isEmpty()) {
-                const QString comm =
-                    QStringLiteral("/proc/%1/comm").arg(QString::fromLatin1(child));
-                result += QString::fromLocal8Bit(content(comm).trimmed());
+            const QString folder = QStringLiteral("/proc/%1").arg(QString::fromLatin1(child));
+            if (!child.isEmpty() && statFields(folder).constFirst() != "Z") {
+                result +=
+                    QString::fromLocal8Bit(content(folder + QLatin1String("/comm")).trimmed());
             }
         }
     }

@@ -18,7 +18,7 @@ struct ProcessFigures {
     static QStringList added(QStringList earlier, const QStringList& later);
 };
 
-/// Processes that were started, directly or not, by this one and still run.
+/// Processes that were started, directly or not, by this one and have not ended.
 QStringList remainingChildren();
 
 /// Makes this process inherit what its children leave behind, so that remainingChildren() sees it.

@@ -71,7 +71,8 @@ void Soak::findLeftOvers(Watched& watched) {
 }
 
 void Soak::checkEnd() {
-    if (m_workbench.endedAfterMs >= 0 && m_simulator.endedAfterMs >= 0) {
+    const bool ended = m_workbench.endedAfterMs >= 0 && m_simulator.endedAfterMs >= 0;
+    if (ended && (remainingChildren().isEmpty() || phaseLasts(endPatienceMs))) {
         judge();
         report();
         QCoreApplication::exit(m_failures.isEmpty() ? 0 : 1);
