@@ -10,6 +10,7 @@
 namespace {
 
 constexpr std::size_t replySize = 200;
+constexpr int endless = 1'000'000;
 
 std::string nextOf(std::deque<std::string>& values) {
     const std::string value = values.front();
@@ -278,6 +279,11 @@ void ScriptedHost::write_log(const char* category, const char* source, int level
 
 std::optional<ScriptedHost::Fault> ScriptedHost::nextFault() {
     const int operation = m_operations++;
+    if (operation > endless) {
+        // Before the journal has eaten the memory: somebody follows a nonsense count.
+        std::fprintf(stderr, "ScriptedHost: asked for ever, last %s\n", m_journal.back().c_str());
+        std::abort();
+    }
     const bool faulty = m_faultIndex >= 0 &&
                         (operation == m_faultIndex || (m_faultStays && operation > m_faultIndex));
     return faulty ? std::optional(m_fault) : std::nullopt;

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <cstring>
+#include <limits>
 
 namespace {
 
@@ -19,6 +20,8 @@ public:
 };
 
 } // namespace
+
+Q_DECLARE_METATYPE(ScriptedHost::Fault)
 
 class TestScriptedHost : public QObject {
     Q_OBJECT
@@ -77,6 +80,52 @@ private Q_SLOTS:
         QCOMPARE(std::strlen(reply), std::size_t(200));
         QCOMPARE(host.get_parameter_string(reply, "status active"), 0);
         QCOMPARE(reply, "none");
+    }
+
+    void numbersAndTruthValuesGoWrongInTheirOwnWay_data() {
+        QTest::addColumn<ScriptedHost::Fault>("fault");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<int>("integer");
+        QTest::addColumn<double>("real");
+        QTest::addColumn<bool>("truth"); // which was true before
+        using Fault = ScriptedHost::Fault;
+        using Int = std::numeric_limits<int>;
+        const double infinity = std::numeric_limits<double>::infinity();
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        QTest::newRow("error") << Fault::Error << 1 << -123456789 << -123456789.0 << false;
+        QTest::newRow("empty reply") << Fault::EmptyReply << 0 << 7 << 7.5 << true;
+        QTest::newRow("garbage") << Fault::Garbage << 0 << Int::min() << nan << false;
+        QTest::newRow("unterminated")
+            << Fault::Unterminated << 0 << Int::max() << infinity << false;
+        QTest::newRow("huge") << Fault::HugeNumber << 0 << 2000000000 << 2e9 << true;
+        QTest::newRow("minus one") << Fault::MinusOne << 0 << -1 << -1.0 << true;
+    }
+    void numbersAndTruthValuesGoWrongInTheirOwnWay() {
+        QFETCH(ScriptedHost::Fault, fault);
+        QFETCH(int, result);
+        ScriptedHost host;
+        host.injectFault(0, fault, true);
+        int integer = 7;
+        double real = 7.5;
+        bool truth = true;
+        QCOMPARE(host.get_parameter_int(&integer, "number"), result);
+        QCOMPARE(host.get_parameter_double(&real, "number"), result);
+        QCOMPARE(host.get_parameter_bool(&truth, "number"), result);
+        QTEST(integer, "integer");
+        QTEST(real, "real");
+        QTEST(truth, "truth");
+    }
+
+    void failedRegistrationRegistersNobody() {
+        ScriptedHost host;
+        Recorder recorder;
+        host.injectFault(0, ScriptedHost::Fault::Error, true);
+        QCOMPARE(host.register_data_requester("6dmt", &recorder), 1);
+        QCOMPARE(host.register_measurement_requester(&recorder), 1);
+        QCOMPARE(host.set_channel_option(0, 5000, 0), 1);
+        QVERIFY(host.requesters("6dmt").empty());
+        QVERIFY(host.measurementRequesters().empty());
+        QCOMPARE(host.operationCount(), 3);
     }
 
     void subscribersGetTheirChannelsOnly() {
