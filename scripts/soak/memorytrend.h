@@ -5,10 +5,10 @@
 #include <vector>
 
 /// Tells growth from coming and going. A dialog that is open at the moment costs memory that is
-/// free again when it has gone, so what counts is the lowest value of each half minute. The trend is
-/// the median of the slopes between any two of these: the allocator gives memory back now and then
-/// and takes it again, and such a dip would turn a straight line by least squares. The first ten
-/// minutes, in which caches and the log fill, do not count.
+/// free again when it has gone, so what counts is the lowest value of each half minute. The trend
+/// is the median of the slopes between any two of these: the allocator gives memory back now and
+/// then and takes it again, and such a dip would turn a straight line by least squares. The first
+/// ten minutes, in which caches and the log fill, do not count.
 class MemoryTrend {
 public:
     static constexpr double skippedSeconds = 600.0;
