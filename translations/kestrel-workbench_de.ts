@@ -558,7 +558,7 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     </message>
     <message>
         <source>%1 frames/s, last %2 s ago, %3 lost</source>
-        <translation>%1 Frames/s, letzter vor %2 s, %3 verloren</translation>
+        <translation>%1 Hz, vor %2 s, %3 verloren</translation>
     </message>
     <message>
         <source>, %1 lines unreadable</source>
