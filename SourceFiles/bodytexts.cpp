@@ -1,5 +1,7 @@
 #include "SourceFiles/bodytexts.h"
 
+#include <QTextDocument>
+
 #include <array>
 #include <charconv>
 
@@ -30,6 +32,10 @@ QString fixed(double value, int decimals) {
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
                                    std::chars_format::fixed, decimals);
     return QString::fromLatin1(text.data(), static_cast<int>(end.ptr - text.data()));
+}
+
+QString toolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
 }
 
 QString redMessage(const QString& text) {

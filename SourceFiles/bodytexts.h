@@ -19,6 +19,9 @@ int bodyNumber(const QString& reply, bool* ok = nullptr);
 /// locale: ties to even, "-0.00", "nan", "inf".
 QString fixed(double value, int decimals);
 
+/// A tool tip that tells a text of the controller as it is: nothing in it is taken for HTML.
+QString toolTip(const QString& text);
+
 /// Bold red rich text; `text` is a translated text of the module, never one of the controller.
 QString redMessage(const QString& text);
 

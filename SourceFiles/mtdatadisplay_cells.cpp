@@ -63,7 +63,7 @@ void putValues(QTableWidget* table, int row, int firstColumn, const QString& tex
 }
 
 void setText(QTableWidgetItem* item, const QString& text) {
-    if (item->text() != text) {
+    if (item != nullptr && item->text() != text) {
         item->setText(text);
     }
 }

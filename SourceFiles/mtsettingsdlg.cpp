@@ -334,7 +334,7 @@ void MtSettingsDlg::setCell(QTableWidget* table, int row, int column, const QStr
         table->setItem(row, column, item);
     }
     if (style == CellStyle::Told) {
-        item->setToolTip(text); // may be longer than the column is wide
+        item->setToolTip(bodytexts::toolTip(text)); // may be longer than the column is wide
     }
 }
 
@@ -343,7 +343,7 @@ void MtSettingsDlg::followKeyboard() {
     const auto follow = [this](QTableWidget* table, void (MtSettingsDlg::*clicked)(int, int)) {
         connect(table, &QTableWidget::currentCellChanged, this,
                 [this, table, clicked](int row, int column) {
-                    if (table->hasFocus()) {
+                    if (row >= 0 && table->hasFocus()) {
                         (this->*clicked)(row, column);
                     }
                 });

@@ -120,11 +120,12 @@ void MtSettingsDlg::setupListAssingmentsMeaToRef() {
 
 void MtSettingsDlg::appendAssignmentsFromHub(int count) {
     for (int i = m_listMeaBodyToRefBody.size(); i < std::min(count, MaxEntries); ++i) {
+        // All asked before anything is stored: a host may act on the dialog inside a question.
         const int reference = getRefIdFromHub(i);
-        m_listMeaBodyToRefBody.append(reference);
-        m_listMeaBodyToRefBodySic.append(reference);
         MtRadioDevice device;
         getAssignedMtDeviceFromHub(i, device);
+        m_listMeaBodyToRefBody.append(reference);
+        m_listMeaBodyToRefBodySic.append(reference);
         m_listMtRadioDevices.append(device);
     }
 }

@@ -24,6 +24,7 @@ function(kestrel_target target)
     if(kestrel_sanitizers)
         target_compile_options(${target} PRIVATE ${kestrel_sanitizers})
         target_link_options(${target} PRIVATE ${kestrel_sanitizers})
+        target_compile_definitions(${target} PRIVATE KESTREL_SLOW_BUILD) # waits take longer
     endif()
     if(ARG_QT)
         set_target_properties(${target} PROPERTIES AUTOMOC ON AUTORCC ON)

@@ -289,8 +289,9 @@ CalibrationProgressDlg::Counted CalibrationProgressDlg::count(const Countdown& p
         return Counted::Over;
     }
     m_counting = false;
-    if (m_cancelled || pause->isVisible()) {
-        return Counted::Over; // still visible: the application quits, and run() stops the procedure
+    const bool quits = pause.operator->() != nullptr && pause->isVisible();
+    if (m_cancelled || quits) {
+        return Counted::Over; // when the application quits, run() stops the procedure
     }
     return result != 0 ? Counted::Elapsed : Counted::Cancelled;
 }

@@ -35,7 +35,7 @@ done
 build=build/coverage
 tests=passed
 if [ $reuse = no ]; then
-    install_missing "${build_packages[@]}" clang-14 libclang-rt-14-dev llvm-14
+    install_missing "${build_packages[@]}" "${clang_packages[@]}" llvm-14
     cmake --preset coverage >/dev/null
     cmake --build --preset coverage
     rm -rf $build/profiles

@@ -1,5 +1,7 @@
 #include "workbench/elidedlabel.h"
 
+#include "workbench/plaintip.h"
+
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOption>
@@ -27,7 +29,10 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     QStyleOption option;
     option.initFrom(this);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    setToolTip(shown == text() ? QString() : text());
+    const QString tip = shown == text() ? QString() : plainTip(text());
+    if (toolTip() != tip) {
+        setToolTip(tip);
+    }
     style()->drawItemText(&painter, contentsRect(), int(Qt::AlignVCenter | Qt::AlignLeft),
                           option.palette, isEnabled(), shown, foregroundRole());
 }

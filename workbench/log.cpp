@@ -1,5 +1,7 @@
 #include "workbench/log.h"
 
+#include "workbench/plaintip.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -120,7 +122,7 @@ QVariant Log::data(const QModelIndex& index, int role) const {
                                             : cell(entry, index.column());
     }
     if (role == Qt::ToolTipRole && index.column() == TextColumn) {
-        return entry.text; // may be longer than the column is wide
+        return plainTip(entry.text); // may be longer than the column is wide
     }
     if (role == Qt::TextAlignmentRole && index.column() == LevelColumn) {
         return static_cast<int>(Qt::AlignCenter);

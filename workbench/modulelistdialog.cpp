@@ -2,6 +2,7 @@
 
 #include "ui_modulelistdialog.h"
 #include "workbench/modulehost.h"
+#include "workbench/plaintip.h"
 
 #include <QHeaderView>
 #include <QPushButton>
@@ -32,7 +33,7 @@ ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules, QWidget* 
             info.isLoaded() ? tr("loaded") : tr("not loaded: %1").arg(info.reason), info.file};
         for (int column = 0; column < 4; ++column) {
             auto* const item = new QTableWidgetItem(cells[column]);
-            item->setToolTip(cells[column]); // may be longer than the column is wide
+            item->setToolTip(plainTip(cells[column])); // may be longer than the column is wide
             ui.tableWidget_modules->setItem(row, column, item);
         }
     }

@@ -202,8 +202,7 @@ void Soak::pollStarting() {
 }
 
 void Soak::pollCalming() {
-    const bool isShort = m_options.minutes < 1.0;
-    if (isAtRest() && phaseLasts(isShort ? stableMs : poolMs)) {
+    if (isAtRest() && phaseLasts(isShort() ? stableMs : poolMs)) {
         beginSoaking();
     } else if (phaseLasts(settlePatienceMs)) {
         giveUp(QStringLiteral("the measurement does not stop"));

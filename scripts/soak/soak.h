@@ -52,6 +52,8 @@ private:
         int endedAfterMs = -1;
     };
 
+    /// Only tells whether the programs behave; the machine's own delays are not judged.
+    bool isShort() const { return m_options.minutes < 1.0; }
     void startSimulator();
     void startWorkbench();
     void readSimulator();

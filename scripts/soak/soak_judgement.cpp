@@ -83,7 +83,7 @@ void Soak::checkEnd() {
 }
 
 void Soak::judge() {
-    if (m_output.wasFrozen()) {
+    if (m_output.wasFrozen() && !isShort()) {
         fail(QStringLiteral("the window was frozen for longer than one time-out"));
     }
     for (const Watched* const watched : {&m_workbench, &m_simulator}) {

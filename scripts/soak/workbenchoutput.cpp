@@ -8,7 +8,7 @@ namespace {
 
 constexpr int usualTimeoutMs = workbench::CommandChannel::defaultTimeoutMs;
 constexpr int calibrationTimeoutMs = 5000; // what the calibration asks for when it starts
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef KESTREL_SLOW_BUILD
 constexpr int slackMs = 4000;
 #else
 constexpr int slackMs = 1000; // what a loaded machine may add

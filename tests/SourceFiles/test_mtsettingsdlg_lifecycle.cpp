@@ -108,21 +108,37 @@ private Q_SLOTS:
 
     void aHostThatPressesButtonsInsideAQueryOfTheNextShowingChangesNothing_data() {
         QTest::addColumn<QByteArray>("slot");
-        QTest::newRow("select") << QByteArray("on_pushButton_select_clicked");
-        QTest::newRow("deselect") << QByteArray("on_pushButton_deselect_clicked");
+        QTest::addColumn<QByteArray>("question");
+        QTest::addColumn<int>("tab");
+        for (const char* const slot :
+             {"on_pushButton_select_clicked", "on_pushButton_deselect_clicked"}) {
+            QTest::addRow("reference, %s", slot)
+                << QByteArray(slot) << QByteArray("reference_of_tool") << 0;
+            QTest::addRow("device, %s", slot) << QByteArray(slot) << QByteArray("device") << 1;
+        }
     }
     void aHostThatPressesButtonsInsideAQueryOfTheNextShowingChangesNothing() {
         QFETCH(QByteArray, slot);
+        QFETCH(QByteArray, question);
+        QFETCH(int, tab);
         SettingsRig rig;
-        rig.run();
+        rig.setDevices({"V M 00001"});
+        QStringList serials;
+        rig.run([&] {
+            rig.openTab(tab);
+            rig.clickCell("tableWidget_availableMt", 0, 2);
+            rig.clickCell("tableWidget_meaBodies", 0);
+            serials = rig.column("tableWidget_meaBodies", 4);
+        });
         bool pressed = false;
         rig.host.onOperation = [&](const std::string& line) {
-            if (line == "get_string measurementtool reference_of_tool b01") {
+            if (line == "get_string measurementtool " + question.toStdString() + " b01") {
                 pressed = QMetaObject::invokeMethod(rig.dialog, slot);
             }
         };
         rig.run([&] {
             QCOMPARE(rig.column("tableWidget_meaBodies", 2), QStringList({"MR2", "none"}));
+            QCOMPARE(rig.column("tableWidget_meaBodies", 4), serials);
         });
         QVERIFY(pressed);
     }

@@ -10,7 +10,7 @@
 namespace processes {
 
 /// Every wait of these tests; grows where sanitizers slow everything down.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef KESTREL_SLOW_BUILD
 inline constexpr int slowness = 4;
 #else
 inline constexpr int slowness = 1;

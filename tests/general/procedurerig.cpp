@@ -42,6 +42,8 @@ QChar ProcedureRig::place() const {
     }
     const bool polls = CalibrationProgressProbe::timer(*m_dialog).isActive();
     if (countdown() != nullptr) {
+        // A place is told by what its countdown shows: seconds pass only as an event.
+        CountdownProbe::timer(*qobject_cast<CountdownDlg*>(countdown())).stop();
         const int shown = child<QLCDNumber>(*countdown(), "lcdNumber")->intValue();
         if (!m_dialog->isVisible()) {
             return polls ? '?' : 'S';

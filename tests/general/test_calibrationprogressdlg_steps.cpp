@@ -125,6 +125,23 @@ private Q_SLOTS:
         QCOMPARE(countOf(rig, stop), 1);
     }
 
+    void aCountdownThatDiesAloneCountsAsCancelled() {
+        ProgressRig rig;
+        scriptSecondStep(rig);
+        rig.dog.on("CountdownDialog", [](QWidget* window) { window->deleteLater(); });
+        bool polled = true;
+        rig.whenShown([&](CalibrationProgressDlg& dialog) {
+            if (rig.dog.seen().contains("CountdownDialog")) {
+                polled = CalibrationProgressProbe::timer(dialog).isActive();
+                dialog.reject();
+            }
+        });
+        QCOMPARE(rig.run(), 0);
+        QVERIFY(!polled);
+        QCOMPARE(rig.dog.seen().count("CountdownDialog"), 1);
+        QCOMPARE(countOf(rig, stop), 1);
+    }
+
     void aHostThatStopsItInsideAQueryOfTheNewStepSeesNoCountdown() {
         ProgressRig rig;
         scriptSecondStep(rig);

@@ -224,7 +224,7 @@ void ConnectionRig::command(const std::string& reply, int times) {
     m_controller->answerRaw(question, reply);
     char value[200];
     for (int i = 0; i < times; ++i) {
-        m_backend->io.set_channel_option(0, shortTimeout, 0);
+        m_backend->io.set_channel_option(0, reply.empty() ? shortTimeout : patience, 0);
         m_result = m_backend->io.get_parameter_string(value, "status active");
     }
     m_controller->forget(question);

@@ -8,7 +8,7 @@ Q_DECLARE_METATYPE(Event)
 
 namespace {
 
-constexpr int atOnce = 2000; // on a loaded machine
+constexpr int atOnce = 8000; // nothing is waited for in vain, also on a loaded machine
 
 const QMap<QString, Place> places = {
     {"D", Place::Disconnected},   {"C", Place::Connecting},     {"V", Place::Reading},

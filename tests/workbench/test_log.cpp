@@ -37,6 +37,18 @@ private Q_SLOTS:
         QCOMPARE(log.columnCount(), 5);
     }
 
+    void a_tool_tip_tells_the_whole_text_as_it_is() {
+        Log log;
+        log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
+                QStringLiteral("a < b & c"));
+        log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
+                QStringLiteral("<b>bold</b>"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 2, patience);
+        const auto tip = [&log](int row) { return log.index(row, 4).data(Qt::ToolTipRole); };
+        QCOMPARE(tip(0).toString(), QStringLiteral("a < b & c"));
+        QCOMPARE(tip(1).toString(), QStringLiteral("&lt;b&gt;bold&lt;/b&gt;"));
+    }
+
     void the_oldest_lines_go_first() {
         Log log(5);
         for (int i = 0; i < 12; ++i) {
