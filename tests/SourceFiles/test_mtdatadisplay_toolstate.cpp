@@ -94,6 +94,13 @@ private Q_SLOTS:
         QCOMPARE(f.toolPose(0).constFirst(), QString(" "));
     }
 
+    void aCellThatSomebodyElseHasTakenAwayStaysAway() {
+        ShownFixture f({toolAt(1, 2, 3)});
+        delete f.toolTable()->takeItem(0, 12);
+        f.show({toolAt(4, 5, 6)});
+        QCOMPARE(f.toolTable()->item(0, 12), static_cast<QTableWidgetItem*>(nullptr));
+    }
+
     void pressedButtonsAreBlue() {
         Tool tool;
         tool.buttons = 4;

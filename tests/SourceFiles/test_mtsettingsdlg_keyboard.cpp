@@ -217,6 +217,17 @@ private Q_SLOTS:
         });
     }
 
+    void aRowThatIsTakenAwayUnderTheKeyboardIsNoChoice() {
+        SettingsRig rig;
+        auto* const table = rig.child<QTableWidget>(tools);
+        rig.run([&] {
+            focus(rig, table);
+            table->setCurrentCell(1, 0);
+            table->setCurrentCell(-1, -1);
+        });
+        rig.run([&] { QCOMPARE(table->currentRow(), 1); });
+    }
+
     void aMnemonicPressedWhileADiameterIsEditedDoesNotLoseIt() {
         SettingsRig rig;
         rig.run([&] {
