@@ -3,10 +3,10 @@
 #include "workbench/controllersession.h"
 #include "workbench/datareceiver.h"
 #include "workbench/hostio.h"
-#include "workbench/log.h"
 #include "workbench/measurementmonitor.h"
 #include "workbench/recorder.h"
 #include "workbench/requesterregistry.h"
+#include "workbench/text/log.h"
 
 namespace workbench {
 

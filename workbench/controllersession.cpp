@@ -2,9 +2,9 @@
 
 #include "libs/kestrel_wire/command.h"
 #include "workbench/datareceiver.h"
-#include "workbench/log.h"
 #include "workbench/measurementmonitor.h"
-#include "workbench/versiontext.h"
+#include "workbench/text/log.h"
+#include "workbench/text/versiontext.h"
 
 namespace workbench {
 

@@ -3,7 +3,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controllersession.h"
 #include "workbench/replyrules.h"
-#include "workbench/versiontext.h"
+#include "workbench/text/versiontext.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,10 +2,10 @@
 
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controllersession.h"
-#include "workbench/log.h"
-#include "workbench/printftext.h"
 #include "workbench/replyrules.h"
 #include "workbench/requesterregistry.h"
+#include "workbench/text/log.h"
+#include "workbench/text/printftext.h"
 
 #include <QThread>
 

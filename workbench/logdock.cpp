@@ -1,7 +1,7 @@
 #include "workbench/logdock.h"
 
 #include "ui_logdock.h"
-#include "workbench/log.h"
+#include "workbench/text/log.h"
 
 #include <QClipboard>
 #include <QFileDialog>

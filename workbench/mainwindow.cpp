@@ -3,10 +3,10 @@
 #include "ui_mainwindow.h"
 #include "workbench/commanddock.h"
 #include "workbench/connectdialog.h"
-#include "workbench/elidedlabel.h"
 #include "workbench/logdock.h"
 #include "workbench/modulelistdialog.h"
-#include "workbench/rowprinter.h"
+#include "workbench/text/elidedlabel.h"
+#include "workbench/text/rowprinter.h"
 
 #include <QCloseEvent>
 #include <QDockWidget>

@@ -2,7 +2,7 @@
 
 #include "host_api/metatypes.h"
 #include "host_api/moduleinterface.h"
-#include "workbench/log.h"
+#include "workbench/text/log.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "ui_modulelistdialog.h"
 #include "workbench/modulehost.h"
-#include "workbench/plaintip.h"
+#include "workbench/text/plaintip.h"
 
 #include <QHeaderView>
 #include <QPushButton>

@@ -1,6 +1,6 @@
 #include "tests/windows/textfit.h"
 
-#include "workbench/elidedlabel.h"
+#include "workbench/text/elidedlabel.h"
 
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>

@@ -1,5 +1,5 @@
 #include "workbench/framestatistics.h"
-#include "workbench/printftext.h"
+#include "workbench/text/printftext.h"
 
 #include <clocale>
 #include <cstdarg>

@@ -1,5 +1,5 @@
-#include "workbench/log.h"
 #include "workbench/logdock.h"
+#include "workbench/text/log.h"
 
 #include <QLineEdit>
 #include <QPushButton>

@@ -4,7 +4,7 @@
 #include "workbench/connectdialog.h"
 #include "workbench/modulehost.h"
 #include "workbench/modulelistdialog.h"
-#include "workbench/rowprinter.h"
+#include "workbench/text/rowprinter.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

@@ -1,4 +1,4 @@
-#include "workbench/printftext.h"
+#include "workbench/text/printftext.h"
 
 #include <clocale>
 #include <cstdio>

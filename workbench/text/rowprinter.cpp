@@ -1,4 +1,4 @@
-#include "workbench/rowprinter.h"
+#include "workbench/text/rowprinter.h"
 
 #include <QAbstractItemView>
 #include <QBrush>

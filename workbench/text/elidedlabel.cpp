@@ -1,6 +1,6 @@
-#include "workbench/elidedlabel.h"
+#include "workbench/text/elidedlabel.h"
 
-#include "workbench/plaintip.h"
+#include "workbench/text/plaintip.h"
 
 #include <QPainter>
 #include <QStyle>

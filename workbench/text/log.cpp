@@ -1,6 +1,6 @@
-#include "workbench/log.h"
+#include "workbench/text/log.h"
 
-#include "workbench/plaintip.h"
+#include "workbench/text/plaintip.h"
 
 #include <QStringList>
 
