@@ -1,11 +1,11 @@
 #pragma once
 
-#include "workbench/controllersession.h"
-#include "workbench/datareceiver.h"
+#include "workbench/controller/controllersession.h"
+#include "workbench/controller/datareceiver.h"
+#include "workbench/controller/measurementmonitor.h"
+#include "workbench/controller/requesterregistry.h"
 #include "workbench/hostio.h"
-#include "workbench/measurementmonitor.h"
-#include "workbench/recorder.h"
-#include "workbench/requesterregistry.h"
+#include "workbench/outlets/recorder.h"
 #include "workbench/text/log.h"
 
 namespace workbench {

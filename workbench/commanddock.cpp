@@ -1,7 +1,7 @@
 #include "workbench/commanddock.h"
 
 #include "ui_commanddock.h"
-#include "workbench/controllersession.h"
+#include "workbench/controller/controllersession.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>

@@ -1,9 +1,9 @@
 #include "workbench/hostio.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "workbench/controllersession.h"
-#include "workbench/replyrules.h"
-#include "workbench/requesterregistry.h"
+#include "workbench/controller/controllersession.h"
+#include "workbench/controller/replyrules.h"
+#include "workbench/controller/requesterregistry.h"
 #include "workbench/text/log.h"
 #include "workbench/text/printftext.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host_api/iomanager.h"
-#include "workbench/commandchannel.h"
+#include "workbench/controller/commandchannel.h"
 
 #include <cstdarg>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "workbench/backend.h"
-#include "workbench/headercollector.h"
+#include "workbench/controller/headercollector.h"
 #include "workbench/menuarranger.h"
 #include "workbench/modulehost.h"
 #include "workbench/windowsettings.h"

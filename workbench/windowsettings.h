@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controlleraddress.h"
+#include "workbench/controller/controlleraddress.h"
 
 #include <QRect>
 #include <QSettings>

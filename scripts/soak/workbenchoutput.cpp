@@ -1,6 +1,6 @@
 #include "scripts/soak/workbenchoutput.h"
 
-#include "workbench/commandchannel.h"
+#include "workbench/controller/commandchannel.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/commandchannel.h"
+#include "workbench/controller/commandchannel.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>

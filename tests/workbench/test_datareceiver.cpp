@@ -1,6 +1,6 @@
-#include "workbench/datareceiver.h"
-#include "workbench/recorder.h"
-#include "workbench/requesterregistry.h"
+#include "workbench/controller/datareceiver.h"
+#include "workbench/controller/requesterregistry.h"
+#include "workbench/outlets/recorder.h"
 
 #include <QUdpSocket>
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "workbench/framestatistics.h"
+#include "workbench/controller/framestatistics.h"
 #include "workbench/text/printftext.h"
 
 #include <clocale>

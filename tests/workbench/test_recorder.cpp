@@ -1,4 +1,4 @@
-#include "workbench/recorder.h"
+#include "workbench/outlets/recorder.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "workbench/requesterregistry.h"
+#include "workbench/controller/requesterregistry.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/channelresult.h"
+#include "workbench/controller/channelresult.h"
 
 #include <string_view>
 

@@ -1,8 +1,8 @@
-#include "workbench/controllersession.h"
+#include "workbench/controller/controllersession.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "workbench/datareceiver.h"
-#include "workbench/measurementmonitor.h"
+#include "workbench/controller/datareceiver.h"
+#include "workbench/controller/measurementmonitor.h"
 #include "workbench/text/log.h"
 #include "workbench/text/versiontext.h"
 

@@ -1,4 +1,4 @@
-#include "workbench/replyrules.h"
+#include "workbench/controller/replyrules.h"
 
 #include "KestrelParse.h"
 

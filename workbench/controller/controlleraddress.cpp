@@ -1,4 +1,4 @@
-#include "workbench/controlleraddress.h"
+#include "workbench/controller/controlleraddress.h"
 
 #include <QRegularExpression>
 

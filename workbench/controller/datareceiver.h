@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/framestatistics.h"
+#include "workbench/controller/framestatistics.h"
 
 #include <QHostAddress>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "workbench/requesterregistry.h"
+#include "workbench/controller/requesterregistry.h"
 
-#include "workbench/channelresult.h"
+#include "workbench/controller/channelresult.h"
 
 #include <algorithm>
 #include <set>

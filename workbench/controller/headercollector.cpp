@@ -1,8 +1,8 @@
-#include "workbench/headercollector.h"
+#include "workbench/controller/headercollector.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "workbench/controllersession.h"
-#include "workbench/replyrules.h"
+#include "workbench/controller/controllersession.h"
+#include "workbench/controller/replyrules.h"
 #include "workbench/text/versiontext.h"
 
 #include <algorithm>

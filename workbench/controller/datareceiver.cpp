@@ -1,8 +1,8 @@
-#include "workbench/datareceiver.h"
+#include "workbench/controller/datareceiver.h"
 
 #include "libs/kestrel_wire/recording.h"
-#include "workbench/recorder.h"
-#include "workbench/requesterregistry.h"
+#include "workbench/controller/requesterregistry.h"
+#include "workbench/outlets/recorder.h"
 
 #include <QThread>
 #include <QUdpSocket>

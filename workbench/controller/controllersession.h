@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host_api/backendversions.h"
-#include "workbench/commandchannel.h"
-#include "workbench/controlleraddress.h"
+#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/controlleraddress.h"
 
 #include <QByteArray>
 #include <QMap>

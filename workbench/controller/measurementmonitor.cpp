@@ -1,6 +1,6 @@
-#include "workbench/measurementmonitor.h"
+#include "workbench/controller/measurementmonitor.h"
 
-#include "workbench/requesterregistry.h"
+#include "workbench/controller/requesterregistry.h"
 
 namespace workbench {
 

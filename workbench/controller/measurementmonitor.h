@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/commandchannel.h"
+#include "workbench/controller/commandchannel.h"
 
 #include <QObject>
 

@@ -1,4 +1,4 @@
-#include "workbench/commandchannel.h"
+#include "workbench/controller/commandchannel.h"
 
 #include "libs/kestrel_wire/command.h"
 
