@@ -1,9 +1,9 @@
 #pragma once
 
-#include "workbench/backend.h"
 #include "workbench/controller/headercollector.h"
-#include "workbench/menuarranger.h"
-#include "workbench/modulehost.h"
+#include "workbench/modules/backend.h"
+#include "workbench/modules/menuarranger.h"
+#include "workbench/modules/modulehost.h"
 #include "workbench/windowsettings.h"
 
 #include <QDockWidget>

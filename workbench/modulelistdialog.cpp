@@ -1,7 +1,7 @@
 #include "workbench/modulelistdialog.h"
 
 #include "ui_modulelistdialog.h"
-#include "workbench/modulehost.h"
+#include "workbench/modules/modulehost.h"
 #include "workbench/text/plaintip.h"
 
 #include <QHeaderView>

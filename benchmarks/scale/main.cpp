@@ -3,8 +3,8 @@
 
 #include "benchmarks/scale/sender.h"
 #include "benchmarks/scale/timedhost.h"
-#include "workbench/backend.h"
-#include "workbench/modulehost.h"
+#include "workbench/modules/backend.h"
+#include "workbench/modules/modulehost.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

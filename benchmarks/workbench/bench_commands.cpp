@@ -1,5 +1,5 @@
 #include "benchmarks/workbench/rawsockets.h"
-#include "workbench/backend.h"
+#include "workbench/modules/backend.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

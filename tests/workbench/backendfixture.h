@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/backend.h"
+#include "workbench/modules/backend.h"
 
 /// The workbench without its window, and a module's view of it.
 struct BackendFixture : workbench::Backend {

@@ -1,4 +1,4 @@
-#include "workbench/menuarranger.h"
+#include "workbench/modules/menuarranger.h"
 
 #include <QAction>
 #include <QMenu>

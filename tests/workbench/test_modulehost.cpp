@@ -1,6 +1,6 @@
 #include "host_api/iomanager.h"
 #include "tests/workbench/backendfixture.h"
-#include "workbench/modulehost.h"
+#include "workbench/modules/modulehost.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -2,8 +2,8 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/commanddock.h"
 #include "workbench/connectdialog.h"
-#include "workbench/modulehost.h"
 #include "workbench/modulelistdialog.h"
+#include "workbench/modules/modulehost.h"
 #include "workbench/text/rowprinter.h"
 
 #include <QComboBox>

@@ -4,7 +4,7 @@
 #include "workbench/controller/datareceiver.h"
 #include "workbench/controller/measurementmonitor.h"
 #include "workbench/controller/requesterregistry.h"
-#include "workbench/hostio.h"
+#include "workbench/modules/hostio.h"
 #include "workbench/outlets/recorder.h"
 #include "workbench/text/log.h"
 

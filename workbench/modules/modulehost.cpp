@@ -1,4 +1,4 @@
-#include "workbench/modulehost.h"
+#include "workbench/modules/modulehost.h"
 
 #include "host_api/metatypes.h"
 #include "host_api/moduleinterface.h"

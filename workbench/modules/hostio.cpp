@@ -1,4 +1,4 @@
-#include "workbench/hostio.h"
+#include "workbench/modules/hostio.h"
 
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/controllersession.h"
