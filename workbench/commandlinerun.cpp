@@ -1,6 +1,6 @@
 #include "workbench/commandlinerun.h"
 
-#include "workbench/mainwindow.h"
+#include "workbench/window/mainwindow.h"
 
 #include <QApplication>
 #include <QSocketNotifier>

@@ -1,7 +1,7 @@
 #include "workbench/commandlinerun.h"
-#include "workbench/mainwindow.h"
 #include "workbench/options.h"
 #include "workbench/translations.h"
+#include "workbench/window/mainwindow.h"
 
 #include <QApplication>
 #include <QThreadPool>

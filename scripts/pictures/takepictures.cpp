@@ -1,6 +1,6 @@
-#include "workbench/mainwindow.h"
 #include "workbench/simulatorprocess.h"
 #include "workbench/translations.h"
+#include "workbench/window/mainwindow.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,6 +1,6 @@
 #include "tests/end_to_end/processes.h"
 #include "tests/support/modalwatchdog.h"
-#include "workbench/mainwindow.h"
+#include "workbench/window/mainwindow.h"
 
 #include <QAction>
 #include <QCheckBox>

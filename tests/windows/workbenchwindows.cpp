@@ -2,9 +2,9 @@
 
 #include "tests/support/modalwatchdog.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/connectdialog.h"
-#include "workbench/mainwindow.h"
-#include "workbench/modulelistdialog.h"
+#include "workbench/window/connectdialog.h"
+#include "workbench/window/mainwindow.h"
+#include "workbench/window/modulelistdialog.h"
 
 #include <QAction>
 #include <QDockWidget>

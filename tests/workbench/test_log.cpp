@@ -1,5 +1,5 @@
-#include "workbench/logdock.h"
 #include "workbench/text/log.h"
+#include "workbench/window/logdock.h"
 
 #include <QLineEdit>
 #include <QPushButton>

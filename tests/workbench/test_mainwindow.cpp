@@ -1,7 +1,7 @@
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/commanddock.h"
-#include "workbench/logdock.h"
-#include "workbench/mainwindow.h"
+#include "workbench/window/commanddock.h"
+#include "workbench/window/logdock.h"
+#include "workbench/window/mainwindow.h"
 
 #include <QLabel>
 #include <QMenu>

@@ -1,10 +1,10 @@
 #include "tests/workbench/backendfixture.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/commanddock.h"
-#include "workbench/connectdialog.h"
-#include "workbench/modulelistdialog.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/text/rowprinter.h"
+#include "workbench/window/commanddock.h"
+#include "workbench/window/connectdialog.h"
+#include "workbench/window/modulelistdialog.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

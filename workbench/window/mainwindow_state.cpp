@@ -1,6 +1,6 @@
 #include "ui_mainwindow.h"
-#include "workbench/mainwindow.h"
 #include "workbench/text/versiontext.h"
+#include "workbench/window/mainwindow.h"
 
 #include <QFileInfo>
 

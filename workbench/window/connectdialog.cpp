@@ -1,4 +1,4 @@
-#include "workbench/connectdialog.h"
+#include "workbench/window/connectdialog.h"
 
 #include "ui_connectdialog.h"
 

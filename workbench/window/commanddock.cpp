@@ -1,4 +1,4 @@
-#include "workbench/commanddock.h"
+#include "workbench/window/commanddock.h"
 
 #include "ui_commanddock.h"
 #include "workbench/controller/controllersession.h"

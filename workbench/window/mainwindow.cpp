@@ -1,12 +1,12 @@
-#include "workbench/mainwindow.h"
+#include "workbench/window/mainwindow.h"
 
 #include "ui_mainwindow.h"
-#include "workbench/commanddock.h"
-#include "workbench/connectdialog.h"
-#include "workbench/logdock.h"
-#include "workbench/modulelistdialog.h"
 #include "workbench/text/elidedlabel.h"
 #include "workbench/text/rowprinter.h"
+#include "workbench/window/commanddock.h"
+#include "workbench/window/connectdialog.h"
+#include "workbench/window/logdock.h"
+#include "workbench/window/modulelistdialog.h"
 
 #include <QCloseEvent>
 #include <QDockWidget>

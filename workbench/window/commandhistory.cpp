@@ -1,4 +1,4 @@
-#include "workbench/commandhistory.h"
+#include "workbench/window/commandhistory.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "workbench/modulelistdialog.h"
+#include "workbench/window/modulelistdialog.h"
 
 #include "ui_modulelistdialog.h"
 #include "workbench/modules/modulehost.h"

@@ -1,4 +1,4 @@
-#include "workbench/windowsettings.h"
+#include "workbench/window/windowsettings.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

@@ -4,7 +4,7 @@
 #include "workbench/modules/backend.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"
-#include "workbench/windowsettings.h"
+#include "workbench/window/windowsettings.h"
 
 #include <QDockWidget>
 #include <QLabel>

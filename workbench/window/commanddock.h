@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/commandhistory.h"
+#include "workbench/window/commandhistory.h"
 
 #include <QDockWidget>
 

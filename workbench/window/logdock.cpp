@@ -1,4 +1,4 @@
-#include "workbench/logdock.h"
+#include "workbench/window/logdock.h"
 
 #include "ui_logdock.h"
 #include "workbench/text/log.h"
