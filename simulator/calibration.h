@@ -1,9 +1,9 @@
 #pragma once
 
-#include "simulator/configuration.h"
-#include "simulator/misbehaviour.h"
 #include "simulator/pivot.h"
 #include "simulator/tipsolver.h"
+#include "simulator/words/configuration.h"
+#include "simulator/words/misbehaviour.h"
 
 #include <optional>
 #include <random>

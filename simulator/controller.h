@@ -3,11 +3,11 @@
 #include "libs/kestrel_wire/command.h"
 #include "simulator/calibration.h"
 #include "simulator/controllerstate.h"
-#include "simulator/faults.h"
 #include "simulator/radionetwork.h"
 #include "simulator/replay.h"
 #include "simulator/simcommands.h"
 #include "simulator/simulatedframes.h"
+#include "simulator/words/faults.h"
 
 #include <map>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/configuration.h"
+#include "simulator/words/configuration.h"
 
 #include <string>
 #include <vector>

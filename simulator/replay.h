@@ -2,7 +2,7 @@
 
 #include "libs/kestrel_wire/recording.h"
 #include "simulator/framesource.h"
-#include "simulator/version.h"
+#include "simulator/words/version.h"
 
 #include <cstdint>
 #include <fstream>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/configuration.h"
 #include "simulator/motion.h"
+#include "simulator/words/configuration.h"
 
 #include <optional>
 #include <vector>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "simulator/datalines.h"
 #include "simulator/framesource.h"
 #include "simulator/pivot.h"
 #include "simulator/scene.h"
+#include "simulator/words/datalines.h"
 
 #include <array>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "libs/kestrel_wire/recording.h"
 #include "libs/kestrel_wire/reply.h"
-#include "simulator/text.h"
+#include "simulator/words/text.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
-#include "simulator/version.h"
+#include "simulator/words/version.h"
 
-#include "simulator/text.h"
+#include "simulator/words/text.h"
 
 #include <array>
 

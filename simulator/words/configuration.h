@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/parametertable.h"
+#include "simulator/words/parametertable.h"
 
 #include <Eigen/Core>
 #include <cstdint>

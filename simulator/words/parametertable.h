@@ -1,8 +1,8 @@
 #pragma once
 
 #include "libs/kestrel_wire/command.h"
-#include "simulator/text.h"
-#include "simulator/version.h"
+#include "simulator/words/text.h"
+#include "simulator/words/version.h"
 
 #include <functional>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "simulator/text.h"
+#include "simulator/words/text.h"
 
 #include <array>
 #include <charconv>

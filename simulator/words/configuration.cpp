@@ -1,4 +1,4 @@
-#include "simulator/configuration.h"
+#include "simulator/words/configuration.h"
 
 #include "simulator/motion.h"
 

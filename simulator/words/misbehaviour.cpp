@@ -1,4 +1,4 @@
-#include "simulator/misbehaviour.h"
+#include "simulator/words/misbehaviour.h"
 
 #include <algorithm>
 

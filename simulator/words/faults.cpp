@@ -1,4 +1,4 @@
-#include "simulator/faults.h"
+#include "simulator/words/faults.h"
 
 #include <functional>
 

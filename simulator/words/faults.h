@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/misbehaviour.h"
+#include "simulator/words/misbehaviour.h"
 
 #include <cstdint>
 #include <random>

@@ -1,6 +1,6 @@
-#include "simulator/datalines.h"
+#include "simulator/words/datalines.h"
 
-#include "simulator/text.h"
+#include "simulator/words/text.h"
 
 #include <algorithm>
 

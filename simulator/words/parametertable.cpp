@@ -1,4 +1,4 @@
-#include "simulator/parametertable.h"
+#include "simulator/words/parametertable.h"
 
 namespace kestrel_simulator {
 
