@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/pivot.h"
-#include "simulator/tipsolver.h"
+#include "simulator/geometry/pivot.h"
+#include "simulator/geometry/tipsolver.h"
 #include "simulator/words/configuration.h"
 #include "simulator/words/misbehaviour.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/motion.h"
+#include "simulator/geometry/motion.h"
 #include "simulator/words/configuration.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/framesource.h"
-#include "simulator/pivot.h"
+#include "simulator/geometry/pivot.h"
 #include "simulator/scene.h"
 #include "simulator/words/datalines.h"
 

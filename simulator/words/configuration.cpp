@@ -1,6 +1,6 @@
 #include "simulator/words/configuration.h"
 
-#include "simulator/motion.h"
+#include "simulator/geometry/motion.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "simulator/pivot.h"
-#include "simulator/tipsolver.h"
+#include "simulator/geometry/pivot.h"
+#include "simulator/geometry/tipsolver.h"
 
 #include <Eigen/LU>
 #include <cmath>

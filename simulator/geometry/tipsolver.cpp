@@ -1,4 +1,4 @@
-#include "simulator/tipsolver.h"
+#include "simulator/geometry/tipsolver.h"
 
 #include <Eigen/Cholesky>
 #include <Eigen/Eigenvalues>

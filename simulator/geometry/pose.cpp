@@ -1,4 +1,4 @@
-#include "simulator/pose.h"
+#include "simulator/geometry/pose.h"
 
 #include <Eigen/Geometry>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "simulator/motion.h"
+#include "simulator/geometry/motion.h"
 
 #include <cmath>
 

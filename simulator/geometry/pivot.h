@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/pose.h"
+#include "simulator/geometry/pose.h"
 
 #include <optional>
 #include <random>

@@ -1,4 +1,4 @@
-#include "simulator/pivot.h"
+#include "simulator/geometry/pivot.h"
 
 #include <array>
 #include <cmath>
