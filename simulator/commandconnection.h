@@ -1,7 +1,7 @@
 #pragma once
 
 #include "libs/kestrel_wire/lineframer.h"
-#include "simulator/controller.h"
+#include "simulator/controller/controller.h"
 
 #include <QDeadlineTimer>
 #include <QHostAddress>

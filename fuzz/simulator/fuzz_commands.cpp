@@ -1,6 +1,6 @@
 #include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/reply.h"
-#include "simulator/controller.h"
+#include "simulator/controller/controller.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/controller.h"
+#include "simulator/controller/controller.h"
 
 #include <string>
 #include <vector>

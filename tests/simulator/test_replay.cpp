@@ -1,5 +1,5 @@
 #include "libs/kestrel_wire/recording.h"
-#include "simulator/replay.h"
+#include "simulator/controller/replay.h"
 #include "tests/simulator/talk.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "simulator/replay.h"
+#include "simulator/controller/replay.h"
 
 #include <limits>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "simulator/framesource.h"
+#include "simulator/controller/framesource.h"
+#include "simulator/controller/scene.h"
 #include "simulator/geometry/pivot.h"
-#include "simulator/scene.h"
 #include "simulator/words/datalines.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "simulator/simcommands.h"
+#include "simulator/controller/simcommands.h"
 
 namespace kestrel_simulator {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "simulator/calibration.h"
-#include "simulator/controllerstate.h"
-#include "simulator/radionetwork.h"
-#include "simulator/scene.h"
+#include "simulator/controller/calibration.h"
+#include "simulator/controller/controllerstate.h"
+#include "simulator/controller/radionetwork.h"
+#include "simulator/controller/scene.h"
 
 namespace kestrel_simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/scene.h"
+#include "simulator/controller/scene.h"
 
 namespace kestrel_simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/calibration.h"
+#include "simulator/controller/calibration.h"
 
 #include "simulator/geometry/motion.h"
 

@@ -1,4 +1,4 @@
-#include "simulator/radionetwork.h"
+#include "simulator/controller/radionetwork.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "simulator/simulatedframes.h"
+#include "simulator/controller/simulatedframes.h"
 
 #include <cmath>
 

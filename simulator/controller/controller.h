@@ -1,12 +1,12 @@
 #pragma once
 
 #include "libs/kestrel_wire/command.h"
-#include "simulator/calibration.h"
-#include "simulator/controllerstate.h"
-#include "simulator/radionetwork.h"
-#include "simulator/replay.h"
-#include "simulator/simcommands.h"
-#include "simulator/simulatedframes.h"
+#include "simulator/controller/calibration.h"
+#include "simulator/controller/controllerstate.h"
+#include "simulator/controller/radionetwork.h"
+#include "simulator/controller/replay.h"
+#include "simulator/controller/simcommands.h"
+#include "simulator/controller/simulatedframes.h"
 #include "simulator/words/faults.h"
 
 #include <map>
