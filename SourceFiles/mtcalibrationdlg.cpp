@@ -1,11 +1,11 @@
 #include "SourceFiles/mtcalibrationdlg.h"
 
 #include "SourceFiles/bodytexts.h"
-#include "SourceFiles/hostlink.h"
 #include "SourceFiles/mthelpdlg.h"
 #include "SourceFiles/mtresultdlg.h"
 #include "general/CalibrationProgressDlg.h"
 #include "general/growtofit.h"
+#include "general/hostlink.h"
 #include "general/modalrun.h"
 #include "host_api/iomanager.h"
 

@@ -1,7 +1,7 @@
 #include "SourceFiles/mtdatadisplay.h"
 
 #include "KestrelParser.h"
-#include "SourceFiles/hostlink.h"
+#include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
 #include "KestrelParser.h"
 #include "SourceFiles/bodytexts.h"
-#include "SourceFiles/hostlink.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtdatadisplay_cells.h"
+#include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <QThread>

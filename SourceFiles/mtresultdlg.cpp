@@ -1,7 +1,7 @@
 #include "SourceFiles/mtresultdlg.h"
 
 #include "SourceFiles/bodytexts.h"
-#include "SourceFiles/hostlink.h"
+#include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
 using hostlink::Reply;

@@ -1,7 +1,7 @@
 #include "SourceFiles/mtsettingsdlg.h"
 
 #include "SourceFiles/bodytexts.h"
-#include "SourceFiles/hostlink.h"
+#include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 #include "SourceFiles/bodytexts.h"
-#include "SourceFiles/hostlink.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <algorithm>

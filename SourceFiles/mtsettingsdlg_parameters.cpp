@@ -1,5 +1,5 @@
-#include "SourceFiles/hostlink.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <algorithm>

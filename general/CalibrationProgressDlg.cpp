@@ -1,8 +1,8 @@
 #include "general/CalibrationProgressDlg.h"
 
-#include "SourceFiles/hostlink.h"
 #include "general/CountdownDlg.h"
 #include "general/growtofit.h"
+#include "general/hostlink.h"
 #include "general/replyreading.h"
 #include "host_api/iomanager.h"
 

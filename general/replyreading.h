@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SourceFiles/hostlink.h"
+#include "general/hostlink.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "SourceFiles/hostlink.h"
+#include "general/hostlink.h"
 #include "host_api/backendversions.h"
 #include "tests/support/scriptedhost.h"
 
