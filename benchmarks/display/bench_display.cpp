@@ -2,7 +2,7 @@
 // one: the display against a plain one that writes every cell and paints with the stock delegate.
 
 #include "SourceFiles/rotationangles.h"
-#include "tests/SourceFiles/displayfixture.h"
+#include "tests/SourceFiles/display/displayfixture.h"
 
 #include <QApplication>
 #include <QStyledItemDelegate>

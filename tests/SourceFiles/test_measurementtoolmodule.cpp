@@ -3,7 +3,7 @@
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtsettingsdlg.h"
 #include "host_api/metatypes.h"
-#include "tests/SourceFiles/displayfixture.h"
+#include "tests/SourceFiles/display/displayfixture.h"
 
 #include <QAction>
 #include <QDockWidget>

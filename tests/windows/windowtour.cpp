@@ -2,8 +2,8 @@
 
 #include "SourceFiles/mthelpdlg.h"
 #include "SourceFiles/mtresultdlg.h"
-#include "tests/SourceFiles/calibrationrig.h"
-#include "tests/SourceFiles/settingsrig.h"
+#include "tests/SourceFiles/calibration/calibrationrig.h"
+#include "tests/SourceFiles/settings/settingsrig.h"
 #include "tests/windows/workbenchwindows.h"
 
 #include <QApplication>

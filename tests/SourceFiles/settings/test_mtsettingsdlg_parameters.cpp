@@ -1,0 +1,276 @@
+#include "tests/SourceFiles/settings/settingsrig.h"
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QSpinBox>
+#include <QtTest>
+
+namespace {
+
+const char* const tools = "tableWidget_meaBodies";
+
+// What the five widgets of the point measurement show: "2.0 2.5 on 45 0.5".
+QString pointMeasurement(const SettingsRig& rig) {
+    const auto value = [&rig](const char* name) {
+        return QString::number(rig.child<QDoubleSpinBox>(name)->value(), 'f', 1);
+    };
+    const bool on = rig.child<QCheckBox>("checkBox_startSimulation")->isChecked();
+    return QStringList({value("doubleSpinBox_duration"), value("doubleSpinBox_tipTolerance"),
+                        on ? "on" : "off",
+                        QString::number(rig.child<QSpinBox>("spinBox_startAngle")->value()),
+                        value("doubleSpinBox_startLeadTime")})
+        .join(QLatin1Char(' '));
+}
+
+constexpr const char* defaults = "1.0 1.5 off 30 0.2";
+
+} // namespace
+
+class TestMtSettingsDlgParameters : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theDiameterIsTwiceTheRadius_data() {
+        QTest::addColumn<QString>("radius");
+        QTest::addColumn<QString>("diameter");
+        QTest::newRow("0.75") << "0.75"
+                              << "1.5";
+        QTest::newRow("zero") << "0"
+                              << "0.0";
+        QTest::newRow("rounded") << "0.768"
+                                 << "1.5";
+        QTest::newRow("negative") << "-1.5"
+                                  << "0.0";
+        QTest::newRow("negative zero") << "-0.0"
+                                       << "0.0";
+        QTest::newRow("nan") << "nan"
+                             << "0.0";
+        QTest::newRow("infinite") << "inf"
+                                  << "0.0";
+        QTest::newRow("infinite when doubled") << "1e308"
+                                               << "0.0";
+    }
+    void theDiameterIsTwiceTheRadius() {
+        QFETCH(QString, radius);
+        SettingsRig rig;
+        rig.host.answer("measurementtool tip_radius b01", radius.toStdString());
+        rig.run([&] { QTEST(rig.cell(tools, 0, 1), "diameter"); });
+    }
+
+    void aFailedRadiusShowsZeroSilently() {
+        SettingsRig rig;
+        rig.host.fail("measurementtool tip_radius b02");
+        rig.run([&] { QCOMPARE(rig.column(tools, 1), QStringList({"1.5", "0.0"})); });
+        COMPARE_LINES(rig.host.logTexts(), Lines());
+    }
+
+    void below113EveryDiameterIsZeroAndTheOldFormatFixed() {
+        SettingsRig rig(VersionInfo(1, 12, 5));
+        rig.run([&] {
+            QCOMPARE(rig.column(tools, 1), QStringList({"0.0", "0.0"}));
+            QVERIFY(rig.child<QCheckBox>("checkBox_useOldOutputFormat")->isChecked());
+            QVERIFY(!rig.isEnabled("checkBox_useOldOutputFormat"));
+        });
+    }
+
+    void anEditedDiameterSurvivesEveryRefill_data() {
+        QTest::addColumn<int>("edit");
+        QTest::newRow("more tools") << 0;
+        QTest::newRow("fewer references") << 1;
+        QTest::newRow("more references") << 2;
+        QTest::newRow("select") << 3;
+        QTest::newRow("deselect") << 4;
+        QTest::newRow("tools lowered and raised") << 5;
+    }
+    void anEditedDiameterSurvivesEveryRefill() {
+        QFETCH(int, edit);
+        SettingsRig rig;
+        const std::function<void()> edits[] = {
+            [&] { rig.setSpin("spinBox_noOfMeaBodies", 3); },
+            [&] { rig.setSpin("spinBox_noOfRefBodies", 1); },
+            [&] { rig.setSpin("spinBox_noOfRefBodies", 4); },
+            [&] { rig.click("pushButton_select"); },
+            [&] { rig.click("pushButton_deselect"); },
+            [&] {
+                rig.setSpin("spinBox_noOfMeaBodies", 1);
+                rig.setSpin("spinBox_noOfMeaBodies", 2);
+            },
+        };
+        rig.run([&] {
+            rig.setCell(tools, 1, 1, "7.5");
+            edits[edit]();
+            QCOMPARE(rig.cell(tools, 0, 1), QString("1.5"));
+            QCOMPARE(rig.cell(tools, 1, 1), QString("7.5"));
+        });
+    }
+
+    void aNewToolShowsZero() {
+        SettingsRig rig;
+        rig.run([&] {
+            rig.setSpin("spinBox_noOfMeaBodies", 3);
+            QCOMPARE(rig.cell(tools, 2, 1), QString("0.0"));
+        });
+    }
+
+    void aDiameterThatIsNoNumberCountsAsZero() {
+        SettingsRig rig;
+        rig.run([&] {
+            rig.setCell(tools, 0, 1, "wide");
+            rig.click("pushButton_deselect");
+            QCOMPARE(rig.cell(tools, 0, 1), QString("0.0"));
+        });
+    }
+
+    void aFailedReadIsLoggedAndShowsTheDefault_data() {
+        QTest::addColumn<QString>("parameter");
+        QTest::addColumn<QString>("log");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char* name, const char* log, const char* shown) {
+            QTest::newRow(name) << QString("measurementtool measurement_%1 b01").arg(name) << log
+                                << shown;
+        };
+        row("duration", "Error: Unable to get mea duration", "1.0 2.5 on 45 0.5");
+        row("tip_tolerance", "Error: Unable to get mea tip tolerance", "2.0 1.5 on 45 0.5");
+        row("start_simulation", "Error: Unable to get state of measurement start simulation",
+            "2.0 2.5 off 45 0.5");
+        row("start_angle", "Error: Unable to get mea angular speed", "2.0 2.5 on 30 0.5");
+        row("start_lead_time", "Error: Unable to get mea start lead time", "2.0 2.5 on 45 0.2");
+    }
+    void aFailedReadIsLoggedAndShowsTheDefault() {
+        QFETCH(QString, parameter);
+        QFETCH(QString, log);
+        SettingsRig rig;
+        rig.host.fail(parameter.toStdString());
+        rig.showing();
+        COMPARE_LINES(rig.host.logTexts(), Lines{log.toStdString()});
+        rig.run([&] { QTEST(pointMeasurement(rig), "shown"); });
+    }
+
+    void theStartAngleIsTruncatedAndEveryValueKeptInRange_data() {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("truncated") << "45.99"
+                                   << "5.0 5.0 on 45 0.5";
+        QTest::newRow("above") << "2000000000"
+                               << "5.0 5.0 on 120 0.5";
+        QTest::newRow("far above") << "1e300"
+                                   << "5.0 5.0 on 120 0.5";
+        QTest::newRow("below") << "-1e300"
+                               << "5.0 5.0 on 10 0.5";
+        QTest::newRow("not a number") << "nan"
+                                      << "5.0 5.0 on 30 0.5";
+    }
+    void theStartAngleIsTruncatedAndEveryValueKeptInRange() {
+        QFETCH(QString, value);
+        SettingsRig rig;
+        rig.host.answer("measurementtool measurement_duration b01", "5");
+        rig.host.answer("measurementtool measurement_tip_tolerance b01", "5");
+        rig.host.answer("measurementtool measurement_start_angle b01", value.toStdString());
+        rig.run([&] { QTEST(pointMeasurement(rig), "shown"); });
+    }
+
+    void onlyYesChecksTheStartSimulation_data() {
+        QTest::addColumn<QString>("reply");
+        QTest::addColumn<bool>("checked");
+        QTest::newRow("yes") << "yes" << true;
+        QTest::newRow("no") << "no" << false;
+        QTest::newRow("Yes") << "Yes" << false;
+        QTest::newRow("yes with a blank") << "yes " << false;
+        QTest::newRow("empty") << "" << false;
+    }
+    void onlyYesChecksTheStartSimulation() {
+        QFETCH(QString, reply);
+        SettingsRig rig;
+        rig.host.answer("measurementtool measurement_start_simulation b01", reply.toStdString());
+        rig.run([&] {
+            QTEST(rig.child<QCheckBox>("checkBox_startSimulation")->isChecked(), "checked");
+        });
+    }
+
+    void onlyNoUnchecksTheOldFormat_data() {
+        QTest::addColumn<QString>("reply");
+        QTest::addColumn<bool>("checked");
+        QTest::newRow("no") << "no" << false;
+        QTest::newRow("yes") << "yes" << true;
+        QTest::newRow("no with a blank") << "no " << true;
+        QTest::newRow("empty") << "" << true;
+        QTest::newRow("failed") << "(fails)" << true;
+    }
+    void onlyNoUnchecksTheOldFormat() {
+        QFETCH(QString, reply);
+        SettingsRig rig;
+        rig.host.answer("measurementtool output_6dmt", reply.toStdString());
+        if (reply == "(fails)") {
+            rig.host.fail("measurementtool output_6dmt");
+        }
+        rig.run([&] {
+            QTEST(rig.child<QCheckBox>("checkBox_useOldOutputFormat")->isChecked(), "checked");
+            QVERIFY(rig.isEnabled("checkBox_useOldOutputFormat"));
+        });
+        COMPARE_LINES(rig.host.logTexts(), Lines());
+    }
+
+    void withoutToolsTheDefaultsAreShown() {
+        SettingsRig rig;
+        QCOMPARE(rig.child<QSpinBox>("spinBox_startAngle")->value(), 40);
+        rig.host.answer("measurementtool number_of_tools", "0");
+        rig.run([&] { QCOMPARE(pointMeasurement(rig), QString(defaults)); });
+    }
+
+    void theLastToolTakesThePointMeasurementWithIt() {
+        SettingsRig rig;
+        rig.run([&] {
+            QCOMPARE(pointMeasurement(rig), QString("2.0 2.5 on 45 0.5"));
+            rig.setSpin("spinBox_noOfMeaBodies", 0);
+            QCOMPARE(pointMeasurement(rig), QString(defaults));
+        });
+    }
+
+    void theFirstToolBringsTheControllersValuesBack() {
+        SettingsRig rig;
+        rig.run([&] {
+            rig.setSpin("spinBox_noOfMeaBodies", 0);
+            rig.setSpin("spinBox_noOfMeaBodies", 1);
+            QCOMPARE(pointMeasurement(rig), QString("2.0 2.5 on 45 0.5"));
+            // Read after an edit, the values are the dialog's own from now on.
+            rig.setSpin("spinBox_noOfMeaBodies", 2);
+            QCOMPARE(pointMeasurement(rig), QString("2.0 2.5 on 45 0.5"));
+        });
+    }
+
+    void anotherNumberOfToolsBringsTheUsersValuesBack() {
+        SettingsRig rig;
+        rig.run([&] {
+            rig.setDoubleSpin("doubleSpinBox_duration", 3.0);
+            rig.setDoubleSpin("doubleSpinBox_tipTolerance", 4.0);
+            rig.click("checkBox_startSimulation");
+            rig.setSpin("spinBox_startAngle", 50);
+            rig.setDoubleSpin("doubleSpinBox_startLeadTime", 0.7);
+            rig.setSpin("spinBox_noOfMeaBodies", 3);
+            QCOMPARE(pointMeasurement(rig), QString("3.0 4.0 off 50 0.7"));
+        });
+    }
+
+    // What is read while the dialog is being filled is no edit - except after a start simulation
+    // that is on.
+    void onlyTheValuesReadAfterAnActiveStartSimulationCountAsEdited_data() {
+        QTest::addColumn<QString>("reply");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("on") << "yes"
+                            << "1.0 1.5 on 45 0.5";
+        QTest::newRow("off") << "no"
+                             << "1.0 1.5 off 30 0.2";
+    }
+    void onlyTheValuesReadAfterAnActiveStartSimulationCountAsEdited() {
+        QFETCH(QString, reply);
+        SettingsRig rig;
+        rig.host.answer("measurementtool measurement_start_simulation b01", reply.toStdString());
+        rig.run([&] {
+            rig.setSpin("spinBox_noOfMeaBodies", 3);
+            QTEST(pointMeasurement(rig), "shown");
+        });
+    }
+};
+
+QTEST_MAIN(TestMtSettingsDlgParameters)
+#include "test_mtsettingsdlg_parameters.moc"
