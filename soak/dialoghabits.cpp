@@ -1,4 +1,4 @@
-#include "scripts/soak/dialoghabits.h"
+#include "soak/dialoghabits.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "scripts/soak/mischief.h"
+#include "soak/mischief.h"
 
 #include "workbench/controller/commandchannel.h"
 

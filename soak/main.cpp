@@ -1,5 +1,5 @@
-#include "scripts/soak/processfigures.h"
-#include "scripts/soak/soak.h"
+#include "soak/processfigures.h"
+#include "soak/soak.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

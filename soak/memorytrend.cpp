@@ -1,4 +1,4 @@
-#include "scripts/soak/memorytrend.h"
+#include "soak/memorytrend.h"
 
 #include <algorithm>
 #include <map>

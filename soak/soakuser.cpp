@@ -1,4 +1,4 @@
-#include "scripts/soak/soakuser.h"
+#include "soak/soakuser.h"
 
 #include "host_api/metatypes.h"
 

@@ -3,7 +3,7 @@
 #include "host_api/iomanager.h"
 #include "host_api/moduleinterface.h"
 #include "host_api/requester.h"
-#include "scripts/soak/dialoghabits.h"
+#include "soak/dialoghabits.h"
 
 #include <QMainWindow>
 #include <QObject>

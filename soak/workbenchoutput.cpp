@@ -1,4 +1,4 @@
-#include "scripts/soak/workbenchoutput.h"
+#include "soak/workbenchoutput.h"
 
 #include "workbench/controller/commandchannel.h"
 

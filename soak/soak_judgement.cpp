@@ -1,4 +1,4 @@
-#include "scripts/soak/soak.h"
+#include "soak/soak.h"
 
 #include <QCoreApplication>
 #include <QDir>

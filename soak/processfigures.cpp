@@ -1,4 +1,4 @@
-#include "scripts/soak/processfigures.h"
+#include "soak/processfigures.h"
 
 #include <QDir>
 #include <QFile>

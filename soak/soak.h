@@ -1,9 +1,9 @@
 #pragma once
 
-#include "scripts/soak/memorytrend.h"
-#include "scripts/soak/mischief.h"
-#include "scripts/soak/processfigures.h"
-#include "scripts/soak/workbenchoutput.h"
+#include "soak/memorytrend.h"
+#include "soak/mischief.h"
+#include "soak/processfigures.h"
+#include "soak/workbenchoutput.h"
 
 #include <QElapsedTimer>
 #include <QFile>
