@@ -84,20 +84,29 @@ bool isCount(int count, int most) {
 
 /// A table ends where its count says; gives its records to `check`.
 template <class Get, class Check>
-void checkTable(KestrelParser& parser, int count, Get get, Check check) {
+void checkNamed(KestrelParser& parser, int count, Get get, Check check) {
     require(isCount(count, 65535), "a count is out of bounds");
     require((parser.*get)(count) == nullptr, "there is a record behind the last one");
     for (int i = 0; i < count; ++i) {
-        check(*(parser.*get)(i));
+        check(*(parser.*get)(i), i);
     }
 }
 
+/// As above, for a table whose ids choose the record.
+template <class Get, class Check>
+void checkTable(KestrelParser& parser, int count, Get get, Check check) {
+    checkNamed(parser, count, get, [check](const auto& record, int index) {
+        require(record.id == index, "a record has the id of another one");
+        check(record);
+    });
+}
+
 void checkTables(KestrelParser& parser) {
-    const auto any = [](const auto& record) { require(record.id >= 0, "a negative id"); };
+    const auto any = [](const auto&) {};
     checkTable(parser, parser.getNumBody(), &KestrelParser::getBody, any);
     checkTable(parser, parser.getNumMeaRef(), &KestrelParser::getMeaRef, any);
     checkTable(parser, parser.getNumInertial(), &KestrelParser::getInertial, any);
-    checkTable(parser, parser.getNumMarker(), &KestrelParser::getMarker, any);
+    checkNamed(parser, parser.getNumMarker(), &KestrelParser::getMarker, [](const auto&, int) {});
     checkTable(parser, parser.getNumMeaTool(), &KestrelParser::getMeaTool,
                [](const auto& tool) { require(isCount(tool.num_button, 16), "too many buttons"); });
     checkTable(parser, parser.getNumWand(), &KestrelParser::getWand, [](const auto& wand) {

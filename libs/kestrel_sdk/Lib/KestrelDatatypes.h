@@ -69,7 +69,7 @@ struct Kestrel_Hand_Type_d {
 
 /// One joint of a human model.
 struct Kestrel_Joint_Type_d {
-    int id;         ///< number, counted from 0
+    int id;         ///< a name, any number
     double quality; ///< -1 when not tracked
     double loc[3];  ///< position
     double ang[3];  ///< angles
@@ -94,7 +94,7 @@ struct Kestrel_Inertial_Type_d {
 
 /// Single marker, line "3d".
 struct Kestrel_Marker_Type_d {
-    int id;         ///< number, counted from 0
+    int id;         ///< a name, any number
     double quality; ///< -1 when not tracked
     double loc[3];  ///< position
 };

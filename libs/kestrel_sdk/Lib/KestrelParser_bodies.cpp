@@ -81,7 +81,7 @@ bool KestrelParser::parseMarkers(Reader& line) {
         Kestrel_Marker_Type_d& marker = act_marker[static_cast<std::size_t>(i)];
         int id = 0;
         double quality = 0;
-        if (!line.block(id, quality) || id < 0) {
+        if (!line.block(id, quality)) {
             return false;
         }
         marker.id = id;

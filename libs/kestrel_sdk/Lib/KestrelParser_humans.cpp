@@ -23,7 +23,7 @@ bool readFinger(KestrelSDK_Parse::LineReader& line, Kestrel_Finger_Type_d& finge
 bool readJoint(KestrelSDK_Parse::LineReader& line, Kestrel_Joint_Type_d& joint) {
     int id = 0;
     double quality = 0;
-    if (!line.block(id, quality) || id < 0) {
+    if (!line.block(id, quality)) {
         return false;
     }
     joint.id = id;

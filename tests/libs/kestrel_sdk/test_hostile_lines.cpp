@@ -137,16 +137,45 @@ TEST(HostileLines, NegativeCountsCountAsNone) {
     }
 }
 
-TEST(HostileLines, ANegativeIdIsRejected) {
+TEST(HostileLines, ANegativeIdThatChoosesARecordIsRejected) {
     for (const std::string& line :
          {join("6d 1 [-1 0.25]", pose), join("6df 1 [-1 0.25 0]", pose),
           join("6df2 1 1 [-1 0.25 0 0]", pose, "[]"), join("6dmt 1 [-1 0.25 0]", pose),
           join("6dmt2 1 1 [-1 0.25 0 0]", pose, "[]", "[1 2 3 4 5 6]"),
           join("6dmtr 1 1 [-1 0.25]", pose), join("gl 1 [-1 0.25 0 0]", pose),
-          std::string("6dj 1 1 [-1 0]"), join("6dj 1 1 [0 1][-1 0.5][1 2 3 4 5 6]", rotation),
-          join("6di 1 [-1 1 0.25]", pose), join("3d 1 [-1 0.25]", position)}) {
+          std::string("6dj 1 1 [-1 0]"), join("6di 1 [-1 1 0.25]", pose)}) {
         OpenParser parser = filledParser();
         EXPECT_FALSE(parse(parser, line).accepted) << line;
+    }
+}
+
+TEST(HostileLines, AnyNumberIsTheNameOfAMarker) {
+    for (const int id : {-1, -2147483647 - 1, 0, 65535, 2147483647}) {
+        OpenParser parser = filledParser();
+        const std::string line = join("3d 2 [", std::to_string(id), " 0.25]", position, "[",
+                                      std::to_string(id), " 0.75]", position);
+        EXPECT_TRUE(parse(parser, line).accepted) << line;
+        ASSERT_EQ(parser.getNumMarker(), 2);
+        EXPECT_EQ(parser.getMarker(0)->id, id);
+        EXPECT_EQ(parser.getMarker(0)->quality, 0.25);
+        EXPECT_EQ(parser.getMarker(1)->id, id);
+        EXPECT_EQ(parser.getMarker(1)->quality, 0.75);
+        EXPECT_EQ(parser.getMarker(1)->loc[2], 3.5);
+    }
+}
+
+TEST(HostileLines, AnyNumberIsTheNameOfAJoint) {
+    for (const int id : {-1, -2147483647 - 1, 0, 65535, 2147483647}) {
+        OpenParser parser = filledParser();
+        const std::string joint = join("[", std::to_string(id), " 0.5][1 2 3 4 5 6]", rotation);
+        EXPECT_TRUE(parse(parser, join("6dj 2 1 [1 2]", joint, joint)).accepted) << joint;
+        const auto& human = *parser.getHuman(1);
+        ASSERT_EQ(human.num_joints, 2);
+        EXPECT_EQ(human.joint[0].id, id);
+        EXPECT_EQ(human.joint[1].id, id);
+        EXPECT_EQ(human.joint[1].quality, 0.5);
+        EXPECT_EQ(human.joint[1].ang[2], 6);
+        EXPECT_EQ(human.joint[1].rot[8], 19);
     }
 }
 
