@@ -19,7 +19,6 @@ using hostlink::Reply;
 namespace {
 
 constexpr int pictureMs = 300;
-constexpr int maxTools = 255; // as in the settings: a nonsense count must not keep us busy
 
 } // namespace
 
@@ -173,7 +172,7 @@ bool MtCalibrationDlg::is_any_mttool_calibrated() {
     if (!readToolCount(count)) {
         return false;
     }
-    for (int tool = 1; tool <= std::min(count, maxTools); ++tool) {
+    for (int tool = 1; tool <= std::min(count, hostlink::mostBodies); ++tool) {
         Reply reply;
         if (iom->get_parameter_string(reply.buffer(), "body calibrated measurementtool b%02d",
                                       tool) != 0) {

@@ -18,7 +18,6 @@ constexpr std::size_t lineBufferSize = 10240; // terminator included
 constexpr int refreshMs = 200;
 constexpr int startDelayMs = 1;
 constexpr int fewestBodies = 4;
-constexpr int mostBodies = 65535; // as many as a line may hold
 
 QEvent::Type measurementEvent() {
     static const int type = QEvent::registerEventType();
@@ -110,7 +109,8 @@ void MtDataDisplay::sizeBodyLists() {
             maxReferences = fewestBodies;
         }
     }
-    const int length = std::clamp(std::max(maxTools, maxReferences), fewestBodies, mostBodies);
+    const int length =
+        std::clamp(std::max(maxTools, maxReferences), fewestBodies, hostlink::mostBodies);
     for (int i = 0; i < length; ++i) {
         listRefBodyOfMeaBody.append(-1);
         listMeaBodyCalibrated.append(false);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SourceFiles/doublespinboxdelegate.h"
+#include "general/hostlink.h"
 #include "host_api/requester.h"
 #include "ui_mtsettingsdlg.h"
 
@@ -33,9 +34,7 @@ public:
         }
     };
 
-    /// No query is ever made for a body or device beyond this number, however many a reply
-    /// promises: a nonsense count neither hangs the dialog nor fills the memory.
-    static constexpr int MaxEntries = 255;
+    static constexpr int MaxEntries = hostlink::mostBodies;
 
     /// `manager` and `versions` stay the host's and may be null (every query then fails); `parent`
     /// owns the dialog when it is not null.

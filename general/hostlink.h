@@ -32,6 +32,10 @@ private:
     std::array<char, Size + 1> m_text{};
 };
 
+/// No query is ever made for a body or device beyond this number, however many a reply or a data
+/// line promises: a nonsense count must not keep the GUI busy.
+inline constexpr int mostBodies = 255;
+
 /// The acknowledgement of an action.
 inline constexpr const char* ok = "kestrel2 ok";
 

@@ -194,12 +194,42 @@ private Q_SLOTS:
         QCOMPARE(int(f.host.journal().size()), length); // only listed bodies are asked for
     }
 
-    void aHugeMaximumIsBounded() {
+    // A host that promises bodies without end and lines that do so too.
+    void aHostileLineAsksForNoMoreThan255Bodies() {
+        constexpr int mostBodies = 255;
+        constexpr int mostRecords = 65535; // what a line may promise
         DisplayFixture f;
-        f.host.answer("measurementtool max_number_of_tools", "2000000000");
+        for (const char* kind : {"tools", "references"}) {
+            f.host.answer(std::string("measurementtool max_number_of_") + kind, "2000000000");
+        }
+        for (int number = 1; number <= mostBodies + 2; ++number) {
+            const std::string body = (number < 10 ? "b0" : "b") + std::to_string(number);
+            for (const char* question :
+                 {"body calibrated measurementtool ", "measurementtool tip_calibrated ",
+                  "body calibrated measurementtool_reference "}) {
+                f.host.answer(question + body, "yes");
+            }
+            f.host.answer("measurementtool reference_of_tool " + body, "b01");
+        }
         f.build();
         f.start();
-        QCOMPARE(f.display->set_ascii_data("6dmt2", toolLine({Tool()}).c_str()), 0);
+        f.host.clearJournal();
+
+        f.display->set_ascii_data("6dmt", "6dmt 65535"); // cut off, and it counts all the same
+        f.display->onUpdateDataDisplay();
+        QCOMPARE(f.toolTable()->rowCount(), mostRecords);
+        QCOMPARE(f.host.operationCount(), 3 * mostBodies);
+        QCOMPARE(f.row(f.toolTable(), mostBodies - 1).mid(2, 1), QStringList("MR1"));
+        QCOMPARE(f.row(f.toolTable(), mostBodies).mid(2, 1), QStringList(""));
+        QCOMPARE(f.row(f.toolTable(), mostBodies).at(12), QString(" "));
+
+        f.host.clearJournal();
+        QCOMPARE(f.display->set_ascii_data("6dmtr", "6dmtr 65535 0"), 0);
+        f.display->onUpdateDataDisplay();
+        QCOMPARE(f.referenceTable()->rowCount(), mostRecords);
+        QCOMPARE(f.host.operationCount(), mostBodies);
+        f.display->onUpdateDataDisplay();
+        QCOMPARE(f.host.operationCount(), mostBodies);
     }
 };
 
