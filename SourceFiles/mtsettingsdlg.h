@@ -24,6 +24,14 @@ class MtSettingsDlg : public QDialog, public Requester {
 public:
     /// A radio device as the controller names it; all texts empty: no device.
     struct MtRadioDevice {
+        MtRadioDevice() = default;
+        MtRadioDevice(const QString& vendor_, const QString& model_, const QString& serial_,
+                      const QString& desc_)
+            : vendor(vendor_)
+            , model(model_)
+            , serial(serial_)
+            , desc(desc_) {}
+
         QString vendor;
         QString model;
         QString serial; ///< at least 5 characters, padded with leading zeros
@@ -40,8 +48,23 @@ public:
     /// owns the dialog when it is not null.
     MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersions* versions);
 
+    /// The device assigned to a tool (0-based); -1, and `device` untouched, when there is none, it
+    /// cannot be read or the protocol is below 1.14 (nothing is asked then).
+    int getAssignedMtDeviceFromHub(int toolIndex, MtRadioDevice& device);
+
+    /// The device at a place (0-based) of the controller's list.
+    void getMtDeviceValues(int deviceIndex, MtRadioDevice& device);
+
+    /// Fills `desc` from vendor and model: the model itself when the controller knows no better or
+    /// is below protocol 1.14 and not asked.
+    void getMtDeviceDesc(MtRadioDevice& device);
+
     /// Whether the controller has a radio transceiver that is present.
     bool isRadioTransceiverAvailable();
+
+    /// The controller's tip diameter in mm of a tool (1-based). 0.0 when it is unknown, also
+    /// without a question for numbers below 1 and protocols below 1.13.
+    double getToolTipDiameterFromHub(int toolNumber);
 
     /// Makes `lastRow` the current row of a table, corrected in place when the table is shorter.
     static void setSelection_tableWidget(QTableWidget* table, int& lastRow);
@@ -133,14 +156,10 @@ private:
 
     // Radio devices
     void setupTablesDevices();
-    int getAssignedMtDeviceFromHub(int toolIndex, MtRadioDevice& device);
-    void getMtDeviceValues(int deviceIndex, MtRadioDevice& device);
-    void getMtDeviceDesc(MtRadioDevice& device);
     int numberOfDevicesOnHub();
     MtRadioDevice deviceInRow(int row) const;
 
     // Measurement parameters
-    double getToolTipDiameterFromHub(int toolNumber);
     double getToolTipDiameter(int toolIndex) const;
     void setupListToolTipDiameter();
     void updateListToolTipDiameter();

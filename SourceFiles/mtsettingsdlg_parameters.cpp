@@ -29,7 +29,7 @@ double readOr(double fallback, int result, double value, IOManager* iom, const c
 } // namespace
 
 double MtSettingsDlg::getToolTipDiameterFromHub(int toolNumber) {
-    if (!protocolIsAtLeast(1, 13)) {
+    if (toolNumber < 1 || !protocolIsAtLeast(1, 13)) {
         return 0.0;
     }
     double radius = 0.0;

@@ -105,6 +105,9 @@ void MtSettingsDlg::getMtDeviceValues(int deviceIndex, MtRadioDevice& device) {
 
 void MtSettingsDlg::getMtDeviceDesc(MtRadioDevice& device) {
     device.desc = device.model;
+    if (!protocolIsAtLeast(1, 14)) {
+        return;
+    }
     hostlink::Reply reply;
     // The controller expects the parameter with this spelling.
 #pragma GCC diagnostic push

@@ -314,7 +314,7 @@ void CalibrationProgressDlg::pauseBeforeSecondStep(const Countdown& pause) {
     timer.stop();
     m_iCurrStep = 2;
     label_step_desc->setText(stepDescription(2));
-    if (!m_bCountDown) {
+    if (uiCalPause2 == 0 || !m_bCountDown) {
         return;
     }
     const Counted counted = count(pause);

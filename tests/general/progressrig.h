@@ -25,6 +25,9 @@ struct CalibrationProgressProbe {
     static QTimer& timer(CalibrationProgressDlg& dialog) { return dialog.timer; }
     static bool isCalculating(const CalibrationProgressDlg& dialog) { return dialog.bCalculating; }
     static int step(const CalibrationProgressDlg& dialog) { return dialog.m_iCurrStep; }
+    static void setSecondPause(CalibrationProgressDlg& dialog, unsigned seconds) {
+        dialog.uiCalPause2 = seconds;
+    }
     static int polls() { return CalibrationProgressDlg::iCount; }
     static void forgetProgress() {
         CalibrationProgressDlg::progress = 0.0;

@@ -67,6 +67,25 @@ private Q_SLOTS:
         QCOMPARE(polls, 1);
     }
 
+    void withoutASecondPauseItStopsPollingAndStartsNothing() {
+        TwoStepRig rig({"other"});
+        bool polls = true;
+        Lines asked;
+        rig.whenShown([&](CalibrationProgressDlg& dialog) {
+            CalibrationProgressProbe::setSecondPause(dialog, 0);
+            rig.host.answer("status step_active", "pause 2");
+            rig.host.clearJournal();
+            dialog.update_cal_status();
+            asked = rig.host.operations();
+            polls = CalibrationProgressProbe::timer(dialog).isActive();
+            dialog.reject();
+        });
+        rig.run();
+        QCOMPARE(rig.countdowns, QList<int>({3}));
+        QCOMPARE(asked, Lines({askState, describe2}));
+        QVERIFY(!polls);
+    }
+
     void aFullBarIsNotCalculating() {
         TwoStepRig rig({"cal 1", "none"});
         rig.host.answer("status progress", "1");

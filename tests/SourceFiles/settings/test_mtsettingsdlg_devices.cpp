@@ -136,6 +136,41 @@ private Q_SLOTS:
         });
     }
 
+    void aDescriptionIsAskedForFrom114OnAndIsTheModelBelow_data() { addProtocolRows(); }
+    void aDescriptionIsAskedForFrom114OnAndIsTheModelBelow() {
+        QFETCH(VersionInfo, protocol);
+        SettingsRig rig(protocol);
+        rig.host.answer("zelwpan device_model_desc V M", "\"Measuring Pen\"");
+        MtSettingsDlg::MtRadioDevice device("V", "M", "00001", "old");
+        rig.dialog->getMtDeviceDesc(device);
+        const bool asked = protocol.ma > 1 || protocol.mi >= 14;
+        COMPARE_LINES(rig.operations(),
+                      asked ? Lines{"get_string zelwpan device_model_desc V M"} : Lines());
+        QCOMPARE(device.desc, QString(asked ? "Measuring Pen" : "M"));
+        COMPARE_LINES(rig.logs(), Lines());
+    }
+
+    void aDeviceIsMadeOfItsFourTextsAndComparedByThreeOfThem() {
+        using Device = MtSettingsDlg::MtRadioDevice;
+        const Device device(QStringLiteral("V"), QStringLiteral("M"), QStringLiteral("00001"),
+                            QStringLiteral("Pen"));
+        QCOMPARE(QStringList({device.vendor, device.model, device.serial, device.desc}),
+                 QStringList({"V", "M", "00001", "Pen"}));
+        QVERIFY(device == Device("V", "M", "00001", "another"));
+        QVERIFY(!(device == Device("W", "M", "00001", "Pen")));
+        QVERIFY(!(device == Device("V", "N", "00001", "Pen")));
+        QVERIFY(!(device == Device("V", "M", "00002", "Pen")));
+
+        const Device none;
+        QCOMPARE(QStringList({none.vendor, none.model, none.serial, none.desc}),
+                 QStringList({"", "", "", ""}));
+        Device copy(device);
+        QCOMPARE(copy.desc, QString("Pen"));
+        const Device moved(std::move(copy));
+        QVERIFY(moved == device);
+        QCOMPARE(moved.desc, QString("Pen"));
+    }
+
     void aFailedDescriptionIsLoggedAndTheModelShown() {
         SettingsRig rig;
         rig.setDevices({"%2 M 1"});

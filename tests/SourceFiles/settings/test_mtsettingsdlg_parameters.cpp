@@ -5,6 +5,8 @@
 #include <QSpinBox>
 #include <QtTest>
 
+#include <limits>
+
 namespace {
 
 const char* const tools = "tableWidget_meaBodies";
@@ -55,6 +57,31 @@ private Q_SLOTS:
         SettingsRig rig;
         rig.host.answer("measurementtool tip_radius b01", radius.toStdString());
         rig.run([&] { QTEST(rig.cell(tools, 0, 1), "diameter"); });
+    }
+
+    void aDiameterIsAskedForOnlyForATool_data() {
+        QTest::addColumn<VersionInfo>("protocol");
+        QTest::addColumn<int>("number");
+        QTest::addColumn<double>("diameter");
+        QTest::addColumn<QString>("question");
+        const VersionInfo now(1, 14, 0);
+        const QString question = "get_double measurementtool tip_radius b01";
+        QTest::newRow("the first tool") << now << 1 << 1.5 << question;
+        QTest::newRow("1.13 knows it") << VersionInfo(1, 13, -1) << 1 << 1.5 << question;
+        QTest::newRow("1.12 does not") << VersionInfo(1, 12, 9) << 1 << 0.0 << "";
+        QTest::newRow("no tool") << now << 0 << 0.0 << "";
+        QTest::newRow("less than none") << now << -1 << 0.0 << "";
+        QTest::newRow("far less") << now << std::numeric_limits<int>::min() << 0.0 << "";
+    }
+    void aDiameterIsAskedForOnlyForATool() {
+        QFETCH(VersionInfo, protocol);
+        QFETCH(int, number);
+        SettingsRig rig(protocol);
+        for (const char* const body : {"b00", "b-01", "b-2147483648"}) {
+            rig.host.answer(std::string("measurementtool tip_radius ") + body, "9.0");
+        }
+        QTEST(rig.dialog->getToolTipDiameterFromHub(number), "diameter");
+        QTEST(asText(rig.operations()), "question");
     }
 
     void aFailedRadiusShowsZeroSilently() {
