@@ -19,6 +19,12 @@ constexpr int decimals = 2;
 
 constexpr Qt::Alignment rightAligned = Qt::AlignRight | Qt::AlignVCenter;
 
+void setForeground(QTableWidgetItem* item, const QBrush& brush) {
+    if (item != nullptr && item->foreground() != brush) {
+        item->setForeground(brush);
+    }
+}
+
 } // namespace
 
 void setUp(QTableWidget* table, const Column* columns, int count, int firstValueColumn) {
@@ -75,13 +81,12 @@ void setBackground(QTableWidgetItem* item, const QBrush& brush) {
 }
 
 void setTransparent(QTableWidgetItem* item) {
+    setForeground(item, QBrush()); // black would not be seen in a dark window
     setBackground(item, QBrush(Qt::transparent));
 }
 
 void setTracked(QTableWidgetItem* item, bool tracked) {
-    if (item != nullptr && item->foreground() != QBrush(Qt::black)) {
-        item->setForeground(Qt::black);
-    }
+    setForeground(item, QBrush(Qt::black));
     setBackground(item, QBrush(tracked ? Qt::green : Qt::red));
 }
 

@@ -35,7 +35,7 @@ void setText(QTableWidgetItem* item, const QString& text);
 /// @{
 
 void setBackground(QTableWidgetItem* item, const QBrush& brush);
-void setTransparent(QTableWidgetItem* item);
+void setTransparent(QTableWidgetItem* item);           ///< the text in the palette's own colour
 void setTracked(QTableWidgetItem* item, bool tracked); ///< black on green or red
 /// @}
 

@@ -1,5 +1,6 @@
 #include "tests/SourceFiles/display/displayfixture.h"
 
+#include <QApplication>
 #include <QtTest>
 
 #include <cmath>
@@ -81,6 +82,31 @@ private Q_SLOTS:
         QCOMPARE(f.toolPose(0), QStringList({" ", " ", " ", " ", " ", " ", " "}));
         QCOMPARE(background(f.toolTable(), 0, 0), transparent);
         QCOMPARE(background(f.toolTable(), 0, 4), QBrush());
+    }
+
+    // On a dark palette what is written in black could not be read without its green or red.
+    void aReferenceThatTurnsTransparentAgainHasThePalettesText() {
+        QPalette dark = QApplication::palette();
+        dark.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
+        dark.setColor(QPalette::Text, Qt::white);
+        QApplication::setPalette(dark);
+        ShownFixture f({toolAt(1, 2, 3)});
+        f.showReferences({Pose()});
+        f.display->onUpdateDataDisplay();
+        QCOMPARE(background(f.toolTable(), 0, 2), green);
+        QCOMPARE(foreground(f.toolTable(), 0, 2), black);
+
+        f.host.answer("body calibrated measurementtool_reference b01", "no");
+        QVERIFY(!f.display->setInfoRefBodyCalibrated(0));
+        f.display->showTrackingStatusRefBody(0);
+        f.display->updateDisplayRefBodies();
+        for (const QTableWidgetItem* item :
+             {f.toolTable()->item(0, 2), f.referenceTable()->item(0, 1)}) {
+            QCOMPARE(item->background(), transparent);
+            QCOMPARE(item->foreground(), QBrush());
+            QVERIFY(!item->data(Qt::ForegroundRole).isValid());
+        }
+        QApplication::setPalette(QPalette());
     }
 
     void calibrationIsReadAgainAfterStopAndStartOnly() {
