@@ -146,11 +146,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("style");
         QTest::addColumn<int>("pointSize");
         QTest::addColumn<qreal>("ratio");
-        const QStringList styles = QStyleFactory::keys();
-        for (const QString& style : styles) {
+        for (const char* style : {"Fusion", "Windows"}) { // Qt's own: they need no desktop
             for (const int pointSize : {8, 7, 10}) {
-                QTest::addRow("%s, %d pt", qPrintable(style), pointSize)
-                    << style << pointSize << 1.0;
+                QTest::addRow("%s, %d pt", style, pointSize)
+                    << QString::fromLatin1(style) << pointSize << 1.0;
             }
         }
         QTest::newRow("font taller than a row") << "Fusion" << 16 << 1.0;
@@ -161,6 +160,7 @@ private Q_SLOTS:
         QFETCH(QString, style);
         QFETCH(int, pointSize);
         QFETCH(qreal, ratio);
+        QVERIFY(QStyleFactory::keys().contains(style));
         QApplication::setStyle(style);
         Gallery f;
         for (QTableWidget* table : {f.toolTable(), f.referenceTable()}) {
