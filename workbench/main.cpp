@@ -1,5 +1,6 @@
 #include "workbench/commandlinerun.h"
 #include "workbench/options.h"
+#include "workbench/startup.h"
 #include "workbench/translations.h"
 #include "workbench/window/mainwindow.h"
 
@@ -50,6 +51,7 @@ int main(int argc, char* argv[]) {
         return workbench::ExitSuccess;
     }
 
+    workbench::prepareForWindows();
     const QApplication application(argc, argv);
     const Translations translations(options.language, Translations::usualFolders());
     workbench::MainWindow window({options.settingsFile, options.observer, options.openDocks});

@@ -1,4 +1,5 @@
 #include "workbench/simulatorprocess.h"
+#include "workbench/startup.h"
 #include "workbench/translations.h"
 #include "workbench/window/mainwindow.h"
 
@@ -212,6 +213,7 @@ private:
 } // namespace
 
 int main(int argc, char* argv[]) {
+    workbench::prepareForWindows();
     QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addPositionalArgument(QStringLiteral("folder"),

@@ -158,6 +158,8 @@ private Q_SLOTS:
                  QStringLiteral("--after"), QStringLiteral("5"), QStringLiteral("--record"),
                  recording, QStringLiteral("--quit-after"), QStringLiteral("6")});
         QCOMPARE(ended.exitCode, 0);
+        QVERIFY2(!ended.errors.contains(QStringLiteral("propagateSizeHints")),
+                 qPrintable(ended.errors));
         QVERIFY(QRegularExpression(
                     QStringLiteral(R"(^tableWidget6dmt\t0\tM1\{#00ff00\}\t.*\t-?\d+\.\d\d\t)"),
                     QRegularExpression::MultilineOption)
