@@ -6,14 +6,17 @@
 ///
 /// Each takes a pointer into a NUL-terminated text, reads one item, stores it and returns the
 /// position just behind the item, or a null pointer when there is none. They chain: the result of
-/// one is the input of the next. No scanner writes to the text, reads behind its NUL, depends on
-/// the locale, touches errno, keeps state, allocates or throws; the two that fill a string do what
-/// std::string does.
+/// one is the input of the next. None writes to the text, depends on the locale, touches errno,
+/// keeps state, allocates or throws; the two that fill a string do what std::string does. None
+/// reads behind the text's NUL, but string_nextline(), which takes a buffer of a given length: it
+/// needs no NUL there, reads on over one within a line, and nothing behind the buffer's end.
 namespace KestrelSDK_Parse {
 
 /// Start of the next line of a buffer of `len` characters that begins at `str`, seen from `start`:
 /// behind the rest of this line and behind any run of line feeds and carriage returns. Null at the
-/// end of the buffer, at a NUL behind the line breaks, or when `start` is outside the buffer.
+/// end of the buffer, at a NUL behind the line breaks, or when `start` is outside the buffer. The
+/// line that it returns ends with the buffer, which the other scanners do not know: they need a NUL
+/// there, one behind the `len` characters or the last one of them.
 char* string_nextline(char* str, char* start, int len);
 
 /// One integer as strtol reads it with base 0 ("0x1f" is 31, "010" is 8), converted to int.
