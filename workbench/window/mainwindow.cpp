@@ -8,6 +8,7 @@
 #include "workbench/window/logdock.h"
 #include "workbench/window/modulelistdialog.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
@@ -53,6 +54,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
     connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
     connect(&m_backend.monitor, &MeasurementMonitor::changed, this, &MainWindow::onMeasuring);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::onAboutToQuit);
     connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::showNumbers);
     m_numbersTimer.start(numbersIntervalMs);
     static_cast<void>(m_settings.address()); // a damaged one is part of the notice
@@ -267,7 +269,20 @@ void MainWindow::showAbout() {
     box.exec();
 }
 
+// Nobody has closed the window, and no loop runs any more in which dialogs could be ended in turn.
+void MainWindow::onAboutToQuit() {
+    m_openDialogs.rejectNow();
+    if (isVisible()) {
+        close();
+    }
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
+    if (m_openDialogs.any()) {
+        event->ignore();
+        m_openDialogs.rejectAll([this] { close(); });
+        return;
+    }
     m_settings.setCommandHistory(m_commandDock->history().commands());
     m_settings.save(*this);
     stopRecording();

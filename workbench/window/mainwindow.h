@@ -4,6 +4,7 @@
 #include "workbench/modules/backend.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"
+#include "workbench/window/opendialogs.h"
 #include "workbench/window/windowsettings.h"
 
 #include <QDockWidget>
@@ -26,6 +27,9 @@ class LogDock;
 
 /// The workbench's window: connection, measurement and recording by hand, the state in words, the
 /// modules' menus and docks.
+///
+/// Closing it, like the end of the application, first rejects every dialog that is open; the window
+/// then closes from the event loop.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -75,6 +79,7 @@ private:
     void askForAddress();
     void askForRecording();
     void showAbout();
+    void onAboutToQuit();
     void onReady(bool first);
     void onMeasuring(bool measuring);
     void buildModules();
@@ -98,6 +103,7 @@ private:
     QLabel* m_dataLabel = nullptr;
     QLabel* m_recordingLabel = nullptr;
     QList<QPointer<QDockWidget>> m_moduleDocks;
+    OpenDialogs m_openDialogs;
     QTimer m_numbersTimer;
     bool m_recordingBefore = false;
 };
