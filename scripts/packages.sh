@@ -40,3 +40,5 @@ install_locale() {
 
 # Precompiled headers and ccache go together only with these.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+# A second clone finds what the first one has compiled.
+export CCACHE_BASEDIR=$PWD
