@@ -49,7 +49,7 @@ private Q_SLOTS:
         QCOMPARE(address.toString(), expected.isEmpty() ? "127.0.0.1:47300" : expected);
     }
 
-    void everything_is_read() {
+    void everythingIsRead() {
         const auto parsed = parseOptions({"program",
                                           "--simulate",
                                           "--simulator-options",
@@ -91,13 +91,13 @@ private Q_SLOTS:
         QCOMPARE(options.quitAfter, 7.0);
     }
 
-    void a_controller_is_named() {
+    void aControllerIsNamed() {
         const auto parsed = parseOptions({"program", "--connect", "h:99", "--measure"});
         QCOMPARE(parsed.action, Action::Run);
         QCOMPARE(parsed.options.connectTo->toString(), QStringLiteral("h:99"));
     }
 
-    void bad_options_are_named_data() {
+    void badOptionsAreNamed_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("part");
         QTest::newRow("unknown") << QStringList{"--bogus"} << "bogus";
@@ -114,7 +114,7 @@ private Q_SLOTS:
         QTest::newRow("simulator options alone")
             << QStringList{"--simulator-options", "x"} << "--simulate";
     }
-    void bad_options_are_named() {
+    void badOptionsAreNamed() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, part);
         const auto parsed = parseOptions(QStringList{"program"} + arguments);
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QVERIFY2(parsed.text.contains(part), qPrintable(parsed.text));
     }
 
-    void help_names_every_exit_code() {
+    void helpNamesEveryExitCode() {
         const auto parsed = parseOptions({"program", "--help"});
         QCOMPARE(parsed.action, Action::ShowText);
         for (const char* word : {"--connect", "--simulate", "2 bad options", "3 the simulator",

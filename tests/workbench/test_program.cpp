@@ -73,7 +73,7 @@ class TestProgram : public QObject {
     }
 
 private Q_SLOTS:
-    void help_needs_no_display() {
+    void helpNeedsNoDisplay() {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
@@ -85,13 +85,13 @@ private Q_SLOTS:
         QVERIFY(process.readAllStandardOutput().contains("--quit-after"));
     }
 
-    void bad_options_end_with_2_and_a_reason() {
+    void badOptionsEndWith2AndAReason() {
         const Ended ended = run({QStringLiteral("--bogus")});
         QCOMPARE(ended.exitCode, int(workbench::ExitBadOptions));
         QVERIFY2(ended.errors.contains(QStringLiteral("bogus")), qPrintable(ended.errors));
     }
 
-    void a_simulator_that_does_not_start_ends_with_3() {
+    void aSimulatorThatDoesNotStartEndsWith3() {
         const Ended ended =
             run({QStringLiteral("--simulate"), QStringLiteral("--simulator-options"),
                  QStringLiteral("--no-such-option")});
@@ -100,14 +100,14 @@ private Q_SLOTS:
                  qPrintable(ended.errors));
     }
 
-    void a_picture_that_cannot_be_written_ends_with_4() {
+    void aPictureThatCannotBeWrittenEndsWith4() {
         const Ended ended =
             run({QStringLiteral("--screenshot"), QStringLiteral("/no/such/folder/p.png"),
                  QStringLiteral("--after"), QStringLiteral("0.1")});
         QCOMPARE(ended.exitCode, int(workbench::ExitNoScreenshot));
     }
 
-    void a_recording_that_cannot_be_written_ends_with_5() {
+    void aRecordingThatCannotBeWrittenEndsWith5() {
         const ScriptedController controller;
         const Ended ended =
             run({QStringLiteral("--connect"), QStringLiteral("127.0.0.1:%1").arg(controller.port()),
@@ -115,7 +115,7 @@ private Q_SLOTS:
         QCOMPARE(ended.exitCode, int(workbench::ExitNoRecording));
     }
 
-    void a_picture_due_after_the_end_is_taken_at_the_end() {
+    void aPictureDueAfterTheEndIsTakenAtTheEnd() {
         const QString picture = m_folder.filePath(QStringLiteral("early.png"));
         const Ended ended = run({QStringLiteral("--screenshot"), picture,
                                  QStringLiteral("--quit-after"), QStringLiteral("0.2")});
@@ -123,7 +123,7 @@ private Q_SLOTS:
         QVERIFY(QImage(picture).width() > 500);
     }
 
-    void an_end_before_the_picture_ends_with_4() {
+    void anEndBeforeThePictureEndsWith4() {
         QProcess process;
         process.start(
             QStringLiteral(WORKBENCH),
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QVERIFY(process.readAllStandardError().contains("no picture"));
     }
 
-    void a_recording_that_never_began_ends_with_5() {
+    void aRecordingThatNeverBeganEndsWith5() {
         const QString path = m_folder.filePath(QStringLiteral("never.kestrel"));
         const Ended ended = run({QStringLiteral("--connect"), QStringLiteral("127.0.0.1:1"),
                                  QStringLiteral("--record"), path, QStringLiteral("--quit-after"),
@@ -149,7 +149,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path));
     }
 
-    void rows_picture_and_recording_of_a_simulated_session() {
+    void rowsPictureAndRecordingOfASimulatedSession() {
         const QString picture = m_folder.filePath(QStringLiteral("p.png"));
         const QString recording = m_folder.filePath(QStringLiteral("r.kestrel"));
         const Ended ended =
@@ -174,13 +174,13 @@ private Q_SLOTS:
         QVERIFY(text.endsWith('\n'));
     }
 
-    void the_simulator_ends_with_the_program_data() {
+    void theSimulatorEndsWithTheProgram_data() {
         QTest::addColumn<int>("signal");
         QTest::newRow("asked to end") << int(SIGTERM);
         QTest::newRow("interrupted") << int(SIGINT);
         QTest::newRow("killed") << int(SIGKILL);
     }
-    void the_simulator_ends_with_the_program() {
+    void theSimulatorEndsWithTheProgram() {
         QFETCH(int, signal);
         QProcess process;
         process.start(QStringLiteral(WORKBENCH), with({QStringLiteral("--simulate")}));
@@ -199,7 +199,7 @@ private Q_SLOTS:
             patience);
     }
 
-    void a_simulator_tells_where_it_listens() {
+    void aSimulatorTellsWhereItListens() {
         workbench::SimulatorProcess simulator(
             script("echo \"listening on 127.0.0.1:4711\"\nexec sleep 60\n"));
         QSignalSpy listening(&simulator, &workbench::SimulatorProcess::listening);
@@ -209,7 +209,7 @@ private Q_SLOTS:
         QCOMPARE(address.toString(), QStringLiteral("127.0.0.1:4711"));
     }
 
-    void a_simulator_that_misbehaves_is_told_data() {
+    void aSimulatorThatMisbehavesIsTold_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("part");
         QTest::newRow("ends") << QByteArray("echo too bad >&2\nexit 7\n")
@@ -221,7 +221,7 @@ private Q_SLOTS:
         QTest::newRow("ends later")
             << QByteArray("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n") << "(exit code 0)";
     }
-    void a_simulator_that_misbehaves_is_told() {
+    void aSimulatorThatMisbehavesIsTold() {
         QFETCH(QByteArray, content);
         QFETCH(QString, part);
         workbench::SimulatorProcess simulator(script(content));
@@ -233,7 +233,7 @@ private Q_SLOTS:
                  qPrintable(failed.first().first().toString()));
     }
 
-    void a_simulator_that_is_not_there_is_told() {
+    void aSimulatorThatIsNotThereIsTold() {
         workbench::SimulatorProcess simulator(QStringLiteral("/no/such/program"));
         QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
         simulator.start({});

@@ -18,7 +18,7 @@ class TestStartup : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void only_the_noise_of_the_platform_is_dropped() {
+    void onlyTheNoiseOfThePlatformIsDropped() {
         QVERIFY(told.contains(QStringLiteral("something else")));
         QVERIFY(told.contains(
             QStringLiteral("This plugin does not support propagateSizeHints() at all")));
@@ -26,7 +26,7 @@ private Q_SLOTS:
             !told.contains(QStringLiteral("This plugin does not support propagateSizeHints()")));
     }
 
-    void windows_follow_the_scaling_of_the_display() {
+    void windowsFollowTheScalingOfTheDisplay() {
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
     }

@@ -63,7 +63,7 @@ bool parseFrame(KestrelParser& parser, std::vector<std::string>& lines) {
 
 } // namespace
 
-TEST(Allocations, FramesWithUnchangedCountsNeedNone) {
+TEST(Allocations, framesWithUnchangedCountsNeedNone) {
     KestrelParser parser;
     std::vector<std::string> lines = frame();
     const long atStart = allocations;
@@ -76,7 +76,7 @@ TEST(Allocations, FramesWithUnchangedCountsNeedNone) {
     EXPECT_EQ(allocations, before);
 }
 
-TEST(Allocations, TheNewFormatsNeedNoneEither) {
+TEST(Allocations, theNewFormatsNeedNoneEither) {
     KestrelParser parser;
     std::vector<std::string> lines = {join("6df2 2 1 [0 1.0 8 2]", pose, "[255 0.5 -0.5]"),
                                       join("6dmt2 2 2 [0 1.0 4 0.5]", pose, "[5][1 2 3 4 5 6]",
@@ -89,7 +89,7 @@ TEST(Allocations, TheNewFormatsNeedNoneEither) {
     EXPECT_EQ(allocations, before);
 }
 
-TEST(Allocations, MalformedLinesNeedNone) {
+TEST(Allocations, malformedLinesNeedNone) {
     KestrelParser parser;
     std::vector<std::string> lines = frame();
     parseFrame(parser, lines);
@@ -101,7 +101,7 @@ TEST(Allocations, MalformedLinesNeedNone) {
     EXPECT_EQ(allocations, before);
 }
 
-TEST(Allocations, ScannersOfNumbersNeedNone) {
+TEST(Allocations, scannersOfNumbersNeedNone) {
     std::string text = "[1 2.5 0x1p3 1e400 12345678901234567890123456789 1e-5]";
     double values[8] = {};
     int ints[8] = {};
@@ -111,7 +111,7 @@ TEST(Allocations, ScannersOfNumbersNeedNone) {
     EXPECT_EQ(allocations, before);
 }
 
-TEST(Allocations, ALineThatFindsNoMemoryIsRejected) {
+TEST(Allocations, aLineThatFindsNoMemoryIsRejected) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6dmtr 2 1 [0 0.5]", pose)).accepted);
     std::vector<std::string> lines = {"6dmtr 60000 0", "6dj 60000 0",

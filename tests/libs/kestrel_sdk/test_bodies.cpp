@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(Bodies, ALineFillsTheRecordsThatItNames) {
+TEST(Bodies, aLineFillsTheRecordsThatItNames) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6d 2 [2 0.5]", pose, " [0 1.0]", pose)).accepted);
     ASSERT_EQ(parser.getNumBody(), 3);
@@ -14,7 +14,7 @@ TEST(Bodies, ALineFillsTheRecordsThatItNames) {
     EXPECT_EQ(parser.getBody(2)->quality, 0.5);
 }
 
-TEST(Bodies, AnIdBeyondTheTableGrowsIt) {
+TEST(Bodies, anIdBeyondTheTableGrowsIt) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6d 1 [5 0.7]", pose)).accepted);
     ASSERT_EQ(parser.getNumBody(), 6);
@@ -26,7 +26,7 @@ TEST(Bodies, AnIdBeyondTheTableGrowsIt) {
     EXPECT_EQ(parser.getBody(5)->quality, 0.7);
 }
 
-TEST(Bodies, ThoseNotListedAreNotTrackedAndKeepTheirPose) {
+TEST(Bodies, thoseNotListedAreNotTrackedAndKeepTheirPose) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6d 2 [0 1]", pose, "[1 1]", pose)).accepted);
     EXPECT_TRUE(parse(parser, join("6d 1 [1 0.5]", pose)).accepted);
@@ -36,7 +36,7 @@ TEST(Bodies, ThoseNotListedAreNotTrackedAndKeepTheirPose) {
     EXPECT_EQ(parser.getBody(1)->quality, 0.5);
 }
 
-TEST(Bodies, ACountBelowOneMarksAllNotTracked) {
+TEST(Bodies, aCountBelowOneMarksAllNotTracked) {
     for (const char* line : {"6d 0", "6d -3"}) {
         KestrelParser parser;
         ASSERT_TRUE(parse(parser, join("6d 2 [0 1]", pose, "[1 1]", pose)).accepted);
@@ -47,14 +47,14 @@ TEST(Bodies, ACountBelowOneMarksAllNotTracked) {
     }
 }
 
-TEST(Bodies, AnUnreadableCountFailsAfterMarkingAllNotTracked) {
+TEST(Bodies, anUnreadableCountFailsAfterMarkingAllNotTracked) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6d 1 [0 1]", pose)).accepted);
     EXPECT_FALSE(parse(parser, "6d x").accepted);
     EXPECT_EQ(parser.getBody(0)->quality, -1.0);
 }
 
-TEST(Bodies, WhatWasFilledBeforeAFailureStays) {
+TEST(Bodies, whatWasFilledBeforeAFailureStays) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6d 2 [0 0.5]", pose, "[1 0.25][1 2 3][1 2]")).accepted);
     ASSERT_EQ(parser.getNumBody(), 2);
@@ -63,14 +63,14 @@ TEST(Bodies, WhatWasFilledBeforeAFailureStays) {
     EXPECT_EQ(parser.getBody(1)->loc[2], 3.0);
 }
 
-TEST(Bodies, ABlockWithoutItsBracketStoresNothing) {
+TEST(Bodies, aBlockWithoutItsBracketStoresNothing) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, "6d 1 [0 0.5][1 2 3").accepted);
     ASSERT_EQ(parser.getNumBody(), 1);
     EXPECT_TRUE(hasNoPose(*parser.getBody(0)));
 }
 
-TEST(Inertials, ALineFillsTheRecordsThatItNames) {
+TEST(Inertials, aLineFillsTheRecordsThatItNames) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6di 1 [2 3 0.25]", pose)).accepted);
     ASSERT_EQ(parser.getNumInertial(), 3);
@@ -82,7 +82,7 @@ TEST(Inertials, ALineFillsTheRecordsThatItNames) {
     EXPECT_EQ(parser.getInertial(1)->st, 0);
 }
 
-TEST(Inertials, EveryLineClearsAllRecordsFirst) {
+TEST(Inertials, everyLineClearsAllRecordsFirst) {
     for (const char* line : {"6di 0", "6di -1", "6di x"}) {
         KestrelParser parser;
         ASSERT_TRUE(parse(parser, join("6di 1 [1 3 0.25]", pose)).accepted);
@@ -95,7 +95,7 @@ TEST(Inertials, EveryLineClearsAllRecordsFirst) {
     }
 }
 
-TEST(Markers, AreReadInOrderWithTheIdsOfTheLine) {
+TEST(Markers, areReadInOrderWithTheIdsOfTheLine) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, "3d 2 [7 0.5][1 2 3] [3 1.0][4 5 6]").accepted);
     ASSERT_EQ(parser.getNumMarker(), 2);
@@ -106,7 +106,7 @@ TEST(Markers, AreReadInOrderWithTheIdsOfTheLine) {
     EXPECT_EQ(parser.getMarker(1)->loc[0], 4.0);
 }
 
-TEST(Markers, TheTableGrowsAndNeverShrinks) {
+TEST(Markers, theTableGrowsAndNeverShrinks) {
     OpenParser parser;
     ASSERT_TRUE(parse(parser, "3d 3 [0 1][1 2 3][1 1][1 2 3][2 1][1 2 3]").accepted);
     EXPECT_TRUE(parse(parser, "3d 1 [0 1][4 5 6]").accepted);
@@ -117,14 +117,14 @@ TEST(Markers, TheTableGrowsAndNeverShrinks) {
     EXPECT_EQ(parser.getNumMarker(), 0);
 }
 
-TEST(Markers, AnUnreadableCountIsZeroAndFails) {
+TEST(Markers, anUnreadableCountIsZeroAndFails) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, "3d 1 [0 1][1 2 3]").accepted);
     EXPECT_FALSE(parse(parser, "3d x").accepted);
     EXPECT_EQ(parser.getNumMarker(), 0);
 }
 
-TEST(Markers, ThoseBehindAFailureAreNotTracked) {
+TEST(Markers, thoseBehindAFailureAreNotTracked) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, "3d 3 [0 1][1 2 3] [1 0.5][oops]").accepted);
     ASSERT_EQ(parser.getNumMarker(), 3);

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <type_traits>
 
-TEST(Frames, ANewParserKnowsNothing) {
+TEST(Frames, aNewParserKnowsNothing) {
     KestrelParser parser;
     EXPECT_EQ(parser.getFrameCounter(), 0U);
     EXPECT_EQ(parser.getTimeStamp(), -1.0);
@@ -18,7 +18,7 @@ TEST(Frames, ANewParserKnowsNothing) {
     EXPECT_EQ(parser.getNumMarker(), 0);
 }
 
-TEST(Frames, AStartForgetsTheFrameAndKeepsTheTables) {
+TEST(Frames, aStartForgetsTheFrameAndKeepsTheTables) {
     OpenParser parser;
     for (const char* line : {"fr 12", "ts 1.5", "6dcal 3", "glcal 2", "6dmt 0", "6df 0"}) {
         ASSERT_TRUE(parse(parser, line).accepted) << line;
@@ -35,7 +35,7 @@ TEST(Frames, AStartForgetsTheFrameAndKeepsTheTables) {
     EXPECT_EQ(parser.getBody(0)->quality, 0.5);
 }
 
-TEST(Frames, CounterAndTimeStampAreRead) {
+TEST(Frames, counterAndTimeStampAreRead) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, "fr 4294967295").accepted);
     EXPECT_EQ(parser.getFrameCounter(), 4294967295U);
@@ -43,21 +43,21 @@ TEST(Frames, CounterAndTimeStampAreRead) {
     EXPECT_EQ(parser.getTimeStamp(), 86399.125);
 }
 
-TEST(Frames, AnUnreadableCounterIsZero) {
+TEST(Frames, anUnreadableCounterIsZero) {
     KestrelParser parser;
     parse(parser, "fr 12");
     EXPECT_FALSE(parse(parser, "fr x").accepted);
     EXPECT_EQ(parser.getFrameCounter(), 0U);
 }
 
-TEST(Frames, AnUnreadableTimeStampIsMinusOne) {
+TEST(Frames, anUnreadableTimeStampIsMinusOne) {
     KestrelParser parser;
     parse(parser, "ts 12");
     EXPECT_FALSE(parse(parser, "ts ").accepted);
     EXPECT_EQ(parser.getTimeStamp(), -1.0);
 }
 
-TEST(Frames, UnreadableCalibrationCountsFailAndStoreZero) {
+TEST(Frames, unreadableCalibrationCountsFailAndStoreZero) {
     OpenParser parser;
     EXPECT_FALSE(parse(parser, "6dcal x").accepted);
     EXPECT_FALSE(parse(parser, "glcal x").accepted);
@@ -65,7 +65,7 @@ TEST(Frames, UnreadableCalibrationCountsFailAndStoreZero) {
     EXPECT_EQ(parser.loc_num_handcal, 0);
 }
 
-TEST(Frames, WandsAndOldToolsAreNoStandardBodies) {
+TEST(Frames, wandsAndOldToolsAreNoStandardBodies) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, "6dcal 10").accepted);
@@ -78,7 +78,7 @@ TEST(Frames, WandsAndOldToolsAreNoStandardBodies) {
     EXPECT_EQ(parser.getBody(4)->quality, -1.0);
 }
 
-TEST(Frames, NewToolsAreStandardBodies) {
+TEST(Frames, newToolsAreStandardBodies) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, "6dcal 4").accepted);
@@ -88,7 +88,7 @@ TEST(Frames, NewToolsAreStandardBodies) {
     EXPECT_EQ(parser.getNumBody(), 4);
 }
 
-TEST(Frames, AnEndShrinksTheBodies) {
+TEST(Frames, anEndShrinksTheBodies) {
     OpenParser parser;
     ASSERT_TRUE(parse(parser, join("6d 1 [5 0.5]", pose)).accepted);
     ASSERT_TRUE(parse(parser, "6dcal 2").accepted);
@@ -98,7 +98,7 @@ TEST(Frames, AnEndShrinksTheBodies) {
     EXPECT_EQ(parser.getBody(2), nullptr);
 }
 
-TEST(Frames, AnEndBringsTheHandsToTheirCount) {
+TEST(Frames, anEndBringsTheHandsToTheirCount) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, "glcal 2").accepted);
@@ -110,7 +110,7 @@ TEST(Frames, AnEndBringsTheHandsToTheirCount) {
     EXPECT_TRUE(hasNoPose(*parser.getHand(1)));
 }
 
-TEST(Frames, WithoutCalibrationCountsAnEndLeavesTheTables) {
+TEST(Frames, withoutCalibrationCountsAnEndLeavesTheTables) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, join("6d 1 [3 0.5]", pose)).accepted);
@@ -120,7 +120,7 @@ TEST(Frames, WithoutCalibrationCountsAnEndLeavesTheTables) {
     EXPECT_EQ(parser.getNumHand(), 3);
 }
 
-TEST(Frames, AWholeFrameIsReadLineByLine) {
+TEST(Frames, aWholeFrameIsReadLineByLine) {
     KestrelParser parser;
     for (int frame = 1; frame <= 3; ++frame) {
         parser.startFrame();
@@ -135,7 +135,7 @@ TEST(Frames, AWholeFrameIsReadLineByLine) {
     }
 }
 
-TEST(Dispatch, ThePrefixIncludesItsBlank) {
+TEST(Dispatch, thePrefixIncludesItsBlank) {
     KestrelParser parser;
     parse(parser, "fr 7");
     for (const char* line : {"frx 12", "fr", "", " fr 12", "FR 12", "6dmt3 1", "6dx 1", "3dx 5"}) {
@@ -146,7 +146,7 @@ TEST(Dispatch, ThePrefixIncludesItsBlank) {
     EXPECT_EQ(parser.getFrameCounter(), 7U);
 }
 
-TEST(Dispatch, EveryPrefixLeadsToItsOwnTable) {
+TEST(Dispatch, everyPrefixLeadsToItsOwnTable) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6d 1 [0 1]", pose)).accepted);
     EXPECT_TRUE(parse(parser, join("6df 2 [0 1 0]", pose, "[1 1 0]", pose)).accepted);
@@ -170,14 +170,14 @@ TEST(Dispatch, EveryPrefixLeadsToItsOwnTable) {
     EXPECT_EQ(parser.getNumMeaTool(), 0);
 }
 
-TEST(Dispatch, ANullLineIsRejected) {
+TEST(Dispatch, aNullLineIsRejected) {
     KestrelParser parser;
     EXPECT_FALSE(parser.parseLine(nullptr));
     char* line = nullptr;
     EXPECT_FALSE(parser.parseLine(&line));
 }
 
-TEST(Dispatch, ReadingStopsBehindTheLastItem) {
+TEST(Dispatch, readingStopsBehindTheLastItem) {
     KestrelParser parser;
     EXPECT_EQ(parse(parser, "fr 12 rest").rest, " rest");
     EXPECT_EQ(parse(parser, "fr x").rest, "x");
@@ -187,7 +187,7 @@ TEST(Dispatch, ReadingStopsBehindTheLastItem) {
     EXPECT_EQ(parse(parser, "6d x").rest, "x");
 }
 
-TEST(Getters, AnIndexOutsideTheCountGivesNull) {
+TEST(Getters, anIndexOutsideTheCountGivesNull) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6d 1 [1 1]", pose)).accepted);
     EXPECT_NE(parser.getBody(0), nullptr);
@@ -207,7 +207,7 @@ TEST(Getters, AnIndexOutsideTheCountGivesNull) {
     }
 }
 
-TEST(Getters, ACountBeyondTheTableRaisesOutOfRange) {
+TEST(Getters, aCountBeyondTheTableRaisesOutOfRange) {
     OpenParser parser;
     parser.act_num_body = parser.act_num_wand = parser.act_num_meatool = parser.act_num_mearef = 1;
     parser.act_num_hand = parser.act_num_human = parser.act_num_inertial = 1;
@@ -222,7 +222,7 @@ TEST(Getters, ACountBeyondTheTableRaisesOutOfRange) {
     EXPECT_THROW(parser.getMarker(0), std::out_of_range);
 }
 
-TEST(Getters, ADerivedParserIsReachedThroughItsBase) {
+TEST(Getters, aDerivedParserIsReachedThroughItsBase) {
     static_assert(std::has_virtual_destructor_v<KestrelParser>);
     class Counting : public KestrelParser {
     public:

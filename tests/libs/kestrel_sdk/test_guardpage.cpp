@@ -84,14 +84,14 @@ void expectTheSameAtTheEdge(std::string text) {
 
 } // namespace
 
-TEST(GuardPageDeathTest, AStepBehindTheTextEndsTheProgram) {
+TEST(GuardPageDeathTest, aStepBehindTheTextEndsTheProgram) {
     TextAtTheEdge edge = terminated("x");
     const volatile char* text = edge.data();
     EXPECT_EQ(text[1], '\0');
     EXPECT_DEATH(static_cast<void>(text[2]), "");
 }
 
-TEST(GuardPage, NoScannerReadsBehindTheNul) {
+TEST(GuardPage, noScannerReadsBehindTheNul) {
     // clang-format off
     for (const char* text :
          {"", "-", "+", "0", "0x", "0x1", "1e", "1e-", "1.", ".", ".5", "1.5e+3", "inf", "infinit",
@@ -103,7 +103,7 @@ TEST(GuardPage, NoScannerReadsBehindTheNul) {
     }
 }
 
-TEST(GuardPage, NoScannerReadsBehindTheNulOfACutText) {
+TEST(GuardPage, noScannerReadsBehindTheNulOfACutText) {
     const std::string whole =
         "b01 x \"quoted text\" [0 -1.25e-3 0x1F 7] 1234567890.123456 nan(1) -inf";
     for (std::size_t length = 0; length <= whole.size(); ++length) {
@@ -111,7 +111,7 @@ TEST(GuardPage, NoScannerReadsBehindTheNulOfACutText) {
     }
 }
 
-TEST(GuardPage, TheNextLineIsSoughtInTheBufferAlone) {
+TEST(GuardPage, theNextLineIsSoughtInTheBufferAlone) {
     using KestrelSDK_Parse::string_nextline;
     struct Row {
         std::string_view buffer;
@@ -128,7 +128,7 @@ TEST(GuardPage, TheNextLineIsSoughtInTheBufferAlone) {
     }
 }
 
-TEST(GuardPage, TheParserReadsNothingBehindTheNul) {
+TEST(GuardPage, theParserReadsNothingBehindTheNul) {
     for (const std::string& whole :
          {join("6d 1 [0 0.5]", pose), join("6df2 1 1 [0 1.0 2 3]", pose, "[3 0.5 -0.5 1]"),
           join("6dmt2 1 1 [0 1.0 3 1.5]", pose, "[5][1 2 3 4 5 6]"),

@@ -75,7 +75,7 @@ bool sameCounts(const OpenParser& a, const OpenParser& b) {
 
 } // namespace
 
-TEST(HostileLines, AskingForTooManyRecordsChangesNothing) {
+TEST(HostileLines, askingForTooManyRecordsChangesNothing) {
     const OpenParser before = filledParser();
     for (const char* count : {"65536", "2147483647", "0x10000"}) {
         for (const char* start :
@@ -89,7 +89,7 @@ TEST(HostileLines, AskingForTooManyRecordsChangesNothing) {
     }
 }
 
-TEST(HostileLines, AnIdBeyondTheBoundChangesNothing) {
+TEST(HostileLines, anIdBeyondTheBoundChangesNothing) {
     const OpenParser before = filledParser();
     for (const std::string& line :
          {join("6d 1 [65535 0.25]", pose), join("6d 2 [0 0.25]", pose, "[2147483647 0.25]", pose),
@@ -104,7 +104,7 @@ TEST(HostileLines, AnIdBeyondTheBoundChangesNothing) {
     }
 }
 
-TEST(HostileLines, TheBoundItselfIsAllowed) {
+TEST(HostileLines, theBoundItselfIsAllowed) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6d 1 [65534 0.5]", pose)).accepted);
     EXPECT_EQ(parser.getNumBody(), most);
@@ -116,7 +116,7 @@ TEST(HostileLines, TheBoundItselfIsAllowed) {
     parser.startFrame();
 }
 
-TEST(HostileLines, MoreWandsAndToolsThanBodiesLeaveNoBodies) {
+TEST(HostileLines, moreWandsAndToolsThanBodiesLeaveNoBodies) {
     KestrelParser parser;
     parser.startFrame();
     ASSERT_TRUE(parse(parser, join("6d 1 [0 1]", pose)).accepted);
@@ -126,7 +126,7 @@ TEST(HostileLines, MoreWandsAndToolsThanBodiesLeaveNoBodies) {
     EXPECT_EQ(parser.getNumBody(), 0);
 }
 
-TEST(HostileLines, NegativeCountsCountAsNone) {
+TEST(HostileLines, negativeCountsCountAsNone) {
     for (const char* line : {"6df -1", "6df2 -1 0", "6dmt -1", "6dmt2 1 -1", "6dmtr -1 0",
                              "6dj -1 0", "3d -1", "6d -1", "gl -1", "6di -1"}) {
         OpenParser parser = filledParser();
@@ -137,7 +137,7 @@ TEST(HostileLines, NegativeCountsCountAsNone) {
     }
 }
 
-TEST(HostileLines, ANegativeIdThatChoosesARecordIsRejected) {
+TEST(HostileLines, aNegativeIdThatChoosesARecordIsRejected) {
     for (const std::string& line :
          {join("6d 1 [-1 0.25]", pose), join("6df 1 [-1 0.25 0]", pose),
           join("6df2 1 1 [-1 0.25 0 0]", pose, "[]"), join("6dmt 1 [-1 0.25 0]", pose),
@@ -149,7 +149,7 @@ TEST(HostileLines, ANegativeIdThatChoosesARecordIsRejected) {
     }
 }
 
-TEST(HostileLines, AnyNumberIsTheNameOfAMarker) {
+TEST(HostileLines, anyNumberIsTheNameOfAMarker) {
     for (const int id : {-1, -2147483647 - 1, 0, 65535, 2147483647}) {
         OpenParser parser = filledParser();
         const std::string line = join("3d 2 [", std::to_string(id), " 0.25]", position, "[",
@@ -164,7 +164,7 @@ TEST(HostileLines, AnyNumberIsTheNameOfAMarker) {
     }
 }
 
-TEST(HostileLines, AnyNumberIsTheNameOfAJoint) {
+TEST(HostileLines, anyNumberIsTheNameOfAJoint) {
     for (const int id : {-1, -2147483647 - 1, 0, 65535, 2147483647}) {
         OpenParser parser = filledParser();
         const std::string joint = join("[", std::to_string(id), " 0.5][1 2 3 4 5 6]", rotation);
@@ -179,7 +179,7 @@ TEST(HostileLines, AnyNumberIsTheNameOfAJoint) {
     }
 }
 
-TEST(HostileLines, InnerCountsOutsideTheRecordsPlacesAreRejected) {
+TEST(HostileLines, innerCountsOutsideTheRecordsPlacesAreRejected) {
     for (const std::string& line :
          {join("6df2 1 1 [0 0.5 -1 0]", pose, "[]"), join("6df2 1 1 [0 0.5 0 -1]", pose, "[]"),
           join("6df2 1 1 [0 0.5 0 9]", pose, "[1 2 3 4 5 6 7 8 9]"),
@@ -193,7 +193,7 @@ TEST(HostileLines, InnerCountsOutsideTheRecordsPlacesAreRejected) {
     }
 }
 
-TEST(HostileLines, MoreListedThanDefinedWandsAreRejected) {
+TEST(HostileLines, moreListedThanDefinedWandsAreRejected) {
     OpenParser parser;
     const std::string wand = join(pose, "[]");
     EXPECT_FALSE(parse(parser, join("6df2 1 2 [0 1 0 0]", wand, "[1 1 0 0]", wand)).accepted);
@@ -201,7 +201,7 @@ TEST(HostileLines, MoreListedThanDefinedWandsAreRejected) {
     EXPECT_EQ(parser.act_wand.size(), 1U);
 }
 
-TEST(HostileLines, EveryCutOfALineIsRejected) {
+TEST(HostileLines, everyCutOfALineIsRejected) {
     for (const std::string& line : wholeLines()) {
         for (std::size_t length = line.find(' ') + 1; length < line.size(); ++length) {
             OpenParser parser;
@@ -210,7 +210,7 @@ TEST(HostileLines, EveryCutOfALineIsRejected) {
     }
 }
 
-TEST(HostileLines, EveryUnreadableNumberOfALineIsRejected) {
+TEST(HostileLines, everyUnreadableNumberOfALineIsRejected) {
     const std::string inNumbers = "0123456789.-";
     for (const std::string& line : wholeLines()) {
         std::size_t first = line.find(' ');
@@ -225,7 +225,7 @@ TEST(HostileLines, EveryUnreadableNumberOfALineIsRejected) {
     }
 }
 
-TEST(HostileLines, RubbishNeverThrowsNorLeavesTheTables) {
+TEST(HostileLines, rubbishNeverThrowsNorLeavesTheTables) {
     std::mt19937 random(20261120);
     const std::string letters = "0123456789    [[[]]]]..--xXeEnaif\t\r\n\xff\x80";
     const std::vector<std::string> starts = {"6d ",    "6df ", "6df2 ",  "6dmt ", "6dmt2 ",

@@ -17,7 +17,7 @@ std::string repeated(const std::string& text, int times) {
 
 } // namespace
 
-TEST(Hands, ALineFillsTheHandAndItsFingers) {
+TEST(Hands, aLineFillsTheHandAndItsFingers) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("gl 1 [1 0.5 2 2]", pose, finger, finger)).accepted);
     ASSERT_EQ(parser.getNumHand(), 2);
@@ -31,7 +31,7 @@ TEST(Hands, ALineFillsTheHandAndItsFingers) {
     EXPECT_TRUE(hasNoPose(hand.finger[2]));
 }
 
-TEST(Hands, LengthsAndAnglesAlternateFromTheTipInwards) {
+TEST(Hands, lengthsAndAnglesAlternateFromTheTipInwards) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("gl 1 [0 0.5 0 1]", pose, finger)).accepted);
     const auto& tip = parser.getHand(0)->finger[0];
@@ -43,7 +43,7 @@ TEST(Hands, LengthsAndAnglesAlternateFromTheTipInwards) {
     EXPECT_EQ(tip.lengthphalanx[2], 30);
 }
 
-TEST(Hands, EveryLineClearsAllHandsFirst) {
+TEST(Hands, everyLineClearsAllHandsFirst) {
     for (const char* line : {"gl 0", "gl -1", "gl x"}) {
         KestrelParser parser;
         ASSERT_TRUE(parse(parser, join("gl 1 [1 0.5 2 1]", pose, finger)).accepted);
@@ -59,7 +59,7 @@ TEST(Hands, EveryLineClearsAllHandsFirst) {
     }
 }
 
-TEST(Hands, FiveFingersAreTheMost) {
+TEST(Hands, fiveFingersAreTheMost) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("gl 1 [0 0.5 1 5]", pose, repeated(finger, 5))).accepted);
     EXPECT_TRUE(hasPose(parser.getHand(0)->finger[4]));
@@ -69,7 +69,7 @@ TEST(Hands, FiveFingersAreTheMost) {
     EXPECT_EQ(parser.getHand(0)->nfinger, 0);
 }
 
-TEST(Humans, ALineFillsTheJointsOfTheListedModels) {
+TEST(Humans, aLineFillsTheJointsOfTheListedModels) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6dj 2 1 [1 2]", joint, joint)).accepted);
     ASSERT_EQ(parser.getNumHuman(), 2);
@@ -87,7 +87,7 @@ TEST(Humans, ALineFillsTheJointsOfTheListedModels) {
     EXPECT_EQ(human.joint[1].rot[8], 19);
 }
 
-TEST(Humans, EveryLineClearsAllModels) {
+TEST(Humans, everyLineClearsAllModels) {
     for (const char* line : {"6dj 1 0", "6dj 1 -1", "6dj 1 x"}) {
         KestrelParser parser;
         ASSERT_TRUE(parse(parser, join("6dj 1 1 [0 1]", joint)).accepted);
@@ -98,7 +98,7 @@ TEST(Humans, EveryLineClearsAllModels) {
     }
 }
 
-TEST(Humans, TheFirstCountIsTheTablesSize) {
+TEST(Humans, theFirstCountIsTheTablesSize) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, "6dj 3 0").accepted);
     EXPECT_EQ(parser.getNumHuman(), 3);
@@ -109,13 +109,13 @@ TEST(Humans, TheFirstCountIsTheTablesSize) {
     EXPECT_EQ(parser.getNumHuman(), 1);
 }
 
-TEST(Humans, AnIdNeverGrowsTheTable) {
+TEST(Humans, anIdNeverGrowsTheTable) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6dj 2 1 [2 1]", joint)).accepted);
     EXPECT_EQ(parser.getNumHuman(), 2);
 }
 
-TEST(Humans, TwentyJointsFit) {
+TEST(Humans, twentyJointsFit) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, "6dj 1 1 [0 20]" + repeated(joint, 20)).accepted);
     EXPECT_EQ(parser.getHuman(0)->num_joints, 20);

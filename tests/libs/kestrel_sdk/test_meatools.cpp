@@ -8,7 +8,7 @@ constexpr const char* covariance = "[1 2 3 4 5 6]";
 
 } // namespace
 
-TEST(MeaTools, ALineFillsOneRecordPerTool) {
+TEST(MeaTools, aLineFillsOneRecordPerTool) {
     OpenParser parser;
     EXPECT_TRUE(parse(parser, join("6dmt 2 [0 0.5 5]", pose, " [1 -1.0 0]", pose)).accepted);
     ASSERT_EQ(parser.getNumMeaTool(), 2);
@@ -26,14 +26,14 @@ TEST(MeaTools, ALineFillsOneRecordPerTool) {
     EXPECT_EQ(parser.getMeaTool(1)->quality, -1.0);
 }
 
-TEST(MeaTools, OnlyFourBitsAreButtons) {
+TEST(MeaTools, onlyFourBitsAreButtons) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6dmt 1 [0 1 65535]", pose)).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->button[3], 1);
     EXPECT_EQ(parser.getMeaTool(0)->button[4], 0);
 }
 
-TEST(MeaTools, TheOldLineForgetsWhatTheNewOneCarried) {
+TEST(MeaTools, theOldLineForgetsWhatTheNewOneCarried) {
     KestrelParser parser;
     ASSERT_TRUE(
         parse(parser, join("6dmt2 1 1 [0 1 16 0.5]", pose, "[65535]", covariance)).accepted);
@@ -47,7 +47,7 @@ TEST(MeaTools, TheOldLineForgetsWhatTheNewOneCarried) {
     }
 }
 
-TEST(MeaTools, NoneEmptyTheTable) {
+TEST(MeaTools, noneEmptyTheTable) {
     for (const char* line : {"6dmt 0", "6dmt -1", "6dmt2 4 0", "6dmt2 4 -1"}) {
         OpenParser parser;
         ASSERT_TRUE(parse(parser, join("6dmt 1 [0 1 0]", pose)).accepted);
@@ -58,13 +58,13 @@ TEST(MeaTools, NoneEmptyTheTable) {
     }
 }
 
-TEST(MeaTools, TheFirstToolMustBeNumberZero) {
+TEST(MeaTools, theFirstToolMustBeNumberZero) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6dmt 1 [1 0.9 5]", pose)).accepted);
     EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [1 0.9 0 1]", pose, "[]", covariance)).accepted);
 }
 
-TEST(MeaTools, AFailureKeepsTheCountAndWhatWasFilled) {
+TEST(MeaTools, aFailureKeepsTheCountAndWhatWasFilled) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6dmt 3 [0 0.5 1]", pose, "[2 0.5 1]", pose)).accepted);
     ASSERT_EQ(parser.getNumMeaTool(), 3);
@@ -74,7 +74,7 @@ TEST(MeaTools, AFailureKeepsTheCountAndWhatWasFilled) {
     EXPECT_TRUE(hasNoPose(*parser.getMeaTool(2)));
 }
 
-TEST(MeaTools, AFailureLeavesTheRestOfThePreviousFrame) {
+TEST(MeaTools, aFailureLeavesTheRestOfThePreviousFrame) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6dmt 2 [0 0.5 1]", pose, "[1 0.5 1]", pose)).accepted);
     EXPECT_FALSE(parse(parser, join("6dmt 2 [0 0.75 1]", pose, "[oops]")).accepted);
@@ -82,7 +82,7 @@ TEST(MeaTools, AFailureLeavesTheRestOfThePreviousFrame) {
     EXPECT_EQ(parser.getMeaTool(1)->quality, 0.5);
 }
 
-TEST(MeaTools, AnUnreadableCountLeavesEverything) {
+TEST(MeaTools, anUnreadableCountLeavesEverything) {
     OpenParser parser;
     ASSERT_TRUE(parse(parser, join("6dmt 1 [0 0.5 1]", pose)).accepted);
     for (const char* line : {"6dmt x", "6dmt2 x", "6dmt2 5 x"}) {
@@ -92,7 +92,7 @@ TEST(MeaTools, AnUnreadableCountLeavesEverything) {
     }
 }
 
-TEST(MeaTools2, ALineFillsOneRecordPerListedTool) {
+TEST(MeaTools2, aLineFillsOneRecordPerListedTool) {
     OpenParser parser;
     EXPECT_TRUE(parse(parser, join("6dmt2 7 2 [0 0.5 3 1.25]", pose, "[5]", covariance,
                                    "[1 -1.0 0 2.5]", pose, "[]", covariance))
@@ -115,7 +115,7 @@ TEST(MeaTools2, ALineFillsOneRecordPerListedTool) {
     EXPECT_EQ(parser.getMeaTool(1)->tipradius, 2.5);
 }
 
-TEST(MeaTools2, SixteenButtonsAreTheMost) {
+TEST(MeaTools2, sixteenButtonsAreTheMost) {
     KestrelParser parser;
     EXPECT_TRUE(
         parse(parser, join("6dmt2 3 1 [0 1.0 20 0.5]", pose, "[1048577]", covariance)).accepted);
@@ -129,21 +129,21 @@ TEST(MeaTools2, SixteenButtonsAreTheMost) {
     EXPECT_EQ(tool.tipradius, 0.5);
 }
 
-TEST(MeaTools2, OneWordIsReadHoweverManyButtonsAreTold) {
+TEST(MeaTools2, oneWordIsReadHoweverManyButtonsAreTold) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6dmt2 1 1 [0 1 40 0]", pose, "[3 9]", covariance)).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->button[1], 1);
     EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [0 1 40 0]", pose, "[]", covariance)).accepted);
 }
 
-TEST(MeaTools2, AToolWithoutButtonsHasAnEmptyBlock) {
+TEST(MeaTools2, aToolWithoutButtonsHasAnEmptyBlock) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6dmt2 2 1 [0 1.0 0 0.5]", pose, "[]", covariance)).accepted);
     EXPECT_EQ(parser.getMeaTool(0)->num_button, 0);
     EXPECT_EQ(parser.getMeaTool(0)->cov[5], 6.0);
 }
 
-TEST(MeaTools2, ButtonsBeyondTheCountAreReleased) {
+TEST(MeaTools2, buttonsBeyondTheCountAreReleased) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6dmt2 1 1 [0 1 16 0]", pose, "[65535]", covariance)).accepted);
     ASSERT_TRUE(parse(parser, join("6dmt2 1 1 [0 1 2 0]", pose, "[65535]", covariance)).accepted);
@@ -152,13 +152,13 @@ TEST(MeaTools2, ButtonsBeyondTheCountAreReleased) {
     }
 }
 
-TEST(MeaTools2, AMissingBlockFails) {
+TEST(MeaTools2, aMissingBlockFails) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [0 1 1 0]", pose, "[1]")).accepted);
     EXPECT_FALSE(parse(parser, join("6dmt2 1 1 [0 1 1 0]", pose, covariance)).accepted);
 }
 
-TEST(MeaRefs, ThoseNotListedAreNotTracked) {
+TEST(MeaRefs, thoseNotListedAreNotTracked) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6dmtr 4 1 [2 0.8]", pose)).accepted);
     ASSERT_EQ(parser.getNumMeaRef(), 4);
@@ -170,21 +170,21 @@ TEST(MeaRefs, ThoseNotListedAreNotTracked) {
     EXPECT_TRUE(hasNoPose(*parser.getMeaRef(3)));
 }
 
-TEST(MeaRefs, EntriesComeInAnyOrder) {
+TEST(MeaRefs, entriesComeInAnyOrder) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6dmtr 3 2 [2 0.5]", pose, "[0 0.25]", pose)).accepted);
     EXPECT_EQ(parser.getMeaRef(2)->quality, 0.5);
     EXPECT_EQ(parser.getMeaRef(0)->quality, 0.25);
 }
 
-TEST(MeaRefs, AnIdBeyondTheTableFails) {
+TEST(MeaRefs, anIdBeyondTheTableFails) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6dmtr 4 1 [4 0.8]", pose)).accepted);
     EXPECT_EQ(parser.getNumMeaRef(), 4);
     EXPECT_FALSE(parse(parser, join("6dmtr 4 1 [-1 0.8]", pose)).accepted);
 }
 
-TEST(MeaRefs, ListingNoneMarksAllNotTracked) {
+TEST(MeaRefs, listingNoneMarksAllNotTracked) {
     for (const char* line : {"6dmtr 2 0", "6dmtr 2 -1", "6dmtr 2 x"}) {
         KestrelParser parser;
         ASSERT_TRUE(parse(parser, join("6dmtr 2 1 [1 0.5]", pose)).accepted);
@@ -194,7 +194,7 @@ TEST(MeaRefs, ListingNoneMarksAllNotTracked) {
     }
 }
 
-TEST(MeaRefs, TheFirstCountIsTheTablesSize) {
+TEST(MeaRefs, theFirstCountIsTheTablesSize) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, "6dmtr 4 0").accepted);
     EXPECT_TRUE(parse(parser, "6dmtr 1 0").accepted);

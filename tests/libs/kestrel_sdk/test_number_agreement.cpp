@@ -214,7 +214,7 @@ void expectGeneratedTextsToAgree(int count) {
 
 } // namespace
 
-TEST(Agreement, OddSpellingsAreReadAsTheCLibraryReadsThem) {
+TEST(Agreement, oddSpellingsAreReadAsTheCLibraryReadsThem) {
     for (const std::string& text : oddities()) {
         EXPECT_EQ(difference(text), "");
         EXPECT_EQ(difference(text + " 2"), "");
@@ -222,11 +222,11 @@ TEST(Agreement, OddSpellingsAreReadAsTheCLibraryReadsThem) {
     }
 }
 
-TEST(Agreement, GeneratedSpellingsAreReadAsTheCLibraryReadsThem) {
+TEST(Agreement, generatedSpellingsAreReadAsTheCLibraryReadsThem) {
     expectGeneratedTextsToAgree(150000);
 }
 
-TEST(Agreement, EveryNumberOfDigitsAndDecimalsIsReadAsTheCLibraryReadsIt) {
+TEST(Agreement, everyNumberOfDigitsAndDecimalsIsReadAsTheCLibraryReadsIt) {
     const std::string digits = "9876543210123456789012345";
     for (std::size_t whole = 0; whole <= digits.size(); ++whole) {
         for (std::size_t decimals = 0; decimals <= digits.size(); ++decimals) {
@@ -235,7 +235,7 @@ TEST(Agreement, EveryNumberOfDigitsAndDecimalsIsReadAsTheCLibraryReadsIt) {
     }
 }
 
-TEST(Agreement, EveryExponentIsReadAsTheCLibraryReadsIt) {
+TEST(Agreement, everyExponentIsReadAsTheCLibraryReadsIt) {
     for (int exponent = -400; exponent <= 400; ++exponent) {
         for (const char* digits : {"1", "-7.25", "9007199254740993", "123456789.123456789"}) {
             EXPECT_EQ(difference(digits + ("e" + std::to_string(exponent))), "");
@@ -243,7 +243,7 @@ TEST(Agreement, EveryExponentIsReadAsTheCLibraryReadsIt) {
     }
 }
 
-TEST(Agreement, LongRunsOfDigitsAreReadAsTheCLibraryReadsThem) {
+TEST(Agreement, longRunsOfDigitsAreReadAsTheCLibraryReadsThem) {
     for (const std::size_t length : {100U, 1000U, 20000U}) {
         EXPECT_EQ(difference(std::string(length, '9')), "");
         EXPECT_EQ(difference("0." + std::string(length, '0') + "1"), "");
@@ -253,7 +253,7 @@ TEST(Agreement, LongRunsOfDigitsAreReadAsTheCLibraryReadsThem) {
     }
 }
 
-TEST(Agreement, HoldsInEveryRoundingMode) {
+TEST(Agreement, holdsInEveryRoundingMode) {
     for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
         ASSERT_EQ(std::fesetround(mode), 0);
         expectGeneratedTextsToAgree(5000);
@@ -264,7 +264,7 @@ TEST(Agreement, HoldsInEveryRoundingMode) {
     std::fesetround(FE_TONEAREST);
 }
 
-TEST(Agreement, HoldsInALocaleWithADecimalComma) {
+TEST(Agreement, holdsInALocaleWithADecimalComma) {
     const LocaleScope german("de_DE.UTF-8");
     ASSERT_TRUE(german.set()) << "the locale de_DE.UTF-8 is missing";
     ASSERT_EQ(std::strtod("1,5", nullptr), 1.5);
@@ -274,7 +274,7 @@ TEST(Agreement, HoldsInALocaleWithADecimalComma) {
     }
 }
 
-TEST(Agreement, DependsNotOnErrnoAndLeavesItAlone) {
+TEST(Agreement, dependsNotOnErrnoAndLeavesItAlone) {
     for (const int before : {0, ERANGE, EINVAL}) {
         for (const char* number : {"1e999", "1e-999", "99999999999999999999", "abc", "1.5"}) {
             errno = before;

@@ -27,7 +27,7 @@ constexpr std::size_t places = std::extent_v<Array>;
 
 } // namespace
 
-TEST(Records, ArePlainValues) {
+TEST(Records, arePlainValues) {
     static_assert(allPlain<Kestrel_Body_Type_d, Kestrel_Wand_Type_d, Kestrel_MeaTool_Type_d,
                            Kestrel_MeaRef_Type_d, Kestrel_Hand_Type_d, Kestrel_Human_Type_d,
                            Kestrel_Inertial_Type_d, Kestrel_Marker_Type_d>);
@@ -35,7 +35,7 @@ TEST(Records, ArePlainValues) {
     EXPECT_EQ(tool.quality, 0.0);
 }
 
-TEST(Records, HoldTheirFieldsInOrder) {
+TEST(Records, holdTheirFieldsInOrder) {
     using Body = Kestrel_Body_Type_d;
     EXPECT_TRUE(increasing(
         {offsetof(Body, id), offsetof(Body, quality), offsetof(Body, loc), offsetof(Body, rot)}));
@@ -66,7 +66,7 @@ TEST(Records, HoldTheirFieldsInOrder) {
         increasing({offsetof(Marker, id), offsetof(Marker, quality), offsetof(Marker, loc)}));
 }
 
-TEST(Records, PartsOfHandsAndHumansHoldTheirFieldsInOrder) {
+TEST(Records, partsOfHandsAndHumansHoldTheirFieldsInOrder) {
     using Finger = std::remove_reference_t<decltype(Kestrel_Hand_Type_d{}.finger[0])>;
     EXPECT_TRUE(
         increasing({offsetof(Finger, loc), offsetof(Finger, rot), offsetof(Finger, radiustip),
@@ -76,7 +76,7 @@ TEST(Records, PartsOfHandsAndHumansHoldTheirFieldsInOrder) {
                             offsetof(Joint, ang), offsetof(Joint, rot)}));
 }
 
-TEST(Records, HaveTheirPlaces) {
+TEST(Records, haveTheirPlaces) {
     EXPECT_EQ(places<decltype(Kestrel_Body_Type_d::loc)>, 3U);
     EXPECT_EQ(places<decltype(Kestrel_Body_Type_d::rot)>, 9U);
     EXPECT_EQ(places<decltype(Kestrel_Wand_Type_d::button)>, 16U);

@@ -39,7 +39,7 @@ Read<double> readDouble(std::string text) {
 
 } // namespace
 
-TEST(Integers, APrefixTellsTheBase) {
+TEST(Integers, aPrefixTellsTheBase) {
     EXPECT_EQ(readInt("010").value, 8);
     EXPECT_EQ(readInt("0x1F").value, 31);
     EXPECT_EQ(readInt("10").value, 10);
@@ -47,14 +47,14 @@ TEST(Integers, APrefixTellsTheBase) {
     EXPECT_EQ(readUnsigned("0x1f").value, 31U);
 }
 
-TEST(Integers, LeadingWhiteSpaceIsSkipped) {
+TEST(Integers, leadingWhiteSpaceIsSkipped) {
     const Read<int> read = readInt("  -7x");
     EXPECT_EQ(read.value, -7);
     EXPECT_EQ(read.rest, "x");
     EXPECT_EQ(readInt(" \t\n\v\f\r+5").value, 5);
 }
 
-TEST(Integers, NothingReadStoresZeroAndReturnsNull) {
+TEST(Integers, nothingReadStoresZeroAndReturnsNull) {
     const Read<int> read = readInt("abc");
     EXPECT_EQ(read.value, 0);
     EXPECT_EQ(read.rest, "<null>");
@@ -62,7 +62,7 @@ TEST(Integers, NothingReadStoresZeroAndReturnsNull) {
     EXPECT_EQ(readUnsigned("-").rest, "<null>");
 }
 
-TEST(Integers, TheFirstCharacterThatCannotContinueEndsTheNumber) {
+TEST(Integers, theFirstCharacterThatCannotContinueEndsTheNumber) {
     const Read<int> read = readInt("12]");
     EXPECT_EQ(read.value, 12);
     EXPECT_EQ(read.rest, "]");
@@ -70,13 +70,13 @@ TEST(Integers, TheFirstCharacterThatCannotContinueEndsTheNumber) {
     EXPECT_EQ(readInt("089").rest, "89");
 }
 
-TEST(Integers, AnIncompleteHexadecimalPrefixIsAZero) {
+TEST(Integers, anIncompleteHexadecimalPrefixIsAZero) {
     const Read<int> read = readInt("0xg");
     EXPECT_EQ(read.value, 0);
     EXPECT_EQ(read.rest, "xg");
 }
 
-TEST(Reals, ReadAsMuchAsANumberCanBe) {
+TEST(Reals, readAsMuchAsANumberCanBe) {
     EXPECT_EQ(readDouble("12]").rest, "]");
     EXPECT_EQ(readDouble(" -1.25e2 3").value, -125.0);
     EXPECT_EQ(readDouble(" -1.25e2 3").rest, " 3");
@@ -85,14 +85,14 @@ TEST(Reals, ReadAsMuchAsANumberCanBe) {
     EXPECT_EQ(readDouble("infinity]").rest, "]");
 }
 
-TEST(Reals, NothingReadStoresZeroAndReturnsNull) {
+TEST(Reals, nothingReadStoresZeroAndReturnsNull) {
     for (const char* text : {"", "abc", ".", "-", "e5", "[1", "  "}) {
         EXPECT_EQ(readDouble(text).value, 0.0) << text;
         EXPECT_EQ(readDouble(text).rest, "<null>") << text;
     }
 }
 
-TEST(Reals, FloatsAreNarrowedDoubles) {
+TEST(Reals, floatsAreNarrowedDoubles) {
     std::string text = "0.1 1e300 x";
     float value = 0;
     char* end = string_get_f(text.data(), &value);
@@ -103,7 +103,7 @@ TEST(Reals, FloatsAreNarrowedDoubles) {
     EXPECT_EQ(value, 0.0F);
 }
 
-TEST(Words, ABlankEndsAWord) {
+TEST(Words, aBlankEndsAWord) {
     std::string text = "  one two";
     std::string word;
     const char* end = string_get_word(text.data(), word);
@@ -111,7 +111,7 @@ TEST(Words, ABlankEndsAWord) {
     EXPECT_EQ(restAt(end), " two");
 }
 
-TEST(Words, TheLastWordEndsAtTheNul) {
+TEST(Words, theLastWordEndsAtTheNul) {
     std::string text = " two\t2";
     std::string word;
     const char* end = string_get_word(text.data(), word);
@@ -119,14 +119,14 @@ TEST(Words, TheLastWordEndsAtTheNul) {
     EXPECT_EQ(end, text.data() + text.size());
 }
 
-TEST(Words, BlanksAloneHoldNoWord) {
+TEST(Words, blanksAloneHoldNoWord) {
     std::string word;
     for (std::string text : {"   ", ""}) {
         EXPECT_EQ(string_get_word(text.data(), word), nullptr);
     }
 }
 
-TEST(QuotedTexts, AreWhatStandsBetweenTheNextTwoQuotes) {
+TEST(QuotedTexts, areWhatStandsBetweenTheNextTwoQuotes) {
     std::string text = "a \"b c\" \"\"x";
     std::string quoted;
     char* end = string_get_quoted_text(text.data(), quoted);
@@ -137,7 +137,7 @@ TEST(QuotedTexts, AreWhatStandsBetweenTheNextTwoQuotes) {
     EXPECT_EQ(restAt(end), "x");
 }
 
-TEST(QuotedTexts, NeedBothQuotes) {
+TEST(QuotedTexts, needBothQuotes) {
     std::string quoted = "before";
     for (std::string text : {"none", "\"one"}) {
         EXPECT_EQ(string_get_quoted_text(text.data(), quoted), nullptr);
@@ -154,13 +154,13 @@ std::string nextLine(std::string buffer, int start = 0) {
 
 } // namespace
 
-TEST(NextLine, SkipsTheRestOfTheLineAndARunOfLineBreaks) {
+TEST(NextLine, skipsTheRestOfTheLineAndARunOfLineBreaks) {
     EXPECT_EQ(nextLine("a\r\n\r\nb"), "b");
     EXPECT_EQ(nextLine("a\nb\nc", 2), "c");
     EXPECT_EQ(nextLine("\n\rb"), "b");
 }
 
-TEST(NextLine, IsNullAtTheEnd) {
+TEST(NextLine, isNullAtTheEnd) {
     EXPECT_EQ(nextLine("a\n"), "<null>");
     EXPECT_EQ(nextLine("a"), "<null>");
     EXPECT_EQ(nextLine(""), "<null>");
@@ -168,14 +168,14 @@ TEST(NextLine, IsNullAtTheEnd) {
     EXPECT_EQ(nextLine(std::string("a\n\0b", 4)), "<null>");
 }
 
-TEST(NextLine, NeverLooksBehindTheBuffer) {
+TEST(NextLine, neverLooksBehindTheBuffer) {
     std::string buffer = "a\nb";
     EXPECT_EQ(string_nextline(buffer.data(), buffer.data(), 2), nullptr);
     EXPECT_EQ(string_nextline(buffer.data(), buffer.data(), 1), nullptr);
     EXPECT_EQ(string_nextline(buffer.data(), buffer.data() + 3, 2), nullptr);
 }
 
-TEST(NextLine, IsNullForAStartBeforeTheBuffer) {
+TEST(NextLine, isNullForAStartBeforeTheBuffer) {
     std::string text = "a\nb\nc";
     EXPECT_EQ(string_nextline(text.data() + 2, text.data(), 3), nullptr);
 }
@@ -188,13 +188,13 @@ std::string valueBehind(std::string text, const char* parameter) {
 
 } // namespace
 
-TEST(Parameters, TheValueStandsBehindTheName) {
+TEST(Parameters, theValueStandsBehindTheName) {
     EXPECT_EQ(valueBehind("status active 1", "status active"), "1");
     EXPECT_EQ(valueBehind("status active   1", "status active"), "1");
     EXPECT_EQ(valueBehind("status active=1", "status active"), "1");
 }
 
-TEST(Parameters, LeadingZerosOfNumbersDoNotCount) {
+TEST(Parameters, leadingZerosOfNumbersDoNotCount) {
     EXPECT_EQ(valueBehind("b1 x", "b01"), "x");
     EXPECT_EQ(valueBehind("b001 x", "b01"), "x");
     EXPECT_EQ(valueBehind("b01 x", "b1"), "x");
@@ -202,26 +202,26 @@ TEST(Parameters, LeadingZerosOfNumbersDoNotCount) {
     EXPECT_EQ(valueBehind("b000 x", "b0"), "x");
 }
 
-TEST(Parameters, ZerosInsideANumberCount) {
+TEST(Parameters, zerosInsideANumberCount) {
     EXPECT_EQ(valueBehind("b101 x", "b11"), "<null>");
     EXPECT_EQ(valueBehind("b100 x", "b100"), "x");
     EXPECT_EQ(valueBehind("b10 x", "b100"), "<null>");
 }
 
-TEST(Parameters, OneBlankMeetsAnyNumberOfBlanks) {
+TEST(Parameters, oneBlankMeetsAnyNumberOfBlanks) {
     EXPECT_EQ(valueBehind("a    b x", "a b"), "x");
     EXPECT_EQ(valueBehind("a b x", "a    b"), "x");
     EXPECT_EQ(valueBehind("ab x", "a b"), "<null>");
     EXPECT_EQ(valueBehind("a b x", "ab"), "<null>");
 }
 
-TEST(Parameters, AnyOtherDifferenceIsAMismatch) {
+TEST(Parameters, anyOtherDifferenceIsAMismatch) {
     EXPECT_EQ(valueBehind("Status 1", "status"), "<null>");
     EXPECT_EQ(valueBehind("stat", "status"), "<null>");
     EXPECT_EQ(valueBehind("", "status"), "<null>");
 }
 
-TEST(Parameters, ANameWithoutAValueEndsAtTheNul) {
+TEST(Parameters, aNameWithoutAValueEndsAtTheNul) {
     EXPECT_EQ(valueBehind("status", "status"), "");
     EXPECT_EQ(valueBehind("status ", "status"), "");
 }

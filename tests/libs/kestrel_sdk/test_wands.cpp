@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(Wands, ALineFillsOneRecordPerDevice) {
+TEST(Wands, aLineFillsOneRecordPerDevice) {
     OpenParser parser;
     EXPECT_TRUE(parse(parser, join("6df 2 [0 0.5 5]", pose, "[1 1.0 0]", pose)).accepted);
     ASSERT_EQ(parser.getNumWand(), 2);
@@ -19,7 +19,7 @@ TEST(Wands, ALineFillsOneRecordPerDevice) {
     EXPECT_EQ(parser.getWand(1)->id, 1);
 }
 
-TEST(Wands, TheJoystickComesFromTheButtonBits) {
+TEST(Wands, theJoystickComesFromTheButtonBits) {
     struct Row {
         int bits;
         double first;
@@ -35,7 +35,7 @@ TEST(Wands, TheJoystickComesFromTheButtonBits) {
     }
 }
 
-TEST(Wands, BitsOfTheJoystickAreButtonsToo) {
+TEST(Wands, bitsOfTheJoystickAreButtonsToo) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6df 1 [0 1 160]", pose)).accepted);
     for (int i = 0; i < 8; ++i) {
@@ -43,13 +43,13 @@ TEST(Wands, BitsOfTheJoystickAreButtonsToo) {
     }
 }
 
-TEST(Wands, TheIdsMustBeInOrder) {
+TEST(Wands, theIdsMustBeInOrder) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6df 1 [1 1 0]", pose)).accepted);
     EXPECT_EQ(parser.getNumWand(), 1);
 }
 
-TEST(Wands, ACountBelowOneEmptiesTheTable) {
+TEST(Wands, aCountBelowOneEmptiesTheTable) {
     for (const char* line : {"6df 0", "6df -2"}) {
         OpenParser parser;
         ASSERT_TRUE(parse(parser, join("6df 1 [0 1 0]", pose)).accepted);
@@ -60,14 +60,14 @@ TEST(Wands, ACountBelowOneEmptiesTheTable) {
     }
 }
 
-TEST(Wands, AnUnreadableCountLeavesTheTable) {
+TEST(Wands, anUnreadableCountLeavesTheTable) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6df 1 [0 1 0]", pose)).accepted);
     EXPECT_FALSE(parse(parser, "6df x").accepted);
     EXPECT_EQ(parser.getNumWand(), 1);
 }
 
-TEST(Wands2, ALineFillsTheListedDevices) {
+TEST(Wands2, aLineFillsTheListedDevices) {
     OpenParser parser;
     EXPECT_TRUE(parse(parser, join("6df2 2 1 [0 0.5 6 3]", pose, "[37 0.25 -0.5 1]")).accepted);
     ASSERT_EQ(parser.getNumWand(), 2);
@@ -86,7 +86,7 @@ TEST(Wands2, ALineFillsTheListedDevices) {
     EXPECT_EQ(parser.getWand(1)->quality, -1.0);
 }
 
-TEST(Wands2, WithoutButtonsTheBlockHoldsNoBitWord) {
+TEST(Wands2, withoutButtonsTheBlockHoldsNoBitWord) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, join("6df2 1 1 [0 1 0 2]", pose, "[0.5 0.75]")).accepted);
     EXPECT_EQ(parser.getWand(0)->joystick[0], 0.5);
@@ -96,7 +96,7 @@ TEST(Wands2, WithoutButtonsTheBlockHoldsNoBitWord) {
     EXPECT_EQ(parser.getWand(0)->button[7], 1);
 }
 
-TEST(Wands2, ListingNoneKeepsTheDefinedOnes) {
+TEST(Wands2, listingNoneKeepsTheDefinedOnes) {
     KestrelParser parser;
     EXPECT_TRUE(parse(parser, "6df2 3 0").accepted);
     EXPECT_EQ(parser.getNumWand(), 3);
@@ -104,7 +104,7 @@ TEST(Wands2, ListingNoneKeepsTheDefinedOnes) {
     EXPECT_EQ(parser.getNumWand(), 3);
 }
 
-TEST(Wands2, AMissingSecondCountFailsBehindTheFirst) {
+TEST(Wands2, aMissingSecondCountFailsBehindTheFirst) {
     KestrelParser parser;
     const Parsed parsed = parse(parser, "6df2 3 x");
     EXPECT_FALSE(parsed.accepted);
@@ -112,7 +112,7 @@ TEST(Wands2, AMissingSecondCountFailsBehindTheFirst) {
     EXPECT_EQ(parser.getNumWand(), 3);
 }
 
-TEST(Wands2, TooManyButtonsFailBehindTheQuality) {
+TEST(Wands2, tooManyButtonsFailBehindTheQuality) {
     KestrelParser parser;
     ASSERT_TRUE(parse(parser, join("6df2 1 1 [0 1 2 0]", pose, "[3]")).accepted);
     EXPECT_FALSE(parse(parser, join("6df2 1 1 [0 0.25 9 0]", pose, "[3]")).accepted);
@@ -120,7 +120,7 @@ TEST(Wands2, TooManyButtonsFailBehindTheQuality) {
     EXPECT_EQ(parser.getWand(0)->num_button, 2);
 }
 
-TEST(Wands2, TheIdsMustBeInOrder) {
+TEST(Wands2, theIdsMustBeInOrder) {
     KestrelParser parser;
     EXPECT_FALSE(parse(parser, join("6df2 2 1 [1 1 0 0]", pose, "[]")).accepted);
 }

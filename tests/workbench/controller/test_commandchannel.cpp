@@ -35,14 +35,14 @@ private Q_SLOTS:
         m_controller.reset();
     }
 
-    void without_a_connection_every_command_fails_at_once() {
+    void withoutAConnectionEveryCommandFailsAtOnce() {
         QElapsedTimer clock;
         clock.start();
         QCOMPARE(m_channel->ask("kestrel2 get a").result, int(workbench::NotConnected));
         QVERIFY(clock.elapsed() < slack);
     }
 
-    void a_get_gives_the_value_behind_the_name() {
+    void aGetGivesTheValueBehindTheName() {
         m_controller->answer("status active", "none");
         QVERIFY(open());
         const CommandChannel::Answer answer = m_channel->ask("kestrel2 get status active");
@@ -51,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(answer.reply.value, std::string("none"));
     }
 
-    void replies_are_judged_data() {
+    void repliesAreJudged_data() {
         QTest::addColumn<QByteArray>("command");
         QTest::addColumn<QByteArray>("reply");
         QTest::addColumn<int>("result");
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QTest::newRow("refused question")
             << QByteArray("kestrel2 get a") << QByteArray("kestrel2 err 3 \"unknown\"\n") << 3;
     }
-    void replies_are_judged() {
+    void repliesAreJudged() {
         QFETCH(QByteArray, command);
         QFETCH(QByteArray, reply);
         QFETCH(int, result);
@@ -94,7 +94,7 @@ private Q_SLOTS:
         QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
     }
 
-    void what_is_no_command_line_is_not_sent() {
+    void whatIsNoCommandLineIsNotSent() {
         QVERIFY(open());
         m_controller->clearCommands();
         const std::string tooLong(kestrel_wire::maxLineLength + 1, 'x');
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->commands().size(), std::size_t(1));
     }
 
-    void each_command_is_one_write() {
+    void eachCommandIsOneWrite() {
         QVERIFY(open());
         constexpr int commands = 20;
         for (int i = 0; i < commands; ++i) {
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->receivedSegments(), commands);
     }
 
-    void a_command_into_a_dropped_connection_fails_without_a_warning() {
+    void aCommandIntoADroppedConnectionFailsWithoutAWarning() {
         QVERIFY(open());
         QCOMPARE(m_channel->ask("kestrel2 get status active").result, 0);
         m_controller->dropConnections();
@@ -136,7 +136,7 @@ private Q_SLOTS:
         QCOMPARE(warnings, 0);
     }
 
-    void callbacks_come_in_order_and_never_from_inside_ask() {
+    void callbacksComeInOrderAndNeverFromInsideAsk() {
         QVERIFY(open());
         QStringList order;
         bool inside = false;
@@ -156,7 +156,7 @@ private Q_SLOTS:
         QVERIFY(!calledInside);
     }
 
-    void a_silent_controller_costs_one_timeout_and_no_more() {
+    void aSilentControllerCostsOneTimeoutAndNoMore() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
         m_controller->setSilent(true);
@@ -187,7 +187,7 @@ private Q_SLOTS:
         QCOMPARE(failedCallbacks, 10);
     }
 
-    void a_timeout_is_found_out_from_the_event_loop_too() {
+    void aTimeoutIsFoundOutFromTheEventLoopToo() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
         m_controller->setSilent(true);
@@ -199,7 +199,7 @@ private Q_SLOTS:
         QCOMPARE(result, int(workbench::TimedOut));
     }
 
-    void a_slow_controller_is_not_a_dead_one() {
+    void aSlowControllerIsNotADeadOne() {
         QVERIFY(open());
         m_controller->setDelay(shortTimeout);
         int answered = 0;
@@ -212,7 +212,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(answered, 3, patience);
     }
 
-    void a_late_reply_is_never_taken_for_the_next_one() {
+    void aLateReplyIsNeverTakenForTheNextOne() {
         QVERIFY(open());
         m_controller->setDelay(3 * shortTimeout);
         QCOMPARE(m_channel->ask("kestrel2 old", shortTimeout).result, int(workbench::TimedOut));
@@ -226,7 +226,7 @@ private Q_SLOTS:
         }
     }
 
-    void lines_that_nobody_asked_for_are_dropped() {
+    void linesThatNobodyAskedForAreDropped() {
         QVERIFY(open());
         QSignalSpy unexpected(m_channel.get(), &CommandChannel::unexpectedLine);
         m_controller->answerRaw("kestrel2 twice", "kestrel2 ok\nkestrel2 ok\n");
@@ -236,7 +236,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(unexpected.count(), 1, patience);
     }
 
-    void an_unasked_line_in_the_event_loop_is_dropped_and_told() {
+    void anUnaskedLineInTheEventLoopIsDroppedAndTold() {
         QVERIFY(open());
         QCOMPARE(m_channel->ask("kestrel2 first").result, 0);
         QSignalSpy unexpected(m_channel.get(), &CommandChannel::unexpectedLine);
@@ -246,7 +246,7 @@ private Q_SLOTS:
         QCOMPARE(m_channel->ask("kestrel2 refused").result, 7);
     }
 
-    void the_beginning_of_an_unasked_line_closes_the_connection() {
+    void theBeginningOfAnUnaskedLineClosesTheConnection() {
         QVERIFY(open());
         m_controller->answerRaw("kestrel2 more", "kestrel2 ok\nkestrel2 o");
         QCOMPARE(m_channel->ask("kestrel2 more").result, 0);
@@ -255,7 +255,7 @@ private Q_SLOTS:
         QVERIFY(lost.wait(patience));
     }
 
-    void replies_out_of_step_close_the_connection() {
+    void repliesOutOfStepCloseTheConnection() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
         m_controller->answerRaw("kestrel2 get a", "kestrel2 set b 1\n");
@@ -266,14 +266,14 @@ private Q_SLOTS:
         QVERIFY(lost.wait(patience));
     }
 
-    void a_reply_that_fits_between_those_that_do_not_keeps_the_connection_data() {
+    void aReplyThatFitsBetweenThoseThatDoNotKeepsTheConnection_data() {
         QTest::addColumn<QByteArray>("command");
         QTest::addColumn<int>("result");
         QTest::newRow("acknowledged") << QByteArray("kestrel2 set x 1") << 0;
         QTest::newRow("refused") << QByteArray("kestrel2 refused") << 7;
         QTest::newRow("answered") << QByteArray("kestrel2 get status active") << 0;
     }
-    void a_reply_that_fits_between_those_that_do_not_keeps_the_connection() {
+    void aReplyThatFitsBetweenThoseThatDoNotKeepsTheConnection() {
         QFETCH(QByteArray, command);
         QFETCH(int, result);
         QVERIFY(open());
@@ -286,7 +286,7 @@ private Q_SLOTS:
         QVERIFY(m_channel->isOpen());
     }
 
-    void a_reply_without_an_end_is_refused() {
+    void aReplyWithoutAnEndIsRefused() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
         m_controller->answerRaw("kestrel2 flood", std::string(200 * 1024, 'x'));
@@ -294,13 +294,13 @@ private Q_SLOTS:
         QVERIFY(lost.wait(patience));
     }
 
-    void a_cut_reply_is_a_timeout() {
+    void aCutReplyIsATimeout() {
         QVERIFY(open());
         m_controller->answerRaw("kestrel2 cut", "kestrel2 o");
         QCOMPARE(m_channel->ask("kestrel2 cut", shortTimeout).result, int(workbench::TimedOut));
     }
 
-    void a_dropped_connection_fails_the_commands_under_way() {
+    void aDroppedConnectionFailsTheCommandsUnderWay() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
         m_controller->setSilent(true);
@@ -317,7 +317,7 @@ private Q_SLOTS:
         QCOMPARE(result, int(workbench::NotConnected));
     }
 
-    void the_queue_has_a_limit() {
+    void theQueueHasALimit() {
         QVERIFY(open());
         m_controller->setSilent(true);
         for (std::size_t i = 0; i < CommandChannel::maxPending; ++i) {
@@ -326,7 +326,7 @@ private Q_SLOTS:
         QCOMPARE(m_channel->ask("kestrel2 one more").result, int(workbench::QueueFull));
     }
 
-    void a_refused_connection_is_reported() {
+    void aRefusedConnectionIsReported() {
         const quint16 port = m_controller->port();
         m_controller->stopListening();
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
@@ -335,7 +335,7 @@ private Q_SLOTS:
         QVERIFY(!m_channel->isOpen());
     }
 
-    void closing_ends_everything_silently() {
+    void closingEndsEverythingSilently() {
         QVERIFY(open());
         QSignalSpy lost(m_channel.get(), &CommandChannel::lost);
         m_controller->setSilent(true);
@@ -347,7 +347,7 @@ private Q_SLOTS:
         QCOMPARE(lost.count(), 0);
     }
 
-    void the_observer_sees_commands_and_replies_in_order() {
+    void theObserverSeesCommandsAndRepliesInOrder() {
         QVERIFY(open());
         std::vector<std::string> seen;
         m_channel->setObserver(

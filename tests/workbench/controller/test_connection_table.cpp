@@ -110,7 +110,7 @@ class TestConnectionTable : public QObject {
     }
 
 private Q_SLOTS:
-    void every_event_in_every_place_data() {
+    void everyEventInEveryPlace_data() {
         QTest::addColumn<Place>("before");
         QTest::addColumn<Event>("event");
         QTest::addColumn<Place>("after");
@@ -126,7 +126,7 @@ private Q_SLOTS:
             }
         }
     }
-    void every_event_in_every_place() {
+    void everyEventInEveryPlace() {
         QFETCH(Place, before);
         QFETCH(Event, event);
         QFETCH(Place, after);
@@ -166,13 +166,13 @@ private Q_SLOTS:
         }
     }
 
-    void the_program_can_end_in_every_place_data() {
+    void theProgramCanEndInEveryPlace_data() {
         QTest::addColumn<Place>("place");
         for (auto place = places.begin(); place != places.end(); ++place) {
             QTest::newRow(qPrintable(place.key())) << place.value();
         }
     }
-    void the_program_can_end_in_every_place() {
+    void theProgramCanEndInEveryPlace() {
         QFETCH(Place, place);
         ConnectionRig rig;
         QVERIFY2(rig.bring(place, false), qPrintable(rig.placeText()));

@@ -43,7 +43,7 @@ private Q_SLOTS:
         m_controller.reset();
     }
 
-    void connecting_reads_the_versions_and_names_the_data_port() {
+    void connectingReadsTheVersionsAndNamesTheDataPort() {
         const BackendVersions* versions = m_parts->session.versions();
         becomeReady();
         QVERIFY(versions->systemPt() == VersionInfo(2, 10, 1));
@@ -56,7 +56,7 @@ private Q_SLOTS:
                  QStringLiteral("Connected to 127.0.0.1:%1").arg(m_controller->port()));
     }
 
-    void the_state_is_said_in_words() {
+    void theStateIsSaidInWords() {
         QCOMPARE(m_parts->session.stateText(), QStringLiteral("Not connected"));
         const quint16 port = m_controller->port();
         m_controller->stopListening();
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(m_parts->session.stateText(), QStringLiteral("Not connected"));
     }
 
-    void after_a_loss_it_comes_back_with_fresh_versions_into_the_same_record() {
+    void afterALossItComesBackWithFreshVersionsIntoTheSameRecord() {
         becomeReady();
         const BackendVersions* versions = m_parts->session.versions();
         QSignalSpy ready(&m_parts->session, &ControllerSession::ready);
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(m_controller->count("kestrel2 get status active"), 1, patience);
     }
 
-    void a_frozen_controller_does_not_freeze_the_caller_again_while_it_is_tried() {
+    void aFrozenControllerDoesNotFreezeTheCallerAgainWhileItIsTried() {
         becomeReady();
         char reply[200];
         m_controller->setSilent(true);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);
     }
 
-    void start_and_stop_are_learnt_from_acknowledged_commands() {
+    void startAndStopAreLearntFromAcknowledgedCommands() {
         becomeReady();
         Witness witness;
         m_parts->host().register_measurement_requester(&witness);
@@ -133,7 +133,7 @@ private Q_SLOTS:
         m_parts->host().unregister_measurement_requester(&witness);
     }
 
-    void a_refused_start_starts_nothing() {
+    void aRefusedStartStartsNothing() {
         becomeReady();
         m_controller->answerRaw("kestrel2 tracking start", "kestrel2 err 8 \"no\"\n");
         char reply[200];
@@ -141,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(!m_parts->monitor.isMeasuring());
     }
 
-    void what_others_start_and_stop_is_learnt_by_asking() {
+    void whatOthersStartAndStopIsLearntByAsking() {
         becomeReady();
         Witness witness;
         m_parts->host().register_measurement_requester(&witness);
@@ -158,7 +158,7 @@ private Q_SLOTS:
         m_parts->host().unregister_measurement_requester(&witness);
     }
 
-    void giving_a_controller_up_ends_the_measurement() {
+    void givingAControllerUpEndsTheMeasurement() {
         m_controller->answer("status active", "tracking");
         becomeReady();
         QTRY_VERIFY_WITH_TIMEOUT(m_parts->monitor.isMeasuring(), patience);
@@ -169,7 +169,7 @@ private Q_SLOTS:
         m_parts->host().unregister_measurement_requester(&witness);
     }
 
-    void a_version_that_cannot_be_read_is_unknown_and_the_rest_goes_on() {
+    void aVersionThatCannotBeReadIsUnknownAndTheRestGoesOn() {
         m_controller->answerRaw("kestrel2 get version system_ct", "kestrel2 err 3 \"no\"\n");
         m_controller->answer("version system", "rubbish");
         becomeReady();
@@ -178,7 +178,7 @@ private Q_SLOTS:
         QVERIFY(m_parts->session.versions()->protocol() == VersionInfo(1, 14, 0));
     }
 
-    void a_repeated_refusal_is_logged_once() {
+    void aRepeatedRefusalIsLoggedOnce() {
         becomeReady();
         char reply[200];
         for (int i = 0; i < 20; ++i) {
@@ -188,7 +188,7 @@ private Q_SLOTS:
         QCOMPARE(m_parts->log.toText().count(QStringLiteral("kestrel2 get unknown")), 1);
     }
 
-    void the_data_port_stays_the_same_after_each_loss() {
+    void theDataPortStaysTheSameAfterEachLoss() {
         QSignalSpy ready(&m_parts->session, &ControllerSession::ready);
         becomeReady();
         const quint16 port = m_controller->dataPort();
@@ -201,7 +201,7 @@ private Q_SLOTS:
         QCOMPARE(m_parts->session.boundDataPort(), port);
     }
 
-    void another_port_is_taken_when_the_last_one_is_in_use_meanwhile() {
+    void anotherPortIsTakenWhenTheLastOneIsInUseMeanwhile() {
         QSignalSpy ready(&m_parts->session, &ControllerSession::ready);
         becomeReady();
         ready.clear();
@@ -216,7 +216,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->dataPort(), m_parts->session.boundDataPort());
     }
 
-    void an_opening_that_fails_again_and_again_is_logged_once() {
+    void anOpeningThatFailsAgainAndAgainIsLoggedOnce() {
         m_controller->answerRaw("kestrel2 get version system", "kestrel2 err 3 \"no\"\n");
         m_controller->answerRaw("kestrel2 get version model", "kestrel2 o"); // never ends
         m_parts->connectTo(m_controller->port());
@@ -228,14 +228,14 @@ private Q_SLOTS:
         QCOMPARE(log.count(QStringLiteral("No connection to ")), 1);
     }
 
-    void versions_without_a_patch_are_logged_as_they_came() {
+    void versionsWithoutAPatchAreLoggedAsTheyCame() {
         m_controller->answer("version system", "2.10");
         becomeReady();
         QCoreApplication::processEvents();
         QVERIFY(m_parts->log.toText().contains(QStringLiteral("system 2.10, protocol 1.14.0")));
     }
 
-    void a_data_port_in_use_is_told_and_the_commands_still_work() {
+    void aDataPortInUseIsToldAndTheCommandsStillWork() {
         QUdpSocket other;
         QVERIFY(other.bind(QHostAddress::LocalHost));
         workbench::ControllerAddress address;

@@ -66,7 +66,7 @@ private Q_SLOTS:
     }
     void cleanup() { m_receiver.reset(); }
 
-    void a_frame_is_handed_out_line_by_line_by_first_word() {
+    void aFrameIsHandedOutLineByLineByFirstWord() {
         Collector tools;
         Collector frames;
         m_registry.add("6dmt", &tools);
@@ -80,7 +80,7 @@ private Q_SLOTS:
         m_registry.remove("fr", &frames);
     }
 
-    void datagrams_from_elsewhere_are_counted_and_dropped() {
+    void datagramsFromElsewhereAreCountedAndDropped() {
         Collector tools;
         m_registry.add("6dmt", &tools);
         send("6dmt 0", QHostAddress(QStringLiteral("127.0.0.2")));
@@ -92,7 +92,7 @@ private Q_SLOTS:
         m_registry.remove("6dmt", &tools);
     }
 
-    void the_largest_datagram_is_taken_whole() {
+    void theLargestDatagramIsTakenWhole() {
         Collector tools;
         m_registry.add("6dmt", &tools);
         const QByteArray line = "6dmt " + QByteArray(65000, 'x');
@@ -102,7 +102,7 @@ private Q_SLOTS:
         m_registry.remove("6dmt", &tools);
     }
 
-    void odd_frames_do_no_harm() {
+    void oddFramesDoNoHarm() {
         Collector tools;
         m_registry.add("6dmt", &tools);
         send(QByteArray());
@@ -116,7 +116,7 @@ private Q_SLOTS:
         m_registry.remove("6dmt", &tools);
     }
 
-    void frames_and_gaps_are_counted() {
+    void framesAndGapsAreCounted() {
         for (const int counter : {10, 11, 14, 15}) {
             send("fr " + QByteArray::number(counter) + "\r\n6d 0");
         }
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QVERIFY(m_receiver->statistics().snapshot().lastFrameAge >= 0.0);
     }
 
-    void a_port_in_use_is_refused_with_a_reason() {
+    void aPortInUseIsRefusedWithAReason() {
         workbench::DataReceiver second(m_registry, m_recorder);
         QString error;
         QCOMPARE(second.start(QHostAddress::LocalHost, m_port, QHostAddress::LocalHost, &error),
@@ -133,7 +133,7 @@ private Q_SLOTS:
         QVERIFY(!error.isEmpty());
     }
 
-    void starting_again_and_stopping_at_once_work() {
+    void startingAgainAndStoppingAtOnceWork() {
         QString error;
         for (int i = 0; i < 20; ++i) {
             QVERIFY(m_receiver->start(QHostAddress::LocalHost, 0, QHostAddress::LocalHost,
@@ -143,7 +143,7 @@ private Q_SLOTS:
         m_receiver->stop();
     }
 
-    void a_requester_may_leave_while_lines_come() {
+    void aRequesterMayLeaveWhileLinesCome() {
         for (int i = 0; i < 50; ++i) {
             auto tools = std::make_unique<Collector>();
             m_registry.add("6dmt", tools.get());

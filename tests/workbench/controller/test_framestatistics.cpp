@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto frameInterval = std::chrono::milliseconds(20);
 
-TEST(FrameStatistics, TheCounterIsReadFromTheFrLineAlone) {
+TEST(FrameStatistics, theCounterIsReadFromTheFrLineAlone) {
     EXPECT_EQ(FrameStatistics::frameCounter("fr 0"), 0);
     EXPECT_EQ(FrameStatistics::frameCounter("fr 4294967295"), 4294967295);
     for (const char* line : {"", "fr", "fr ", "fr x", "fra 1", "ts 1.5", "6d 0", " fr 1"}) {
@@ -20,13 +20,13 @@ TEST(FrameStatistics, TheCounterIsReadFromTheFrLineAlone) {
     }
 }
 
-TEST(FrameStatistics, BeforeTheFirstFrameThereIsNoAge) {
+TEST(FrameStatistics, beforeTheFirstFrameThereIsNoAge) {
     FrameStatistics statistics;
     EXPECT_LT(statistics.snapshot().lastFrameAge, 0.0);
     EXPECT_EQ(statistics.snapshot().frames, 0U);
 }
 
-TEST(FrameStatistics, TheRateIsThatOfTheLastSecond) {
+TEST(FrameStatistics, theRateIsThatOfTheLastSecond) {
     FrameStatistics statistics;
     Clock::time_point now = Clock::now();
     for (int i = 0; i < 100; ++i) {
@@ -39,7 +39,7 @@ TEST(FrameStatistics, TheRateIsThatOfTheLastSecond) {
     EXPECT_NEAR(statistics.snapshot(now).lastFrameAge, 2.02, 1e-6);
 }
 
-TEST(FrameStatistics, GapsAreLossesAndNewBeginningsAreNot) {
+TEST(FrameStatistics, gapsAreLossesAndNewBeginningsAreNot) {
     FrameStatistics statistics;
     for (const int counter : {5, 6, 9, 10, 1, 2, 4}) {
         statistics.addFrame(counter, 0);
@@ -51,7 +51,7 @@ TEST(FrameStatistics, GapsAreLossesAndNewBeginningsAreNot) {
     EXPECT_EQ(statistics.snapshot().frames, 9U);
 }
 
-TEST(FrameStatistics, UnreadableLinesAndForeignDatagramsAreCounted) {
+TEST(FrameStatistics, unreadableLinesAndForeignDatagramsAreCounted) {
     FrameStatistics statistics;
     statistics.addFrame(1, 2);
     statistics.addFrame(2, 1);
@@ -71,7 +71,7 @@ bool format(std::string& text, std::size_t maxLength, const char* pattern, ...) 
     return good;
 }
 
-TEST(PrintfText, NumbersHaveADecimalPointInEveryLocale) {
+TEST(PrintfText, numbersHaveADecimalPointInEveryLocale) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
     std::string text;
@@ -80,7 +80,7 @@ TEST(PrintfText, NumbersHaveADecimalPointInEveryLocale) {
     EXPECT_EQ(text, "b07 -0.125 x");
 }
 
-TEST(PrintfText, LengthsAroundTheInnerBufferAndTheLimitAreExact) {
+TEST(PrintfText, lengthsAroundTheInnerBufferAndTheLimitAreExact) {
     std::string text;
     for (const std::size_t length : {0U, 1U, 198U, 199U, 200U, 201U, 1000U}) {
         const std::string input(length, 'x');

@@ -56,7 +56,7 @@ private:
     std::promise<void> m_open;
 };
 
-TEST(RequesterRegistry, LinesGoToTheSubscribersOfTheirChannelAlone) {
+TEST(RequesterRegistry, linesGoToTheSubscribersOfTheirChannelAlone) {
     RequesterRegistry registry;
     Receiver first;
     Receiver second;
@@ -74,7 +74,7 @@ TEST(RequesterRegistry, LinesGoToTheSubscribersOfTheirChannelAlone) {
     EXPECT_EQ(first.lines, 1);
 }
 
-TEST(RequesterRegistry, SubscribingTwiceIsTheSameAsOnce) {
+TEST(RequesterRegistry, subscribingTwiceIsTheSameAsOnce) {
     RequesterRegistry registry;
     Receiver receiver;
     registry.add("6dmt", &receiver);
@@ -87,7 +87,7 @@ TEST(RequesterRegistry, SubscribingTwiceIsTheSameAsOnce) {
     EXPECT_EQ(receiver.lines, 1);
 }
 
-TEST(RequesterRegistry, WhatCannotBeSubscribedIsRefused) {
+TEST(RequesterRegistry, whatCannotBeSubscribedIsRefused) {
     RequesterRegistry registry;
     Receiver receiver;
     EXPECT_LT(registry.add("6dmt", nullptr), 0);
@@ -97,7 +97,7 @@ TEST(RequesterRegistry, WhatCannotBeSubscribedIsRefused) {
     EXPECT_LT(registry.removeForMeasurement(&receiver), 0);
 }
 
-TEST(RequesterRegistry, RejectedLinesAreCounted) {
+TEST(RequesterRegistry, rejectedLinesAreCounted) {
     RequesterRegistry registry;
     Receiver good;
     Receiver bad;
@@ -112,7 +112,7 @@ TEST(RequesterRegistry, RejectedLinesAreCounted) {
     EXPECT_EQ(delivery.accepted, 2);
 }
 
-TEST(RequesterRegistry, ARequesterMayLeaveFromInsideItsOwnCall) {
+TEST(RequesterRegistry, aRequesterMayLeaveFromInsideItsOwnCall) {
     RequesterRegistry registry;
     Receiver receiver;
     registry.add("6dmt", &receiver);
@@ -124,7 +124,7 @@ TEST(RequesterRegistry, ARequesterMayLeaveFromInsideItsOwnCall) {
     EXPECT_EQ(receiver.lines, 1);
 }
 
-TEST(RequesterRegistry, ARequesterThatLeavesThroughAnotherOnesCallIsNotCalledAnyMore) {
+TEST(RequesterRegistry, aRequesterThatLeavesThroughAnotherOnesCallIsNotCalledAnyMore) {
     RequesterRegistry registry;
     Receiver first;
     auto second = std::make_unique<Receiver>();
@@ -140,7 +140,7 @@ TEST(RequesterRegistry, ARequesterThatLeavesThroughAnotherOnesCallIsNotCalledAny
     EXPECT_EQ(first.lines, 1);
 }
 
-TEST(RequesterRegistry, OneThatSubscribesInsideACallGetsTheNextLine) {
+TEST(RequesterRegistry, oneThatSubscribesInsideACallGetsTheNextLine) {
     RequesterRegistry registry;
     Receiver first;
     Receiver second;
@@ -152,7 +152,7 @@ TEST(RequesterRegistry, OneThatSubscribesInsideACallGetsTheNextLine) {
     EXPECT_EQ(second.lines, 1);
 }
 
-TEST(RequesterRegistry, StartAndStopGoToThoseWhoAskedForThem) {
+TEST(RequesterRegistry, startAndStopGoToThoseWhoAskedForThem) {
     RequesterRegistry registry;
     Receiver receiver;
     Receiver other;
@@ -167,7 +167,7 @@ TEST(RequesterRegistry, StartAndStopGoToThoseWhoAskedForThem) {
     EXPECT_EQ(other.started, 0);
 }
 
-TEST(RequesterRegistry, LeavingWaitsForACallInFlight) {
+TEST(RequesterRegistry, leavingWaitsForACallInFlight) {
     RequesterRegistry registry;
     Receiver receiver;
     Gate gate;
@@ -190,7 +190,7 @@ TEST(RequesterRegistry, LeavingWaitsForACallInFlight) {
     data.join();
 }
 
-TEST(RequesterRegistry, LeavingDoesNotWaitForCallsOfOtherChannels) {
+TEST(RequesterRegistry, leavingDoesNotWaitForCallsOfOtherChannels) {
     RequesterRegistry registry;
     Receiver receiver;
     Gate gate;
@@ -208,7 +208,7 @@ TEST(RequesterRegistry, LeavingDoesNotWaitForCallsOfOtherChannels) {
     data.join();
 }
 
-TEST(RequesterRegistry, TwoThatLeaveThroughEachOthersCallsDoNotLockUp) {
+TEST(RequesterRegistry, twoThatLeaveThroughEachOthersCallsDoNotLockUp) {
     RequesterRegistry registry;
     Receiver lines;
     Receiver measurement;
@@ -234,7 +234,7 @@ TEST(RequesterRegistry, TwoThatLeaveThroughEachOthersCallsDoNotLockUp) {
     ASSERT_EQ(gui.wait_for(patience), std::future_status::ready);
 }
 
-TEST(RequesterRegistry, NobodyIsCalledAfterLeavingHoweverFastTheLinesCome) {
+TEST(RequesterRegistry, nobodyIsCalledAfterLeavingHoweverFastTheLinesCome) {
     RequesterRegistry registry;
     std::atomic<bool> stop{false};
     std::thread data([&] {

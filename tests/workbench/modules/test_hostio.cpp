@@ -40,7 +40,7 @@ private Q_SLOTS:
         m_controller.reset();
     }
 
-    void a_string_is_the_value_part() {
+    void aStringIsTheValuePart() {
         m_controller->answer("measurementtool reference_of_tool b02", "b01");
         char reply[200];
         QCOMPARE(host().get_parameter_string(reply, "measurementtool reference_of_tool b%2.2d", 2),
@@ -49,7 +49,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->count("kestrel2 get measurementtool reference_of_tool b02"), 1);
     }
 
-    void a_reply_of_199_characters_fits_and_one_of_200_does_not() {
+    void aReplyOf199CharactersFitsAndOneOf200DoesNot() {
         for (const int size : {199, 200, 5000}) {
             m_controller->answer("long", std::string(static_cast<std::size_t>(size), 'x'));
             char reply[400];
@@ -64,7 +64,7 @@ private Q_SLOTS:
         QVERIFY(logHas(QStringLiteral("reply too long")));
     }
 
-    void send_command_hands_out_the_whole_line() {
+    void sendCommandHandsOutTheWholeLine() {
         char reply[200];
         QCOMPARE(host().send_command(reply, "kestrel2 tracking start"), 0);
         QCOMPARE(QByteArray(reply), QByteArray("kestrel2 ok"));
@@ -78,7 +78,7 @@ private Q_SLOTS:
         QVERIFY(host().send_command(reply, "kestrel2 long") < 0);
     }
 
-    void numbers_are_wholly_numbers_data() {
+    void numbersAreWhollyNumbers_data() {
         QTest::addColumn<QByteArray>("value");
         QTest::addColumn<bool>("isInt");
         QTest::addColumn<int>("asInt");
@@ -104,7 +104,7 @@ private Q_SLOTS:
         QTest::newRow("not a number") << QByteArray("nan") << false << 0 << false << 0.0;
         QTest::newRow("infinite") << QByteArray("-inf") << false << 0 << false << 0.0;
     }
-    void numbers_are_wholly_numbers() {
+    void numbersAreWhollyNumbers() {
         QFETCH(QByteArray, value);
         QFETCH(bool, isInt);
         QFETCH(int, asInt);
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(d, isDouble ? asDouble : 7.7);
     }
 
-    void yes_and_no_are_exact() {
+    void yesAndNoAreExact() {
         bool value = false;
         m_controller->answer("b", "yes");
         QCOMPARE(host().get_parameter_bool(&value, "b"), 0);
@@ -134,7 +134,7 @@ private Q_SLOTS:
         }
     }
 
-    void the_controllers_error_numbers_come_through() {
+    void theControllersErrorNumbersComeThrough() {
         char reply[200];
         int i = 0;
         QCOMPARE(host().get_parameter_string(reply, "unknown"), 3);
@@ -144,7 +144,7 @@ private Q_SLOTS:
         QVERIFY(logHas(QStringLiteral("bad (error 4)")));
     }
 
-    void formats_are_written_with_a_decimal_point() {
+    void formatsAreWrittenWithADecimalPoint() {
         const QByteArray before = std::setlocale(LC_ALL, nullptr);
         QVERIFY(std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr);
         const int result = host().set_parameter("radius b%2.2d %.3f", 3, 1.5);
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(m_controller->count("kestrel2 set radius b03 1.500"), 1);
     }
 
-    void long_parameters_are_sent_whole_and_endless_ones_not_at_all() {
+    void longParametersAreSentWholeAndEndlessOnesNotAtAll() {
         const std::string text(1000, 'y');
         QCOMPARE(host().set_parameter("a %s", text.c_str()), 0);
         QCOMPARE(m_controller->count("kestrel2 set a " + text), 1);
@@ -162,7 +162,7 @@ private Q_SLOTS:
         QCOMPARE(host().set_parameter("a\nkestrel2 b"), int(workbench::BadCommand));
     }
 
-    void null_pointers_are_refused() {
+    void nullPointersAreRefused() {
         char reply[200];
         QVERIFY(host().send_command(nullptr, "kestrel2 a") < 0);
         QVERIFY(host().send_command(reply, nullptr) < 0);
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QVERIFY(host().register_measurement_requester(nullptr) < 0);
     }
 
-    void the_timeout_of_the_next_command_can_be_set_and_only_of_that_one() {
+    void theTimeoutOfTheNextCommandCanBeSetAndOnlyOfThatOne() {
         char reply[200];
         // Behind this reply nothing of the session's own is under way that the delay would hit.
         QCOMPARE(host().send_command(reply, "kestrel2 tracking stop"), 0);
@@ -182,7 +182,7 @@ private Q_SLOTS:
         QCOMPARE(host().send_command(reply, "kestrel2 tracking start"), int(workbench::TimedOut));
     }
 
-    void a_dead_controller_costs_one_timeout() {
+    void aDeadControllerCostsOneTimeout() {
         m_controller->setSilent(true);
         QElapsedTimer clock;
         clock.start();
@@ -194,7 +194,7 @@ private Q_SLOTS:
         QVERIFY(clock.elapsed() < workbench::CommandChannel::defaultTimeoutMs + slack);
     }
 
-    void other_threads_are_refused() {
+    void otherThreadsAreRefused() {
         int result = 0;
         std::thread other([&] {
             char reply[200];
@@ -204,7 +204,7 @@ private Q_SLOTS:
         QCOMPARE(result, int(workbench::WrongThread));
     }
 
-    void log_lines_of_modules_are_plain_text() {
+    void logLinesOfModulesArePlainText() {
         host().write_log("standard", "KESTREL3", 1, "Error: <b>100%s</b>\nnext");
         QVERIFY(logHas(QStringLiteral("standard\tKESTREL3\t1\tError: <b>100%s</b>\\nnext")));
     }

@@ -39,7 +39,7 @@ private Q_SLOTS:
         m_menus = new MenuArranger(m_bar.get());
     }
 
-    void menus_and_entries_stand_in_ascending_order() {
+    void menusAndEntriesStandInAscendingOrder() {
         m_menus->add({"&View", 400, 270, action("display")});
         m_menus->add({"&Tracking", 300, 60, action("calibration")});
         m_menus->add({"&Help", 900, 1, action("about")});
@@ -50,7 +50,7 @@ private Q_SLOTS:
         QCOMPARE(entries(1), QStringList({"settings", "calibration"}));
     }
 
-    void equal_numbers_keep_the_order_of_adding() {
+    void equalNumbersKeepTheOrderOfAdding() {
         m_menus->add({"&B", 300, 50, action("first")});
         m_menus->add({"&A", 300, 50, action("other")});
         m_menus->add({"&B", 300, 50, action("second")});
@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(entries(0), QStringList({"first", "second"}));
     }
 
-    void a_line_is_drawn_where_the_hundreds_change() {
+    void aLineIsDrawnWhereTheHundredsChange() {
         for (const int order : {10, 20, 270, 280}) {
             m_menus->add({"&View", 400, order, action(QByteArray::number(order))});
         }
@@ -67,7 +67,7 @@ private Q_SLOTS:
         QCOMPARE(entries(0), QStringList({"10", "20", "-", "270", "280"}));
     }
 
-    void menus_of_the_same_title_are_one_and_the_lowest_number_counts() {
+    void menusOfTheSameTitleAreOneAndTheLowestNumberCounts() {
         m_menus->add({"&View", 400, 10, action("own")});
         m_menus->add({"Tracking", 300, 10, action("settings")});
         m_menus->add({"View", 200, 20, action("display")});
@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(entries(0), QStringList({"own", "display"}));
     }
 
-    void entries_that_must_not_are_disabled_while_measuring() {
+    void entriesThatMustNotAreDisabledWhileMeasuring() {
         QAction* const settings = action("settings");
         QAction* const display = action("display");
         m_menus->add({"&Tracking", 300, 50, settings, false, true});
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QVERIFY(late->isEnabled());
     }
 
-    void entries_of_modules_go_and_come_back() {
+    void entriesOfModulesGoAndComeBack() {
         m_menus->add({"&File", 100, 1, action("open")});
         auto* const settings = action("settings");
         m_menus->add({"&Tracking", 300, 50, settings, false, true});
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QCOMPARE(titles(), QStringList({"&File", "&Tracking"}));
     }
 
-    void an_action_that_is_deleted_is_gone() {
+    void anActionThatIsDeletedIsGone() {
         auto* const settings = action("settings");
         m_menus->add({"&Tracking", 300, 50, settings, false, true});
         delete settings;

@@ -45,7 +45,7 @@ private Q_SLOTS:
         m_backend.reset();
     }
 
-    void a_module_is_loaded_and_given_what_it_needs() {
+    void aModuleIsLoadedAndGivenWhatItNeeds() {
         m_host->loadFile(QStringLiteral(FAKE_MODULE));
         QCOMPARE(m_host->modules().size(), 1);
         const ModuleInfo info = m_host->modules().constFirst();
@@ -58,7 +58,7 @@ private Q_SLOTS:
                                        "no observer"}));
     }
 
-    void its_entries_are_built_and_taken_down_in_order() {
+    void itsEntriesAreBuiltAndTakenDownInOrder() {
         m_host->loadFile(QStringLiteral(FAKE_MODULE));
         QVERIFY(!m_host->isBuilt());
         const QList<_GuiElement*> elements = m_host->build();
@@ -75,7 +75,7 @@ private Q_SLOTS:
                  QStringList({"about_to_exit_module with window", "exit_module", "destroyed"}));
     }
 
-    void what_is_no_module_is_listed_with_its_reason_data() {
+    void whatIsNoModuleIsListedWithItsReason_data() {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("reason");
         QTest::newRow("missing") << QStringLiteral("/no/such/file.so")
@@ -95,7 +95,7 @@ private Q_SLOTS:
             return write(QStringLiteral("cut.so"), file.read(file.size() / 2));
         }() << QString();
     }
-    void what_is_no_module_is_listed_with_its_reason() {
+    void whatIsNoModuleIsListedWithItsReason() {
         QFETCH(QString, file);
         QFETCH(QString, reason);
         m_host->loadFile(file);
@@ -108,7 +108,7 @@ private Q_SLOTS:
         QVERIFY(m_host->build().isEmpty());
     }
 
-    void the_same_module_is_loaded_once() {
+    void theSameModuleIsLoadedOnce() {
         m_host->loadFile(QStringLiteral(FAKE_MODULE));
         m_host->loadFile(QStringLiteral(FAKE_MODULE));
         QCOMPARE(m_host->modules().size(), 1);
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QVERIFY(m_host->modules().at(1).reason.contains(QStringLiteral("is loaded already")));
     }
 
-    void a_folder_is_searched_for_libraries() {
+    void aFolderIsSearchedForLibraries() {
         const QTemporaryDir folder;
         QVERIFY(QFile::copy(QStringLiteral(FAKE_MODULE),
                             folder.filePath(QStringLiteral("libfake.so"))));

@@ -66,7 +66,7 @@ class TestRecorder : public QObject {
     }
 
 private Q_SLOTS:
-    void what_was_recorded_is_read_back() {
+    void whatWasRecordedIsReadBack() {
         Recorder recorder;
         QString error;
         QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QVERIFY(records[2].microseconds > records[1].microseconds);
     }
 
-    void the_file_is_complete_after_each_frame_even_when_the_program_is_killed() {
+    void theFileIsCompleteAfterEachFrameEvenWhenTheProgramIsKilled() {
         const pid_t child = ::fork();
         if (child == 0) {
             Recorder recorder;
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QVERIFY(text.size() > 7 && text.substr(text.size() - 7) == "6dmt 0\n");
     }
 
-    void frames_are_counted() {
+    void framesAreCounted() {
         Recorder recorder;
         QString error;
         QVERIFY(recorder.start(path(), header(), &error));
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(recorder.status().fileName, path());
     }
 
-    void a_file_that_cannot_be_written_is_refused_and_an_old_recording_goes_on() {
+    void aFileThatCannotBeWrittenIsRefusedAndAnOldRecordingGoesOn() {
         Recorder recorder;
         QString error;
         QVERIFY(recorder.start(path(), header(), &error));
@@ -140,13 +140,13 @@ private Q_SLOTS:
         QCOMPARE(recorder.status().fileName, path());
     }
 
-    void what_is_no_regular_file_is_refused_at_once_data() {
+    void whatIsNoRegularFileIsRefusedAtOnce_data() {
         QTest::addColumn<QString>("name");
         QTest::newRow("device") << QStringLiteral("/dev/null");
         QTest::newRow("pipe without a reader") << m_folder.filePath(QStringLiteral("pipe"));
         QTest::newRow("pipe with a reader") << m_folder.filePath(QStringLiteral("read pipe"));
     }
-    void what_is_no_regular_file_is_refused_at_once() {
+    void whatIsNoRegularFileIsRefusedAtOnce() {
         QFETCH(QString, name);
         const QByteArray path = QFile::encodeName(name);
         int reader = -1;
@@ -167,7 +167,7 @@ private Q_SLOTS:
         }
     }
 
-    void an_existing_file_is_replaced() {
+    void anExistingFileIsReplaced() {
         QFile old(path());
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write(QByteArray(10000, 'x'));
@@ -179,7 +179,7 @@ private Q_SLOTS:
         QCOMPARE(content(), kestrel_wire::formatRecordingHeader(header()));
     }
 
-    void a_disk_that_takes_no_more_ends_the_recording_with_a_reason() {
+    void aDiskThatTakesNoMoreEndsTheRecordingWithAReason() {
         Recorder recorder;
         QString error;
         QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
@@ -192,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(recorder.status().frames, quint64(0));
     }
 
-    void a_disk_without_room_for_the_header_refuses_and_an_old_recording_goes_on() {
+    void aDiskWithoutRoomForTheHeaderRefusesAndAnOldRecordingGoesOn() {
         Recorder recorder;
         QString error;
         QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));

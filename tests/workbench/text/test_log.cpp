@@ -25,7 +25,7 @@ class TestLog : public QObject {
     }
 
 private Q_SLOTS:
-    void lines_have_time_category_source_level_and_text() {
+    void linesHaveTimeCategorySourceLevelAndText() {
         Log log;
         log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1, QStringLiteral("Error"));
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
@@ -37,7 +37,7 @@ private Q_SLOTS:
         QCOMPARE(log.columnCount(), 5);
     }
 
-    void a_tool_tip_tells_the_whole_text_as_it_is() {
+    void aToolTipTellsTheWholeTextAsItIs() {
         Log log;
         log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
                 QStringLiteral("a < b & c"));
@@ -49,7 +49,7 @@ private Q_SLOTS:
         QCOMPARE(tip(1).toString(), QStringLiteral("&lt;b&gt;bold&lt;/b&gt;"));
     }
 
-    void the_oldest_lines_go_first() {
+    void theOldestLinesGoFirst() {
         Log log(5);
         for (int i = 0; i < 12; ++i) {
             log.info(QString::number(i));
@@ -60,7 +60,7 @@ private Q_SLOTS:
         QVERIFY(log.rowText(4).endsWith(QStringLiteral("\t11")));
     }
 
-    void a_flood_is_bounded_and_says_so() {
+    void aFloodIsBoundedAndSaysSo() {
         Log log(10);
         for (int i = 0; i < 1000; ++i) {
             log.info(QString::number(i));
@@ -69,14 +69,14 @@ private Q_SLOTS:
         QVERIFY(log.rowText(9).contains(QStringLiteral("991 lines came too fast")));
     }
 
-    void control_characters_are_shown_as_escapes() {
+    void controlCharactersAreShownAsEscapes() {
         Log log;
         log.problem(QStringLiteral("a\nb\tc") + QChar(0x1b) + QStringLiteral("<b>%1%s"));
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
         QVERIFY(log.rowText(0).endsWith(QStringLiteral("\ta\\nb\\x09c\\x1b<b>%1%s")));
     }
 
-    void lines_may_come_from_any_thread() {
+    void linesMayComeFromAnyThread() {
         Log log;
         std::thread other([&log] {
             for (int i = 0; i < 100; ++i) {
@@ -87,7 +87,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 100, patience);
     }
 
-    void the_filter_shows_matching_lines_alone() {
+    void theFilterShowsMatchingLinesAlone() {
         Log log;
         LogDock dock(log);
         log.info(QStringLiteral("one apple"));
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QCOMPARE(view->model()->rowCount(), 2);
     }
 
-    void selected_lines_are_copied() {
+    void selectedLinesAreCopied() {
         Log log;
         LogDock dock(log);
         for (const char* text : {"one", "two", "three"}) {
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QCOMPARE(dock.shownText().count(QLatin1Char('\n')), 1);
     }
 
-    void the_whole_log_is_saved() {
+    void theWholeLogIsSaved() {
         const QTemporaryDir folder;
         Log log;
         const LogDock dock(log);
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QVERIFY(!error.isEmpty());
     }
 
-    void clearing_removes_all_lines() {
+    void clearingRemovesAllLines() {
         Log log;
         LogDock dock(log);
         log.info(QStringLiteral("one"));

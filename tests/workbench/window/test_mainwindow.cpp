@@ -87,13 +87,13 @@ private Q_SLOTS:
         m_controller.reset();
     }
 
-    void before_the_first_connection_modules_have_no_entries() {
+    void beforeTheFirstConnectionModulesHaveNoEntries() {
         QCOMPARE(menuTitles(),
                  QStringList({"&File", "&Connection", "&Measurement", "&View", "&Help"}));
         QVERIFY(calls().isEmpty());
     }
 
-    void the_first_connection_builds_the_modules_entries() {
+    void theFirstConnectionBuildsTheModulesEntries() {
         connectWindow();
         QCOMPARE(menuTitles(), QStringList({"&File", "&Connection", "&Measurement", "&Tracking",
                                             "&View", "&Help"}));
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QVERIFY(m_window->moduleRows().isEmpty());
     }
 
-    void entries_are_disabled_while_a_measurement_runs() {
+    void entriesAreDisabledWhileAMeasurementRuns() {
         connectWindow();
         QVERIFY(entry(QStringLiteral("Fake dialog"))->isEnabled());
         m_window->startMeasurement();
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QCOMPARE(calls().mid(2), QStringList({"started", "stopped"}));
     }
 
-    void without_a_connection_nobody_knows_whether_it_measures() {
+    void withoutAConnectionNobodyKnowsWhetherItMeasures() {
         QCOMPARE(label("statusMeasurement"), QStringLiteral("unknown"));
         m_controller->answer("status active", "tracking");
         connectWindow();
@@ -132,20 +132,20 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("unknown"), patience);
     }
 
-    void versions_without_a_patch_are_shown_as_they_came() {
+    void versionsWithoutAPatchAreShownAsTheyCame() {
         m_controller->answer("version protocol", "1.14");
         connectWindow();
         QVERIFY2(label("label_versions").startsWith(QStringLiteral("protocol 1.14, ")),
                  qPrintable(label("label_versions")));
     }
 
-    void a_measurement_that_runs_already_is_told_to_the_modules_just_built() {
+    void aMeasurementThatRunsAlreadyIsToldToTheModulesJustBuilt() {
         m_controller->answer("status active", "tracking");
         connectWindow();
         QTRY_COMPARE_WITH_TIMEOUT(calls().mid(2), QStringList("started"), patience);
     }
 
-    void another_controller_has_the_modules_built_anew() {
+    void anotherControllerHasTheModulesBuiltAnew() {
         connectWindow();
         ScriptedController other;
         other.answer("version model", "OTHER");
@@ -163,7 +163,7 @@ private Q_SLOTS:
         m_window->close();
     }
 
-    void a_lost_connection_that_comes_back_leaves_the_modules_alone() {
+    void aLostConnectionThatComesBackLeavesTheModulesAlone() {
         connectWindow();
         qApp->setProperty("calls", QStringList());
         m_controller->dropConnections();
@@ -174,14 +174,14 @@ private Q_SLOTS:
         QVERIFY(calls().isEmpty());
     }
 
-    void closing_ends_the_modules_while_the_window_still_exists() {
+    void closingEndsTheModulesWhileTheWindowStillExists() {
         connectWindow();
         qApp->setProperty("calls", QStringList());
         QVERIFY(m_window->close());
         QCOMPARE(calls(), QStringList({"about_to_exit_module with window", "exit_module"}));
     }
 
-    void the_place_of_a_modules_dock_is_remembered() {
+    void thePlaceOfAModulesDockIsRemembered() {
         connectWindow();
         m_window->addDockWidget(Qt::LeftDockWidgetArea, fakeDock());
         m_window->close();
@@ -195,7 +195,7 @@ private Q_SLOTS:
         QVERIFY(fakeDock()->isHidden());
     }
 
-    void a_damaged_settings_file_gives_one_notice() {
+    void aDamagedSettingsFileGivesOneNotice() {
         m_window.reset();
         std::ofstream(settingsFile().toStdString()) << "rubbish\n[window]\nrect=x\n";
         openWindow();
@@ -203,7 +203,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->backend().log.toText().count(QStringLiteral("are damaged")), 1);
     }
 
-    void the_data_rate_is_shown() {
+    void theDataRateIsShown() {
         connectWindow();
         QCOMPARE(label("statusData"), QStringLiteral("no frames"));
         m_controller->sendFrame("fr 1\r\n6d 0");
@@ -212,7 +212,7 @@ private Q_SLOTS:
                                  patience);
     }
 
-    void a_session_is_recorded_with_its_parameters() {
+    void aSessionIsRecordedWithItsParameters() {
         m_controller->answer("version protocol", "1.14");
         m_controller->answer("measurementtool available", "yes");
         m_controller->answer("measurementtool number_of_tools", "2");
@@ -253,7 +253,7 @@ private Q_SLOTS:
         }
     }
 
-    void a_recording_that_cannot_be_written_is_told() {
+    void aRecordingThatCannotBeWrittenIsTold() {
         connectWindow();
         QSignalSpy changed(m_window.get(), &MainWindow::recordingChanged);
         m_window->startRecording(QStringLiteral("/no/such/folder/r"));
@@ -263,7 +263,7 @@ private Q_SLOTS:
         QCOMPARE(label("statusRecording"), QStringLiteral("not recording"));
     }
 
-    void a_recording_does_not_begin_when_the_connection_is_lost_before() {
+    void aRecordingDoesNotBeginWhenTheConnectionIsLostBefore() {
         connectWindow();
         QSignalSpy changed(m_window.get(), &MainWindow::recordingChanged);
         m_controller->setSilent(true);
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path));
     }
 
-    void everything_to_operate_has_a_name_for_assistive_tools() {
+    void everythingToOperateHasANameForAssistiveTools() {
         const auto widgets = m_window->findChildren<QWidget*>();
         for (const QWidget* widget : widgets) {
             const QByteArray kind = widget->metaObject()->className();

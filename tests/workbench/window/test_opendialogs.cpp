@@ -58,13 +58,13 @@ class TestOpenDialogs : public QObject {
     }
 
 private Q_SLOTS:
-    void without_dialogs_there_is_nothing_to_do() {
+    void withoutDialogsThereIsNothingToDo() {
         OpenDialogs dialogs;
         QVERIFY(!dialogs.any());
         QVERIFY(rejectAll(dialogs));
     }
 
-    void nested_dialogs_end_from_the_inside_each_with_the_code_behind_it() {
+    void nestedDialogsEndFromTheInsideEachWithTheCodeBehindIt() {
         QStringList events;
         QDialog outer;
         QDialog inner;
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QCOMPARE(events, QStringList({"inner", "behind inner", "outer", "behind outer", "done"}));
     }
 
-    void dialogs_that_are_not_modal_are_rejected_too() {
+    void dialogsThatAreNotModalAreRejectedToo() {
         QDialog dialog;
         dialog.show();
         OpenDialogs dialogs;
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
-    void a_dialog_that_asks_back_has_its_question_rejected() {
+    void aDialogThatAsksBackHasItsQuestionRejected() {
         Asking dialog;
         dialog.show();
         OpenDialogs dialogs;
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
-    void a_dialog_that_stays_holds_nobody_up() {
+    void aDialogThatStaysHoldsNobodyUp() {
         Stubborn dialog;
         dialog.show();
         OpenDialogs dialogs;
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(dialog.rejections, 1);
     }
 
-    void dialogs_without_end_hold_nobody_up() {
+    void dialogsWithoutEndHoldNobodyUp() {
         std::vector<std::unique_ptr<Hydra>> heads;
         heads.push_back(std::make_unique<Hydra>(heads));
         heads.front()->show();
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QVERIFY(!dialogs.any());
     }
 
-    void all_are_rejected_at_once_where_no_loop_runs() {
+    void allAreRejectedAtOnceWhereNoLoopRuns() {
         QDialog first;
         QDialog second;
         first.setModal(true);

@@ -27,7 +27,7 @@ class TestSmallWidgets : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void the_connect_dialog_shows_and_gives_an_address() {
+    void theConnectDialogShowsAndGivesAnAddress() {
         ConnectDialog dialog({QStringLiteral("10.0.0.1"), 1234, 0}, {QStringLiteral("10.0.0.1")});
         QCOMPARE(dialog.address().toString(), QStringLiteral("10.0.0.1:1234"));
         QCOMPARE(dialog.address().dataPort, quint16(0));
@@ -43,7 +43,7 @@ private Q_SLOTS:
         QCOMPARE(dialog.address().toString(), QStringLiteral("ctl.example:4711"));
     }
 
-    void the_connect_dialog_refuses_what_is_no_host() {
+    void theConnectDialogRefusesWhatIsNoHost() {
         ConnectDialog dialog({}, {});
         auto* const host = dialog.findChild<QComboBox*>(QStringLiteral("comboBox_host"));
         const auto* const box = dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
@@ -57,7 +57,7 @@ private Q_SLOTS:
         QVERIFY(ok->isEnabled());
     }
 
-    void the_history_is_walked_with_the_typed_text_at_its_end() {
+    void theHistoryIsWalkedWithTheTypedTextAtItsEnd() {
         CommandHistory history;
         QCOMPARE(history.previous(QStringLiteral("x")), QStringLiteral("x"));
         history.add(QStringLiteral("one"));
@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(history.commands().size(), int(CommandHistory::maxCommands));
     }
 
-    void a_typed_command_is_sent_and_its_reply_shown_as_plain_text() {
+    void aTypedCommandIsSentAndItsReplyShownAsPlainText() {
         ScriptedController controller;
         controller.answer("x", "<b>bold</b> %s &amp;");
         BackendFixture backend;
@@ -102,7 +102,7 @@ private Q_SLOTS:
             replies->toPlainText().endsWith(QStringLiteral("> rubbish\n< kestrel2 ok")), patience);
     }
 
-    void a_typed_command_without_a_reply_is_told_and_may_outlive_its_window() {
+    void aTypedCommandWithoutAReplyIsToldAndMayOutliveItsWindow() {
         ScriptedController controller;
         BackendFixture backend;
         backend.connectTo(controller.port());
@@ -132,7 +132,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!backend.session.isReady(), patience);
     }
 
-    void the_module_list_names_the_reason() {
+    void theModuleListNamesTheReason() {
         const QVector<workbench::ModuleInfo> infos{
             {"/p/a.so", "A", "x.A", "Module A", "v1.2.3", ""},
             {"/p/b.so", "", "", "", "", "it is not a Qt plug-in"}};
@@ -148,7 +148,7 @@ private Q_SLOTS:
         QCOMPARE(table->item(1, 2)->text(), QStringLiteral("not loaded: it is not a Qt plug-in"));
     }
 
-    void rows_are_printed_with_texts_and_colours() {
+    void rowsArePrintedWithTextsAndColours() {
         QWidget widget;
         auto* const table = new QTableWidget(2, 2, &widget);
         table->setObjectName(QStringLiteral("t"));

@@ -34,7 +34,7 @@ class TestWindowSettings : public QObject {
 private Q_SLOTS:
     void init() { QFile::remove(path()); }
 
-    void rectangles_are_moved_and_shrunk_onto_a_screen_data() {
+    void rectanglesAreMovedAndShrunkOntoAScreen_data() {
         QTest::addColumn<QRect>("rect");
         QTest::addColumn<QRect>("expected");
         QTest::newRow("fits") << QRect(10, 20, 300, 200) << QRect(10, 20, 300, 200);
@@ -49,13 +49,13 @@ private Q_SLOTS:
             << QRect(950, 20, 300, 200) << QRect(1000, 20, 300, 200);
         QTest::newRow("on no screen") << QRect(9000, 9000, 300, 200) << QRect(700, 600, 300, 200);
     }
-    void rectangles_are_moved_and_shrunk_onto_a_screen() {
+    void rectanglesAreMovedAndShrunkOntoAScreen() {
         QFETCH(QRect, rect);
         const QVector<QRect> screens{QRect(0, 0, 1000, 800), QRect(1000, 0, 500, 400)};
         QTEST(WindowSettings::clamped(rect, screens), "expected");
     }
 
-    void window_and_docks_come_back() {
+    void windowAndDocksComeBack() {
         {
             Window window;
             window.setGeometry(30, 40, 500, 400);
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QCOMPARE(settings.takeNotice(), QString());
     }
 
-    void the_last_controller_is_remembered() {
+    void theLastControllerIsRemembered() {
         {
             WindowSettings settings(path());
             QCOMPARE(settings.address().toString(), QStringLiteral("127.0.0.1:47300"));
@@ -88,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(settings.takeNotice(), QString());
     }
 
-    void a_maximized_window_comes_back_maximized() {
+    void aMaximizedWindowComesBackMaximized() {
         {
             Window window;
             window.setWindowState(Qt::WindowMaximized);
@@ -101,14 +101,14 @@ private Q_SLOTS:
         QCOMPARE(settings.takeNotice(), QString());
     }
 
-    void the_port_0_is_the_usual_one() {
+    void thePort0IsTheUsualOne() {
         write("[connection]\nport=0\n");
         WindowSettings settings(path());
         QCOMPARE(settings.address().toString(), QStringLiteral("127.0.0.1:47300"));
         QCOMPARE(settings.takeNotice(), QString());
     }
 
-    void no_file_is_no_reason_for_a_notice() {
+    void noFileIsNoReasonForANotice() {
         Window window;
         WindowSettings settings(path());
         settings.restore(window);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QCOMPARE(settings.takeNotice(), QString());
     }
 
-    void damaged_files_give_defaults_and_one_notice_data() {
+    void damagedFilesGiveDefaultsAndOneNotice_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2\xff\xfe rubbish\n]][[\n", 24);
         QTest::newRow("no keys") << QByteArray("this is no settings file\nat all\n");
@@ -128,7 +128,7 @@ private Q_SLOTS:
         QTest::newRow("port too large") << QByteArray("[connection]\nport=70000\n");
         QTest::newRow("host") << QByteArray("[connection]\nhosts=a b c\n");
     }
-    void damaged_files_give_defaults_and_one_notice() {
+    void damagedFilesGiveDefaultsAndOneNotice() {
         QFETCH(QByteArray, content);
         write(content);
         Window window;
