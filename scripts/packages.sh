@@ -38,7 +38,7 @@ install_locale() {
     locale -a | grep -qix "$1\.utf-\?8"
 }
 
-# Precompiled headers and ccache go together only with these.
-export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-# A second clone finds what the first one has compiled.
+# Precompiled headers and ccache go together only with these; the locale is that of warnings.
+export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime,locale
+# A second clone, or a desktop in another language, finds what was compiled before.
 export CCACHE_BASEDIR=$PWD
