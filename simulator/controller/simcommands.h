@@ -38,6 +38,9 @@ private:
     };
     Body findBody(const std::string& kind, const std::string& name) const;
 
+    static Answer badValue(std::string reason);
+    static Answer noSuchBody();
+
     Answer pose(const Body& body) const;
     Answer refuse(const text::Words& words);
     Answer misbehave(const text::Words& words);
