@@ -143,7 +143,7 @@ void readController(ValueReader& values, ControllerSetup& setup) {
     values.version("protocol", setup.protocol);
     values.version("system", setup.system);
     Calibration::Settings& calibration = setup.calibration;
-    values.number("noise", calibration.noise.position, 0.0, 10.0);
+    values.number("noise", setup.noise.position, 0.0, 10.0);
     values.read("pivot", [&](const QString& given) {
         const auto pivot = findPivot(given.toStdString());
         calibration.pivot = pivot.value_or(calibration.pivot);

@@ -1,7 +1,5 @@
 #include "simulator/controller/calibration.h"
 
-#include "simulator/geometry/motion.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -28,6 +26,23 @@ std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
 }
 
+const char* reasonOf(TipSolution::Outcome outcome) {
+    switch (outcome) {
+    case TipSolution::Outcome::TooFewPoses:
+        return "The Measurement Tool was not seen often enough";
+    case TipSolution::Outcome::Still:
+        return "The Measurement Tool was not moved, the tip cannot be determined";
+    case TipSolution::Outcome::Twist:
+        return "The Measurement Tool was only turned about its own axis, the tip cannot be "
+               "determined";
+    case TipSolution::Outcome::Planar:
+        return "The Measurement Tool was only swung in one plane, the tip cannot be determined";
+    case TipSolution::Outcome::Solved:
+        break;
+    }
+    return "";
+}
+
 } // namespace
 
 const Calibration::Type* Calibration::findType(const std::string& name) {
@@ -43,11 +58,13 @@ const Calibration::Type* Calibration::findType(const std::string& name) {
     return found == types.end() ? nullptr : found;
 }
 
-Calibration::Calibration(Configuration& configuration, Misbehaviours& misbehaviours,
-                         std::uint64_t seed)
+Calibration::Calibration(Configuration& configuration, Scene& scene, Cameras& cameras,
+                         const ControllerState& state, Misbehaviours& misbehaviours)
     : m_configuration(configuration)
-    , m_misbehaviours(misbehaviours)
-    , m_random(seed) {}
+    , m_scene(scene)
+    , m_cameras(cameras)
+    , m_state(state)
+    , m_misbehaviours(misbehaviours) {}
 
 void Calibration::addParameters(ParameterTable& table) {
     using OfType = std::function<std::string(const Type&)>;
@@ -114,14 +131,22 @@ Answer Calibration::start(const std::string& type, double now) {
     if (isRunning()) {
         return Answer::refuse(ErrorNumber::WrongState, "a calibration is running");
     }
+    const std::optional<int> tool = toolToCalibrate();
+    if (found->name == tipType && !tool) {
+        return Answer::refuse(ErrorNumber::WrongState, "no Measurement Tool is calibrated");
+    }
     m_type = found;
+    m_tool = tool.value_or(0);
     m_result.reset();
     m_failure.clear();
     m_progress = 0.0;
-    m_stepProgress = 0.0;
     m_step = 1;
-    m_tool = chooseTool();
-    enter(m_settings.initialPause > 0.0 ? Stage::InitialPause : Stage::Step1, now);
+    m_stepProgress = 0.0;
+    if (m_settings.initialPause > 0.0) {
+        enter(Stage::InitialPause, now);
+    } else {
+        enterStep(1, now);
+    }
     return Answer::ok();
 }
 
@@ -129,20 +154,18 @@ Answer Calibration::startStep(const std::string& type, const std::string& step, 
     if (!m_type || m_type->name != type || m_stage != Stage::Pause || step != "s02") {
         return Answer::refuse(ErrorNumber::WrongState, "the calibration does not wait for this");
     }
-    m_step = 2;
-    m_stepProgress = 0.0;
-    enter(Stage::Step2, now);
+    enterStep(2, now);
     return Answer::ok();
 }
 
-Answer Calibration::stop(const std::string& type) {
+Answer Calibration::stop(const std::string& type, double now) {
     if (!findType(type)) {
         return Answer::refuse(ErrorNumber::BadBody, "no such calibration type");
     }
     if (isRunning() && m_type->name != type) {
         return Answer::refuse(ErrorNumber::WrongState, "another calibration is running");
     }
-    m_stage = Stage::Idle;
+    enter(Stage::Idle, now);
     if (m_result && !m_result->accepted) {
         m_result.reset();
     }
@@ -160,7 +183,7 @@ Answer Calibration::acceptResult() {
     return Answer::ok();
 }
 
-void Calibration::clearFailure() {
+void Calibration::leaveFinalStage() {
     if (m_stage == Stage::Failed || m_stage == Stage::Finished) {
         m_stage = Stage::Idle;
     }
@@ -171,20 +194,26 @@ bool Calibration::isRunning() const {
 }
 
 bool Calibration::isTipCalibration() const {
-    return m_type->name == tipType;
+    return m_type && m_type->name == tipType;
 }
 
-int Calibration::chooseTool() const {
-    if (m_settings.tool >= 1 && m_settings.tool <= m_configuration.toolCount()) {
+bool Calibration::isCalibratable(int tool) const {
+    return tool >= 0 && tool < m_configuration.toolCount() &&
+           m_configuration.tool(tool).bodyCalibrated;
+}
+
+std::optional<int> Calibration::toolToCalibrate() const {
+    if (isCalibratable(m_settings.tool - 1)) {
         return m_settings.tool - 1;
     }
-    for (int i = 0; i < m_configuration.toolCount(); ++i) {
-        const Tool& tool = m_configuration.tool(i);
-        if (tool.bodyCalibrated && !tool.tipCalibrated) {
-            return i;
+    for (const bool withTip : {false, true}) {
+        for (int i = 0; i < m_configuration.toolCount(); ++i) {
+            if (isCalibratable(i) && m_configuration.tool(i).tipCalibrated == withTip) {
+                return i;
+            }
         }
     }
-    return 0;
+    return std::nullopt;
 }
 
 std::string Calibration::stepActive() const {
@@ -213,87 +242,124 @@ std::string Calibration::stepProgress() const {
 void Calibration::enter(Stage stage, double now) {
     m_stage = stage;
     m_stageBegin = now;
+    if (isTipCalibration()) {
+        m_scene.endCalibration(m_tool);
+    }
 }
 
-double Calibration::shareOfStage(double now) const {
-    const double share = (now - m_stageBegin) / m_settings.stepSeconds;
-    return std::clamp(share, 0.0, 1.0);
+void Calibration::enterStep(int step, double now) {
+    enter(step == 1 ? Stage::Step1 : Stage::Step2, now);
+    m_step = step;
+    m_stepProgress = 0.0;
+    m_poses.clear();
+    m_nextFrame = now;
+    if (isTipCalibration()) {
+        m_scene.beginCalibration(m_tool, m_settings.pivot, now, m_settings.stepSeconds);
+    }
+}
+
+void Calibration::leaveStep(double now) {
+    if (m_step == m_type->steps) {
+        enter(Stage::Calculating, now);
+    } else if (m_settings.pauseSeconds > 0) {
+        enter(Stage::Pause, now);
+    } else {
+        enterStep(m_step + 1, now);
+    }
+}
+
+void Calibration::fail(const std::string& reason, double now) {
+    m_failure = reason;
+    enter(Stage::Failed, now);
 }
 
 void Calibration::advance(double now) {
-    if (m_stage == Stage::InitialPause && now - m_stageBegin >= m_settings.initialPause) {
-        enter(Stage::Step1, m_stageBegin + m_settings.initialPause);
-    }
-    if (m_stage == Stage::Step1 || m_stage == Stage::Step2) {
-        m_stepProgress = shareOfStage(now);
-        m_progress = (m_step - 1 + m_stepProgress) / m_type->steps;
-        // how far this step may go before the whole stands still
-        const double endlessAt = m_misbehaviours.number(Misbehaviour::CalEndless) / 100.0;
-        const double stepLimit = endlessAt * m_type->steps - (m_step - 1);
-        const int errorAt = m_misbehaviours.number(Misbehaviour::CalError);
-        if (m_misbehaviours.has(Misbehaviour::CalError) && m_progress * 100.0 >= errorAt) {
-            m_progress = std::min(m_progress, errorAt / 100.0);
-            fail("The markers of the Measurement Tool were lost");
-        } else if (m_misbehaviours.has(Misbehaviour::CalEndless) && stepLimit <= 1.0) {
-            m_progress = std::min(m_progress, endlessAt);
-            m_stepProgress = std::clamp(stepLimit, 0.0, m_stepProgress);
-        } else if (m_stepProgress >= 1.0) {
-            finishCollecting(m_stageBegin + m_settings.stepSeconds);
+    Stage before = m_stage;
+    do {
+        before = m_stage;
+        advanceStage(now);
+    } while (m_stage != before);
+}
+
+void Calibration::advanceStage(double now) {
+    switch (m_stage) {
+    case Stage::InitialPause:
+        if (now - m_stageBegin >= m_settings.initialPause) {
+            enterStep(1, m_stageBegin + m_settings.initialPause);
         }
-    }
-    if (m_stage == Stage::Pause && now - m_stageBegin >= m_settings.pauseSeconds + patience) {
-        fail("The second step was not started in time");
-    }
-    if (m_stage == Stage::Calculating) {
-        finish(now);
-    }
-}
-
-void Calibration::finishCollecting(double now) {
-    enter(m_step < m_type->steps ? Stage::Pause : Stage::Calculating, now);
-}
-
-void Calibration::finish(double now) {
-    // long enough to be seen by somebody who asks five times a second
-    if (now - m_stageBegin < std::min(0.6, 0.25 * m_settings.stepSeconds)) {
-        return;
-    }
-    const std::optional<std::string> failure = isTipCalibration() ? solve() : std::nullopt;
-    if (failure) {
-        fail(*failure);
-    } else {
-        enter(Stage::Finished, now);
-    }
-}
-
-void Calibration::fail(std::string reason) {
-    m_failure = std::move(reason);
-    m_stage = Stage::Failed;
-}
-
-std::optional<std::string> Calibration::solve() {
-    const Tool& tool = m_configuration.tool(m_tool);
-    const std::vector<Pose> poses =
-        pivotPoses(m_settings.pivot, tool.trueTip, poseCount, m_settings.noise, m_random);
-    const TipSolution solution = solveTip(poses);
-    switch (solution.outcome) {
-    case TipSolution::Outcome::TooFewPoses:
-        return "The Measurement Tool was not seen often enough";
-    case TipSolution::Outcome::Still:
-        return "The Measurement Tool was not moved, the tip cannot be determined";
-    case TipSolution::Outcome::Twist:
-        return "The Measurement Tool was only turned about its own axis, the tip cannot be "
-               "determined";
-    case TipSolution::Outcome::Planar:
-        return "The Measurement Tool was only swung in one plane, the tip cannot be determined";
-    case TipSolution::Outcome::Solved:
+        break;
+    case Stage::Step1:
+    case Stage::Step2:
+        advanceStep(now);
+        break;
+    case Stage::Pause:
+        if (now - m_stageBegin >= m_settings.pauseSeconds + patience) {
+            fail("The second step was not started in time", now);
+        }
+        break;
+    case Stage::Calculating:
+        if (now - m_stageBegin >= calculatingSeconds) {
+            conclude(now);
+        }
+        break;
+    case Stage::Idle:
+    case Stage::Finished:
+    case Stage::Failed:
         break;
     }
-    if (solution.residual > maxResidual) {
-        return "The tip was not fixed, residual " + text::fixed(solution.residual, 2) + " mm";
+}
+
+void Calibration::advanceStep(double now) {
+    const double end = m_stageBegin + m_settings.stepSeconds;
+    collectPoses(std::min(now, end));
+    m_stepProgress = std::clamp((now - m_stageBegin) / m_settings.stepSeconds, 0.0, 1.0);
+    m_progress = (m_step - 1 + m_stepProgress) / m_type->steps;
+    // how far this step may go before the whole stands still
+    const double endlessAt = m_misbehaviours.number(Misbehaviour::CalEndless) / 100.0;
+    const double stepLimit = endlessAt * m_type->steps - (m_step - 1);
+    const int errorAt = m_misbehaviours.number(Misbehaviour::CalError);
+    if (m_misbehaviours.has(Misbehaviour::CalError) && m_progress * 100.0 >= errorAt) {
+        m_progress = std::min(m_progress, errorAt / 100.0);
+        fail("The markers of the Measurement Tool were lost", now);
+    } else if (m_misbehaviours.has(Misbehaviour::CalEndless) && stepLimit <= 1.0) {
+        m_progress = std::min(m_progress, endlessAt);
+        m_stepProgress = std::clamp(stepLimit, 0.0, m_stepProgress);
+    } else if (m_stepProgress >= 1.0) {
+        leaveStep(end);
     }
-    m_result = Result{m_tool, solution, false};
-    return std::nullopt;
+}
+
+void Calibration::collectPoses(double until) {
+    if (!isTipCalibration()) {
+        return;
+    }
+    const double frames = m_settings.stepSeconds * m_state.rate;
+    const double framesPerPose = std::ceil(std::max(1.0, frames / static_cast<double>(maxPoses)));
+    for (; m_nextFrame < until && m_poses.size() < maxPoses;
+         m_nextFrame += framesPerPose / m_state.rate) {
+        const std::optional<Pose> seen =
+            m_state.sync ? m_cameras.toolBody(m_tool, m_nextFrame) : std::nullopt;
+        if (seen) {
+            m_poses.push_back(*seen);
+        }
+    }
+}
+
+void Calibration::conclude(double now) {
+    if (isTipCalibration()) {
+        const TipSolution solution = solveTip(m_poses);
+        if (solution.outcome != TipSolution::Outcome::Solved) {
+            fail(reasonOf(solution.outcome), now);
+            return;
+        }
+        if (solution.residual > maxResidual) {
+            fail("The tip was not fixed, residual " + text::fixed(solution.residual, 2) + " mm",
+                 now);
+            return;
+        }
+        m_result = Result{m_tool, solution, false};
+    }
+    enter(Stage::Finished, now);
 }
 
 Answer Calibration::describeResult() const {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "simulator/geometry/pivot.h"
+#include "simulator/controller/cameras.h"
+#include "simulator/controller/controllerstate.h"
 #include "simulator/geometry/tipsolver.h"
-#include "simulator/words/configuration.h"
 #include "simulator/words/misbehaviour.h"
 
 #include <optional>
-#include <random>
 #include <string>
+#include <vector>
 
 namespace kestrel_simulator {
 
@@ -18,7 +18,11 @@ namespace kestrel_simulator {
 /// and of the two-step type "volume":
 ///   Step1 -> Pause (until start_step s02, at most a minute longer than announced) -> Step2 ->
 ///   Calculating -> Finished
-/// An initial pause before step 1 can be configured for both. A stop leads to Idle from anywhere.
+/// Without an announced pause step 2 follows by itself. An initial pause before step 1 can be
+/// configured for both. A stop leads to Idle from anywhere.
+///
+/// In step 1 of a tip calibration the tool is swung, and what the cameras see of it goes into the
+/// computation, frame by frame; frames that do not come (no sync signal) are missing there too.
 class Calibration {
 public:
     enum class Stage { Idle, InitialPause, Step1, Pause, Step2, Calculating, Finished, Failed };
@@ -28,28 +32,37 @@ public:
         int pauseSeconds = 5;      ///< "cal step_pause"; 0: none
         double initialPause = 0.0; ///< seconds of "pause 1" after the start
         Pivot pivot = Pivot::Cone;
-        PoseNoise noise;
-        int tool = 0; ///< 1-based; 0: the first with a calibrated body and no calibrated tip, else
-                      ///< the first
+        int tool = 0; ///< 1-based; see toolToCalibrate()
     };
 
     /// Above this residual (mm) the calibration fails: the tip was not fixed.
     static constexpr double maxResidual = 5.0;
     static constexpr int maxPauseSeconds = 3600;
-    static constexpr std::size_t poseCount = 240;
 
-    Calibration(Configuration& configuration, Misbehaviours& misbehaviours, std::uint64_t seed);
+    /// At most this many poses are computed with; of a longer run only every n-th frame is used.
+    static constexpr std::size_t maxPoses = 10000;
+
+    /// Time that computing takes, long enough to be seen by somebody who asks five times a second.
+    static constexpr double calculatingSeconds = 0.5;
+
+    /// All of these outlive the calibration.
+    Calibration(Configuration& configuration, Scene& scene, Cameras& cameras,
+                const ControllerState& state, Misbehaviours& misbehaviours);
 
     /// Adds the "cal" parameters that describe the types, and the result's parameters.
     void addParameters(ParameterTable& table);
 
     Answer start(const std::string& type, double now);
     Answer startStep(const std::string& type, const std::string& step, double now);
-    Answer stop(const std::string& type);
+    Answer stop(const std::string& type, double now);
     Answer acceptResult();
 
-    /// Leaves a failed or finished run behind, as the start of tracking does.
-    void clearFailure();
+    /// Index of the tool that a tip calibration is of: the one in the settings, else the first
+    /// without a calibrated tip, else the first; none whose body is not calibrated.
+    std::optional<int> toolToCalibrate() const;
+
+    /// Back to Idle from a failed or finished run, as the start of tracking does.
+    void leaveFinalStage();
 
     /// Lets time pass.
     void advance(double now);
@@ -80,26 +93,32 @@ private:
     };
 
     static const Type* findType(const std::string& name);
-    void enter(Stage stage, double now);
-    void finishCollecting(double now);
-    void finish(double now);
-    void fail(std::string reason);
-    double shareOfStage(double now) const;
-    int chooseTool() const;
     bool isTipCalibration() const;
-    std::optional<std::string> solve();
+    bool isCalibratable(int tool) const;
+    void enter(Stage stage, double now);
+    void enterStep(int step, double now);
+    void leaveStep(double now);
+    void fail(const std::string& reason, double now);
+    void advanceStage(double now);
+    void advanceStep(double now);
+    void collectPoses(double until);
+    void conclude(double now);
 
     Configuration& m_configuration;
+    Scene& m_scene;
+    Cameras& m_cameras;
+    const ControllerState& m_state;
     Misbehaviours& m_misbehaviours;
     Settings m_settings;
-    std::mt19937_64 m_random;
     const Type* m_type = nullptr;
     Stage m_stage = Stage::Idle;
     double m_stageBegin = 0.0;
     double m_progress = 0.0;
     double m_stepProgress = 0.0;
     int m_step = 1;
-    int m_tool = 0;
+    int m_tool = 0; // index
+    std::vector<Pose> m_poses;
+    double m_nextFrame = 0.0;
     std::string m_failure;
     std::optional<Result> m_result;
 };

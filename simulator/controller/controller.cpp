@@ -39,23 +39,42 @@ Answer wrongState(const char* reason) {
 } // namespace
 
 Controller::Controller(const ControllerSetup& setup)
-    : m_configuration(setup.limits, setup.tools, setup.references, setup.seed)
+    : m_configuration(setup.limits, setup.tools, setup.references)
     , m_scene(m_configuration, setup.seed, setup.standardBodies)
+    , m_cameras(m_scene, m_state.noise, setup.seed)
     , m_radio(m_configuration, setup.devices)
-    , m_calibration(m_configuration, m_misbehaviours, setup.seed)
-    , m_simulatedFrames(m_configuration, m_scene, m_channels, m_calibration.settings().noise,
-                        m_state.rate, setup.seed)
+    , m_calibration(m_configuration, m_scene, m_cameras, m_state, m_misbehaviours)
+    , m_simulatedFrames(m_configuration, m_scene, m_cameras, m_channels, m_state.rate)
     , m_simCommands(m_state, m_configuration, m_scene, m_radio, m_calibration, m_misbehaviours)
     , m_replyFaults(m_misbehaviours)
     , m_dataFaults(m_misbehaviours, setup.seed)
     , m_parameters(setup.protocol)
     , m_frames(&m_simulatedFrames) {
     m_state.rate = setup.rate;
+    m_state.noise = setup.noise;
     m_scene.setOcclusions(setup.occlusions);
     m_calibration.settings() = setup.calibration;
     m_configuration.setUsesOldFormat(!setup.protocol.atLeast(1, 13));
+    shapeProbes(setup.probes);
     addVersions(setup);
     addParameters();
+}
+
+void Controller::shapeProbes(const std::vector<ProbeSetup>& probes) {
+    for (int i = 0; i < m_configuration.toolLimit(); ++i) {
+        Probe& probe = m_scene.probe(i);
+        for (const ProbeSetup& setup : probes) {
+            if (setup.tool != 0 && setup.tool != i + 1) {
+                continue;
+            }
+            probe.slip = setup.slip.value_or(probe.slip);
+            probe.tip = setup.tip.value_or(probe.tip);
+            if (setup.lever) {
+                probe.setLever(*setup.lever);
+            }
+        }
+        m_configuration.tool(i).tip = m_scene.believedTip(i);
+    }
 }
 
 void Controller::setReplay(std::unique_ptr<Replay> replay) {

@@ -11,11 +11,20 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kestrel_simulator {
+
+/// What is known of the probe of one tool or of those of all; the rest is random.
+struct ProbeSetup {
+    int tool = 0;                       ///< 1-based; 0: all
+    std::optional<Eigen::Vector3d> tip; ///< mm, body coordinates
+    std::optional<double> lever;        ///< mm
+    std::optional<double> slip;         ///< mm
+};
 
 /// What a controller is made with.
 struct ControllerSetup {
@@ -31,6 +40,8 @@ struct ControllerSetup {
     Version system = {3, 1, 0};
     Version systemCt = {3, 1, 0};
     bool occlusions = true;
+    PoseNoise noise;
+    std::vector<ProbeSetup> probes; ///< a later one goes before an earlier one
     Calibration::Settings calibration;
 };
 
@@ -64,6 +75,7 @@ public:
     bool takeFrame(double now, std::vector<std::string>& lines);
 
 private:
+    void shapeProbes(const std::vector<ProbeSetup>& probes);
     void addParameters();
     void addVersions(const ControllerSetup& setup);
     void addOutput();
@@ -81,7 +93,7 @@ private:
     bool isSending() const;
 
     std::string statusActive() const;
-    Answer statusQuery(std::string (Controller::*status)() const);
+    Answer answerStatusQuery(std::string (Controller::*status)() const);
     std::string stepActive() const { return m_calibration.stepActive(); }
     bool isRecorded(const text::Words& words) const;
     void spoilCalibration(const kestrel_wire::Command& command, ReplyPlan& plan);
@@ -91,6 +103,7 @@ private:
     Misbehaviours m_misbehaviours;
     Configuration m_configuration;
     Scene m_scene;
+    Cameras m_cameras;
     RadioNetwork m_radio;
     Calibration m_calibration;
     ActiveChannels m_channels;

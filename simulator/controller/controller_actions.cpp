@@ -49,7 +49,7 @@ Answer Controller::actOnTracking(const text::Words& words) {
     if (verb == "start" && !m_state.trackingAvailable) {
         return Answer::refuse(ErrorNumber::WrongState, "tracking is not available");
     }
-    m_calibration.clearFailure();
+    m_calibration.leaveFinalStage();
     if (verb == "start" && !m_state.tracking) {
         m_frames->start(m_state.now);
     }
@@ -65,7 +65,7 @@ Answer Controller::actOnCalibration(const text::Words& words) {
         return m_calibration.startStep(words[1], words[3], m_state.now);
     }
     if (words.size() == 3 && words[2] == "stop") {
-        return m_calibration.stop(words[1]);
+        return m_calibration.stop(words[1], m_state.now);
     }
     return unknownAction();
 }

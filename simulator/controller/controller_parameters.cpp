@@ -84,16 +84,18 @@ Answer Controller::setDataPort(const text::Words& value) {
 }
 
 void Controller::addStatus() {
-    m_parameters.add("status active",
-                     {0,
-                      {},
-                      [this](const text::Words&) { return statusQuery(&Controller::statusActive); },
-                      nullptr});
-    m_parameters.add("status step_active",
-                     {0,
-                      {},
-                      [this](const text::Words&) { return statusQuery(&Controller::stepActive); },
-                      nullptr});
+    m_parameters.add("status active", {0,
+                                       {},
+                                       [this](const text::Words&) {
+                                           return answerStatusQuery(&Controller::statusActive);
+                                       },
+                                       nullptr});
+    m_parameters.add("status step_active", {0,
+                                            {},
+                                            [this](const text::Words&) {
+                                                return answerStatusQuery(&Controller::stepActive);
+                                            },
+                                            nullptr});
     m_parameters.add("status progress",
                      readOnly({}, [this] { return text::fixed(m_calibration.progress(), 3); }));
     m_parameters.add("status step_progress",
@@ -126,12 +128,8 @@ void Controller::addAvailability() {
 }
 
 bool Controller::isCalibrationAvailable() const {
-    bool anyCalibrated = false;
-    for (int i = 0; i < m_configuration.toolCount(); ++i) {
-        anyCalibrated = anyCalibrated || m_configuration.tool(i).bodyCalibrated;
-    }
-    return anyCalibrated && m_state.calibrationAvailable && m_state.toolsAvailable &&
-           m_state.trackingAvailable && !m_replay;
+    return m_calibration.toolToCalibrate() && m_state.calibrationAvailable &&
+           m_state.toolsAvailable && m_state.trackingAvailable && !m_replay;
 }
 
 std::string Controller::statusActive() const {
@@ -147,7 +145,7 @@ std::string Controller::statusActive() const {
     return "none";
 }
 
-Answer Controller::statusQuery(std::string (Controller::*status)() const) {
+Answer Controller::answerStatusQuery(std::string (Controller::*status)() const) {
     const bool ofCalibration = m_calibration.stage() != Calibration::Stage::Idle;
     if (ofCalibration) {
         ++m_statusQueries;

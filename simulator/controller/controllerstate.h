@@ -1,5 +1,7 @@
 #pragma once
 
+#include "simulator/geometry/posenoise.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -10,6 +12,7 @@ namespace kestrel_simulator {
 struct ControllerState {
     double now = 0.0;
     double rate = 60.0;                 ///< frames per second
+    PoseNoise noise;                    ///< of all that is measured
     bool tracking = false;              ///< a measurement was started
     bool sync = true;                   ///< the sync signal is there; without it "wait"
     bool locked = false;                ///< the configuration may not be changed

@@ -4,6 +4,30 @@ namespace kestrel_simulator {
 
 namespace {
 
+constexpr const char* neitherYesNorNo = "the value is neither yes nor no";
+
+bool readWithin(const text::Words& value, double minimum, double maximum, double& number) {
+    double read = 0.0;
+    if (value.size() != 1 || !text::readDouble(value[0], read) || read < minimum ||
+        read > maximum) {
+        return false;
+    }
+    number = read;
+    return true;
+}
+
+bool readTip(const text::Words& value, Eigen::Vector3d& tip) {
+    Eigen::Vector3d read;
+    for (std::size_t i = 0; i < 3; ++i) {
+        if (value.size() != 3 || !readWithin({value[i]}, -Probe::maxLength, Probe::maxLength,
+                                             read(static_cast<Eigen::Index>(i)))) {
+            return false;
+        }
+    }
+    tip = read;
+    return true;
+}
+
 std::string vectorText(const Eigen::Vector3d& vector) {
     return text::fixed(vector.x(), 6) + " " + text::fixed(vector.y(), 6) + " " +
            text::fixed(vector.z(), 6);
@@ -25,6 +49,11 @@ Answer SimCommands::badValue(std::string reason) {
     return Answer::refuse(ErrorNumber::BadValue, std::move(reason));
 }
 
+Answer SimCommands::outOfRange(double minimum, double maximum) {
+    return badValue("the value must be from " + text::shortest(minimum) + " to " +
+                    text::shortest(maximum));
+}
+
 Answer SimCommands::noSuchBody() {
     return Answer::refuse(ErrorNumber::BadBody, "no such body");
 }
@@ -32,10 +61,11 @@ Answer SimCommands::noSuchBody() {
 void SimCommands::addParameters(ParameterTable& table) {
     addFlags(table);
     addTruths(table);
+    addProbes(table);
     addCalibrationSettings(table);
     addCalibrationStates(table);
     addNumber(table, "sim rate", m_state.rate, 0.1, 1000.0);
-    addNumber(table, "sim noise", m_calibration.settings().noise.position, 0.0, 10.0);
+    addNumber(table, "sim noise", m_state.noise.position, 0.0, 10.0);
 }
 
 void SimCommands::addFlag(ParameterTable& table, const std::string& name, std::function<bool()> get,
@@ -48,7 +78,7 @@ void SimCommands::addFlag(ParameterTable& table, const std::string& name, std::f
                               [set = std::move(set)](const text::Words&, const text::Words& value) {
                                   const auto flag = text::readYesNo(text::join(value));
                                   if (!flag) {
-                                      return badValue("the value is neither yes nor no");
+                                      return badValue(neitherYesNorNo);
                                   }
                                   set(*flag);
                                   return Answer::ok();
@@ -62,13 +92,9 @@ void SimCommands::addNumber(ParameterTable& table, const std::string& name, doub
                {},
                [&number](const text::Words&) { return Answer::value(text::shortest(number)); },
                [&number, minimum, maximum](const text::Words&, const text::Words& value) {
-                   double read = 0.0;
-                   if (!text::readDouble(text::join(value), read) || read < minimum ||
-                       read > maximum) {
-                       return badValue("the value is no number or out of range");
-                   }
-                   number = read;
-                   return Answer::ok();
+                   return readWithin(value, minimum, maximum, number)
+                              ? Answer::ok()
+                              : outOfRange(minimum, maximum);
                }});
 }
 
@@ -112,43 +138,89 @@ void SimCommands::addTruths(ParameterTable& table) {
                                return pose(findBody(arguments[0], arguments[1]));
                            },
                            nullptr});
-    const auto addTip = [&](const char* name, Eigen::Vector3d Tool::*tip) {
-        table.add(name, {1,
-                         {},
-                         [this, tip](const text::Words& arguments) {
-                             const int index = m_configuration.toolIndex(arguments[0]);
-                             return index < 0 ? noSuchBody()
-                                              : Answer::value(
-                                                    vectorText(m_configuration.tool(index).*tip));
-                         },
-                         nullptr});
-    };
-    addTip("sim tip", &Tool::trueTip);
-    addTip("sim tip_used", &Tool::tip);
     table.add(
         "sim calibration",
         {0, {}, [this](const text::Words&) { return m_calibration.describeResult(); }, nullptr});
+}
+
+void SimCommands::addOfTool(ParameterTable& table, const char* name, GetOfTool get, SetOfTool set) {
+    table.add(name, {1,
+                     {},
+                     [this, get = std::move(get)](const text::Words& arguments) {
+                         const int tool = m_configuration.toolIndex(arguments[0]);
+                         return tool < 0 ? noSuchBody() : Answer::value(get(tool));
+                     },
+                     [this, set = std::move(set)](const text::Words& arguments,
+                                                  const text::Words& value) {
+                         const int tool = m_configuration.toolIndex(arguments[0]);
+                         return tool < 0 ? noSuchBody() : set(tool, value);
+                     }});
+}
+
+void SimCommands::addLength(ParameterTable& table, const char* name, double minimum, double maximum,
+                            std::function<double(const Probe&)> get,
+                            std::function<void(Probe&, double)> set) {
+    addOfTool(
+        table, name,
+        [this, get = std::move(get)](int tool) { return text::fixed(get(m_scene.probe(tool)), 6); },
+        [this, minimum, maximum, set = std::move(set)](int tool, const text::Words& value) {
+            double length = 0.0;
+            if (!readWithin(value, minimum, maximum, length)) {
+                return outOfRange(minimum, maximum);
+            }
+            set(m_scene.probe(tool), length);
+            return Answer::ok();
+        });
+}
+
+void SimCommands::addProbes(ParameterTable& table) {
+    const auto badTip = [] {
+        const std::string limit = text::shortest(Probe::maxLength);
+        return badValue("expected x y z from -" + limit + " to " + limit);
+    };
+    addOfTool(
+        table, "sim tip", [this](int tool) { return vectorText(m_scene.probe(tool).tip); },
+        [this, badTip](int tool, const text::Words& value) {
+            return readTip(value, m_scene.probe(tool).tip) ? Answer::ok() : badTip();
+        });
+    addOfTool(
+        table, "sim tip_used",
+        [this](int tool) { return vectorText(m_configuration.tool(tool).usedTip()); },
+        [this, badTip](int index, const text::Words& value) {
+            Tool& tool = m_configuration.tool(index);
+            if (!readTip(value, tool.tip)) {
+                return badTip();
+            }
+            tool.tipCalibrated = true;
+            return Answer::ok();
+        });
+    addLength(
+        table, "sim lever", Probe::minLever, Probe::maxLength,
+        [](const Probe& probe) { return probe.lever(); },
+        [](Probe& probe, double length) { probe.setLever(length); });
+    addLength(
+        table, "sim slip", 0.0, Probe::maxSlip, [](const Probe& probe) { return probe.slip; },
+        [](Probe& probe, double length) { probe.slip = length; });
 }
 
 void SimCommands::addCalibrationSettings(ParameterTable& table) {
     Calibration::Settings& settings = m_calibration.settings();
     addNumber(table, "sim cal_duration", settings.stepSeconds, 0.05, 3600.0);
     addNumber(table, "sim cal_initial_pause", settings.initialPause, 0.0, 3600.0);
-    table.add("sim cal_pause",
-              {0,
-               {},
-               [&settings](const text::Words&) {
-                   return Answer::value(std::to_string(settings.pauseSeconds));
-               },
-               [&settings](const text::Words&, const text::Words& value) {
-                   int seconds = 0;
-                   if (!text::readInt(text::join(value), seconds) || seconds < 0 ||
-                       seconds > Calibration::maxPauseSeconds) {
-                       return badValue("the value is no number of seconds or out of range");
-                   }
-                   settings.pauseSeconds = seconds;
-                   return Answer::ok();
-               }});
+    table.add("sim cal_pause", {0,
+                                {},
+                                [&settings](const text::Words&) {
+                                    return Answer::value(std::to_string(settings.pauseSeconds));
+                                },
+                                [&settings](const text::Words&, const text::Words& value) {
+                                    int seconds = 0;
+                                    if (!text::readInt(text::join(value), seconds) || seconds < 0 ||
+                                        seconds > Calibration::maxPauseSeconds) {
+                                        return outOfRange(0, Calibration::maxPauseSeconds);
+                                    }
+                                    settings.pauseSeconds = seconds;
+                                    return Answer::ok();
+                                }});
     table.add("sim pivot", {0,
                             {},
                             [&settings](const text::Words&) {
@@ -183,8 +255,7 @@ void SimCommands::addCalibrationStates(ParameterTable& table) {
                    const Body body = findBody(arguments[0], arguments[1]);
                    const auto calibrated = text::readYesNo(text::join(value));
                    if (body.index < 0 || !calibrated) {
-                       return body.index < 0 ? noSuchBody()
-                                             : badValue("the value is neither yes nor no");
+                       return body.index < 0 ? noSuchBody() : badValue(neitherYesNorNo);
                    }
                    if (body.isTool) {
                        m_configuration.tool(body.index).bodyCalibrated = *calibrated;
@@ -198,8 +269,7 @@ void SimCommands::addCalibrationStates(ParameterTable& table) {
                    const int index = m_configuration.toolIndex(arguments[0]);
                    const auto calibrated = text::readYesNo(text::join(value));
                    if (index < 0 || !calibrated) {
-                       return index < 0 ? noSuchBody()
-                                        : badValue("the value is neither yes nor no");
+                       return index < 0 ? noSuchBody() : badValue(neitherYesNorNo);
                    }
                    m_configuration.tool(index).tipCalibrated = *calibrated;
                    return Answer::ok();

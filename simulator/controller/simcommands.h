@@ -21,14 +21,13 @@ public:
     Answer act(const text::Words& words);
 
 private:
-    using Flag = std::function<void(bool)>;
-
     void addFlag(ParameterTable& table, const std::string& name, std::function<bool()> get,
                  std::function<void(bool)> set);
     void addNumber(ParameterTable& table, const std::string& name, double& number, double minimum,
                    double maximum);
     void addFlags(ParameterTable& table);
     void addTruths(ParameterTable& table);
+    void addProbes(ParameterTable& table);
     void addCalibrationSettings(ParameterTable& table);
     void addCalibrationStates(ParameterTable& table);
 
@@ -38,7 +37,15 @@ private:
     };
     Body findBody(const std::string& kind, const std::string& name) const;
 
+    using GetOfTool = std::function<std::string(int tool)>;
+    using SetOfTool = std::function<Answer(int tool, const text::Words& value)>;
+    void addOfTool(ParameterTable& table, const char* name, GetOfTool get, SetOfTool set);
+    void addLength(ParameterTable& table, const char* name, double minimum, double maximum,
+                   std::function<double(const Probe&)> get,
+                   std::function<void(Probe&, double)> set);
+
     static Answer badValue(std::string reason);
+    static Answer outOfRange(double minimum, double maximum);
     static Answer noSuchBody();
 
     Answer pose(const Body& body) const;
@@ -48,6 +55,7 @@ private:
     Answer device(const text::Words& words);
     Answer bodyAction(const text::Words& words);
     Answer place(const Body& body, const text::Words& words);
+    Answer move(const Body& body, const text::Words& words);
     Answer occlude(const Body& body, const text::Words& words);
     Answer press(const Body& body, const text::Words& words);
 

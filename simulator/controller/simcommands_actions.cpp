@@ -50,7 +50,7 @@ Answer SimCommands::misbehave(const text::Words& words) {
     int number = info->defaultNumber;
     if (words.size() > 3 ||
         (words.size() == 3 && (!text::readInt(words[2], number) || !info->allows(number)))) {
-        return badValue("the number is none or out of range");
+        return outOfRange(0, info->maximum);
     }
     m_misbehaviours.switchOn(info->id, number);
     return Answer::ok();
@@ -88,7 +88,8 @@ Answer SimCommands::bodyAction(const text::Words& words) {
     }
     const std::string& verb = words[0];
     const Body body = findBody(words[1], words[2]);
-    if (verb != "place" && verb != "release" && verb != "occlude" && verb != "press") {
+    if (verb != "place" && verb != "move" && verb != "release" && verb != "occlude" &&
+        verb != "press") {
         return Answer::refuse(ErrorNumber::Unknown, "unknown command of the simulator");
     }
     if (body.index < 0) {
@@ -96,6 +97,9 @@ Answer SimCommands::bodyAction(const text::Words& words) {
     }
     if (verb == "place") {
         return place(body, words);
+    }
+    if (verb == "move") {
+        return move(body, words);
     }
     if (verb == "occlude") {
         return occlude(body, words);
@@ -126,6 +130,30 @@ Answer SimCommands::place(const Body& body, const text::Words& words) {
         m_scene.placeTool(body.index, pose);
     } else {
         m_scene.placeReference(body.index, pose);
+    }
+    return Answer::ok();
+}
+
+Answer SimCommands::move(const Body& body, const text::Words& words) {
+    const std::string motion = words.size() > 3 ? words[3] : "";
+    const std::optional<Pivot> pivot = findPivot(motion);
+    if (!body.isTool || (!pivot && motion != "hold" && motion != "wander")) {
+        return badValue("expected a tool and cone, planar, twist, slip, still, hold or wander");
+    }
+    double period = Swing::usualPeriod;
+    const bool hasPeriod = words.size() == 5 && pivot && text::readDouble(words[4], period);
+    if (words.size() != 4 && !hasPeriod) {
+        return Answer::refuse(ErrorNumber::Malformed, "expected at most seconds behind a pivot");
+    }
+    if (period < Swing::minPeriod || period > Swing::maxPeriod) {
+        return outOfRange(Swing::minPeriod, Swing::maxPeriod);
+    }
+    if (pivot) {
+        m_scene.swingTool(body.index, *pivot, m_state.now, period);
+    } else if (motion == "hold") {
+        m_scene.holdTool(body.index, m_state.now);
+    } else {
+        m_scene.letToolWander(body.index);
     }
     return Answer::ok();
 }

@@ -8,28 +8,16 @@ namespace {
 
 constexpr double longestDelay = 0.2; // seconds; frames older than that are not made up for
 
-// what the noise of the body's pose does to its tip
-Eigen::Matrix3d tipCovariance(const PoseNoise& noise, const Pose& body,
-                              const Eigen::Vector3d& tip) {
-    const Eigen::Vector3d arm = body.rotation * tip;
-    const double turn = noise.rotation() * noise.rotation();
-    Eigen::Matrix3d covariance =
-        turn * (arm.squaredNorm() * Eigen::Matrix3d::Identity() - arm * arm.transpose());
-    covariance.diagonal().array() += noise.position * noise.position;
-    return covariance;
-}
-
 } // namespace
 
 SimulatedFrames::SimulatedFrames(const Configuration& configuration, const Scene& scene,
-                                 const ActiveChannels& channels, const PoseNoise& noise,
-                                 const double& rate, std::uint64_t seed)
+                                 Cameras& cameras, const ActiveChannels& channels,
+                                 const double& rate)
     : m_configuration(configuration)
     , m_scene(scene)
+    , m_cameras(cameras)
     , m_channels(channels)
-    , m_noise(noise)
-    , m_rate(rate)
-    , m_random(seed) {}
+    , m_rate(rate) {}
 
 void SimulatedFrames::start(double now) {
     m_counter = 0;
@@ -74,12 +62,13 @@ std::vector<datalines::ToolRecord> SimulatedFrames::measureTools(double time) {
         const Tool& tool = m_configuration.tool(i);
         datalines::ToolRecord record;
         record.id = i;
-        record.tracked = m_scene.isToolTracked(i, time);
-        const Pose body = m_noise.measured(m_scene.toolBody(i, time), m_random);
-        record.pose = body.withOrigin(tool.tip);
         record.buttons = m_scene.buttons(i, time);
         record.tipRadius = tool.tipRadius;
-        record.covariance = tipCovariance(m_noise, body, tool.tip);
+        if (const std::optional<Pose> body = m_cameras.toolBody(i, time)) {
+            record.tracked = true;
+            record.pose = body->withOrigin(tool.usedTip());
+            record.covariance = m_cameras.tipCovariance(*body, tool.usedTip());
+        }
         records.push_back(record);
     }
     return records;
@@ -89,8 +78,8 @@ std::vector<datalines::BodyRecord> SimulatedFrames::measureReferences(double tim
     std::vector<datalines::BodyRecord> records;
     records.reserve(static_cast<std::size_t>(m_configuration.referenceCount()));
     for (int i = 0; i < m_configuration.referenceCount(); ++i) {
-        records.push_back({i, m_scene.isReferenceTracked(i),
-                           m_noise.measured(m_scene.reference(i, time), m_random)});
+        const std::optional<Pose> pose = m_cameras.reference(i, time);
+        records.push_back({i, pose.has_value(), pose.value_or(Pose())});
     }
     return records;
 }
@@ -99,7 +88,7 @@ std::vector<datalines::BodyRecord> SimulatedFrames::measureStandardBodies(double
     std::vector<datalines::BodyRecord> records;
     records.reserve(static_cast<std::size_t>(m_scene.standardBodyCount()));
     for (int i = 0; i < m_scene.standardBodyCount(); ++i) {
-        records.push_back({i, true, m_noise.measured(m_scene.standardBody(i, time), m_random)});
+        records.push_back({i, true, m_cameras.standardBody(i, time)});
     }
     return records;
 }

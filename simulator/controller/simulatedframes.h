@@ -1,14 +1,13 @@
 #pragma once
 
+#include "simulator/controller/cameras.h"
 #include "simulator/controller/framesource.h"
-#include "simulator/controller/scene.h"
-#include "simulator/geometry/pivot.h"
 #include "simulator/words/datalines.h"
 
 #include <array>
 #include <cstdint>
-#include <random>
 #include <set>
+#include <string>
 #include <string_view>
 
 namespace kestrel_simulator {
@@ -18,14 +17,13 @@ inline constexpr std::array<std::string_view, 4> outputChannels = {"6d", "6dmt",
 
 using ActiveChannels = std::set<std::string, std::less<>>;
 
-/// Frames of the scene: true poses plus noise, in the lines of the active channels. Tools go into
+/// Frames of the scene as the cameras see it, in the lines of the active channels. Tools go into
 /// "6dmt" or "6dmt2", whichever the output format says, and only if that one is active.
 class SimulatedFrames : public FrameSource {
 public:
     /// All of these outlive the frames; they are read anew for each frame.
-    SimulatedFrames(const Configuration& configuration, const Scene& scene,
-                    const ActiveChannels& channels, const PoseNoise& noise, const double& rate,
-                    std::uint64_t seed);
+    SimulatedFrames(const Configuration& configuration, const Scene& scene, Cameras& cameras,
+                    const ActiveChannels& channels, const double& rate);
 
     void start(double now) override;
     double nextDue() const override { return m_nextDue; }
@@ -38,10 +36,9 @@ private:
 
     const Configuration& m_configuration;
     const Scene& m_scene;
+    Cameras& m_cameras;
     const ActiveChannels& m_channels;
-    const PoseNoise& m_noise;
     const double& m_rate;
-    std::mt19937_64 m_random;
     std::uint32_t m_counter = 0;
     double m_nextDue = 0.0;
 };

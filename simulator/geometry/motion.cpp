@@ -113,16 +113,14 @@ bool ToolMotion::occluded(double time) const {
     return share >= begin && share < begin + occlusionLength / occlusionPeriod;
 }
 
-Eigen::Vector3d ToolMotion::trueTip() const {
+Eigen::Vector3d ToolMotion::tip() const {
     return {between(-8.0, 8.0, uniform(Tip, 0)), between(-8.0, 8.0, uniform(Tip, 1)),
             between(150.0, 210.0, uniform(Tip, 2))};
 }
 
-Eigen::Vector3d ToolMotion::initialTip() const {
-    const Eigen::Vector3d error(between(0.4, 1.2, uniform(TipError, 0)),
-                                between(-1.2, -0.4, uniform(TipError, 1)),
-                                between(-1.5, 1.5, uniform(TipError, 2)));
-    return trueTip() + error;
+Eigen::Vector3d ToolMotion::tipError() const {
+    return {between(0.4, 1.2, uniform(TipError, 0)), between(-1.2, -0.4, uniform(TipError, 1)),
+            between(-1.5, 1.5, uniform(TipError, 2))};
 }
 
 StandingMotion::StandingMotion(std::uint64_t seed, int index)

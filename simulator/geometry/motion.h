@@ -24,11 +24,11 @@ public:
     /// Whether somebody stands in the cameras' way.
     bool occluded(double time) const;
 
-    /// Where the true tip is in the coordinates of the body (mm).
-    Eigen::Vector3d trueTip() const;
+    /// Where the tip of the probe in this hand is in the coordinates of its body (mm).
+    Eigen::Vector3d tip() const;
 
-    /// What the controller believes of the tip at the start: near the true one, not equal to it.
-    Eigen::Vector3d initialTip() const;
+    /// How wrong a controller is about that tip that was calibrated long ago (mm).
+    Eigen::Vector3d tipError() const;
 
 private:
     struct Resting {

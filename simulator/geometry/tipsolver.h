@@ -11,7 +11,7 @@ namespace kestrel_simulator {
 struct TipSolution {
     enum class Outcome {
         Solved,
-        TooFewPoses, ///< fewer than TipSolver::minimumPoses
+        TooFewPoses, ///< fewer than tipsolver::minimumPoses
         Still,       ///< the body did not turn
         Twist,       ///< it turned about its own axis only: the tip may be anywhere along it
         Planar       ///< it turned about one axis only: the tip's place along it is open

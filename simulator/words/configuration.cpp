@@ -1,7 +1,5 @@
 #include "simulator/words/configuration.h"
 
-#include "simulator/geometry/motion.h"
-
 #include <algorithm>
 
 namespace kestrel_simulator {
@@ -46,8 +44,7 @@ Answer setCount(const text::Words& value, int maximum, int& count, const char* w
 
 } // namespace
 
-Configuration::Configuration(const BodyLimits& limits, int tools, int references,
-                             std::uint64_t seed)
+Configuration::Configuration(const BodyLimits& limits, int tools, int references)
     : m_limits(limits)
     , m_toolCount(tools)
     , m_referenceCount(references)
@@ -58,10 +55,6 @@ Configuration::Configuration(const BodyLimits& limits, int tools, int references
         each.reference = i < 2 && i < references ? i + 1 : 0;
         each.tipRadius = 0.75 + 0.25 * (i % 4);
         each.tipCalibrated = tools < 2 || i != tools - 1;
-        each.trueTip = ToolMotion(seed, i).trueTip();
-        if (each.tipCalibrated) {
-            each.tip = ToolMotion(seed, i).initialTip();
-        }
     }
 }
 

@@ -3,7 +3,6 @@
 #include "simulator/words/parametertable.h"
 
 #include <Eigen/Core>
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -28,8 +27,12 @@ struct Tool {
     double startLeadTime = 0.2;
     bool bodyCalibrated = true;
     bool tipCalibrated = true;
-    Eigen::Vector3d trueTip = Eigen::Vector3d::Zero(); ///< in the body's coordinates, mm
-    Eigen::Vector3d tip = Eigen::Vector3d::Zero();     ///< what the controller believes of it
+    Eigen::Vector3d tip = Eigen::Vector3d::Zero(); ///< as calibrated last, body coordinates, mm
+
+    /// The point that is reported as the tip: the body's origin while no tip is calibrated.
+    Eigen::Vector3d usedTip() const {
+        return tipCalibrated ? tip : Eigen::Vector3d(Eigen::Vector3d::Zero());
+    }
 };
 
 /// The Measurement Tool configuration: counts within maxima that change with each other, what each
@@ -42,7 +45,7 @@ public:
 
     /// Tools 1 and 2 are assigned to references 1 and 2 when those exist; the last of at least two
     /// tools has no calibrated tip.
-    Configuration(const BodyLimits& limits, int tools, int references, std::uint64_t seed);
+    Configuration(const BodyLimits& limits, int tools, int references);
 
     /// Adds the "measurementtool" parameters of counts, assignments, values and output format, and
     /// "body calibrated". The configuration must outlive the table.

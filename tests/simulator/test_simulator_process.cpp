@@ -243,7 +243,7 @@ void TestSimulatorProcess::tellsOfACutRecording() {
 
 void TestSimulatorProcess::calibratesWithTheChosenMotion() {
     const quint16 port = startListening({QStringLiteral("--pivot"), QStringLiteral("planar"),
-                                         QStringLiteral("--cal-duration"), QStringLiteral("0.1")});
+                                         QStringLiteral("--cal-duration"), QStringLiteral("0.5")});
     Client client(port);
     QCOMPARE(client.ask("cal measurementtool start"), QByteArray("kestrel2 ok"));
     QTRY_COMPARE(client.ask("get status active"), QByteArray("kestrel2 set status active err"));

@@ -12,7 +12,7 @@ constexpr double degreesPerRadian = 57.29577951308232;
 
 ControllerSetup quiet() {
     ControllerSetup setup;
-    setup.calibration.noise.position = 0.0;
+    setup.noise.position = 0.0;
     setup.occlusions = false;
     return setup;
 }
@@ -93,7 +93,7 @@ TEST(Bodies, giveAToolRelativeToItsReference) {
 
 TEST(Bodies, carryNoiseOfTheStatedSize) {
     ControllerSetup setup = quiet();
-    setup.calibration.noise.position = 0.1;
+    setup.noise.position = 0.1;
     setup.rate = 1000.0;
     Talk talk(setup);
     talk.act("sim place reference b01 1 2 3 0 0 0");
@@ -110,7 +110,7 @@ TEST(Bodies, carryNoiseOfTheStatedSize) {
 
 TEST(Bodies, stateACovarianceThatFitsTheNoise) {
     ControllerSetup setup = quiet();
-    setup.calibration.noise.position = 0.1;
+    setup.noise.position = 0.1;
     setup.rate = 1000.0;
     Talk talk(setup);
     talk.act("sim place tool b01 0 0 0 20 30 40");

@@ -137,6 +137,42 @@ TEST(Calibration, pausesForFiveSecondsUnlessToldOtherwise) {
     EXPECT_EQ(talk.get("sim cal_pause"), "3600");
 }
 
+TEST(Calibration, withoutAPauseGoesOnWithItsSecondStepByItself) {
+    ControllerSetup setup = withPivot();
+    setup.calibration.pauseSeconds = 0;
+    Talk talk(setup);
+    EXPECT_EQ(talk.get("cal step_pause volume s02"), "no");
+    EXPECT_EQ(talk.act("cal volume start"), "ok");
+    talk.wait(step - 0.2);
+    EXPECT_EQ(status(talk), "cal, cal 1, 0.450, 1 0.900");
+    talk.wait(0.4);
+    EXPECT_EQ(status(talk), "cal, cal 2, 0.550, 2 0.100");
+    EXPECT_EQ(talk.act("cal volume start_step s02"), "err 8");
+    talk.wait(step);
+    EXPECT_EQ(status(talk), "cal, cal 2, 1.000, 2 1.000");
+    talk.wait(0.5);
+    EXPECT_EQ(talk.get("status active"), "none");
+    EXPECT_EQ(talk.act("cal volume start"), "ok");
+    talk.wait(100.0);
+    EXPECT_EQ(talk.get("status active"), "none") << "nobody asked in between";
+}
+
+TEST(Calibration, computesLongEnoughToBeSeenHoweverShortItsStep) {
+    ControllerSetup setup = withPivot();
+    setup.calibration.stepSeconds = 0.05;
+    setup.rate = 1000.0;
+    Talk talk(setup);
+    talk.act("cal measurementtool start");
+    int seen = 0;
+    for (int poll = 0; poll < 20; ++poll) {
+        talk.wait(0.2);
+        seen +=
+            talk.get("status active") == "cal" && talk.get("status progress") == "1.000" ? 1 : 0;
+    }
+    EXPECT_GE(seen, 2);
+    EXPECT_EQ(talk.get("status active"), "none");
+}
+
 TEST(Calibration, canPauseBeforeItsFirstStep) {
     Talk talk(withPivot());
     EXPECT_EQ(talk.set("sim cal_initial_pause 3"), "ok");
@@ -187,10 +223,10 @@ TEST(Calibration, movesTheTipInTheDataByWhatWasComputedOnAcceptance) {
     Talk talk(withPivot());
     talk.set("sim noise 0");
     talk.set("sim calibration_tool b01");
-    talk.act("sim place tool b01 100 200 300 0 0 0");
     const std::vector<double> old = talk.numbers("sim tip_used b01");
     runToItsEnd(talk);
     EXPECT_EQ(talk.numbers("sim tip_used b01"), old);
+    talk.act("sim place tool b01 100 200 300 0 0 0");
     EXPECT_EQ(accept(talk), "ok");
     const std::vector<double> now = talk.numbers("sim tip_used b01");
     EXPECT_LT(distance(now, talk.numbers("sim tip b01")), 1e-5);
@@ -315,4 +351,53 @@ TEST(Calibration, isOfTheToolThatWasChosenElseOfTheFirstWithoutTip) {
     EXPECT_EQ(talk.set("sim calibration_tool b05"), "err 5");
     runToItsEnd(talk);
     EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b02");
+}
+
+TEST(Calibration, isNeverOfAToolWhoseBodyIsNotCalibrated) {
+    Talk talk(withPivot());
+    talk.set("sim body_calibrated tool b04 no");
+    talk.set("sim body_calibrated tool b01 no");
+    runToItsEnd(talk);
+    EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b02");
+    EXPECT_EQ(talk.set("sim calibration_tool b01"), "ok");
+    runToItsEnd(talk);
+    EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b02");
+    talk.set("sim body_calibrated tool b01 yes");
+    runToItsEnd(talk);
+    EXPECT_EQ(talk.get("measurementtool calibration_body_id"), "b01");
+    for (const char* body : {"b01", "b02", "b03"}) {
+        talk.set(std::string("sim body_calibrated tool ") + body + " no");
+    }
+    EXPECT_EQ(talk.get("cal available measurementtool"), "no");
+    EXPECT_EQ(talk.act("cal measurementtool start"), "err 8");
+    EXPECT_EQ(talk.act("cal volume start"), "ok") << "that one is of no tool";
+}
+
+TEST(Calibration, ofATipThatWasLostIsTheOriginOfTheBody) {
+    Talk talk(withPivot());
+    const std::vector<double> origin = {0.0, 0.0, 0.0};
+    const std::vector<double> tip = talk.numbers("sim tip_used b01");
+    EXPECT_LT(distance(tip, talk.numbers("sim tip b01")), 3.0);
+    EXPECT_EQ(talk.set("sim tip_calibrated b01 no"), "ok");
+    EXPECT_EQ(talk.numbers("sim tip_used b01"), origin);
+    EXPECT_EQ(talk.set("sim tip_calibrated b01 yes"), "ok");
+    EXPECT_EQ(talk.numbers("sim tip_used b01"), tip);
+    EXPECT_EQ(talk.numbers("sim tip_used b04"), origin);
+    EXPECT_EQ(talk.set("sim tip_calibrated b04 yes"), "ok");
+    EXPECT_LT(distance(talk.numbers("sim tip_used b04"), talk.numbers("sim tip b04")), 3.0);
+}
+
+TEST(Calibration, ofATipThatWasLostMovesTheDataToTheOriginOfTheBody) {
+    Talk talk(withPivot());
+    talk.set("sim noise 0");
+    talk.set("output active chmon 6dmt2 yes");
+    talk.act("sim place tool b01 100 200 300 0 0 0");
+    const std::vector<double> tip = talk.numbers("sim tip_used b01");
+    talk.set("sim tip_calibrated b01 no");
+    talk.act("tracking start");
+    const std::string line = talk.nextLine("6dmt2");
+    const std::string x = kestrel_simulator::text::fixed(100.0 - tip[0], 3);
+    const std::string z = kestrel_simulator::text::fixed(300.0 - tip[2], 3);
+    EXPECT_NE(line.find("[" + x + " "), std::string::npos) << line;
+    EXPECT_NE(line.find(" " + z + "]"), std::string::npos) << line;
 }

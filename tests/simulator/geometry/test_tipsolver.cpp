@@ -1,15 +1,18 @@
 #include "simulator/geometry/pivot.h"
+#include "simulator/geometry/posenoise.h"
 #include "simulator/geometry/tipsolver.h"
 
 #include <Eigen/LU>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <vector>
 
 using kestrel_simulator::Pivot;
-using kestrel_simulator::pivotPoses;
 using kestrel_simulator::Pose;
 using kestrel_simulator::PoseNoise;
+using kestrel_simulator::Probe;
 using kestrel_simulator::solveTip;
+using kestrel_simulator::Swing;
 using kestrel_simulator::TipSolution;
 using Outcome = TipSolution::Outcome;
 
@@ -17,6 +20,25 @@ namespace {
 
 const Eigen::Vector3d trueTip(3.0, -7.0, 180.0);
 constexpr std::size_t count = 240;
+
+// Measured poses of the body of a probe with that tip, evenly spaced over one period of the swing.
+std::vector<Pose> pivotPoses(Pivot pivot, const Eigen::Vector3d& tip, std::size_t poses,
+                             const PoseNoise& noise, std::mt19937_64& random) {
+    Probe probe;
+    probe.tip = tip;
+    Swing swing;
+    swing.pivot = pivot;
+    swing.from = {Eigen::Vector3d(120.0, -80.0, 15.0),
+                  kestrel_simulator::rotationFromAngles({180.0, 0.0, 25.0})};
+    std::vector<Pose> measured;
+    for (std::size_t i = 0; i < poses; ++i) {
+        const double time =
+            (static_cast<double>(i) + 0.5) / static_cast<double>(poses) * swing.period;
+        measured.push_back(
+            noise.measured(swing.tipPose(probe, time).withOrigin(-probe.tip), random));
+    }
+    return measured;
+}
 
 TipSolution solve(Pivot pivot, double noise, std::uint64_t seed) {
     std::mt19937_64 random(seed);
