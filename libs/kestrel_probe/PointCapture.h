@@ -17,8 +17,8 @@ struct CapturedPoint {
     double mean[3];          ///< of the samples
     double deviation[3];     ///< standard deviation of a sample, per axis
     double greatestDistance; ///< of a sample from the mean
-    std::size_t samples;
-    double duration; ///< s from the first sample to the last
+    std::size_t samples;     ///< how many; at least two
+    double duration;         ///< s from the first sample to the last
 };
 
 /// Captures a point from the samples of a tip that is held still for some time. It begins anew when
@@ -31,6 +31,7 @@ class PointCapture {
 public:
     static constexpr double longestSilence = 1.0; ///< s without a sample
 
+    /// Where a capture stands.
     enum class State {
         Idle,     ///< not begun, or cancelled
         Holding,  ///< collecting samples
@@ -57,6 +58,7 @@ public:
     /// Tells the time when no sample comes.
     void wait(double seconds);
 
+    /// Where the capture stands.
     State state() const { return m_state; }
 
     /// Share of the duration for which the tip has been held, 0 to 1.
