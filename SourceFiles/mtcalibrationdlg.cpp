@@ -64,6 +64,7 @@ int MtCalibrationDlg::update_and_exec() {
     }
     m_open = false;
     if (isVisible()) {
+        makeModalAgainAfterQuit(*this);
         on_pushButton_exit_clicked(); // the application quits: nobody has closed the dialog
     }
     return result;

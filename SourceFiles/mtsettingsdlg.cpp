@@ -2,6 +2,7 @@
 
 #include "SourceFiles/bodytexts.h"
 #include "general/hostlink.h"
+#include "general/modalrun.h"
 #include "host_api/iomanager.h"
 
 #include <QHeaderView>
@@ -86,8 +87,18 @@ int MtSettingsDlg::update_and_exec() {
     onShowDlg();
     const QPointer<MtSettingsDlg> self(this);
     const int result = exec();
+    if (self.isNull()) {
+        return result;
+    }
+    // The application quits or the host has hidden the dialog: none of the close paths was taken.
+    if (isVisible()) {
+        makeModalAgainAfterQuit(*this);
+        reject();
+    } else {
+        restoreCounts();
+        onHideDlg();
+    }
     if (!self.isNull()) {
-        onHideDlg(); // a dialog that the host has hidden took none of the close paths
         m_isRunning = false;
     }
     return result;
@@ -217,6 +228,12 @@ void MtSettingsDlg::on_tableWidget_availableMt_cellClicked(int row, int /*column
 }
 
 void MtSettingsDlg::on_pushButton_cancel_clicked() {
+    restoreCounts();
+    onHideDlg();
+    done(Rejected);
+}
+
+void MtSettingsDlg::restoreCounts() {
     if (m_iPrimaryNumberOfMeaBodies <= m_iNumberOfMeaBodies) {
         restoreNumberOfTools();
         restoreNumberOfReferences();
@@ -224,8 +241,6 @@ void MtSettingsDlg::on_pushButton_cancel_clicked() {
         restoreNumberOfReferences();
         restoreNumberOfTools();
     }
-    onHideDlg();
-    done(Rejected);
 }
 
 void MtSettingsDlg::restoreNumberOfTools() {

@@ -117,6 +117,7 @@ private:
     bool isMtAvailable();
     bool is_config_locked();
     bool protocolIsAtLeast(int major, int minor) const;
+    void restoreCounts();
     void restoreNumberOfTools();
     void restoreNumberOfReferences();
     void fillQuietly(const std::function<void()>& fill);

@@ -165,6 +165,7 @@ int CalibrationProgressDlg::run() {
         return 0;
     }
     if (isVisible()) {
+        makeModalAgainAfterQuit(*this);
         reject(); // the application quits: nobody has closed the dialog
     }
     return result;

@@ -5,6 +5,14 @@
 
 #include <utility>
 
+/// When the application quits, exec() returns with the dialog still shown, no longer modal. Hidden
+/// or destroyed like that, its window would stay in Qt's list of modal windows for ever.
+inline void makeModalAgainAfterQuit(QDialog& dialog) {
+    if (dialog.isVisible()) {
+        dialog.setModal(true);
+    }
+}
+
 /// An inner dialog for one modal run: made by its caller, gone at the end of the caller's scope.
 ///
 /// It stands on the heap. A dialog on the caller's stack would be destroyed twice when its parent
@@ -17,7 +25,12 @@ public:
     template <typename... Arguments>
     explicit ModalRun(Arguments&&... arguments)
         : m_dialog(new Dialog(std::forward<Arguments>(arguments)...)) {}
-    ~ModalRun() { delete m_dialog.data(); }
+    ~ModalRun() {
+        if (!m_dialog.isNull()) {
+            makeModalAgainAfterQuit(*m_dialog);
+            delete m_dialog.data();
+        }
+    }
     ModalRun(const ModalRun&) = delete;
     ModalRun& operator=(const ModalRun&) = delete;
 

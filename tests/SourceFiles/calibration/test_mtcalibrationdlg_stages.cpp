@@ -235,6 +235,7 @@ private Q_SLOTS:
         QVERIFY(rig.dialog->isHidden());
         QVERIFY(!visibleWindows().contains("CountdownDialog"));
         QVERIFY(!visibleWindows().contains("CalibrationProgressDialog"));
+        QVERIFY(QGuiApplication::modalWindow() == nullptr);
         const Lines operations = rig.host.operations();
         QCOMPARE(operations.back(), std::string("send kestrel2 tracking stop"));
         const bool running = stage == "progress" || stage == "step countdown";

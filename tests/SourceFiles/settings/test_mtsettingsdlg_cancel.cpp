@@ -1,6 +1,8 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
 
+#include <QApplication>
 #include <QSpinBox>
+#include <QTimer>
 #include <QtTest>
 
 namespace {
@@ -17,6 +19,26 @@ void escape(SettingsRig& rig) {
 
 void closeButton(SettingsRig& rig) {
     rig.dialog->close();
+}
+
+void quit(SettingsRig& /*rig*/) {
+    QCoreApplication::quit();
+}
+
+void hide(SettingsRig& rig) {
+    rig.dialog->hide();
+}
+
+// Runs the dialog inside the application's own loop, so that the application can quit and go on.
+int runInApplication(SettingsRig& rig, const std::function<void()>& whileOpen) {
+    int result = -1;
+    QTimer::singleShot(0, rig.dialog, [&] {
+        QTimer::singleShot(0, rig.dialog, whileOpen);
+        result = rig.dialog->update_and_exec();
+        QCoreApplication::quit();
+    });
+    QCoreApplication::exec();
+    return result;
 }
 
 struct Counts {
@@ -49,6 +71,9 @@ class TestMtSettingsDlgCancel : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // A dialog that is closed would otherwise end the loop of the run that follows.
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
     void theCountsAreRestoredInThisOrder_data() {
         QTest::addColumn<VersionInfo>("protocol");
         QTest::addColumn<Close>("close");
@@ -101,6 +126,47 @@ private Q_SLOTS:
         QTEST(asText(cancelled(rig, before, after, close)), "expected");
         QVERIFY(!rig.dialog->isVisible());
         COMPARE_LINES(rig.logs(), Lines());
+    }
+
+    void theCountsAreRestoredOnceWhenTheLoopEndsByItself_data() {
+        QTest::addColumn<Close>("end");
+        QTest::newRow("the application quits") << Close(quit);
+        QTest::newRow("the host hides the dialog") << Close(hide);
+    }
+    void theCountsAreRestoredOnceWhenTheLoopEndsByItself() {
+        QFETCH(Close, end);
+        SettingsRig rig;
+        const auto endingWith = [&](int tools, int references) {
+            return runInApplication(rig, [&] {
+                rig.setSpin("spinBox_noOfMeaBodies", tools);
+                rig.setSpin("spinBox_noOfRefBodies", references);
+                rig.operations();
+                end(rig);
+            });
+        };
+        QCOMPARE(endingWith(4, 1), 0);
+        COMPARE_LINES(rig.operations(), Lines{"set measurementtool number_of_tools 2",
+                                              "set measurementtool number_of_references 3"});
+        QVERIFY(!rig.dialog->isVisible());
+        QVERIFY(QGuiApplication::modalWindow() == nullptr);
+        QVERIFY(!rig.dialog->findChild<QTimer*>()->isActive());
+
+        QCOMPARE(endingWith(1, 3), 0); // the dialog can be opened again
+        COMPARE_LINES(rig.operations(), Lines{"set measurementtool number_of_tools 2"});
+        QCOMPARE(endingWith(2, 3), 0);
+        COMPARE_LINES(rig.operations(), Lines());
+    }
+
+    void whatOkHasWrittenIsNotTakenBackWhenTheApplicationQuits() {
+        SettingsRig rig;
+        const int result = runInApplication(rig, [&] {
+            rig.setSpin("spinBox_noOfMeaBodies", 3);
+            rig.click("pushButton_ok");
+            rig.operations();
+            QCoreApplication::quit();
+        });
+        QCOMPARE(result, 0);
+        COMPARE_LINES(rig.operations(), Lines());
     }
 
     void belowProtocol13NothingIsEverWritten_data() {
