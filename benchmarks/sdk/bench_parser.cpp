@@ -55,9 +55,13 @@ bool sameBody(const KestrelSDK_Datatypes::Kestrel_Body_Type_d& a,
            std::memcmp(a.rot, b.rot, sizeof a.rot) == 0;
 }
 
+template <class Table>
+using Getter = const typename Table::value_type* (KestrelParser::*)(int) const;
+
 /// A yardstick counts only if it reads what the parser reads.
-template <class Table, class Read, class Get, class Same>
-bool agrees(SampleLines lines, std::size_t prefix, Table& table, Read read, Get get, Same same) {
+template <class Table, class Read, class Same>
+bool agrees(SampleLines lines, std::size_t prefix, Table& table, Read read, Getter<Table> get,
+            Same same) {
     KestrelParser parser;
     for (std::size_t n = 0; n < lines.count(); ++n) {
         char* line = lines.next();
@@ -74,9 +78,9 @@ bool agrees(SampleLines lines, std::size_t prefix, Table& table, Read read, Get 
     return true;
 }
 
-template <class Table, class Read, class Get, class Same>
-void measure(benchmark::State& state, SampleLines lines, std::size_t prefix, Read read, Get get,
-             Same same) {
+template <class Table, class Read, class Same>
+void measure(benchmark::State& state, SampleLines lines, std::size_t prefix, Read read,
+             Getter<Table> get, Same same) {
     Table table(static_cast<std::size_t>(state.range(0)));
     if (!agrees(lines, prefix, table, read, get, same)) {
         state.SkipWithError("the yardstick reads something else than the parser");

@@ -82,9 +82,12 @@ bool isCount(int count, int most) {
     return count >= 0 && count <= most;
 }
 
+template <class Record>
+using Getter = const Record* (KestrelParser::*)(int) const;
+
 /// A table ends where its count says; gives its records to `check`.
-template <class Get, class Check>
-void checkNamed(KestrelParser& parser, int count, Get get, Check check) {
+template <class Record, class Check>
+void checkNamed(const KestrelParser& parser, int count, Getter<Record> get, Check check) {
     require(isCount(count, 65535), "a count is out of bounds");
     require((parser.*get)(count) == nullptr, "there is a record behind the last one");
     for (int i = 0; i < count; ++i) {
@@ -93,15 +96,15 @@ void checkNamed(KestrelParser& parser, int count, Get get, Check check) {
 }
 
 /// As above, for a table whose ids choose the record.
-template <class Get, class Check>
-void checkTable(KestrelParser& parser, int count, Get get, Check check) {
+template <class Record, class Check>
+void checkTable(const KestrelParser& parser, int count, Getter<Record> get, Check check) {
     checkNamed(parser, count, get, [check](const auto& record, int index) {
         require(record.id == index, "a record has the id of another one");
         check(record);
     });
 }
 
-void checkTables(KestrelParser& parser) {
+void checkTables(const KestrelParser& parser) {
     const auto any = [](const auto&) {};
     checkTable(parser, parser.getNumBody(), &KestrelParser::getBody, any);
     checkTable(parser, parser.getNumMeaRef(), &KestrelParser::getMeaRef, any);

@@ -4,6 +4,8 @@
 #include "Tables.h"
 
 #include <new>
+#include <tuple>
+#include <utility>
 
 using namespace KestrelSDK_Datatypes;
 
@@ -24,8 +26,8 @@ char* behindPrefix(char* text, const char* prefix) {
     return text;
 }
 
-template <class Record>
-Record* recordAt(std::vector<Record>& table, int count, int index) {
+template <class Table>
+auto* recordAt(Table& table, int count, int index) {
     return index < 0 || index >= count ? nullptr : &table.at(static_cast<std::size_t>(index));
 }
 
@@ -33,7 +35,34 @@ Record* recordAt(std::vector<Record>& table, int count, int index) {
 
 KestrelParser::KestrelParser() = default;
 
+KestrelParser::KestrelParser(KestrelParser&& other) noexcept
+    : KestrelParser() {
+    swap(other);
+}
+
+KestrelParser& KestrelParser::operator=(KestrelParser&& other) noexcept {
+    KestrelParser taken(std::move(other));
+    swap(taken);
+    return *this;
+}
+
 KestrelParser::~KestrelParser() = default;
+
+void KestrelParser::swap(KestrelParser& other) noexcept {
+    const auto fieldsOf = [](KestrelParser& parser) {
+        return std::tie(
+            parser.act_framecounter, parser.act_timestamp, parser.act_num_body, parser.act_body,
+            parser.act_num_wand, parser.act_wand, parser.act_num_meatool, parser.act_meatool,
+            parser.act_num_mearef, parser.act_mearef, parser.act_num_hand, parser.act_hand,
+            parser.act_num_human, parser.act_human, parser.act_num_inertial, parser.act_inertial,
+            parser.act_num_marker, parser.act_marker, parser.loc_num_bodycal,
+            parser.loc_num_handcal, parser.loc_num_wand1, parser.loc_num_meatool,
+            parser.m_bodyBefore, parser.m_handBefore, parser.m_inertialBefore);
+    };
+    auto mine = fieldsOf(*this);
+    auto others = fieldsOf(other);
+    mine.swap(others);
+}
 
 void KestrelParser::startFrame() {
     act_framecounter = 0;
@@ -63,6 +92,11 @@ bool KestrelParser::parseLine(char** line) {
     } catch (const std::bad_alloc&) {
         return false;
     }
+}
+
+bool KestrelParser::parseLine(const char* line) {
+    char* position = const_cast<char*>(line); // nothing writes to it
+    return parseLine(&position);
 }
 
 bool KestrelParser::parseKnownLine(char*& line) {
@@ -159,24 +193,48 @@ int KestrelParser::getNumMarker() const {
 Kestrel_Body_Type_d* KestrelParser::getBody(int index) {
     return recordAt(act_body, act_num_body, index);
 }
+const Kestrel_Body_Type_d* KestrelParser::getBody(int index) const {
+    return recordAt(act_body, act_num_body, index);
+}
 Kestrel_Wand_Type_d* KestrelParser::getWand(int index) {
+    return recordAt(act_wand, act_num_wand, index);
+}
+const Kestrel_Wand_Type_d* KestrelParser::getWand(int index) const {
     return recordAt(act_wand, act_num_wand, index);
 }
 Kestrel_MeaTool_Type_d* KestrelParser::getMeaTool(int index) {
     return recordAt(act_meatool, act_num_meatool, index);
 }
+const Kestrel_MeaTool_Type_d* KestrelParser::getMeaTool(int index) const {
+    return recordAt(act_meatool, act_num_meatool, index);
+}
 Kestrel_MeaRef_Type_d* KestrelParser::getMeaRef(int index) {
+    return recordAt(act_mearef, act_num_mearef, index);
+}
+const Kestrel_MeaRef_Type_d* KestrelParser::getMeaRef(int index) const {
     return recordAt(act_mearef, act_num_mearef, index);
 }
 Kestrel_Hand_Type_d* KestrelParser::getHand(int index) {
     return recordAt(act_hand, act_num_hand, index);
 }
+const Kestrel_Hand_Type_d* KestrelParser::getHand(int index) const {
+    return recordAt(act_hand, act_num_hand, index);
+}
 Kestrel_Human_Type_d* KestrelParser::getHuman(int index) {
+    return recordAt(act_human, act_num_human, index);
+}
+const Kestrel_Human_Type_d* KestrelParser::getHuman(int index) const {
     return recordAt(act_human, act_num_human, index);
 }
 Kestrel_Inertial_Type_d* KestrelParser::getInertial(int index) {
     return recordAt(act_inertial, act_num_inertial, index);
 }
+const Kestrel_Inertial_Type_d* KestrelParser::getInertial(int index) const {
+    return recordAt(act_inertial, act_num_inertial, index);
+}
 Kestrel_Marker_Type_d* KestrelParser::getMarker(int index) {
+    return recordAt(act_marker, act_num_marker, index);
+}
+const Kestrel_Marker_Type_d* KestrelParser::getMarker(int index) const {
     return recordAt(act_marker, act_num_marker, index);
 }

@@ -2,6 +2,7 @@
 
 #include "KestrelDatatypes.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace KestrelSDK_Parse {
@@ -19,10 +20,11 @@ class LineReader;
 class KestrelParser {
 public:
     KestrelParser();
-    /// Copies the tables as well.
     KestrelParser(const KestrelParser&) = default;
-    /// Copies the tables as well.
     KestrelParser& operator=(const KestrelParser&) = default;
+    /// Takes everything over without copying a record. `other` is as newly made and may be used on.
+    KestrelParser(KestrelParser&& other) noexcept;
+    KestrelParser& operator=(KestrelParser&& other) noexcept;
     virtual ~KestrelParser();
 
     /// Forgets frame counter, time stamp and the counts of calibrated objects; keeps the tables.
@@ -34,6 +36,10 @@ public:
     /// lines of an unknown kind, which change nothing. Moves `*line` behind the last item read and
     /// never writes to the text.
     virtual bool parseLine(char** line);
+    /// The same for text that is const; where reading stopped is not told. By way of the operation
+    /// above, also when a parser that derives from this one has another.
+    bool parseLine(const char* line);
+    bool parseLine(std::nullptr_t) { return false; } ///< no line
 
     unsigned int getFrameCounter() const; ///< 0 when unknown
     double getTimeStamp() const;          ///< -1 when unknown
@@ -52,13 +58,21 @@ public:
     int getNumInertial() const;
     int getNumMarker() const;
     KestrelSDK_Datatypes::Kestrel_Body_Type_d* getBody(int index);
+    const KestrelSDK_Datatypes::Kestrel_Body_Type_d* getBody(int index) const;
     KestrelSDK_Datatypes::Kestrel_Wand_Type_d* getWand(int index);
+    const KestrelSDK_Datatypes::Kestrel_Wand_Type_d* getWand(int index) const;
     KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d* getMeaTool(int index);
+    const KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d* getMeaTool(int index) const;
     KestrelSDK_Datatypes::Kestrel_MeaRef_Type_d* getMeaRef(int index);
+    const KestrelSDK_Datatypes::Kestrel_MeaRef_Type_d* getMeaRef(int index) const;
     KestrelSDK_Datatypes::Kestrel_Hand_Type_d* getHand(int index);
+    const KestrelSDK_Datatypes::Kestrel_Hand_Type_d* getHand(int index) const;
     KestrelSDK_Datatypes::Kestrel_Human_Type_d* getHuman(int index);
+    const KestrelSDK_Datatypes::Kestrel_Human_Type_d* getHuman(int index) const;
     KestrelSDK_Datatypes::Kestrel_Inertial_Type_d* getInertial(int index);
+    const KestrelSDK_Datatypes::Kestrel_Inertial_Type_d* getInertial(int index) const;
     KestrelSDK_Datatypes::Kestrel_Marker_Type_d* getMarker(int index);
+    const KestrelSDK_Datatypes::Kestrel_Marker_Type_d* getMarker(int index) const;
     /// @}
 
 protected:
@@ -94,6 +108,7 @@ private:
     using Reader = KestrelSDK_Parse::LineReader;
     struct LineKind;
 
+    void swap(KestrelParser& other) noexcept;
     bool parseKnownLine(char*& line);
     bool parseFrameCounter(Reader& line);
     bool parseTimeStamp(Reader& line);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -86,6 +87,26 @@ TEST(Allocations, theNewFormatsNeedNoneEither) {
     for (int i = 0; i < 100; ++i) {
         parseFrame(parser, lines);
     }
+    EXPECT_EQ(allocations, before);
+}
+
+TEST(Allocations, movingAParserNeedsNoneNorDoItsNextFrames) {
+    KestrelParser parser;
+    std::vector<std::string> lines = frame();
+    ASSERT_TRUE(parseFrame(parser, lines));
+    const long before = allocations;
+    KestrelParser moved(std::move(parser));
+    EXPECT_TRUE(parseFrame(moved, lines));
+    parser = std::move(moved);
+    EXPECT_TRUE(parseFrame(parser, lines));
+    EXPECT_EQ(allocations, before);
+}
+
+TEST(Allocations, constTextNeedsNone) {
+    KestrelParser parser;
+    ASSERT_TRUE(parser.parseLine("6dmtr 3 0"));
+    const long before = allocations;
+    EXPECT_TRUE(parser.parseLine("6dmtr 3 0"));
     EXPECT_EQ(allocations, before);
 }
 
