@@ -42,12 +42,14 @@ endfunction()
 # build does not know what that writes, and would compile what includes a changed form's header the
 # next time only.
 function(kestrel_add_forms target)
-    # What AUTOUIC has left in a build folder of before would be found first.
-    file(GLOB leftovers "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/include/ui_*.h")
+    qt5_wrap_ui(headers ${ARGN})
+    # What AUTOUIC or a form that has moved left in a build folder of before would be found first.
+    file(GLOB leftovers "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/include/ui_*.h"
+                        "${CMAKE_CURRENT_BINARY_DIR}/ui_*.h")
+    list(REMOVE_ITEM leftovers ${headers})
     if(leftovers)
         file(REMOVE ${leftovers})
     endif()
-    qt5_wrap_ui(headers ${ARGN})
     target_sources(${target} PRIVATE ${headers})
     target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_BINARY_DIR}")
     set_target_properties(${target} PROPERTIES AUTOGEN_TARGET_DEPENDS "${headers}")

@@ -1,7 +1,7 @@
 # Sourced by ./run and ./test: the Debian and Ubuntu packages that they need.
 
 build_packages=(
-    build-essential cmake ninja-build ccache
+    build-essential cmake ninja-build ccache python3
     qtbase5-dev qttools5-dev qttools5-dev-tools libfast-float-dev libeigen3-dev
     libgtest-dev libbenchmark-dev
     fonts-dejavu-core fakeroot
