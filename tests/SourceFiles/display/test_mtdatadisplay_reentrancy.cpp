@@ -20,6 +20,23 @@ const std::string bodyOfReference2 = "get_string body calibrated measurementtool
 const std::string twoTools = toolLine({Tool(), Tool()});
 const std::string twoReferences = referenceLine({Pose(), Pose()});
 
+// Counts how often timers with the interval of the display's refresh go off.
+class RefreshTicks : public QObject {
+public:
+    RefreshTicks() { qApp->installEventFilter(this); }
+    int count() const { return m_count; }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* const timer = qobject_cast<QTimer*>(watched);
+        if (event->type() == QEvent::Timer && timer != nullptr && timer->interval() == 200) {
+            ++m_count;
+        }
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(std::string)
@@ -216,7 +233,8 @@ private Q_SLOTS:
                 f.display->set_mea_stopped();
                 f.display->set_mea_started();
             }).join();
-            QTest::qWait(300); // long enough for the refresh timer of the new measurement
+            const RefreshTicks ticks; // one may still be the last measurement's
+            QTRY_VERIFY_WITH_TIMEOUT(ticks.count() >= 2, patienceMs);
             waited = true;
         });
         f.display->onUpdateDataDisplay();
