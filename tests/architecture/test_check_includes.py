@@ -97,8 +97,7 @@ ALLOWED = [
     ("tests/windows", '"SourceFiles/mtresultdlg.h"'),
 ]
 
-PLANTED_HEADERS = ["probecheck/planted.h", "libs/kestrel_probe/planted_private.h",
-                   "libs/kestrel_probe/PivotFit.h"]
+PLANTED_HEADERS = ["probecheck/planted.h", "libs/kestrel_probe/planted_private.h"]
 
 
 def sources_only(folder, names):
