@@ -1,11 +1,11 @@
 #include "workbench/modules/hostio.h"
 
 #include "libs/kestrel_wire/command.h"
+#include "libs/kestrel_wire/printftext.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/replyrules.h"
 #include "workbench/controller/requesterregistry.h"
 #include "workbench/text/log.h"
-#include "workbench/text/printftext.h"
 
 #include <QThread>
 
@@ -52,7 +52,7 @@ CommandChannel::Answer HostIo::ask(const std::string& command) {
 CommandChannel::Answer HostIo::get(const char* format, std::va_list arguments) {
     std::string parameter;
     CommandChannel::Answer answer;
-    if (!printfText(parameter, kestrel_wire::maxLineLength, format, arguments) ||
+    if (!kestrel_wire::printfText(parameter, kestrel_wire::maxLineLength, format, arguments) ||
         parameter.empty()) {
         answer.result = reported(BadCommand, format);
         return answer;
@@ -144,7 +144,8 @@ int HostIo::set_parameter(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
     std::string setting;
-    const bool good = printfText(setting, kestrel_wire::maxLineLength, format, arguments);
+    const bool good =
+        kestrel_wire::printfText(setting, kestrel_wire::maxLineLength, format, arguments);
     va_end(arguments);
     if (!good || setting.empty()) {
         return reported(BadCommand, format);

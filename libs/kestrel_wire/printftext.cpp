@@ -1,9 +1,9 @@
-#include "workbench/text/printftext.h"
+#include "libs/kestrel_wire/printftext.h"
 
 #include <clocale>
 #include <cstdio>
 
-namespace workbench {
+namespace kestrel_wire {
 
 namespace {
 
@@ -49,4 +49,4 @@ bool printfText(std::string& text, std::size_t maxLength, const char* format,
     return good;
 }
 
-} // namespace workbench
+} // namespace kestrel_wire
