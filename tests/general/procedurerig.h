@@ -7,26 +7,6 @@
 #include <deque>
 #include <memory>
 
-enum class Event {
-    Cal1, ///< a poll finds this: step 1 runs
-    Full, ///< step 1 runs and the overall progress is 100 %
-    Cal2, ///< step 2 runs
-    Pause1,
-    Pause2,
-    None,
-    Err,
-    Other,  ///< a state that means nothing here
-    Failed, ///< no state
-    CountdownElapsed,
-    CountdownStarted, ///< at once, by the user
-    CountdownCancelled,
-    Cancel, ///< or Escape, or the window's close
-    BoxClosed,
-    Message, ///< a caller's text
-    ParentDies,
-    ApplicationQuits
-};
-
 /// One calibration of two steps that is led by hand to a place and meets an event there: the poll
 /// timer does not run out by itself. A place is one letter:
 ///   S  countdown before the start           1, 2  the step runs, the timer polls
@@ -38,6 +18,26 @@ enum class Event {
 /// An event that a place cannot have (no countdown is shown, the timer rests) does nothing.
 class ProcedureRig {
 public:
+    enum class Event {
+        Cal1, ///< a poll finds this: step 1 runs
+        Full, ///< step 1 runs and the overall progress is 100 %
+        Cal2, ///< step 2 runs
+        Pause1,
+        Pause2,
+        None,
+        Err,
+        Other,  ///< a state that means nothing here
+        Failed, ///< no state
+        CountdownElapsed,
+        CountdownStarted, ///< at once, by the user
+        CountdownCancelled,
+        Cancel, ///< or Escape, or the window's close
+        BoxClosed,
+        Message, ///< a caller's text
+        ParentDies,
+        ApplicationQuits
+    };
+
     explicit ProcedureRig(bool twoStep);
 
     /// The place after the event; it was stable, and `before` was reached.

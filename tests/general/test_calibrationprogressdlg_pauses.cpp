@@ -1,5 +1,6 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -62,21 +63,19 @@ private Q_SLOTS:
         QTest::addColumn<QList<int>>("countdowns");
         const QString line = "kestrel2 set cal step_pause measurementtool s0%1 %2";
         const QString good = line.arg(2).arg("yes 4");
-        QTest::newRow("pauses") << line.arg(1).arg("yes 3") << good << true << QList<int>{3};
-        QTest::newRow("0 is 5 s") << line.arg(1).arg("yes 0") << good << true << QList<int>{5};
-        QTest::newRow("none is 5 s") << line.arg(1).arg("yes") << good << true << QList<int>{5};
-        QTest::newRow("no number is 5 s")
-            << line.arg(1).arg("yes 2.5") << good << true << QList<int>{5};
-        QTest::newRow("decimal") << line.arg(1).arg("yes 010") << good << true << QList<int>{10};
-        QTest::newRow("no first pause") << line.arg(1).arg("no 3") << good << false << QList<int>();
-        QTest::newRow("whole word") << line.arg(1).arg("yes, 3") << good << false << QList<int>();
-        QTest::newRow("no second pause keeps the first")
-            << line.arg(1).arg("yes 3") << line.arg(2).arg("no") << false << QList<int>{3};
-        QTest::newRow("word moved by a blank")
-            << "kestrel2 set cal step_pause measurementtool  s01 yes 3" << good << false
-            << QList<int>();
-        QTest::newRow("error") << "kestrel2 err 7 \"unknown\"" << good << false << QList<int>();
-        QTest::newRow("nothing") << "" << good << false << QList<int>();
+        row("pauses", line.arg(1).arg("yes 3"), good, true, QList<int>{3});
+        row("0 is 5 s", line.arg(1).arg("yes 0"), good, true, QList<int>{5});
+        row("none is 5 s", line.arg(1).arg("yes"), good, true, QList<int>{5});
+        row("no number is 5 s", line.arg(1).arg("yes 2.5"), good, true, QList<int>{5});
+        row("decimal", line.arg(1).arg("yes 010"), good, true, QList<int>{10});
+        row("no first pause", line.arg(1).arg("no 3"), good, false, QList<int>());
+        row("whole word", line.arg(1).arg("yes, 3"), good, false, QList<int>());
+        row("no second pause keeps the first", line.arg(1).arg("yes 3"), line.arg(2).arg("no"),
+            false, QList<int>{3});
+        row("word moved by a blank", "kestrel2 set cal step_pause measurementtool  s01 yes 3", good,
+            false, QList<int>());
+        row("error", "kestrel2 err 7 \"unknown\"", good, false, QList<int>());
+        row("nothing", "", good, false, QList<int>());
     }
     void theWholePauseLinesDecideOnTwoStepMode() {
         QFETCH(QString, first);

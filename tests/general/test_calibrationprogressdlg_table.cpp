@@ -1,15 +1,14 @@
 #include "tests/general/procedurerig.h"
+#include "tests/support/statetable.h"
 
 #include <QtTest>
 
-Q_DECLARE_METATYPE(Event)
+Q_DECLARE_METATYPE(ProcedureRig::Event)
 
 namespace {
 
-struct Row {
-    const char* text; ///< the event's name, and the place after it for each place before it
-    Event event;
-};
+using Event = ProcedureRig::Event;
+using Row = StateTableRow<Event>;
 
 // The letters are explained at ProcedureRig.
 const char* const singleStepHeader = "followed by status active      | S 1 C H R 2 E";
@@ -51,10 +50,6 @@ const Row twoStepTable[] = {
     {"the parent dies                | - - - - - - -", Event::ParentDies},
     {"the application quits          | - - - - - - -", Event::ApplicationQuits},
 };
-
-QStringList cellsOf(const char* text) {
-    return QString(text).section('|', 1).simplified().split(' ');
-}
 
 const std::string stop = "send kestrel2 cal measurementtool stop";
 const std::string describe2 = "get_string cal step_desc measurementtool s02";
@@ -115,17 +110,12 @@ Lines expectedOperations(bool twoStep, QChar before, Event event) {
 
 template <std::size_t size>
 void addRows(const char* header, const Row (&table)[size], bool twoStep) {
-    const QStringList before = cellsOf(header);
-    for (const Row& row : table) {
-        const QStringList after = cellsOf(row.text);
-        QCOMPARE(after.size(), before.size());
-        const QString name = QString(row.text).section('|', 0, 0).simplified();
-        for (int i = 0; i < before.size(); ++i) {
-            QTest::addRow("%s, %s: %s", twoStep ? "two-step" : "single-step", qPrintable(before[i]),
-                          qPrintable(name))
-                << twoStep << before[i] << row.event << after[i];
-        }
-    }
+    forEachCell(header, table,
+                [&](const QString& name, const QString& before, Event event, const QString& after) {
+                    QTest::addRow("%s, %s: %s", twoStep ? "two-step" : "single-step",
+                                  qPrintable(before), qPrintable(name))
+                        << twoStep << before << event << after;
+                });
 }
 
 // Inside the application's own loop, as in a real host.

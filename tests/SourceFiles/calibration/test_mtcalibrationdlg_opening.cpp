@@ -1,5 +1,6 @@
 #include "tests/SourceFiles/calibration/calibrationrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -68,28 +69,22 @@ private Q_SLOTS:
         const QString available = "Measurement Tool is not available!";
         const QString tracking = "Tracking is not available!";
         const QString count = QString::fromStdString(countLog);
-        QTest::newRow("no support") << "measurementtool available"
-                                    << "no" << available << 2 << QStringList();
-        QTest::newRow("support with a blank") << "measurementtool available"
-                                              << "yes " << available << 2 << QStringList();
-        QTest::newRow("support unknown") << "measurementtool available"
-                                         << "FAIL" << available << 2 << QStringList();
-        QTest::newRow("no tracking") << "tracking available"
-                                     << "no" << tracking << 3 << QStringList();
-        QTest::newRow("no tool") << "measurementtool number_of_tools"
-                                 << "0" << defined << 4 << QStringList();
-        QTest::newRow("fewer than none") << "measurementtool number_of_tools"
-                                         << "-1" << defined << 4 << QStringList();
-        QTest::newRow("tools unknown") << "measurementtool number_of_tools"
-                                       << "FAIL" << defined << 4 << QStringList(count);
-        QTest::newRow("none calibrated") << "body calibrated measurementtool b02"
-                                         << "no" << calibrated << 7 << QStringList();
-        QTest::newRow("calibrated with a blank") << "body calibrated measurementtool b02"
-                                                 << "yes " << calibrated << 7 << QStringList();
-        QTest::newRow("calibration unknown, not asked further")
-            << "body calibrated measurementtool b01"
-            << "FAIL" << calibrated << 6
-            << QStringList("Error: Unable to get calibration info for Measurement Tool");
+        row("no support", "measurementtool available", "no", available, 2, QStringList());
+        row("support with a blank", "measurementtool available", "yes ", available, 2,
+            QStringList());
+        row("support unknown", "measurementtool available", "FAIL", available, 2, QStringList());
+        row("no tracking", "tracking available", "no", tracking, 3, QStringList());
+        row("no tool", "measurementtool number_of_tools", "0", defined, 4, QStringList());
+        row("fewer than none", "measurementtool number_of_tools", "-1", defined, 4, QStringList());
+        row("tools unknown", "measurementtool number_of_tools", "FAIL", defined, 4,
+            QStringList(count));
+        row("none calibrated", "body calibrated measurementtool b02", "no", calibrated, 7,
+            QStringList());
+        row("calibrated with a blank", "body calibrated measurementtool b02", "yes ", calibrated, 7,
+            QStringList());
+        row("calibration unknown, not asked further", "body calibrated measurementtool b01", "FAIL",
+            calibrated, 6,
+            QStringList("Error: Unable to get calibration info for Measurement Tool"));
     }
     void theFirstFailingCheckDecides() {
         QFETCH(QString, parameter);
@@ -170,15 +165,12 @@ private Q_SLOTS:
         QTest::addColumn<bool>("canCalibrate");
         QTest::addColumn<QString>("logged");
         const QString unavailable = red("Calibration Measurement Tool is not available!");
-        QTest::newRow("yes") << "yes"
-                             << "" << true << "";
-        QTest::newRow("no") << "no" << unavailable << false << "";
-        QTest::newRow("yes with a blank") << "yes " << unavailable << false << "";
-        QTest::newRow("nothing") << "" << unavailable << false << "";
-        QTest::newRow("failed: left as it was")
-            << "FAIL"
-            << "" << true
-            << "Error: Unable to get info calibration for Measurement Tool is available";
+        row("yes", "yes", "", true, "");
+        row("no", "no", unavailable, false, "");
+        row("yes with a blank", "yes ", unavailable, false, "");
+        row("nothing", "", unavailable, false, "");
+        row("failed: left as it was", "FAIL", "", true,
+            "Error: Unable to get info calibration for Measurement Tool is available");
     }
     void theLastCheckSetsTheButton() {
         QFETCH(QString, reply);

@@ -2,6 +2,7 @@
 #include "host_api/metatypes.h"
 #include "tests/SourceFiles/calibration/calibrationrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -249,19 +250,17 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("sent");
         const QString start = "send kestrel2 tracking start";
         const QString stop = "send kestrel2 cal measurementtool stop";
-        QTest::newRow("open") << "open" << QByteArray("MtCalibrationDlgClass") << QStringList();
-        QTest::newRow("help") << "help" << QByteArray("MtHelpDlgClass") << QStringList();
-        QTest::newRow("refused") << "refused" << QByteArray("messageBox_notAvailable")
-                                 << QStringList();
-        QTest::newRow("first countdown")
-            << "first countdown" << QByteArray("CountdownDialog") << QStringList{start};
-        QTest::newRow("progress") << "progress" << QByteArray("CalibrationProgressDialog")
-                                  << QStringList{stop, start};
-        QTest::newRow("step countdown, then progress")
-            << "step countdown" << QByteArray("CountdownDialog") << QStringList{stop, start};
-        QTest::newRow("error") << "error" << QByteArray("messageBox_calibrationError")
-                               << QStringList{start};
-        QTest::newRow("result") << "result" << QByteArray("MtResultDlgClass") << QStringList{start};
+        row("open", "open", QByteArray("MtCalibrationDlgClass"), QStringList());
+        row("help", "help", QByteArray("MtHelpDlgClass"), QStringList());
+        row("refused", "refused", QByteArray("messageBox_notAvailable"), QStringList());
+        row("first countdown", "first countdown", QByteArray("CountdownDialog"),
+            QStringList{start});
+        row("progress", "progress", QByteArray("CalibrationProgressDialog"),
+            QStringList{stop, start});
+        row("step countdown, then progress", "step countdown", QByteArray("CountdownDialog"),
+            QStringList{stop, start});
+        row("error", "error", QByteArray("messageBox_calibrationError"), QStringList{start});
+        row("result", "result", QByteArray("MtResultDlgClass"), QStringList{start});
     }
     void escapeClosesTheTopmostDialog() {
         QFETCH(QString, stage);

@@ -32,36 +32,36 @@ bool waitFor(const std::function<bool()>& condition);
 bool isConnecting(Place place);
 bool isReading(Place place);
 
-enum class Event {
-    ConnectAsked, ///< to another controller
-    ConnectAskedAgain,
-    DisconnectAsked,
-    Accepted,
-    Refused,
-    TimerOfReply, ///< of a reply or of the connecting is due
-    Dropped,
-    GoodVersions,
-    OldVersions,
-    OneVersionGarbled,
-    AllVersionsGarbled,
-    HalfLine, ///< that nobody asked for
-    EndlessLine,
-    TimerOfRetry,
-    TimerOfPoll,
-    CommandAnswered,
-    CommandGarbled,
-    CommandsGarbled, ///< three in a row
-    CommandUnanswered,
-    StartAcknowledged,
-    StopAcknowledged,
-    StartElsewhere ///< found out by the poll
-};
-
 /// A workbench's backend that can be brought to each place of the connection and be met there by
 /// each event. Its retry and poll timers do not run out by themselves, the controller is silent
 /// everywhere but in Ready.
 class ConnectionRig {
 public:
+    enum class Event {
+        ConnectAsked, ///< to another controller
+        ConnectAskedAgain,
+        DisconnectAsked,
+        Accepted,
+        Refused,
+        TimerOfReply, ///< of a reply or of the connecting is due
+        Dropped,
+        GoodVersions,
+        OldVersions,
+        OneVersionGarbled,
+        AllVersionsGarbled,
+        HalfLine, ///< that nobody asked for
+        EndlessLine,
+        TimerOfRetry,
+        TimerOfPoll,
+        CommandAnswered,
+        CommandGarbled,
+        CommandsGarbled, ///< three in a row
+        CommandUnanswered,
+        StartAcknowledged,
+        StopAcknowledged,
+        StartElsewhere ///< found out by the poll
+    };
+
     ConnectionRig();
 
     /// False when the connection did not get to `place`. The connecting places last until the event

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/controller/commandchannel.h"
 
@@ -52,40 +53,27 @@ private Q_SLOTS:
     }
 
     void repliesAreJudged_data() {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("reply");
         QTest::addColumn<int>("result");
-        QTest::newRow("ok") << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 ok\n") << 0;
-        QTest::newRow("carriage return is ignored")
-            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 ok\r\n") << 0;
-        QTest::newRow("ok with a blank")
-            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 ok \n") << -3;
-        QTest::newRow("error number")
-            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err 12 \"no\"\n") << 12;
-        QTest::newRow("error number 0")
-            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err 0 \"no\"\n") << -3;
-        QTest::newRow("negative error number")
-            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err -2 \"no\"\n") << -3;
-        QTest::newRow("error without number")
-            << QByteArray("kestrel2 set a 1") << QByteArray("kestrel2 err\n") << -3;
-        QTest::newRow("another protocol")
-            << QByteArray("kestrel2 tracking start") << QByteArray("hello\n") << -3;
-        QTest::newRow("empty line")
-            << QByteArray("kestrel2 tracking start") << QByteArray("\n") << -3;
-        QTest::newRow("answer to another question")
-            << QByteArray("kestrel2 get a") << QByteArray("kestrel2 set b 1\n") << -3;
-        QTest::newRow("ok to a question")
-            << QByteArray("kestrel2 get a") << QByteArray("kestrel2 ok\n") << -3;
-        QTest::newRow("other zero padding")
-            << QByteArray("kestrel2 get tip b01") << QByteArray("kestrel2 set tip b1 yes\n") << 0;
-        QTest::newRow("another body") << QByteArray("kestrel2 get tip b01")
-                                      << QByteArray("kestrel2 set tip b012 yes\n") << -3;
-        QTest::newRow("refused question")
-            << QByteArray("kestrel2 get a") << QByteArray("kestrel2 err 3 \"unknown\"\n") << 3;
+        row("ok", "kestrel2 set a 1", "kestrel2 ok\n", 0);
+        row("carriage return is ignored", "kestrel2 set a 1", "kestrel2 ok\r\n", 0);
+        row("ok with a blank", "kestrel2 set a 1", "kestrel2 ok \n", -3);
+        row("error number", "kestrel2 set a 1", "kestrel2 err 12 \"no\"\n", 12);
+        row("error number 0", "kestrel2 set a 1", "kestrel2 err 0 \"no\"\n", -3);
+        row("negative error number", "kestrel2 set a 1", "kestrel2 err -2 \"no\"\n", -3);
+        row("error without number", "kestrel2 set a 1", "kestrel2 err\n", -3);
+        row("another protocol", "kestrel2 tracking start", "hello\n", -3);
+        row("empty line", "kestrel2 tracking start", "\n", -3);
+        row("answer to another question", "kestrel2 get a", "kestrel2 set b 1\n", -3);
+        row("ok to a question", "kestrel2 get a", "kestrel2 ok\n", -3);
+        row("other zero padding", "kestrel2 get tip b01", "kestrel2 set tip b1 yes\n", 0);
+        row("another body", "kestrel2 get tip b01", "kestrel2 set tip b012 yes\n", -3);
+        row("refused question", "kestrel2 get a", "kestrel2 err 3 \"unknown\"\n", 3);
     }
     void repliesAreJudged() {
-        QFETCH(QByteArray, command);
-        QFETCH(QByteArray, reply);
+        QFETCH(QString, command);
+        QFETCH(QString, reply);
         QFETCH(int, result);
         m_controller->answerRaw(command.toStdString(), reply.toStdString());
         QVERIFY(open());

@@ -1,12 +1,15 @@
+#include "tests/support/statetable.h"
 #include "tests/workbench/controller/connectionrig.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(Place)
-Q_DECLARE_METATYPE(Event)
+Q_DECLARE_METATYPE(ConnectionRig::Event)
 
 namespace {
+
+using Event = ConnectionRig::Event;
 
 constexpr int atOnce = 8000; // nothing is waited for in vain, also on a loaded machine
 
@@ -17,15 +20,10 @@ const QMap<QString, Place> places = {
     {"LV", Place::LostReading},
 };
 
-struct Row {
-    const char* text; ///< the event's name, and the place after it for each place before it
-    Event event;
-};
-
 // Places: Disconnected; Connecting, reading Versions, Ready; and while it was never ready (Failed)
 // or was ready before (Lost): Waiting for the retry, Connecting, reading Versions.
 const char* const header = "before                   |  D  C  V  R FW FC FV LW LC LV";
-const Row table[] = {
+const StateTableRow<Event> table[] = {
     {"connect asked            |  C  C  C  C  C  C  C  C  C  C", Event::ConnectAsked},
     {"connect asked again      |  C  C  C  C  C  C  C  C  C  C", Event::ConnectAskedAgain},
     {"disconnect asked         |  D  D  D  D  D  D  D  D  D  D", Event::DisconnectAsked},
@@ -49,10 +47,6 @@ const Row table[] = {
     {"measurement stopped      |  D  C  V  R FW FC FV LW LC LV", Event::StopAcknowledged},
     {"started by others        |  D  C  V  R FW FC FV LW LC LV", Event::StartElsewhere},
 };
-
-QStringList cellsOf(const char* text) {
-    return QString(text).section('|', 1).simplified().split(' ');
-}
 
 bool wasReady(Place place) {
     return place == Place::Ready || place >= Place::LostWaiting;
@@ -114,17 +108,13 @@ private Q_SLOTS:
         QTest::addColumn<Place>("before");
         QTest::addColumn<Event>("event");
         QTest::addColumn<Place>("after");
-        const QStringList before = cellsOf(header);
-        QCOMPARE(before.size(), places.size());
-        for (const Row& row : table) {
-            const QStringList after = cellsOf(row.text);
-            QCOMPARE(after.size(), places.size());
-            const QString name = QString(row.text).section('|', 0, 0).simplified();
-            for (int i = 0; i < places.size(); ++i) {
-                QTest::newRow(qPrintable(before[i] + ", " + name))
-                    << places[before[i]] << row.event << places[after[i]];
-            }
-        }
+        QCOMPARE(statesOf(header).size(), places.size());
+        forEachCell(
+            header, table,
+            [](const QString& name, const QString& before, Event event, const QString& after) {
+                QTest::newRow(qPrintable(before + ", " + name))
+                    << places[before] << event << places[after];
+            });
     }
     void everyEventInEveryPlace() {
         QFETCH(Place, before);

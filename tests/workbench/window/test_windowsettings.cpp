@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "workbench/window/windowsettings.h"
 
 #include <QDockWidget>
@@ -37,17 +38,14 @@ private Q_SLOTS:
     void rectanglesAreMovedAndShrunkOntoAScreen_data() {
         QTest::addColumn<QRect>("rect");
         QTest::addColumn<QRect>("expected");
-        QTest::newRow("fits") << QRect(10, 20, 300, 200) << QRect(10, 20, 300, 200);
-        QTest::newRow("too far right") << QRect(840, 20, 300, 200) << QRect(700, 20, 300, 200);
-        QTest::newRow("too far down") << QRect(10, 790, 300, 200) << QRect(10, 600, 300, 200);
-        QTest::newRow("above the top") << QRect(10, -90, 300, 200) << QRect(10, 0, 300, 200);
-        QTest::newRow("larger than the screen")
-            << QRect(-50, -50, 5000, 4000) << QRect(0, 0, 1000, 800);
-        QTest::newRow("on the second screen")
-            << QRect(1100, 20, 300, 200) << QRect(1100, 20, 300, 200);
-        QTest::newRow("mostly on the second screen")
-            << QRect(950, 20, 300, 200) << QRect(1000, 20, 300, 200);
-        QTest::newRow("on no screen") << QRect(9000, 9000, 300, 200) << QRect(700, 600, 300, 200);
+        row("fits", QRect(10, 20, 300, 200), QRect(10, 20, 300, 200));
+        row("too far right", QRect(840, 20, 300, 200), QRect(700, 20, 300, 200));
+        row("too far down", QRect(10, 790, 300, 200), QRect(10, 600, 300, 200));
+        row("above the top", QRect(10, -90, 300, 200), QRect(10, 0, 300, 200));
+        row("larger than the screen", QRect(-50, -50, 5000, 4000), QRect(0, 0, 1000, 800));
+        row("on the second screen", QRect(1100, 20, 300, 200), QRect(1100, 20, 300, 200));
+        row("mostly on the second screen", QRect(950, 20, 300, 200), QRect(1000, 20, 300, 200));
+        row("on no screen", QRect(9000, 9000, 300, 200), QRect(700, 600, 300, 200));
     }
     void rectanglesAreMovedAndShrunkOntoAScreen() {
         QFETCH(QRect, rect);
