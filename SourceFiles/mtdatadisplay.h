@@ -15,9 +15,7 @@
 class BackendVersions;
 class IOManager;
 class KestrelParser;
-class QBrush;
 class QTableWidget;
-class QTableWidgetItem;
 namespace KestrelSDK_Datatypes {
 struct Kestrel_MeaRef_Type_d;
 struct Kestrel_MeaTool_Type_d;

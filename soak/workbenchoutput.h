@@ -16,7 +16,6 @@ public:
     /// From here on gaps between beats count.
     void watch();
 
-    bool hasBeaten() const { return m_beats > 0; }
     const QByteArray& state() const { return m_state; } ///< "away", "idle", "measuring"
     const QByteArray& modal() const { return m_modal; } ///< "-" for none
     quint64 frames() const { return m_frames; }

@@ -10,8 +10,6 @@
 #include <string_view>
 #include <vector>
 
-class QThread;
-
 namespace workbench {
 
 class Recorder;

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 
-class QAbstractItemView;
 class QWidget;
 
 namespace workbench {
