@@ -1,6 +1,8 @@
 #include "benchmarks/scale/timedhost.h"
 
 #include "benchmarks/scale/sender.h"
+#include "libs/kestrel_wire/lineframer.h"
+#include "libs/kestrel_wire/printftext.h"
 
 #include <algorithm>
 #include <chrono>
@@ -17,8 +19,8 @@ double monotonicSeconds() {
 }
 
 std::string formatted(const char* format, std::va_list arguments) {
-    char text[512];
-    std::vsnprintf(text, sizeof(text), format, arguments);
+    std::string text;
+    kestrel_wire::printfText(text, kestrel_wire::maxLineLength, format, arguments);
     return text;
 }
 

@@ -1,31 +1,8 @@
 #include "libs/kestrel_wire/printftext.h"
 
-#include <clocale>
 #include <cstdio>
 
 namespace kestrel_wire {
-
-namespace {
-
-// Switches this thread to the "C" locale; other threads keep theirs.
-class CLocaleScope {
-public:
-    CLocaleScope()
-        : m_locale(newlocale(LC_ALL_MASK, "C", nullptr))
-        , m_before(uselocale(m_locale)) {}
-    ~CLocaleScope() {
-        uselocale(m_before);
-        freelocale(m_locale);
-    }
-    CLocaleScope(const CLocaleScope&) = delete;
-    CLocaleScope& operator=(const CLocaleScope&) = delete;
-
-private:
-    locale_t m_locale;
-    locale_t m_before;
-};
-
-} // namespace
 
 bool printfText(std::string& text, std::size_t maxLength, const char* format,
                 std::va_list arguments) {

@@ -34,7 +34,7 @@ KNOWS = {
     "simulator": [WIRE, SDK] + SIMULATOR,
     "recording": [WIRE],
     "python": [SDK],
-    "tests/support": [CONTRACT],
+    "tests/support": [CONTRACT, WIRE],
     "tests/host_api": [CONTRACT],
     "tests/general": TEST_HOST + ["general", "ui"],
     "tests/SourceFiles": TEST_HOST + PLUGIN + ["tests/general"],

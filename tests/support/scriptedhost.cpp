@@ -1,7 +1,8 @@
 #include "tests/support/scriptedhost.h"
 
+#include "libs/kestrel_wire/printftext.h"
+
 #include <algorithm>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -26,24 +27,6 @@ void removeOne(std::vector<Requester*>& list, Requester* requester) {
         list.erase(found);
     }
 }
-
-// printf and strtod of the "C" locale, whatever the locale of the test's process.
-class CLocale {
-public:
-    CLocale()
-        : m_c(newlocale(LC_ALL_MASK, "C", nullptr))
-        , m_before(uselocale(m_c)) {}
-    ~CLocale() {
-        uselocale(m_before);
-        freelocale(m_c);
-    }
-    CLocale(const CLocale&) = delete;
-    CLocale& operator=(const CLocale&) = delete;
-
-private:
-    locale_t m_c;
-    locale_t m_before;
-};
 
 } // namespace
 
@@ -208,7 +191,7 @@ int ScriptedHost::get_parameter_double(double* value, const char* format, ...) {
     } else if (answer.fault == Fault::Garbage || answer.fault == Fault::Unterminated) {
         *value = answer.fault == Fault::Garbage ? Limits::quiet_NaN() : Limits::infinity();
     } else if (answer.fault != Fault::EmptyReply) {
-        const CLocale locale;
+        const kestrel_wire::CLocaleScope locale;
         *value = std::strtod(answer.text.c_str(), nullptr);
     }
     return answer.result;
@@ -352,13 +335,7 @@ void ScriptedHost::record(const std::string& line) {
 }
 
 std::string ScriptedHost::formatted(const char* format, std::va_list arguments) {
-    const CLocale locale;
-    std::va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '\0');
-    std::vsnprintf(text.data(), text.size(), format, arguments);
-    text.pop_back();
+    std::string text;
+    kestrel_wire::printfText(text, std::string().max_size(), format, arguments);
     return text;
 }
