@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SourceFiles/mtdatadisplay_cells.h"
+#include "SourceFiles/mtdatadisplay_settledrows.h"
 #include "host_api/requester.h"
 #include "ui_mtdatadisplay.h"
 
@@ -96,10 +98,12 @@ private:
     bool fillNewRows(QTableWidget* table, int rows, bool (MtDataDisplay::*fill)(int, unsigned));
     bool fillMeaBody(int row, unsigned stops);
     bool fillRefBody(int row, unsigned stops);
-    void showMeaBody(int row);
+    trackingcells::RowContent contentOfTool(int row) const;
+    trackingcells::RowContent contentOfReference(int row) const;
+    trackingcells::BodyState referenceState(int row) const; ///< of the tool's reference
+    void showMeaBody(int row, const trackingcells::RowContent& content);
     void showReferenceState(int row);
-    void showRefBody(int row);
-    bool isReferenceTracked(int index) const;
+    void showRefBody(int row, const trackingcells::RowContent& content);
 
     Ui_MtDataDisplayClass ui;
     BackendVersions* beVers;
@@ -126,4 +130,6 @@ private:
     unsigned clearedStops = 0; ///< the stops that the tables have followed
     std::vector<KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d> tools; ///< copies to paint from
     std::vector<KestrelSDK_Datatypes::Kestrel_MeaRef_Type_d> references;
+    SettledRows<trackingcells::RowContent> settledTools;
+    SettledRows<trackingcells::RowContent> settledReferences;
 };

@@ -8,6 +8,9 @@
 #include <QHeaderView>
 #include <QTableWidget>
 
+#include <cstring>
+#include <iterator>
+
 namespace trackingcells {
 
 namespace {
@@ -26,6 +29,14 @@ void setForeground(QTableWidgetItem* item, const QBrush& brush) {
 }
 
 } // namespace
+
+PoseBits bitsOf(const double (&loc)[3], const double (&rot)[9]) {
+    static_assert(sizeof(PoseBits) == sizeof(loc) + sizeof(rot));
+    PoseBits bits{};
+    std::memcpy(bits.data(), loc, sizeof(loc));
+    std::memcpy(bits.data() + std::size(loc), rot, sizeof(rot));
+    return bits;
+}
 
 void setUp(QTableWidget* table, const Column* columns, int count, int firstValueColumn) {
     QHeaderView* const header = table->horizontalHeader();
@@ -80,14 +91,14 @@ void setBackground(QTableWidgetItem* item, const QBrush& brush) {
     }
 }
 
-void setTransparent(QTableWidgetItem* item) {
-    setForeground(item, QBrush()); // black would not be seen in a dark window
-    setBackground(item, QBrush(Qt::transparent));
-}
-
-void setTracked(QTableWidgetItem* item, bool tracked) {
+void setState(QTableWidgetItem* item, BodyState state) {
+    if (state == BodyState::Unknown) {
+        setForeground(item, QBrush()); // black would not be seen in a dark window
+        setBackground(item, QBrush(Qt::transparent));
+        return;
+    }
     setForeground(item, QBrush(Qt::black));
-    setBackground(item, QBrush(tracked ? Qt::green : Qt::red));
+    setBackground(item, QBrush(state == BodyState::Tracked ? Qt::green : Qt::red));
 }
 
 void showPose(QTableWidget* table, int row, int firstColumn, const double (&loc)[3],

@@ -4,6 +4,9 @@
 
 #include <QString>
 
+#include <array>
+#include <cstdint>
+
 class QBrush;
 class QTableWidget;
 class QTableWidgetItem;
@@ -17,10 +20,32 @@ struct Column {
     int width;          ///< pixels
 };
 
+/// What the colours of a body's name tell.
+enum class BodyState { Unknown, Lost, Tracked };
+
 /// Only a quality of exactly -1 is that of a body that is not tracked.
-inline bool isTracked(double quality) {
-    return quality != -1.0;
+inline BodyState stateOf(double quality) {
+    return quality != -1.0 ? BodyState::Tracked : BodyState::Lost;
 }
+
+/// A position and a rotation as what is written of them depends on: bit by bit, for -0.0 and nan
+/// are texts of their own.
+using PoseBits = std::array<std::uint64_t, 12>;
+PoseBits bitsOf(const double (&loc)[3], const double (&rot)[9]);
+
+/// What a row of either table is written from. Equal contents make equal cells.
+struct RowContent {
+    BodyState body = BodyState::Unknown;      ///< not known to be calibrated: no pose, no buttons
+    BodyState reference = BodyState::Unknown; ///< that of a tool
+    int buttons = 0;                          ///< a tool's, as far as there are columns
+    unsigned pressed = 0;                     ///< the first button in the lowest bit
+    PoseBits pose{};                          ///< of a tracked body
+
+    friend bool operator==(const RowContent& a, const RowContent& b) {
+        return a.body == b.body && a.reference == b.reference && a.buttons == b.buttons &&
+               a.pressed == b.pressed && a.pose == b.pose;
+    }
+};
 
 /// Headers, widths and row height. Headers and values from `firstValueColumn` on are aligned right.
 void setUp(QTableWidget* table, const Column* columns, int count, int firstValueColumn);
@@ -35,8 +60,9 @@ void setText(QTableWidgetItem* item, const QString& text);
 /// @{
 
 void setBackground(QTableWidgetItem* item, const QBrush& brush);
-void setTransparent(QTableWidgetItem* item);           ///< the text in the palette's own colour
-void setTracked(QTableWidgetItem* item, bool tracked); ///< black on green or red
+
+/// Black on green or red; an unknown one is transparent with the palette's own text colour.
+void setState(QTableWidgetItem* item, BodyState state);
 /// @}
 
 /// Position in mm and orientation in degrees into six columns.

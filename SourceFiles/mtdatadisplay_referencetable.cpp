@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <iterator>
 
+using trackingcells::BodyState;
+
 namespace {
 
 constexpr int nameColumn = 1;
@@ -34,11 +36,7 @@ void MtDataDisplay::setupTableWidget6dmtref() {
     Q_ASSERT(QThread::currentThread() == thread());
     trackingcells::setUp(ui.tableWidget6dmtref, columns, static_cast<int>(std::size(columns)),
                          poseColumn);
-}
-
-bool MtDataDisplay::isReferenceTracked(int index) const {
-    const auto i = static_cast<std::size_t>(index);
-    return i < references.size() && trackingcells::isTracked(references[i].quality);
+    settledReferences.watch(ui.tableWidget6dmtref);
 }
 
 void MtDataDisplay::updateDisplayRefBodies() {
@@ -50,7 +48,10 @@ void MtDataDisplay::updateDisplayRefBodies() {
         return;
     }
     for (int row = 0; row < count; ++row) {
-        showRefBody(row);
+        const trackingcells::RowContent content = contentOfReference(row);
+        if (!settledReferences.shows(row, content)) {
+            showRefBody(row, content);
+        }
     }
 }
 
@@ -66,18 +67,25 @@ bool MtDataDisplay::fillRefBody(int row, unsigned stops) {
     return true;
 }
 
-void MtDataDisplay::showRefBody(int row) {
-    Q_ASSERT(QThread::currentThread() == thread());
-    QTableWidget* const table = ui.tableWidget6dmtref;
-    QTableWidgetItem* const name = table->item(row, nameColumn);
+trackingcells::RowContent MtDataDisplay::contentOfReference(int row) const {
+    trackingcells::RowContent content;
     if (!listRefBodyCalibrated.value(row, false)) {
-        trackingcells::setTransparent(name);
-        return;
+        return content;
     }
     const auto& reference = references[static_cast<std::size_t>(row)];
-    const bool tracked = trackingcells::isTracked(reference.quality);
-    trackingcells::setTracked(name, tracked);
-    if (tracked) {
+    content.body = trackingcells::stateOf(reference.quality);
+    if (content.body == BodyState::Tracked) {
+        content.pose = trackingcells::bitsOf(reference.loc, reference.rot);
+    }
+    return content;
+}
+
+void MtDataDisplay::showRefBody(int row, const trackingcells::RowContent& content) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    QTableWidget* const table = ui.tableWidget6dmtref;
+    trackingcells::setState(table->item(row, nameColumn), content.body);
+    if (content.body == BodyState::Tracked) {
+        const auto& reference = references[static_cast<std::size_t>(row)];
         trackingcells::showPose(table, row, poseColumn, reference.loc, reference.rot);
     }
 }

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <iterator>
 
+using trackingcells::BodyState;
+
 namespace {
 
 constexpr int nameColumn = 0;
@@ -52,6 +54,7 @@ void MtDataDisplay::setupTableWidget6dmt() {
     Q_ASSERT(QThread::currentThread() == thread());
     trackingcells::setUp(ui.tableWidget6dmt, columns, static_cast<int>(std::size(columns)),
                          poseColumn);
+    settledTools.watch(ui.tableWidget6dmt);
 }
 
 void MtDataDisplay::updateDisplayMeaBodies() {
@@ -64,8 +67,11 @@ void MtDataDisplay::updateDisplayMeaBodies() {
         return;
     }
     for (int row = 0; row < count; ++row) {
-        showMeaBody(row);
-        showReferenceState(row);
+        const trackingcells::RowContent content = contentOfTool(row);
+        if (!settledTools.shows(row, content)) {
+            showMeaBody(row, content);
+            showReferenceState(row);
+        }
     }
 }
 
@@ -86,22 +92,35 @@ bool MtDataDisplay::fillMeaBody(int row, unsigned stops) {
     return true;
 }
 
-void MtDataDisplay::showMeaBody(int row) {
-    Q_ASSERT(QThread::currentThread() == thread());
-    QTableWidget* const table = ui.tableWidget6dmt;
-    QTableWidgetItem* const name = table->item(row, nameColumn);
+trackingcells::RowContent MtDataDisplay::contentOfTool(int row) const {
+    trackingcells::RowContent content;
+    content.reference = referenceState(row);
     if (!listMeaBodyCalibrated.value(row, false)) {
-        trackingcells::setTransparent(name);
-        return;
+        return content;
     }
     const auto& tool = tools[static_cast<std::size_t>(row)];
-    for (int button = 0; button < std::min(tool.num_button, buttonColumns); ++button) {
-        trackingcells::setBackground(table->item(row, buttonColumn(button)),
-                                     tool.button[button] == 1 ? Qt::blue : Qt::transparent);
+    content.buttons = std::min(tool.num_button, buttonColumns);
+    for (int button = 0; button < content.buttons; ++button) {
+        content.pressed |= (tool.button[button] == 1 ? 1U : 0U) << button;
     }
-    const bool tracked = trackingcells::isTracked(tool.quality);
-    trackingcells::setTracked(name, tracked);
-    if (tracked) {
+    content.body = trackingcells::stateOf(tool.quality);
+    if (content.body == BodyState::Tracked) {
+        content.pose = trackingcells::bitsOf(tool.loc, tool.rot);
+    }
+    return content;
+}
+
+void MtDataDisplay::showMeaBody(int row, const trackingcells::RowContent& content) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    QTableWidget* const table = ui.tableWidget6dmt;
+    for (int button = 0; button < content.buttons; ++button) {
+        const bool isPressed = (content.pressed >> button & 1U) != 0;
+        trackingcells::setBackground(table->item(row, buttonColumn(button)),
+                                     isPressed ? Qt::blue : Qt::transparent);
+    }
+    trackingcells::setState(table->item(row, nameColumn), content.body);
+    if (content.body == BodyState::Tracked) {
+        const auto& tool = tools[static_cast<std::size_t>(row)];
         trackingcells::showPose(table, row, poseColumn, tool.loc, tool.rot);
     }
 }
@@ -113,13 +132,17 @@ void MtDataDisplay::showTrackingStatusRefBody(int row) {
 
 void MtDataDisplay::showReferenceState(int row) {
     Q_ASSERT(QThread::currentThread() == thread());
-    QTableWidgetItem* const item = ui.tableWidget6dmt->item(row, referenceColumn);
+    trackingcells::setState(ui.tableWidget6dmt->item(row, referenceColumn), referenceState(row));
+}
+
+trackingcells::BodyState MtDataDisplay::referenceState(int row) const {
     const int reference = listRefBodyOfMeaBody.value(row, -1);
     if (reference < 0 || !listRefBodyCalibrated.value(reference, false)) {
-        trackingcells::setTransparent(item);
-    } else {
-        trackingcells::setTracked(item, isReferenceTracked(reference));
+        return BodyState::Unknown;
     }
+    const auto index = static_cast<std::size_t>(reference);
+    return index < references.size() ? trackingcells::stateOf(references[index].quality)
+                                     : BodyState::Lost;
 }
 
 bool MtDataDisplay::setInfoMeaBodyCalibrated(int i) {
