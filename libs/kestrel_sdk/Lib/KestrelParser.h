@@ -15,8 +15,9 @@ class LineReader;
 /// frame calls update the tables as well. Tables persist from frame to frame and allocate only when
 /// a count grows. A line may hold anything: none makes the parser throw or leave its tables. A line
 /// that asks for more than 65535 records of a kind is rejected and changes no table and no count; a
-/// line that fails otherwise keeps what it filled so far. Numbers are read locale-free. Not
-/// thread-safe; one thread at a time.
+/// line that fails otherwise keeps what it filled so far. Numbers are read locale-free; what they
+/// mean (mm, mm², rotations column by column) is said in KestrelDatatypes.h. Not thread-safe; one
+/// thread at a time.
 class KestrelParser {
 public:
     KestrelParser();
@@ -42,7 +43,7 @@ public:
     bool parseLine(std::nullptr_t) { return false; } ///< no line
 
     unsigned int getFrameCounter() const; ///< 0 when unknown
-    double getTimeStamp() const;          ///< -1 when unknown
+    double getTimeStamp() const;          ///< in seconds; -1 when unknown
 
     /// @name Records
     /// @{

@@ -2,6 +2,7 @@
 #include <KestrelParser.h>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 /// Prints the tips of the tools of one line.
 int main() {
@@ -12,8 +13,9 @@ int main() {
     if (!parser.parseLine(&line)) {
         return 1;
     }
-    for (int i = 0; i < parser.getNumMeaTool(); ++i) {
-        const KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d& tool = *parser.getMeaTool(i);
+    const KestrelParser moved = std::move(parser);
+    for (int i = 0; i < moved.getNumMeaTool(); ++i) {
+        const KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d& tool = *moved.getMeaTool(i);
         std::printf("tool %d: %.3f %.3f %.3f\n", tool.id, tool.loc[0], tool.loc[1], tool.loc[2]);
     }
     std::string number = "0x1f";
