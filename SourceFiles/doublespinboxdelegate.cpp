@@ -1,8 +1,7 @@
 #include "SourceFiles/doublespinboxdelegate.h"
 
 #include "SourceFiles/bodytexts.h"
-
-#include <QDoubleSpinBox>
+#include "general/spinboxes.h"
 
 #include <cmath>
 
@@ -13,19 +12,6 @@ constexpr double minimum = 0.0;
 constexpr double maximum = 40.0;
 constexpr double step = 0.1;
 
-class LenientSpinBox final : public QDoubleSpinBox {
-public:
-    using QDoubleSpinBox::QDoubleSpinBox;
-
-    // The table shows a point, the user's keyboard may have a comma: without this the wrong one of
-    // the two is swallowed and "1.5" becomes 15.
-    QValidator::State validate(QString& text, int& position) const override {
-        text.replace(QLatin1Char('.'), locale().decimalPoint());
-        text.replace(QLatin1Char(','), locale().decimalPoint());
-        return QDoubleSpinBox::validate(text, position);
-    }
-};
-
 } // namespace
 
 DoubleSpinboxDelegate::DoubleSpinboxDelegate(QObject* parent)
@@ -34,7 +20,7 @@ DoubleSpinboxDelegate::DoubleSpinboxDelegate(QObject* parent)
 QWidget* DoubleSpinboxDelegate::createEditor(QWidget* parent,
                                              const QStyleOptionViewItem& /*option*/,
                                              const QModelIndex& /*index*/) const {
-    return new LenientSpinBox(parent);
+    return new DecimalSpinBox(parent);
 }
 
 void DoubleSpinboxDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {

@@ -3,8 +3,7 @@
 #include <QItemDelegate>
 
 /// Edits the cells of a column of millimetre values with a double spin box (0.0 to 40.0, one
-/// decimal). The cell itself holds fixed-point text with one decimal and a point whatever the
-/// locale, while the spin box follows the user's locale and takes a typed point or comma alike.
+/// decimal). Cell and spin box show a point whatever the locale; a typed comma means the same.
 class DoubleSpinboxDelegate : public QItemDelegate {
     Q_OBJECT
 
