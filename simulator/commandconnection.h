@@ -39,7 +39,7 @@ public:
     quint16 dataPort() const { return static_cast<quint16>(m_session.dataPort); }
 
 Q_SIGNALS:
-    /// The connection is gone; emitted once. Delete this object later, not in a slot of this.
+    /// The connection is gone; emitted once. A slot may call deleteLater() but not delete this.
     void closed();
 
 private:

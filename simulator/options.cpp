@@ -1,10 +1,14 @@
 #include "simulator/options.h"
 
+#include "simulator/words/text.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <functional>
+#include <limits>
+#include <optional>
 
 namespace kestrel_simulator {
 
@@ -12,17 +16,40 @@ namespace {
 
 constexpr int maxBodiesOfAKind = 100;
 
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
+}
+
+QString rangeText(double minimum, double maximum) {
+    return QStringLiteral("a number from %1 to %2")
+        .arg(toQString(text::shortest(minimum)), toQString(text::shortest(maximum)));
+}
+
 // Reads the values of the options that were given; remembers the first that is bad.
 class ValueReader {
 public:
     explicit ValueReader(const QCommandLineParser& parser)
         : m_parser(parser) {}
 
+    // `take` says what it expected instead when it does not take a value, else nothing.
+    void read(const char* name, const std::function<QString(const QString&)>& take) {
+        const QStringList values = m_parser.values(QLatin1String(name));
+        for (const QString& value : values) {
+            const QString expected = take(value);
+            if (!expected.isEmpty() && m_error.isEmpty()) {
+                m_error = QStringLiteral("bad value '%1' of --%2: expected %3")
+                              .arg(value, QLatin1String(name), expected);
+            }
+        }
+    }
+
     void number(const char* name, int& value, int minimum, int maximum) {
         read(name, [&](const QString& given) {
             bool ok = false;
             value = given.toInt(&ok);
-            return ok && value >= minimum && value <= maximum;
+            return ok && value >= minimum && value <= maximum
+                       ? QString()
+                       : QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum);
         });
     }
 
@@ -30,22 +57,17 @@ public:
         read(name, [&](const QString& given) {
             bool ok = false;
             value = given.toDouble(&ok);
-            return ok && value >= minimum && value <= maximum;
+            return ok && value >= minimum && value <= maximum ? QString()
+                                                              : rangeText(minimum, maximum);
         });
     }
 
     void version(const char* name, Version& version) {
-        read(name,
-             [&](const QString& given) { return Version::parse(given.toStdString(), version); });
-    }
-
-    void read(const char* name, const std::function<bool(const QString&)>& take) {
-        const QStringList values = m_parser.values(QLatin1String(name));
-        for (const QString& value : values) {
-            if (!take(value) && m_error.isEmpty()) {
-                m_error = QStringLiteral("bad value '%1' of --%2").arg(value, QLatin1String(name));
-            }
-        }
+        read(name, [&](const QString& given) {
+            return Version::parse(given.toStdString(), version)
+                       ? QString()
+                       : QStringLiteral("two or three numbers, as in 1.14.0");
+        });
     }
 
     const QString& error() const { return m_error; }
@@ -58,12 +80,11 @@ private:
 QString misbehaviourHelp() {
     QString help = QStringLiteral("\nMisbehaviours (--misbehave NAME[=N], may be repeated):\n");
     for (const MisbehaviourInfo& info : allMisbehaviours()) {
-        help +=
-            QStringLiteral("  %1 %2 (N: %3, up to %4)\n")
-                .arg(QString::fromUtf8(info.name.data(), static_cast<int>(info.name.size())), -22)
-                .arg(QString::fromUtf8(info.help.data(), static_cast<int>(info.help.size())))
-                .arg(info.defaultNumber)
-                .arg(info.maximum);
+        help += QStringLiteral("  %1 %2 (N: %3, up to %4)\n")
+                    .arg(toQString(info.name), -22)
+                    .arg(toQString(info.help))
+                    .arg(info.defaultNumber)
+                    .arg(info.maximum);
     }
     help += QStringLiteral("\nExit codes: 0 stopped, 2 bad option, 3 cannot listen, "
                            "4 unreadable or malformed recording.\n");
@@ -71,27 +92,36 @@ QString misbehaviourHelp() {
 }
 
 void addOptions(QCommandLineParser& parser) {
-    const auto add = [&](const char* name, const char* value, const char* help) {
-        parser.addOption({QLatin1String(name), QLatin1String(help), QLatin1String(value)});
+    const auto add = [&](const char* name, const char* value, const QString& help) {
+        parser.addOption({QLatin1String(name), help, QLatin1String(value)});
     };
-    add("listen", "ADDRESS", "Address to listen on (127.0.0.1).");
-    add("port", "N", "TCP port of the commands (47300); 0 takes any free one.");
-    add("tools", "N", "Measurement Tools at the start (4).");
-    add("references", "N", "References at the start (2).");
-    add("max-bodies", "N", "Tools and references together (7, or as many as at the start).");
-    add("bodies", "N", "Standard bodies in the line 6d (2).");
-    add("devices", "N", "Radio devices in range, one of them comes and goes (4).");
-    add("rate", "HZ", "Frames per second, up to 1000 (60).");
-    add("noise", "MM", "Measurement noise (0.05).");
-    add("seed", "N", "Seed of all that is random (1).");
-    add("model", "TEXT", "Controller model (SIMULATOR).");
-    add("protocol", "VERSION", "Protocol version (1.14.0); two numbers leave the patch unknown.");
-    add("system", "VERSION", "System version (3.1.0).");
-    add("pivot", "MOTION", "Motion of a tip calibration: cone, planar, twist, slip, still.");
-    add("cal-duration", "SECONDS", "Duration of a calibration step (6).");
-    add("cal-pause", "SECONDS", "Pause before a calibration step (5); 0 is none.");
-    add("misbehave", "NAME[=N]", "Start with a misbehaviour, see below.");
-    add("replay", "FILE", "Send the frames of a recording instead of simulated ones.");
+    add("listen", "ADDRESS", QStringLiteral("Address to listen on (127.0.0.1)."));
+    add("port", "N", QStringLiteral("TCP port of the commands (47300); 0 takes any free one."));
+    add("tools", "N", QStringLiteral("Measurement Tools at the start (4)."));
+    add("references", "N", QStringLiteral("References at the start (2)."));
+    add("max-bodies", "N",
+        QStringLiteral("Tools and references together (7, or as many as at the start)."));
+    add("bodies", "N", QStringLiteral("Standard bodies in the line 6d (2)."));
+    add("devices", "N", QStringLiteral("Radio devices in range, one of them comes and goes (4)."));
+    add("rate", "HZ", QStringLiteral("Frames per second, up to 1000 (60)."));
+    add("noise", "MM", QStringLiteral("Measurement noise (0.05)."));
+    add("seed", "N", QStringLiteral("Seed of all that is random (1)."));
+    add("model", "TEXT", QStringLiteral("Controller model (SIMULATOR)."));
+    add("protocol", "VERSION",
+        QStringLiteral("Protocol version (1.14.0); two numbers leave the patch unknown."));
+    add("system", "VERSION", QStringLiteral("System version (3.1.0)."));
+    add("pivot", "MOTION",
+        QStringLiteral("Motion of a tip calibration: %1.")
+            .arg(QString::fromStdString(pivotNames())));
+    add("cal-duration", "SECONDS", QStringLiteral("Duration of a calibration step (6)."));
+    add("cal-pause", "SECONDS", QStringLiteral("Pause before a calibration step (5); 0 is none."));
+    add("tip", "[bNN=]X,Y,Z",
+        QStringLiteral("True tip of all tools or of one, in mm from its body's origin."));
+    add("lever", "[bNN=]MM", QStringLiteral("Distance of the true tip from the body's origin."));
+    add("slip", "[bNN=]MM", QStringLiteral("How far the tip slips in the motion slip (4)."));
+    add("misbehave", "NAME[=N]", QStringLiteral("Start with a misbehaviour, see below."));
+    add("replay", "FILE",
+        QStringLiteral("Send the frames of a recording instead of simulated ones."));
     parser.addOption({QStringLiteral("replay-once"),
                       QStringLiteral("Stop at the recording's end instead of beginning anew.")});
     parser.addOption({QStringLiteral("no-occlusion"), QStringLiteral("Tools are always seen.")});
@@ -99,11 +129,11 @@ void addOptions(QCommandLineParser& parser) {
     parser.addOption({QStringLiteral("version"), QStringLiteral("Show the version.")});
 }
 
-bool readMisbehaviour(const QString& given, SimulatorOptions& options) {
+QString readMisbehaviour(const QString& given, SimulatorOptions& options) {
     const QString name = given.section(QLatin1Char('='), 0, 0);
     const MisbehaviourInfo* const info = findMisbehaviour(name.toStdString());
     if (!info) {
-        return false;
+        return QStringLiteral("a name from the list of misbehaviours");
     }
     int number = info->defaultNumber;
     bool ok = true;
@@ -111,7 +141,70 @@ bool readMisbehaviour(const QString& given, SimulatorOptions& options) {
         number = given.section(QLatin1Char('='), 1).toInt(&ok);
     }
     options.misbehaviours.emplace_back(info->id, number);
-    return ok && info->allows(number);
+    return ok && info->allows(number) ? QString()
+                                      : QStringLiteral("%1=N with a whole number N from 0 to %2")
+                                            .arg(name)
+                                            .arg(info->maximum);
+}
+
+// Which tool a value is of, and the numbers behind it; none when it is something else.
+struct ProbeValue {
+    int tool = 0; // 1-based; 0: all
+    std::vector<double> numbers;
+};
+
+std::optional<ProbeValue> readProbeValue(const QString& given, int tools) {
+    ProbeValue value;
+    const int equals = given.indexOf(QLatin1Char('='));
+    if (equals >= 0) {
+        value.tool = text::readNumbered(given.left(equals).toStdString(), 'b');
+        if (value.tool < 1 || value.tool > tools) {
+            return std::nullopt;
+        }
+    }
+    const QStringList words = given.mid(equals + 1).split(QLatin1Char(','));
+    for (const QString& word : words) {
+        double number = 0.0;
+        if (!text::readDouble(word.toStdString(), number)) {
+            return std::nullopt;
+        }
+        value.numbers.push_back(number);
+    }
+    return value;
+}
+
+void readProbes(ValueReader& values, ControllerSetup& setup) {
+    const int tools = setup.limits.tools;
+    const auto read = [&](const char* name, std::size_t count, double minimum, double maximum,
+                          const std::function<void(ProbeSetup&, const std::vector<double>&)>& set) {
+        values.read(name, [&](const QString& given) {
+            const std::optional<ProbeValue> value = readProbeValue(given, tools);
+            const bool ok = value && value->numbers.size() == count &&
+                            std::all_of(value->numbers.begin(), value->numbers.end(),
+                                        [&](double n) { return n >= minimum && n <= maximum; });
+            if (ok) {
+                ProbeSetup probe;
+                probe.tool = value->tool;
+                set(probe, value->numbers);
+                setup.probes.push_back(probe);
+            }
+            const QString form = count == 1 ? QStringLiteral("MM") : QStringLiteral("X,Y,Z");
+            return ok ? QString()
+                      : QStringLiteral("%1 or bNN=%1, each %2, NN up to %3")
+                            .arg(form, rangeText(minimum, maximum))
+                            .arg(tools);
+        });
+    };
+    using Numbers = std::vector<double>;
+    read("tip", 3, -Probe::maxLength, Probe::maxLength,
+         [](ProbeSetup& probe, const Numbers& n) { probe.tip = Eigen::Vector3d(n.data()); });
+    read("lever", 1, Probe::minLever, Probe::maxLength,
+         [](ProbeSetup& probe, const Numbers& n) { probe.lever = n.front(); });
+    read("slip", 1, 0.0, Probe::maxSlip,
+         [](ProbeSetup& probe, const Numbers& n) { probe.slip = n.front(); });
+    // what is said of one tool goes before what is said of all
+    std::stable_partition(setup.probes.begin(), setup.probes.end(),
+                          [](const ProbeSetup& probe) { return probe.tool == 0; });
 }
 
 void readBodies(ValueReader& values, ControllerSetup& setup) {
@@ -132,13 +225,17 @@ void readController(ValueReader& values, ControllerSetup& setup) {
     values.read("seed", [&](const QString& given) {
         bool ok = false;
         setup.seed = given.toULongLong(&ok);
-        return ok;
+        return ok ? QString()
+                  : QStringLiteral("a whole number from 0 to %1")
+                        .arg(std::numeric_limits<std::uint64_t>::max());
     });
     values.read("model", [&](const QString& given) {
         setup.model = given.toStdString();
-        return !given.trimmed().isEmpty() && std::none_of(given.begin(), given.end(), [](QChar c) {
-            return c.unicode() < 0x20 || c.unicode() == 0x7f;
-        });
+        const bool ok =
+            !given.trimmed().isEmpty() && std::none_of(given.begin(), given.end(), [](QChar c) {
+                return c.unicode() < 0x20 || c.unicode() == 0x7f;
+            });
+        return ok ? QString() : QStringLiteral("a text without control characters");
     });
     values.version("protocol", setup.protocol);
     values.version("system", setup.system);
@@ -147,7 +244,7 @@ void readController(ValueReader& values, ControllerSetup& setup) {
     values.read("pivot", [&](const QString& given) {
         const auto pivot = findPivot(given.toStdString());
         calibration.pivot = pivot.value_or(calibration.pivot);
-        return pivot.has_value();
+        return pivot ? QString() : QStringLiteral("one of ") + QString::fromStdString(pivotNames());
     });
     values.number("cal-duration", calibration.stepSeconds, 0.05, 3600.0);
     values.number("cal-pause", calibration.pauseSeconds, 0, Calibration::maxPauseSeconds);
@@ -176,12 +273,17 @@ ParsedOptions parseOptions(const QStringList& arguments) {
     }
     SimulatorOptions& options = parsed.options;
     ValueReader values(parser);
-    values.read("listen", [&](const QString& given) { return options.address.setAddress(given); });
+    values.read("listen", [&](const QString& given) {
+        return options.address.setAddress(given)
+                   ? QString()
+                   : QStringLiteral("an address in numbers, such as 127.0.0.1");
+    });
     int port = options.port;
     values.number("port", port, 0, 65535);
     options.port = static_cast<quint16>(port);
     readBodies(values, options.controller);
     readController(values, options.controller);
+    readProbes(values, options.controller);
     values.read("misbehave",
                 [&](const QString& given) { return readMisbehaviour(given, options); });
     options.replayFile = parser.value(QStringLiteral("replay"));

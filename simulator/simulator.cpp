@@ -12,6 +12,7 @@ namespace {
 constexpr int framesPerTurn = 20; // then commands have their turn
 constexpr double longestWait = 3600.0;
 constexpr int maxDatagram = 65507;
+constexpr int acceptAgainMs = 200;
 
 } // namespace
 
@@ -27,6 +28,12 @@ Simulator::Simulator(const SimulatorOptions& options, QObject* parent)
     m_frameTimer.setSingleShot(true);
     m_frameTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_server, &QTcpServer::newConnection, this, &Simulator::acceptConnections);
+    // The server pauses for good when it gets no descriptor for a connection; one will be free
+    // again.
+    connect(&m_server, &QTcpServer::acceptError, &m_acceptTimer, qOverload<>(&QTimer::start));
+    m_acceptTimer.setSingleShot(true);
+    m_acceptTimer.setInterval(acceptAgainMs);
+    connect(&m_acceptTimer, &QTimer::timeout, &m_server, &QTcpServer::resumeAccepting);
     connect(&m_frameTimer, &QTimer::timeout, this, &Simulator::sendDueFrames);
 }
 

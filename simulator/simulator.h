@@ -55,6 +55,7 @@ private:
     QTcpServer m_server;
     QUdpSocket m_dataSocket;
     QTimer m_frameTimer;
+    QTimer m_acceptTimer;
     std::vector<CommandConnection*> m_connections;
     QString m_notice;
     int m_refusedConnections = 0; // that are not closed yet

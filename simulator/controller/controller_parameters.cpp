@@ -63,7 +63,7 @@ void Controller::addOutput() {
                  return noSuchChannel();
              }
              if (!active) {
-                 return Answer::refuse(ErrorNumber::BadValue, "the value is neither yes nor no");
+                 return Answer::neitherYesNorNo();
              }
              if (*active) {
                  m_channels.insert(arguments[1]);

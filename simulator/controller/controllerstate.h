@@ -18,7 +18,7 @@ struct ControllerState {
     bool locked = false;                ///< the configuration may not be changed
     bool toolsAvailable = true;         ///< "measurementtool available"
     bool trackingAvailable = true;      ///< "tracking available"
-    bool calibrationAvailable = true;   ///< "cal available" as far as it is not found out
+    bool calibrationAvailable = true;   ///< without it "cal available" says no, whatever else holds
     std::uint64_t commandsReceived = 0; ///< own commands ("sim ...") not counted
     std::vector<std::string> refused;   ///< commands that begin so are refused, whatever they ask
 };

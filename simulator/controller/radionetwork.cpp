@@ -14,10 +14,6 @@ constexpr double wanderingPresence = 12.0;
 constexpr std::size_t maxModels = 100;
 const RadioDevice wanderer = {"KST", "MTS1", "90210"};
 
-Answer noSuchTool() {
-    return Answer::refuse(ErrorNumber::BadBody, "no such Measurement Tool");
-}
-
 std::string_view withoutZeros(std::string_view serial) {
     serial.remove_prefix(std::min(serial.find_first_not_of('0'), serial.size()));
     return serial;
@@ -55,7 +51,8 @@ RadioNetwork::RadioNetwork(const Configuration& configuration, int devices)
     }
     m_wandering = devices > 0;
     m_assigned.resize(static_cast<std::size_t>(configuration.toolLimit()));
-    for (std::size_t i = 0; i < 2 && i < m_assigned.size() && i < m_inRange.size(); ++i) {
+    const auto tools = static_cast<std::size_t>(configuration.toolCount());
+    for (std::size_t i = 0; i < std::min({tools, m_inRange.size(), std::size_t{2}}); ++i) {
         m_assigned[i] = m_inRange[i];
     }
 }
@@ -136,22 +133,22 @@ void RadioNetwork::addParameters(ParameterTable& table, const Configuration::Cha
                    return Answer::value(there ? m_inRange[index].toString() : "none");
                },
                nullptr});
-    table.add("measurementtool device",
-              {1, withRadio,
-               [this](const text::Words& arguments) {
-                   const int index = m_configuration.toolIndex(arguments[0]);
-                   if (index < 0) {
-                       return noSuchTool();
-                   }
-                   const RadioDevice& device = m_assigned[static_cast<std::size_t>(index)];
-                   return Answer::value(device.vendor.empty() ? "none"
-                                                              : "zelwpan " + device.toString());
-               },
-               [this, guard](const text::Words& arguments, const text::Words& value) {
-                   const std::optional<Answer> refusal = guard();
-                   const int index = m_configuration.toolIndex(arguments[0]);
-                   return refusal ? *refusal : index < 0 ? noSuchTool() : assign(index, value);
-               }});
+    table.add(
+        "measurementtool device",
+        {1, withRadio,
+         [this](const text::Words& arguments) {
+             const int index = m_configuration.toolIndex(arguments[0]);
+             if (index < 0) {
+                 return Answer::noSuchTool();
+             }
+             const RadioDevice& device = m_assigned[static_cast<std::size_t>(index)];
+             return Answer::value(device.vendor.empty() ? "none" : "zelwpan " + device.toString());
+         },
+         [this, guard](const text::Words& arguments, const text::Words& value) {
+             const std::optional<Answer> refusal = guard();
+             const int index = m_configuration.toolIndex(arguments[0]);
+             return refusal ? *refusal : index < 0 ? Answer::noSuchTool() : assign(index, value);
+         }});
 }
 
 Answer RadioNetwork::assign(int toolIndex, const text::Words& value) {

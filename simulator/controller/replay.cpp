@@ -1,6 +1,9 @@
 #include "simulator/controller/replay.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 
 namespace kestrel_simulator {
 
@@ -29,6 +32,13 @@ std::unique_ptr<Replay> Replay::open(const std::string& path, AtEnd atEnd, std::
 }
 
 bool Replay::check(std::string& error) {
+    std::error_code failure;
+    const std::filesystem::file_status status = std::filesystem::status(m_path, failure);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        // it may never end, or be there only once, or wait for a writer for ever
+        error = "only an ordinary file can be replayed, not a folder, pipe or device";
+        return false;
+    }
     m_file.open(m_path, std::ios::binary);
     if (!m_file || m_file.peek() == std::ifstream::traits_type::eof()) {
         error = m_file.is_open() ? "the recording is empty or unreadable"
@@ -50,7 +60,8 @@ bool Replay::check(std::string& error) {
         }
     }
     if (result == Result::Malformed) {
-        error = "line " + std::to_string(reader.lineNumber()) + ": " + reader.error();
+        const std::size_t line = std::max<std::size_t>(1, reader.lineNumber()); // cut in its first
+        error = "line " + std::to_string(line) + ": " + reader.error();
         return false;
     }
     if (!Version::parse(m_header.protocol, m_protocol)) {

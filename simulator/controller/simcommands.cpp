@@ -4,8 +4,6 @@ namespace kestrel_simulator {
 
 namespace {
 
-constexpr const char* neitherYesNorNo = "the value is neither yes nor no";
-
 bool readWithin(const text::Words& value, double minimum, double maximum, double& number) {
     double read = 0.0;
     if (value.size() != 1 || !text::readDouble(value[0], read) || read < minimum ||
@@ -49,11 +47,6 @@ Answer SimCommands::badValue(std::string reason) {
     return Answer::refuse(ErrorNumber::BadValue, std::move(reason));
 }
 
-Answer SimCommands::outOfRange(double minimum, double maximum) {
-    return badValue("the value must be from " + text::shortest(minimum) + " to " +
-                    text::shortest(maximum));
-}
-
 Answer SimCommands::noSuchBody() {
     return Answer::refuse(ErrorNumber::BadBody, "no such body");
 }
@@ -78,7 +71,7 @@ void SimCommands::addFlag(ParameterTable& table, const std::string& name, std::f
                               [set = std::move(set)](const text::Words&, const text::Words& value) {
                                   const auto flag = text::readYesNo(text::join(value));
                                   if (!flag) {
-                                      return badValue(neitherYesNorNo);
+                                      return Answer::neitherYesNorNo();
                                   }
                                   set(*flag);
                                   return Answer::ok();
@@ -94,7 +87,7 @@ void SimCommands::addNumber(ParameterTable& table, const std::string& name, doub
                [&number, minimum, maximum](const text::Words&, const text::Words& value) {
                    return readWithin(value, minimum, maximum, number)
                               ? Answer::ok()
-                              : outOfRange(minimum, maximum);
+                              : Answer::outOfRange(minimum, maximum);
                }});
 }
 
@@ -166,7 +159,7 @@ void SimCommands::addLength(ParameterTable& table, const char* name, double mini
         [this, minimum, maximum, set = std::move(set)](int tool, const text::Words& value) {
             double length = 0.0;
             if (!readWithin(value, minimum, maximum, length)) {
-                return outOfRange(minimum, maximum);
+                return Answer::outOfRange(minimum, maximum);
             }
             set(m_scene.probe(tool), length);
             return Answer::ok();
@@ -216,7 +209,7 @@ void SimCommands::addCalibrationSettings(ParameterTable& table) {
                                     int seconds = 0;
                                     if (!text::readInt(text::join(value), seconds) || seconds < 0 ||
                                         seconds > Calibration::maxPauseSeconds) {
-                                        return outOfRange(0, Calibration::maxPauseSeconds);
+                                        return Answer::outOfRange(0, Calibration::maxPauseSeconds);
                                     }
                                     settings.pauseSeconds = seconds;
                                     return Answer::ok();
@@ -229,7 +222,8 @@ void SimCommands::addCalibrationSettings(ParameterTable& table) {
                             [&settings](const text::Words&, const text::Words& value) {
                                 const auto pivot = findPivot(text::join(value));
                                 settings.pivot = pivot.value_or(settings.pivot);
-                                return pivot ? Answer::ok() : badValue("no such motion");
+                                return pivot ? Answer::ok()
+                                             : badValue("expected one of " + pivotNames());
                             }});
     table.add("sim calibration_tool",
               {0,
@@ -255,7 +249,7 @@ void SimCommands::addCalibrationStates(ParameterTable& table) {
                    const Body body = findBody(arguments[0], arguments[1]);
                    const auto calibrated = text::readYesNo(text::join(value));
                    if (body.index < 0 || !calibrated) {
-                       return body.index < 0 ? noSuchBody() : badValue(neitherYesNorNo);
+                       return body.index < 0 ? noSuchBody() : Answer::neitherYesNorNo();
                    }
                    if (body.isTool) {
                        m_configuration.tool(body.index).bodyCalibrated = *calibrated;
@@ -269,7 +263,7 @@ void SimCommands::addCalibrationStates(ParameterTable& table) {
                    const int index = m_configuration.toolIndex(arguments[0]);
                    const auto calibrated = text::readYesNo(text::join(value));
                    if (index < 0 || !calibrated) {
-                       return index < 0 ? noSuchBody() : badValue(neitherYesNorNo);
+                       return index < 0 ? noSuchBody() : Answer::neitherYesNorNo();
                    }
                    m_configuration.tool(index).tipCalibrated = *calibrated;
                    return Answer::ok();

@@ -45,7 +45,6 @@ private:
                    std::function<void(Probe&, double)> set);
 
     static Answer badValue(std::string reason);
-    static Answer outOfRange(double minimum, double maximum);
     static Answer noSuchBody();
 
     Answer pose(const Body& body) const;

@@ -50,7 +50,7 @@ Answer SimCommands::misbehave(const text::Words& words) {
     int number = info->defaultNumber;
     if (words.size() > 3 ||
         (words.size() == 3 && (!text::readInt(words[2], number) || !info->allows(number)))) {
-        return outOfRange(0, info->maximum);
+        return Answer::outOfRange(0, info->maximum);
     }
     m_misbehaviours.switchOn(info->id, number);
     return Answer::ok();
@@ -138,7 +138,7 @@ Answer SimCommands::move(const Body& body, const text::Words& words) {
     const std::string motion = words.size() > 3 ? words[3] : "";
     const std::optional<Pivot> pivot = findPivot(motion);
     if (!body.isTool || (!pivot && motion != "hold" && motion != "wander")) {
-        return badValue("expected a tool and cone, planar, twist, slip, still, hold or wander");
+        return badValue("expected a tool and one of " + pivotNames() + ", hold, wander");
     }
     double period = Swing::usualPeriod;
     const bool hasPeriod = words.size() == 5 && pivot && text::readDouble(words[4], period);
@@ -146,7 +146,7 @@ Answer SimCommands::move(const Body& body, const text::Words& words) {
         return Answer::refuse(ErrorNumber::Malformed, "expected at most seconds behind a pivot");
     }
     if (period < Swing::minPeriod || period > Swing::maxPeriod) {
-        return outOfRange(Swing::minPeriod, Swing::maxPeriod);
+        return Answer::outOfRange(Swing::minPeriod, Swing::maxPeriod);
     }
     if (pivot) {
         m_scene.swingTool(body.index, *pivot, m_state.now, period);

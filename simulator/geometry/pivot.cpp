@@ -67,6 +67,14 @@ std::string_view pivotName(Pivot pivot) {
     return {};
 }
 
+std::string pivotNames() {
+    std::string names;
+    for (const NamedPivot& each : pivots) {
+        names.append(names.empty() ? "" : ", ").append(each.name);
+    }
+    return names;
+}
+
 Eigen::Vector3d Probe::shaft() const {
     const double length = tip.norm();
     return length > 0.0 ? Eigen::Vector3d(tip / length) : Eigen::Vector3d::UnitZ();

@@ -3,6 +3,7 @@
 #include "simulator/geometry/pose.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace kestrel_simulator {
@@ -18,6 +19,9 @@ enum class Pivot {
 
 std::optional<Pivot> findPivot(std::string_view name);
 std::string_view pivotName(Pivot pivot);
+
+/// All names: "cone, planar, ...".
+std::string pivotNames();
 
 /// A probe as it truly is.
 struct Probe {

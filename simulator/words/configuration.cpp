@@ -9,16 +9,8 @@ namespace {
 const Version withTools = {1, 3, 0};
 const Version withRadiusAndFormat = {1, 13, 0};
 
-Answer noSuchTool() {
-    return Answer::refuse(ErrorNumber::BadBody, "no such Measurement Tool");
-}
-
 Answer noSuchReference() {
     return Answer::refuse(ErrorNumber::BadBody, "no such reference");
-}
-
-Answer notYesNo() {
-    return Answer::refuse(ErrorNumber::BadValue, "the value is neither yes nor no");
 }
 
 // a setter that the guard is asked before
@@ -128,28 +120,28 @@ void Configuration::addCounts(ParameterTable& table, const ChangeGuard& guard) {
 }
 
 void Configuration::addAssignments(ParameterTable& table, const ChangeGuard& guard) {
-    table.add("measurementtool reference_of_tool",
-              {1, withTools,
-               [this](const text::Words& arguments) {
-                   const int index = toolIndex(arguments[0]);
-                   if (index < 0) {
-                       return noSuchTool();
-                   }
-                   const int reference = referenceOf(index);
-                   return Answer::value(reference < 0 ? "none"
-                                                      : text::numbered('b', reference + 1));
-               },
-               guarded(guard, [this](const text::Words& arguments, const text::Words& value) {
-                   const int index = toolIndex(arguments[0]);
-                   return index < 0 ? noSuchTool() : assignReference(index, text::join(value));
-               })});
+    table.add(
+        "measurementtool reference_of_tool",
+        {1, withTools,
+         [this](const text::Words& arguments) {
+             const int index = toolIndex(arguments[0]);
+             if (index < 0) {
+                 return Answer::noSuchTool();
+             }
+             const int reference = referenceOf(index);
+             return Answer::value(reference < 0 ? "none" : text::numbered('b', reference + 1));
+         },
+         guarded(guard, [this](const text::Words& arguments, const text::Words& value) {
+             const int index = toolIndex(arguments[0]);
+             return index < 0 ? Answer::noSuchTool() : assignReference(index, text::join(value));
+         })});
     table.add("measurementtool output_6dmt",
               {0, withRadiusAndFormat,
                [this](const text::Words&) { return Answer::value(text::yesNo(m_usesOldFormat)); },
                guarded(guard, [this](const text::Words&, const text::Words& value) {
                    const auto old = text::readYesNo(text::join(value));
                    m_usesOldFormat = old.value_or(m_usesOldFormat);
-                   return old ? Answer::ok() : notYesNo();
+                   return old ? Answer::ok() : Answer::neitherYesNorNo();
                })});
 }
 
@@ -172,7 +164,7 @@ void Configuration::addNumber(ParameterTable& table, const ChangeGuard& guard,
     table.add(name, {1, since,
                      [this, member](const text::Words& arguments) {
                          const int index = toolIndex(arguments[0]);
-                         return index < 0 ? noSuchTool()
+                         return index < 0 ? Answer::noSuchTool()
                                           : Answer::value(text::shortest(tool(index).*member));
                      },
                      guarded(guard, [this, member, minimum, maximum](const text::Words& arguments,
@@ -180,16 +172,13 @@ void Configuration::addNumber(ParameterTable& table, const ChangeGuard& guard,
                          const int index = toolIndex(arguments[0]);
                          double number = 0.0;
                          if (index < 0) {
-                             return noSuchTool();
+                             return Answer::noSuchTool();
                          }
                          if (value.size() != 1 || !text::readDouble(value[0], number)) {
                              return Answer::refuse(ErrorNumber::BadValue, "the value is no number");
                          }
                          if (number < minimum || number > maximum) {
-                             return Answer::refuse(ErrorNumber::BadValue,
-                                                   "the value must be from " +
-                                                       text::shortest(minimum) + " to " +
-                                                       text::shortest(maximum));
+                             return Answer::outOfRange(minimum, maximum);
                          }
                          tool(index).*member = number;
                          return Answer::ok();
@@ -201,17 +190,17 @@ void Configuration::addStartSimulation(ParameterTable& table, const ChangeGuard&
               {1, withTools,
                [this](const text::Words& arguments) {
                    const int index = toolIndex(arguments[0]);
-                   return index < 0 ? noSuchTool()
+                   return index < 0 ? Answer::noSuchTool()
                                     : Answer::value(text::yesNo(tool(index).startSimulation));
                },
                guarded(guard, [this](const text::Words& arguments, const text::Words& value) {
                    const int index = toolIndex(arguments[0]);
                    if (index < 0) {
-                       return noSuchTool();
+                       return Answer::noSuchTool();
                    }
                    const auto on = text::readYesNo(text::join(value));
                    tool(index).startSimulation = on.value_or(tool(index).startSimulation);
-                   return on ? Answer::ok() : notYesNo();
+                   return on ? Answer::ok() : Answer::neitherYesNorNo();
                })});
 }
 
@@ -220,7 +209,7 @@ void Configuration::addCalibrationStates(ParameterTable& table) {
               {1, withTools,
                [this](const text::Words& arguments) {
                    const int index = toolIndex(arguments[0]);
-                   return index < 0 ? noSuchTool()
+                   return index < 0 ? Answer::noSuchTool()
                                     : Answer::value(text::yesNo(tool(index).tipCalibrated));
                },
                nullptr});
@@ -229,7 +218,7 @@ void Configuration::addCalibrationStates(ParameterTable& table) {
                [this](const text::Words& arguments) {
                    if (arguments[0] == "measurementtool") {
                        const int index = toolIndex(arguments[1]);
-                       return index < 0 ? noSuchTool()
+                       return index < 0 ? Answer::noSuchTool()
                                         : Answer::value(text::yesNo(tool(index).bodyCalibrated));
                    }
                    if (arguments[0] == "measurementtool_reference") {

@@ -25,7 +25,7 @@ void pad(std::string& line, std::size_t length) {
 
 } // namespace
 
-bool ReplyFaults::concerned(Misbehaviour id) {
+bool ReplyFaults::countTowards(Misbehaviour id) {
     if (!m_misbehaviours.has(id)) {
         return false;
     }
@@ -50,20 +50,20 @@ ReplyPlan ReplyFaults::plan(std::string_view command, std::string reply) {
     if (!m_misbehaviours.has(Misbehaviour::FirstTryUnanswered)) {
         m_tried.clear();
     }
-    if (concerned(Misbehaviour::Drop)) {
+    if (countTowards(Misbehaviour::Drop)) {
         plan.dropConnection = true;
     }
-    if (concerned(Misbehaviour::Silent) ||
-        (concerned(Misbehaviour::FirstTryUnanswered) && isFirstTry(command))) {
+    if (countTowards(Misbehaviour::Silent) ||
+        (countTowards(Misbehaviour::FirstTryUnanswered) && isFirstTry(command))) {
         plan.copies = 0;
     }
-    if (concerned(Misbehaviour::WrongReply)) {
+    if (countTowards(Misbehaviour::WrongReply)) {
         plan.reply = wrongReply;
     }
-    if (concerned(Misbehaviour::GarbledReply)) {
+    if (countTowards(Misbehaviour::GarbledReply)) {
         plan.reply = garbled(plan.reply);
     }
-    if (concerned(Misbehaviour::CutReply)) {
+    if (countTowards(Misbehaviour::CutReply)) {
         plan.reply.resize(plan.reply.size() / 2);
         plan.cut = true;
     }

@@ -18,7 +18,6 @@ struct ReplyPlan {
     int delayMilliseconds = 0;
     bool cut = false;            ///< sent without its line end
     bool dropConnection = false; ///< instead of a reply
-    bool close = false;          ///< after the reply
 };
 
 /// Spoils true replies as the active misbehaviours say.
@@ -31,7 +30,8 @@ public:
     ReplyPlan plan(std::string_view command, std::string reply);
 
 private:
-    bool concerned(Misbehaviour id);
+    // One more command has come: whether it is one that the misbehaviour concerns.
+    bool countTowards(Misbehaviour id);
     bool isFirstTry(std::string_view command);
 
     Misbehaviours& m_misbehaviours;

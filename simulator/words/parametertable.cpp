@@ -1,5 +1,7 @@
 #include "simulator/words/parametertable.h"
 
+#include <cmath>
+
 namespace kestrel_simulator {
 
 namespace {
@@ -11,6 +13,22 @@ text::Words slice(const text::Words& words, std::size_t from, std::size_t to) {
 }
 
 } // namespace
+
+Answer Answer::outOfRange(double minimum, double maximum) {
+    const auto written = [](double number) { // without an exponent if it is whole
+        return std::floor(number) == number ? text::fixed(number, 0) : text::shortest(number);
+    };
+    return refuse(ErrorNumber::BadValue,
+                  "the value must be from " + written(minimum) + " to " + written(maximum));
+}
+
+Answer Answer::neitherYesNorNo() {
+    return refuse(ErrorNumber::BadValue, "the value is neither yes nor no");
+}
+
+Answer Answer::noSuchTool() {
+    return refuse(ErrorNumber::BadBody, "no such Measurement Tool");
+}
 
 void ParameterTable::add(const std::string& name, Parameter parameter) {
     m_parameters.insert_or_assign(name, std::move(parameter));

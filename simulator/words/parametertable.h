@@ -24,6 +24,11 @@ struct Answer {
     static Answer refuse(ErrorNumber error, std::string reason) {
         return {std::move(reason), error};
     }
+
+    /// Refusals that many parameters have.
+    static Answer outOfRange(double minimum, double maximum);
+    static Answer neitherYesNorNo();
+    static Answer noSuchTool();
 };
 
 /// A parameter's name is its first one or two words; the words behind it are arguments (a body, a
@@ -38,7 +43,7 @@ struct Parameter {
     Set set; ///< none: the parameter can be read only
 };
 
-/// The controller's parameters by name. The functions in it must outlive nothing but the table.
+/// The controller's parameters by name. What its functions refer to must outlive the table.
 class ParameterTable {
 public:
     explicit ParameterTable(Version protocol)

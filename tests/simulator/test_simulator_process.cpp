@@ -1,12 +1,18 @@
 #include "libs/kestrel_wire/recording.h"
 #include "tests/simulator/client.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <csignal>
+#include <memory>
+#include <sys/stat.h>
+#include <vector>
 
 namespace {
 constexpr int timeoutMs = 10000;
@@ -33,11 +39,14 @@ private Q_SLOTS:
     void replaysARecording();
     void tellsOfACutRecording();
     void calibratesWithTheChosenMotion();
+    void takesTheShapeOfItsProbes();
+    void acceptsAgainAfterItRanOutOfDescriptors();
     void writesNumbersWithAPointInACommaLocale();
 
 private:
     void start(const QStringList& arguments);
     quint16 startListening(QStringList arguments = {});
+    quint16 listeningPort();
     int finish();
     QString writeFile(const QByteArray& bytes);
 
@@ -59,6 +68,10 @@ void TestSimulatorProcess::start(const QStringList& arguments) {
 
 quint16 TestSimulatorProcess::startListening(QStringList arguments) {
     start(arguments << QStringLiteral("--port") << QStringLiteral("0"));
+    return listeningPort();
+}
+
+quint16 TestSimulatorProcess::listeningPort() {
     const bool arrived = QTest::qWaitFor([&] { return m_process->canReadLine(); }, timeoutMs);
     const QByteArray line = arrived ? m_process->readLine() : QByteArray();
     const QByteArray expected = "listening on 127.0.0.1:";
@@ -103,45 +116,58 @@ void TestSimulatorProcess::stopsOnSignals() {
 }
 
 void TestSimulatorProcess::refusesBadOptions_data() {
-    QTest::addColumn<QStringList>("options");
-    for (const char* options : {"--nonsense",
-                                "--port 65536",
-                                "--port x",
-                                "--port -1",
-                                "--listen nowhere.example",
-                                "--tools -1",
-                                "--tools 101",
-                                "--references x",
-                                "--rate 0",
-                                "--rate 1001",
-                                "--rate 1,5",
-                                "--seed -1",
-                                "--protocol 1",
-                                "--protocol 1.x",
-                                "--protocol 1.2.3.4",
-                                "--system abc",
-                                "--pivot sideways",
-                                "--misbehave nonsense",
-                                "--misbehave slow=x",
-                                "--misbehave slow=-1",
-                                "--misbehave slow=3600001",
-                                "--misbehave long-data=150000000",
-                                "--misbehave lost-data=101",
-                                "--cal-duration 0",
-                                "--cal-pause x",
-                                "--tools 4 --references 4 --max-bodies 7",
-                                "--port",
-                                "stray"}) {
-        QTest::newRow(options) << QString::fromLatin1(options).split(QLatin1Char(' '));
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char* options, const char* expected) {
+        QTest::newRow(options) << QString::fromLatin1(options) << QByteArray(expected);
+    };
+    row("--nonsense", "Unknown option 'nonsense'.");
+    row("--port 99999", "bad value '99999' of --port: expected a whole number from 0 to 65535");
+    row("--port x", "bad value 'x' of --port: expected a whole number from 0 to 65535");
+    row("--port -1", "bad value '-1' of --port: expected a whole number from 0 to 65535");
+    row("--listen nowhere.example", "expected an address in numbers, such as 127.0.0.1");
+    row("--tools -1", "of --tools: expected a whole number from 0 to 100");
+    row("--tools 101", "of --tools: expected a whole number from 0 to 100");
+    row("--references x", "of --references: expected a whole number from 0 to 100");
+    row("--rate 0", "of --rate: expected a number from 0.1 to 1000");
+    row("--rate 1001", "of --rate: expected a number from 0.1 to 1000");
+    row("--rate 1,5", "of --rate: expected a number from 0.1 to 1000");
+    row("--seed -1", "of --seed: expected a whole number from 0 to 18446744073709551615");
+    row("--model \t", "of --model: expected a text without control characters");
+    row("--protocol 1", "of --protocol: expected two or three numbers, as in 1.14.0");
+    row("--protocol 1.x", "of --protocol: expected two or three numbers, as in 1.14.0");
+    row("--protocol 1.2.3.4", "of --protocol: expected two or three numbers, as in 1.14.0");
+    row("--system abc", "of --system: expected two or three numbers, as in 1.14.0");
+    row("--pivot sideways", "of --pivot: expected one of cone, planar, twist, slip, still");
+    row("--misbehave nonsense", "of --misbehave: expected a name from the list of misbehaviours");
+    row("--misbehave slow=x", "expected slow=N with a whole number N from 0 to 3600000");
+    row("--misbehave slow=-1", "expected slow=N with a whole number N from 0 to 3600000");
+    row("--misbehave slow=3600001", "expected slow=N with a whole number N from 0 to 3600000");
+    row("--misbehave long-data=150000000", "with a whole number N from 0 to 65000");
+    row("--misbehave lost-data=101", "with a whole number N from 0 to 100");
+    row("--cal-duration 0", "of --cal-duration: expected a number from 0.05 to 3600");
+    row("--cal-pause x", "of --cal-pause: expected a whole number from 0 to 3600");
+    row("--tools 4 --references 4 --max-bodies 7",
+        "bad value '7' of --max-bodies: expected a whole number from 8 to 200");
+    for (const char* tip : {"--tip 1,2", "--tip 1,2,x", "--tip 1,2,1001", "--tip b05=1,2,3",
+                            "--tip b00=1,2,3", "--tip =1,2,3"}) {
+        row(tip, "of --tip: expected X,Y,Z or bNN=X,Y,Z, each a number from -1000 to 1000, "
+                 "NN up to 4");
     }
+    row("--lever 0", "of --lever: expected MM or bNN=MM, each a number from 1 to 1000, NN up to 4");
+    row("--slip 1,2", "of --slip: expected MM or bNN=MM, each a number from 0 to 100, NN up to 4");
+    row("--port", "Missing value after '--port'.");
+    row("stray", "unexpected argument 'stray'");
 }
 
 void TestSimulatorProcess::refusesBadOptions() {
-    QFETCH(QStringList, options);
-    start(options);
+    QFETCH(QString, options);
+    QFETCH(QByteArray, expected);
+    start(options.split(QLatin1Char(' ')));
     QCOMPARE(finish(), 2);
     const QByteArray complaint = m_process->readAllStandardError();
     QVERIFY2(complaint.startsWith("kestrel-simulator: "), complaint.constData());
+    QVERIFY2(complaint.endsWith(expected + " (see --help)\n"), complaint.constData());
     QCOMPARE(complaint.count('\n'), 1);
     QCOMPARE(m_process->readAllStandardOutput(), QByteArray());
 }
@@ -176,6 +202,13 @@ void TestSimulatorProcess::exitsWhenTheRecordingIsBad() {
            writeFile("kestrel-recording 1\nversion protocol new\nrecords\n")});
     QCOMPARE(finish(), 4);
     QVERIFY(m_process->readAllStandardError().contains("protocol version cannot be read"));
+    const QString pipe = m_folder.filePath(QStringLiteral("pipe"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    start({QStringLiteral("--replay"), pipe});
+    QCOMPARE(finish(), 4);
+    QCOMPARE(m_process->readAllStandardError(),
+             QByteArray("kestrel-simulator: " + QFile::encodeName(pipe) +
+                        ": only an ordinary file can be replayed, not a folder, pipe or device\n"));
 }
 
 void TestSimulatorProcess::takesItsOptions() {
@@ -248,6 +281,50 @@ void TestSimulatorProcess::calibratesWithTheChosenMotion() {
     QCOMPARE(client.ask("cal measurementtool start"), QByteArray("kestrel2 ok"));
     QTRY_COMPARE(client.ask("get status active"), QByteArray("kestrel2 set status active err"));
     QVERIFY(client.ask("get status err").contains("\"The Measurement Tool was only swung"));
+}
+
+void TestSimulatorProcess::takesTheShapeOfItsProbes() {
+    const quint16 port = startListening({QStringLiteral("--tip"), QStringLiteral("b02=1,-2,90.5"),
+                                         QStringLiteral("--tip"), QStringLiteral("0,30,40"),
+                                         QStringLiteral("--lever"), QStringLiteral("250"),
+                                         QStringLiteral("--slip"), QStringLiteral("b01=7.5")});
+    Client client(port);
+    QCOMPARE(client.ask("get sim tip b01"),
+             QByteArray("kestrel2 set sim tip b01 0.000000 150.000000 200.000000"));
+    QCOMPARE(client.ask("get sim tip b02"),
+             QByteArray("kestrel2 set sim tip b02 1.000000 -2.000000 90.500000"));
+    QCOMPARE(client.ask("get sim slip b01"), QByteArray("kestrel2 set sim slip b01 7.500000"));
+    QCOMPARE(client.ask("get sim slip b02"), QByteArray("kestrel2 set sim slip b02 4.000000"));
+}
+
+// A crowd takes all descriptors that there are; when it has gone, others are welcome.
+void TestSimulatorProcess::acceptsAgainAfterItRanOutOfDescriptors() {
+    constexpr int limit = 20;
+    m_process->start(QStringLiteral("/bin/sh"),
+                     {QStringLiteral("-c"),
+                      QStringLiteral("ulimit -n %1 && exec \"$0\" --port 0").arg(limit),
+                      QStringLiteral(SIMULATOR_PROGRAM)});
+    const quint16 port = listeningPort();
+    QVERIFY(port != 0);
+    // it may have inherited others with greater numbers
+    const auto descriptors = [this] {
+        const QDir folder(QStringLiteral("/proc/%1/fd").arg(m_process->processId()));
+        const QStringList numbers = folder.entryList(QDir::Files | QDir::System);
+        return static_cast<int>(
+            std::count_if(numbers.begin(), numbers.end(),
+                          [](const QString& number) { return number.toInt() < limit; }));
+    };
+    std::vector<std::unique_ptr<QTcpSocket>> crowd;
+    for (int i = 0; i < limit; ++i) {
+        crowd.push_back(std::make_unique<QTcpSocket>());
+        crowd.back()->connectToHost(QHostAddress::LocalHost, port);
+        QTRY_COMPARE_WITH_TIMEOUT(crowd.back()->state(), QAbstractSocket::ConnectedState,
+                                  timeoutMs);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(descriptors(), limit, timeoutMs);
+    crowd.clear();
+    Client client(port);
+    QCOMPARE(client.ask("get version model"), QByteArray("kestrel2 set version model SIMULATOR"));
 }
 
 void TestSimulatorProcess::writesNumbersWithAPointInACommaLocale() {

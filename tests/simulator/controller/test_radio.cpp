@@ -75,6 +75,34 @@ TEST(Radio, movesADeviceToTheToolThatItIsAssignedTo) {
     EXPECT_EQ(talk.get("measurementtool device b01"), "zelwpan KST MTL2 00523");
 }
 
+TEST(Radio, letsADeviceGoThatAToolBeyondTheCountHolds) {
+    Talk talk;
+    EXPECT_EQ(talk.set("measurementtool device b04 zelwpan ACQ P7 12"), "ok");
+    EXPECT_EQ(talk.set("measurementtool number_of_tools 3"), "ok");
+    EXPECT_EQ(talk.set("measurementtool device b03 zelwpan ACQ P7 12"), "ok");
+    EXPECT_EQ(talk.get("measurementtool device b03"), "zelwpan ACQ P7 12");
+    EXPECT_EQ(talk.set("measurementtool number_of_tools 4"), "ok");
+    EXPECT_EQ(talk.get("measurementtool device b04"), "none") << "it belongs to one tool";
+    EXPECT_EQ(talk.get("measurementtool device b03"), "zelwpan ACQ P7 12");
+}
+
+TEST(Radio, givesAToolBeyondTheCountItsDeviceBackUnlessAnotherHasIt) {
+    Talk talk;
+    EXPECT_EQ(talk.set("measurementtool number_of_tools 1"), "ok");
+    EXPECT_EQ(talk.set("measurementtool number_of_tools 2"), "ok");
+    EXPECT_EQ(talk.get("measurementtool device b02"), "zelwpan KST MTL2 00523");
+}
+
+TEST(Radio, assignsDevicesAtTheStartToToolsThatAreThere) {
+    ControllerSetup setup;
+    setup.tools = 1;
+    Talk talk(setup);
+    EXPECT_EQ(talk.get("measurementtool device b01"), "zelwpan KST MTS1 417");
+    EXPECT_EQ(talk.set("measurementtool number_of_tools 2"), "ok");
+    EXPECT_EQ(talk.get("measurementtool device b02"), "none");
+    EXPECT_EQ(talk.set("measurementtool device b02 zelwpan KST MTL2 523"), "ok");
+}
+
 TEST(Radio, keepsTheAssignmentOfADeviceThatHasGone) {
     Talk talk;
     EXPECT_EQ(talk.act("sim device remove KST MTS1 00417"), "ok");

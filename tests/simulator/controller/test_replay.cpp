@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using kestrel_simulator::Replay;
 
@@ -109,6 +110,23 @@ TEST_F(RecordingFile, thatIsMalformedIsRefusedWithItsLineNumber) {
     write(threeFrames() + "nonsense\n" + record(2000000, "fr 4"));
     EXPECT_FALSE(open());
     EXPECT_EQ(error, "line 14: unreadable time stamp");
+}
+
+TEST_F(RecordingFile, thatEndsInItsFirstLineIsRefusedWithThatLine) {
+    std::ofstream(path, std::ios::binary) << "kestrel-rec";
+    EXPECT_FALSE(open());
+    EXPECT_EQ(error, "line 1: the file ends inside its header");
+}
+
+TEST_F(RecordingFile, thatIsNoOrdinaryFileIsRefusedAtOnce) {
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const std::string sentence =
+        "only an ordinary file can be replayed, not a folder, pipe or device";
+    for (const std::string& other : {path, std::string("/dev/zero"), testing::TempDir()}) {
+        error.clear();
+        EXPECT_FALSE(Replay::open(other, Replay::AtEnd::Loop, error)) << other;
+        EXPECT_EQ(error, sentence) << other;
+    }
 }
 
 TEST_F(RecordingFile, thatWouldInjectLinesIsRefused) {

@@ -69,6 +69,13 @@ TEST(Parameters, aRefusalSaysWhatWouldBePossible) {
               "kestrel2 err 4 \"0 to 3 references are possible\"");
     EXPECT_EQ(talk.say("set measurementtool tip_radius b01 21"),
               "kestrel2 err 4 \"the value must be from 0 to 20\"");
+    EXPECT_EQ(talk.say("set sim rate 0"), "kestrel2 err 4 \"the value must be from 0.1 to 1000\"");
+    EXPECT_EQ(talk.say("set sim cal_pause x"),
+              "kestrel2 err 4 \"the value must be from 0 to 3600\"");
+    EXPECT_EQ(talk.say("sim misbehave silent 1000001"),
+              "kestrel2 err 4 \"the value must be from 0 to 1000000\"");
+    EXPECT_EQ(talk.say("set sim pivot x"),
+              "kestrel2 err 4 \"expected one of cone, planar, twist, slip, still\"");
 }
 
 namespace {
