@@ -14,6 +14,10 @@ constexpr double longestWait = 3600.0;
 constexpr int maxDatagram = 65507;
 constexpr int acceptAgainMs = 200;
 
+bool hasSpareDescriptor() {
+    return QFile(QStringLiteral("/dev/null")).open(QIODevice::ReadOnly);
+}
+
 } // namespace
 
 Simulator::Simulator(const SimulatorOptions& options, QObject* parent)
@@ -28,12 +32,10 @@ Simulator::Simulator(const SimulatorOptions& options, QObject* parent)
     m_frameTimer.setSingleShot(true);
     m_frameTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_server, &QTcpServer::newConnection, this, &Simulator::acceptConnections);
-    // The server pauses for good when it gets no descriptor for a connection; one will be free
-    // again.
-    connect(&m_server, &QTcpServer::acceptError, &m_acceptTimer, qOverload<>(&QTimer::start));
     m_acceptTimer.setSingleShot(true);
     m_acceptTimer.setInterval(acceptAgainMs);
-    connect(&m_acceptTimer, &QTimer::timeout, &m_server, &QTcpServer::resumeAccepting);
+    connect(&m_server, &QTcpServer::acceptError, this, &Simulator::pauseAccepting);
+    connect(&m_acceptTimer, &QTimer::timeout, this, &Simulator::acceptAgain);
     connect(&m_frameTimer, &QTimer::timeout, this, &Simulator::sendDueFrames);
 }
 
@@ -60,6 +62,9 @@ ExitCode Simulator::start(QString& error) {
                     .arg(m_options.port)
                     .arg(m_server.errorString());
         return ExitCannotListen;
+    }
+    if (!hasSpareDescriptor()) {
+        pauseAccepting();
     }
     if (!m_dataSocket.bind(m_options.address, 0)) {
         error = QStringLiteral("cannot send data from %1: %2")
@@ -104,6 +109,26 @@ void Simulator::acceptConnections() {
                 [this, connection] { forget(connection); });
         m_connections.push_back(connection);
     }
+    if (!hasSpareDescriptor()) {
+        pauseAccepting();
+    }
+}
+
+// QTcpServer must not find out by itself: depending on what happened before it would stop to accept
+// for good, or try again and again without a rest.
+void Simulator::pauseAccepting() {
+    m_server.setMaxPendingConnections(0);
+    m_server.pauseAccepting();
+    m_acceptTimer.start();
+}
+
+void Simulator::acceptAgain() {
+    if (!hasSpareDescriptor()) {
+        m_acceptTimer.start();
+        return;
+    }
+    m_server.setMaxPendingConnections(maxConnections);
+    m_server.resumeAccepting();
 }
 
 void Simulator::refuseConnection(QTcpSocket* socket) {

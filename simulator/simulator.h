@@ -43,6 +43,8 @@ public:
 private:
     ExitCode openReplay(QString& error);
     void acceptConnections();
+    void pauseAccepting();
+    void acceptAgain();
     void refuseConnection(QTcpSocket* socket);
     void forget(CommandConnection* connection);
     void scheduleFrames();

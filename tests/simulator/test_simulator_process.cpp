@@ -40,6 +40,7 @@ private Q_SLOTS:
     void tellsOfACutRecording();
     void calibratesWithTheChosenMotion();
     void takesTheShapeOfItsProbes();
+    void acceptsAgainAfterItRanOutOfDescriptors_data();
     void acceptsAgainAfterItRanOutOfDescriptors();
     void writesNumbersWithAPointInACommaLocale();
 
@@ -47,6 +48,8 @@ private:
     void start(const QStringList& arguments);
     quint16 startListening(QStringList arguments = {});
     quint16 listeningPort();
+    int descriptorsBelow(int limit) const;
+    int processorTicks() const;
     int finish();
     QString writeFile(const QByteArray& bytes);
 
@@ -297,8 +300,15 @@ void TestSimulatorProcess::takesTheShapeOfItsProbes() {
     QCOMPARE(client.ask("get sim slip b02"), QByteArray("kestrel2 set sim slip b02 4.000000"));
 }
 
+void TestSimulatorProcess::acceptsAgainAfterItRanOutOfDescriptors_data() {
+    QTest::addColumn<bool>("atOnce");
+    QTest::newRow("by a crowd that came at once") << true;
+    QTest::newRow("by clients that came one after the other") << false;
+}
+
 // A crowd takes all descriptors that there are; when it has gone, others are welcome.
 void TestSimulatorProcess::acceptsAgainAfterItRanOutOfDescriptors() {
+    QFETCH(bool, atOnce);
     constexpr int limit = 20;
     m_process->start(QStringLiteral("/bin/sh"),
                      {QStringLiteral("-c"),
@@ -306,25 +316,47 @@ void TestSimulatorProcess::acceptsAgainAfterItRanOutOfDescriptors() {
                       QStringLiteral(SIMULATOR_PROGRAM)});
     const quint16 port = listeningPort();
     QVERIFY(port != 0);
-    // it may have inherited others with greater numbers
-    const auto descriptors = [this] {
-        const QDir folder(QStringLiteral("/proc/%1/fd").arg(m_process->processId()));
-        const QStringList numbers = folder.entryList(QDir::Files | QDir::System);
-        return static_cast<int>(
-            std::count_if(numbers.begin(), numbers.end(),
-                          [](const QString& number) { return number.toInt() < limit; }));
-    };
-    std::vector<std::unique_ptr<QTcpSocket>> crowd;
+    const auto id = static_cast<pid_t>(m_process->processId());
+    QCOMPARE(::kill(id, atOnce ? SIGSTOP : SIGCONT), 0);
+    std::vector<std::unique_ptr<Client>> crowd;
     for (int i = 0; i < limit; ++i) {
-        crowd.push_back(std::make_unique<QTcpSocket>());
-        crowd.back()->connectToHost(QHostAddress::LocalHost, port);
-        QTRY_COMPARE_WITH_TIMEOUT(crowd.back()->state(), QAbstractSocket::ConnectedState,
-                                  timeoutMs);
+        crowd.push_back(std::make_unique<Client>(port));
+        QVERIFY(crowd.back()->isConnected());
     }
-    QTRY_COMPARE_WITH_TIMEOUT(descriptors(), limit, timeoutMs);
+    QCOMPARE(::kill(id, SIGCONT), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(descriptorsBelow(limit), limit, timeoutMs);
+
+    Client& served = *crowd.front();
+    QCOMPARE(served.ask("sim misbehave slow 1000"), QByteArray("kestrel2 ok"));
+    const int before = processorTicks();
+    QCOMPARE(served.ask("get status active"), QByteArray("kestrel2 set status active none"));
+    const int ticks = processorTicks() - before;
+    QVERIFY2(ticks < 10, "it is busy while it waits");
+    QCOMPARE(served.ask("sim behave"), QByteArray("kestrel2 ok"));
+
     crowd.clear();
     Client client(port);
     QCOMPARE(client.ask("get version model"), QByteArray("kestrel2 set version model SIMULATOR"));
+}
+
+// Those with greater numbers may be inherited.
+int TestSimulatorProcess::descriptorsBelow(int limit) const {
+    const QDir folder(QStringLiteral("/proc/%1/fd").arg(m_process->processId()));
+    const QStringList numbers = folder.entryList(QDir::Files | QDir::System);
+    return static_cast<int>(
+        std::count_if(numbers.begin(), numbers.end(),
+                      [&](const QString& number) { return number.toInt() < limit; }));
+}
+
+// What the process has used of the processor, in hundredths of a second.
+int TestSimulatorProcess::processorTicks() const {
+    QFile file(QStringLiteral("/proc/%1/stat").arg(m_process->processId()));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    const QByteArray text = file.readAll();
+    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    return fields.value(11).toInt() + fields.value(12).toInt();
 }
 
 void TestSimulatorProcess::writesNumbersWithAPointInACommaLocale() {
