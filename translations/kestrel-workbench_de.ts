@@ -346,10 +346,6 @@
 <context>
     <name>workbench::CommandLineRun</name>
     <message>
-        <source>cannot record: %1</source>
-        <translation>Aufzeichnen nicht möglich: %1</translation>
-    </message>
-    <message>
         <source>%1 cannot be written</source>
         <translation>%1 kann nicht geschrieben werden</translation>
     </message>
@@ -358,8 +354,12 @@
         <translation>kein Bild: Das Programm wurde vorher beendet</translation>
     </message>
     <message>
-        <source>cannot record: the program ended before the recording began</source>
-        <translation>keine Aufzeichnung: Das Programm wurde vor ihrem Beginn beendet</translation>
+        <source>cannot record to %1: %2</source>
+        <translation>Aufzeichnung nach %1 nicht möglich: %2</translation>
+    </message>
+    <message>
+        <source>cannot record to %1: the program ended before the recording began</source>
+        <translation>Aufzeichnung nach %1 nicht möglich: das Programm endete, bevor sie begann</translation>
     </message>
 </context>
 <context>
@@ -517,18 +517,6 @@
         <translation>Aufzeichnungen (*.kestrel);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>the connection was lost</source>
-        <translation>die Verbindung ging verloren</translation>
-    </message>
-    <message>
-        <source>Recording to %1</source>
-        <translation>Aufzeichnung in %1</translation>
-    </message>
-    <message>
-        <source>%1 cannot be written: %2</source>
-        <translation>%1 kann nicht geschrieben werden: %2</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>Über das Programm</translation>
     </message>
@@ -569,28 +557,8 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <translation>, %1 fremde Datagramme abgewiesen</translation>
     </message>
     <message>
-        <source>recording</source>
-        <translation>Aufzeichnung läuft</translation>
-    </message>
-    <message>
-        <source>not recording</source>
-        <translation>keine Aufzeichnung</translation>
-    </message>
-    <message>
-        <source>%1 frames to %2</source>
-        <translation>%1 Frames in %2</translation>
-    </message>
-    <message>
         <source>none</source>
         <translation>keine</translation>
-    </message>
-    <message>
-        <source>Recorded %1 frames to %2</source>
-        <translation>%1 Frames in %2 aufgezeichnet</translation>
-    </message>
-    <message>
-        <source>The recording ended: %1</source>
-        <translation>Die Aufzeichnung wurde beendet: %1</translation>
     </message>
     <message>
         <source>%1 not loaded</source>
@@ -791,6 +759,85 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>this is no regular file</source>
         <translation>das ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>somebody else is recording to this file</source>
+        <translation>in diese Datei zeichnet schon jemand auf</translation>
+    </message>
+    <message>
+        <source>the file was removed meanwhile</source>
+        <translation>die Datei wurde inzwischen entfernt</translation>
+    </message>
+    <message>
+        <source>the disk does not answer</source>
+        <translation>der Datenträger antwortet nicht</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::RecordingControl</name>
+    <message>
+        <source>the connection was lost</source>
+        <translation>die Verbindung ging verloren</translation>
+    </message>
+    <message>
+        <source>another recording is still being written</source>
+        <translation>eine andere Aufzeichnung wird noch geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>The disk does not answer; %1 is not being written</source>
+        <translation>Der Datenträger antwortet nicht; %1 wird nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>The disk answers again; %1 is being written</source>
+        <translation>Der Datenträger antwortet wieder; %1 wird geschrieben</translation>
+    </message>
+    <message>
+        <source>The disk is too slow; frames are missing in %1</source>
+        <translation>Der Datenträger ist zu langsam; in %1 fehlen Frames</translation>
+    </message>
+    <message>
+        <source>Recording to %1</source>
+        <translation>Aufzeichnung in %1</translation>
+    </message>
+    <message>
+        <source>Recorded %1 frames to %2</source>
+        <translation>%1 Frames in %2 aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>The recording to %1 ended: %2</source>
+        <translation>Die Aufzeichnung nach %1 ist beendet: %2</translation>
+    </message>
+    <message>
+        <source>%1 frames could not be written to %2</source>
+        <translation>%1 Frames konnten nicht nach %2 geschrieben werden</translation>
+    </message>
+    <message>
+        <source>not recording</source>
+        <translation>keine Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>the disk does not answer</source>
+        <translation>der Datenträger antwortet nicht</translation>
+    </message>
+    <message>
+        <source>recording</source>
+        <translation>Aufzeichnung läuft</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>%1 frames to %2</source>
+        <translation>%1 Frames in %2</translation>
+    </message>
+    <message>
+        <source>, %1 not written</source>
+        <translation>, %1 nicht geschrieben</translation>
     </message>
 </context>
 <context>

@@ -43,7 +43,8 @@ CommandLineRun::CommandLineRun(MainWindow& window, const Options& options)
             [this](bool running, const QString& error) {
                 m_recordingMade = m_recordingMade || running;
                 if (!error.isEmpty() && !m_options.recordFile.isEmpty()) {
-                    giveUp(ExitNoRecording, tr("cannot record: %1").arg(error));
+                    giveUp(ExitNoRecording,
+                           tr("cannot record to %1: %2").arg(m_options.recordFile, error));
                 }
             });
     connect(&m_rowTimer, &QTimer::timeout, this, &CommandLineRun::printRows);
@@ -138,7 +139,8 @@ int CommandLineRun::finish(int code) const {
         return ExitNoScreenshot;
     }
     if (!m_options.recordFile.isEmpty() && !m_recordingMade) {
-        complain(tr("cannot record: the program ended before the recording began"));
+        complain(tr("cannot record to %1: the program ended before the recording began")
+                     .arg(m_options.recordFile));
         return ExitNoRecording;
     }
     return code;

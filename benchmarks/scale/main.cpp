@@ -88,9 +88,8 @@ public:
         openDisplay();
         m_backend.session.channel().askLater("kestrel2 tracking start");
         require(waitFor([this] { return m_backend.monitor.isMeasuring(); }), "no measurement");
-        QString error;
-        require(recording.isEmpty() || m_backend.recorder.start(recording, {}, &error),
-                "the recording cannot be written");
+        require(recording.isEmpty() || m_backend.recorder.start(recording, {}),
+                "the recording cannot begin");
         run(warmUpRate, warmUpSeconds);
         const auto* const table =
             m_window.findChild<QTableWidget*>(QStringLiteral("tableWidget6dmt"));
@@ -124,6 +123,17 @@ public:
         waitFor([] { return false; }, drainMs);
         result.times = m_timedHost.times();
         return result;
+    }
+
+    /// Ends the recording and says what has become of it.
+    void endRecording() {
+        m_backend.recorder.stop();
+        m_backend.recorder.waitForEnd();
+        const workbench::Recorder::Status status = m_backend.recorder.status();
+        std::printf("  recorded with %d tools: %llu frames, %llu not written\n", m_tools,
+                    static_cast<unsigned long long>(status.frames),
+                    static_cast<unsigned long long>(status.unwritten));
+        require(!status.running && status.error.isEmpty(), "the recording has failed");
     }
 
 private:
@@ -198,6 +208,9 @@ int main(int argc, char* argv[]) {
         Receiver receiver(tools, parser.value("record"));
         for (const int rate : {100, 1000, 10000}) {
             printRow(tools, rate, receiver.run(rate, seconds));
+        }
+        if (parser.isSet("record")) {
+            receiver.endRecording();
         }
     }
     ::getloadavg(load.data(), 3);

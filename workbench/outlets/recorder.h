@@ -1,68 +1,60 @@
 #pragma once
 
-#include "libs/kestrel_wire/recording.h"
+#include "workbench/outlets/recordingwriter.h"
 
-#include <QString>
-
-#include <chrono>
-#include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <mutex>
-#include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace workbench {
 
 /// Writes data lines to a recording file. Started and stopped on the GUI thread, fed from the data
-/// thread. A frame is handed to the operating system in one piece and at once: what was received
-/// is in the file even when the program dies with the next instruction. status() never waits for
-/// the disk.
+/// thread, and never waiting for the disk on either: a thread of its own opens and writes the file.
+/// What it cannot take down for long piles up in a bounded queue; what does not fit is counted.
+///
+/// A frame that is counted as recorded was handed to the operating system whole: it is in the file
+/// even when the program dies with the next instruction.
 class Recorder {
 public:
-    Recorder() = default;
+    using Status = RecordingWriter::Status;
+
+    /// Lines that wait for a slow disk: some seconds of the fastest frames.
+    static constexpr std::size_t usualQueue = 64 * 1024 * 1024;
+
+    explicit Recorder(RecordingWriter::Opener opener = openRecordingFile,
+                      std::size_t maxQueuedBytes = usualQueue);
+    /// Waits for what is still to be written, as waitForEnd() does.
     ~Recorder();
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    /// Begins a new file with `header`. An existing file is replaced. False, with a reason in
-    /// `*error`, when it cannot be written or is no regular file; a recording that runs goes on in
-    /// that case.
-    bool start(const QString& fileName, const kestrel_wire::RecordingHeader& header,
-               QString* error);
+    /// Begins a recording with `header`, replacing an existing file. status() tells what became of
+    /// it; frames are taken at once. False, and nothing happens, while another one runs.
+    bool start(const QString& fileName, const kestrel_wire::RecordingHeader& header);
 
-    /// Ends the recording; nothing happens when none runs.
+    /// Takes no more frames. The recording runs until the last one is written, or the disk turns
+    /// out not to answer.
     void stop();
+
+    /// After stop(): waits until the recording is over, for a few seconds at most and only while
+    /// the disk answers.
+    void waitForEnd();
 
     /// The lines of one datagram. Returns at once when no recording runs.
     void frame(const std::vector<std::string_view>& lines);
 
-    struct Status {
-        bool running = false;
-        QString fileName;   ///< of the recording that runs or ran last
-        quint64 frames = 0; ///< written to it
-        QString error;      ///< not empty: the disk refused, and the recording ended by itself
-    };
     Status status() const;
 
 private:
-    struct FileCloser {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    using Clock = std::chrono::steady_clock;
+    void letGo();
 
-    using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
-
-    static FilePtr openFile(const QString& fileName, QString* error);
-    bool write(const std::string& text);
-
-    std::mutex m_mutex; // of the file; held while writing, may be long
-    FilePtr m_file;
-    Clock::time_point m_began;
-    std::uint64_t m_lastTime = 0;
-    mutable std::mutex m_statusMutex; // taken after m_mutex, never held while writing
-    Status m_status;
+    const RecordingWriter::Opener m_opener;
+    const std::size_t m_maxQueuedBytes;
+    std::thread m_thread;
+    mutable std::mutex m_mutex; // of the pointer alone
+    std::shared_ptr<RecordingWriter> m_writer;
 };
 
 } // namespace workbench

@@ -33,7 +33,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     , m_ui(std::make_unique<Ui::MainWindow>())
     , m_setup(setup)
     , m_settings(setup.settingsFile)
-    , m_headerCollector(m_backend.session)
+    , m_recording(m_backend.session, m_backend.recorder, m_backend.log)
     , m_modules({&m_backend.io, this, m_backend.session.versions(), setup.observerMode},
                 m_backend.log) {
     m_ui->setupUi(this);
@@ -55,6 +55,12 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
     connect(&m_backend.monitor, &MeasurementMonitor::changed, this, &MainWindow::onMeasuring);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::onAboutToQuit);
+    connect(&m_recording, &RecordingControl::changed, this,
+            [this](bool running, const QString& error) {
+                showState();
+                showNumbers();
+                Q_EMIT recordingChanged(running, error);
+            });
     connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::showNumbers);
     m_numbersTimer.start(numbersIntervalMs);
     static_cast<void>(m_settings.address()); // a damaged one is part of the notice
@@ -220,30 +226,7 @@ void MainWindow::askForRecording() {
 }
 
 void MainWindow::startRecording(const QString& fileName) {
-    if (m_headerCollector.isCollecting()) {
-        return;
-    }
-    m_headerCollector.collect(
-        [this, fileName](bool good, const kestrel_wire::RecordingHeader& header) {
-            QString error = tr("the connection was lost");
-            if (good && m_backend.recorder.start(fileName, header, &error)) {
-                m_backend.log.info(tr("Recording to %1").arg(fileName));
-                m_recordingBefore = true;
-                error.clear();
-            } else {
-                m_backend.log.problem(tr("%1 cannot be written: %2").arg(fileName, error));
-            }
-            showState();
-            showNumbers();
-            Q_EMIT recordingChanged(error.isEmpty(), error);
-        });
-}
-
-void MainWindow::stopRecording() {
-    if (m_backend.recorder.status().running) {
-        m_backend.recorder.stop();
-        showNumbers();
-    }
+    m_recording.start(fileName);
 }
 
 QStringList MainWindow::moduleRows() const {
@@ -285,7 +268,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     m_settings.setCommandHistory(m_commandDock->history().commands());
     m_settings.save(*this);
-    stopRecording();
+    m_recording.finish();
     tearDownModules();
     m_backend.session.disconnectFromController();
     event->accept();

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "workbench/controller/headercollector.h"
 #include "workbench/modules/backend.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/window/opendialogs.h"
+#include "workbench/window/recordingcontrol.h"
 #include "workbench/window/windowsettings.h"
 
 #include <QDockWidget>
@@ -59,7 +59,7 @@ public:
     /// The file is written once the controller has been asked for the header; recordingChanged()
     /// follows in any case.
     void startRecording(const QString& fileName);
-    void stopRecording();
+    void stopRecording() { m_recording.stop(); }
 
     /// The rows of all tables in the modules' visible docks; see rowprinter.h.
     QStringList moduleRows() const;
@@ -67,7 +67,7 @@ public:
 Q_SIGNALS:
     /// The modules' entries have been built for the controller just connected.
     void modulesBuilt();
-    /// A recording has begun or ended; `error` is not empty when it could not begin or go on.
+    /// See RecordingControl::changed().
     void recordingChanged(bool running, const QString& error);
 
 protected:
@@ -93,7 +93,7 @@ private:
     Setup m_setup;
     Backend m_backend;
     WindowSettings m_settings;
-    HeaderCollector m_headerCollector;
+    RecordingControl m_recording;
     ModuleHost m_modules;
     MenuArranger* m_menus = nullptr;
     LogDock* m_logDock = nullptr;
@@ -105,7 +105,6 @@ private:
     QList<QPointer<QDockWidget>> m_moduleDocks;
     OpenDialogs m_openDialogs;
     QTimer m_numbersTimer;
-    bool m_recordingBefore = false;
 };
 
 } // namespace workbench

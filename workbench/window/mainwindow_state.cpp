@@ -12,7 +12,7 @@ void MainWindow::showState() {
     const ControllerSession& session = m_backend.session;
     const bool ready = session.isReady();
     const bool measuring = m_backend.monitor.isMeasuring();
-    const bool recording = m_backend.recorder.status().running;
+    const bool recording = m_recording.isRunning();
     m_connectionLabel->setText(session.stateText());
     m_connectionLabel->setAccessibleDescription(session.stateText());
     m_ui->label_connection->setText(session.stateText());
@@ -58,22 +58,8 @@ void MainWindow::showNumbers() {
     const quint16 port = m_backend.session.boundDataPort();
     m_ui->label_dataPort->setText(port == 0 ? tr("none", "data port") : QString::number(port));
 
-    const Recorder::Status recording = m_backend.recorder.status();
-    m_recordingLabel->setText(recording.running ? tr("recording") : tr("not recording"));
-    m_ui->label_recording->setText(
-        recording.running
-            ? tr("%1 frames to %2").arg(QString::number(recording.frames), recording.fileName)
-            : tr("none"));
-    if (m_recordingBefore && !recording.running) {
-        m_recordingBefore = false;
-        m_backend.log.info(tr("Recorded %1 frames to %2")
-                               .arg(QString::number(recording.frames), recording.fileName));
-        if (!recording.error.isEmpty()) {
-            m_backend.log.problem(tr("The recording ended: %1").arg(recording.error));
-        }
-        showState();
-        Q_EMIT recordingChanged(false, recording.error);
-    }
+    m_recordingLabel->setText(m_recording.stateText());
+    m_ui->label_recording->setText(m_recording.numbersText());
 }
 
 void MainWindow::showModules() {

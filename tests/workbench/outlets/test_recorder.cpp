@@ -1,11 +1,14 @@
+#include "tests/workbench/outlets/hangingdisk.h"
 #include "workbench/outlets/recorder.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
 #include <fcntl.h>
+#include <future>
 #include <sstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -28,6 +31,10 @@ RecordingHeader header() {
     result.parameters = {{"measurementtool available", "yes"}, {"odd", "a\tb\n"}};
     return result;
 }
+
+constexpr int patience = 15000;
+constexpr std::size_t smallQueue = 200 * 1024;
+constexpr int unheldMs = 1000; // half of the time for which the disk hangs at least
 
 // The kernel refuses to let a file grow beyond this size, as a full disk does.
 class FullDisk {
@@ -65,31 +72,66 @@ class TestRecorder : public QObject {
         return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
     }
 
+    /// Starts, and waits for what becomes of it.
+    static bool start(Recorder& recorder, const QString& path, QString* error) {
+        if (!recorder.start(path, header())) {
+            return false;
+        }
+        const bool decided = QTest::qWaitFor(
+            [&recorder] {
+                const Recorder::Status status = recorder.status();
+                return status.begun || !status.running;
+            },
+            patience);
+        *error = recorder.status().error;
+        return decided && recorder.status().begun;
+    }
+
+    /// Of a whole recording; none when it is damaged.
+    static std::vector<Record> recordsIn(const std::string& text,
+                                         RecordingHeader* readHeader = nullptr) {
+        std::istringstream stream(text);
+        RecordingReader reader(stream);
+        RecordingHeader read;
+        std::vector<Record> records;
+        Record record;
+        RecordingReader::Result result = reader.readHeader(read);
+        while (result == RecordingReader::Result::Ok &&
+               (result = reader.next(record)) == RecordingReader::Result::Ok) {
+            records.push_back(record);
+        }
+        if (readHeader != nullptr) {
+            *readHeader = read;
+        }
+        const bool whole = reader.error().empty() && !reader.truncated();
+        return whole ? records : std::vector<Record>();
+    }
+
+    static bool writtenTo(const Recorder& recorder, quint64 frames) {
+        return QTest::qWaitFor([&] { return recorder.status().frames >= frames; }, patience);
+    }
+
+    static void end(Recorder& recorder) {
+        recorder.stop();
+        recorder.waitForEnd();
+    }
+
 private Q_SLOTS:
     void whatWasRecordedIsReadBack() {
         Recorder recorder;
         QString error;
-        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
+        QVERIFY2(start(recorder, path(), &error), qPrintable(error));
         const std::string odd("6dmt \x01 \\ \xff", 10);
         recorder.frame({"fr 1", "6dmt 0"});
         recorder.frame({"fr 2", odd});
-        recorder.stop();
+        end(recorder);
         recorder.frame({"fr 3"});
 
-        std::istringstream stream(content());
-        RecordingReader reader(stream);
         RecordingHeader read;
-        QCOMPARE(reader.readHeader(read), RecordingReader::Result::Ok);
+        const std::vector<Record> records = recordsIn(content(), &read);
         QCOMPARE(read.model, header().model);
         QCOMPARE(read.systemCt, header().systemCt);
         QVERIFY(read.parameters == header().parameters);
-        std::vector<Record> records;
-        Record record;
-        while (reader.next(record) == RecordingReader::Result::Ok) {
-            records.push_back(record);
-        }
-        QVERIFY(reader.error().empty());
-        QVERIFY(!reader.truncated());
         QCOMPARE(records.size(), std::size_t(4));
         QCOMPARE(records[1].line, std::string("6dmt 0"));
         QCOMPARE(records[3].line, odd);
@@ -97,14 +139,16 @@ private Q_SLOTS:
         QVERIFY(records[2].microseconds > records[1].microseconds);
     }
 
-    void theFileIsCompleteAfterEachFrameEvenWhenTheProgramIsKilled() {
+    void whatCountsAsRecordedIsInTheFileEvenWhenTheProgramIsKilled() {
         const pid_t child = ::fork();
         if (child == 0) {
             Recorder recorder;
             QString error;
-            recorder.start(path(), header(), &error);
+            start(recorder, path(), &error);
             for (int i = 0; i < 100; ++i) {
                 recorder.frame({"fr " + std::to_string(i), "6dmt 0"});
+            }
+            while (recorder.status().frames < 100) {
             }
             ::raise(SIGKILL);
         }
@@ -119,23 +163,33 @@ private Q_SLOTS:
     void framesAreCounted() {
         Recorder recorder;
         QString error;
-        QVERIFY(recorder.start(path(), header(), &error));
+        QVERIFY(start(recorder, path(), &error));
         QVERIFY(recorder.status().running);
         recorder.frame({"fr 1"});
         recorder.frame({});
         recorder.frame({"fr 2"});
+        end(recorder);
         QCOMPARE(recorder.status().frames, quint64(2));
-        recorder.stop();
+        QCOMPARE(recorder.status().unwritten, quint64(0));
         QVERIFY(!recorder.status().running);
         QCOMPARE(recorder.status().fileName, path());
+        QCOMPARE(recorder.status().error, QString());
     }
 
-    void aFileThatCannotBeWrittenIsRefusedAndAnOldRecordingGoesOn() {
+    void aFileThatCannotBeWrittenIsRefusedWithAReason() {
         Recorder recorder;
         QString error;
-        QVERIFY(recorder.start(path(), header(), &error));
-        QVERIFY(!recorder.start(QStringLiteral("/no/such/folder/x"), header(), &error));
+        QVERIFY(!start(recorder, QStringLiteral("/no/such/folder/x"), &error));
         QVERIFY(!error.isEmpty());
+        QVERIFY(!recorder.status().running);
+        QVERIFY(start(recorder, path(), &error));
+    }
+
+    void whileOneRecordingRunsNoOtherBegins() {
+        Recorder recorder;
+        QString error;
+        QVERIFY(start(recorder, path(), &error));
+        QVERIFY(!recorder.start(m_folder.filePath(QStringLiteral("other")), header()));
         QVERIFY(recorder.status().running);
         QCOMPARE(recorder.status().fileName, path());
     }
@@ -159,7 +213,7 @@ private Q_SLOTS:
         }
         Recorder recorder;
         QString error;
-        QVERIFY(!recorder.start(name, header(), &error));
+        QVERIFY(!start(recorder, name, &error));
         QCOMPARE(error, QStringLiteral("this is no regular file"));
         QVERIFY(!recorder.status().running);
         if (reader >= 0) {
@@ -174,38 +228,162 @@ private Q_SLOTS:
         old.close();
         Recorder recorder;
         QString error;
-        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
-        recorder.stop();
+        QVERIFY2(start(recorder, path(), &error), qPrintable(error));
+        end(recorder);
         QCOMPARE(content(), kestrel_wire::formatRecordingHeader(header()));
     }
 
     void aDiskThatTakesNoMoreEndsTheRecordingWithAReason() {
         Recorder recorder;
         QString error;
-        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
+        QVERIFY2(start(recorder, path(), &error), qPrintable(error));
+        recorder.frame({"fr 1"});
+        QVERIFY(writtenTo(recorder, 1));
+        const std::string before = content();
         {
-            const FullDisk disk(content().size());
-            recorder.frame({"fr 1"});
+            const FullDisk disk(before.size() + 5); // takes the beginning of a frame
+            recorder.frame({"fr 2", "6dmt 0"});
+            QTRY_VERIFY_WITH_TIMEOUT(!recorder.status().running, patience);
         }
-        QVERIFY(!recorder.status().running);
         QVERIFY(!recorder.status().error.isEmpty());
-        QCOMPARE(recorder.status().frames, quint64(0));
+        QCOMPARE(recorder.status().frames, quint64(1));
+        QCOMPARE(recorder.status().unwritten, quint64(1));
+        QCOMPARE(content(), before); // no frame is cut
     }
 
-    void aDiskWithoutRoomForTheHeaderRefusesAndAnOldRecordingGoesOn() {
+    void aDiskWithoutRoomForTheHeaderRefuses() {
         Recorder recorder;
         QString error;
-        QVERIFY2(recorder.start(path(), header(), &error), qPrintable(error));
-        const QString other = m_folder.filePath(QStringLiteral("other"));
         {
             const FullDisk disk(0);
-            QVERIFY(!recorder.start(other, header(), &error));
+            QVERIFY(!start(recorder, path(), &error));
         }
         QVERIFY(!error.isEmpty());
-        QCOMPARE(recorder.status().fileName, path());
+        QCOMPARE(recorder.status().frames, quint64(0));
+        QVERIFY2(start(recorder, path(), &error), qPrintable(error));
+    }
+
+    void oneFileHasOneWriter() {
+        Recorder first;
+        Recorder second;
+        QString error;
+        QVERIFY(start(first, path(), &error));
+        first.frame({"fr 1"});
+        QVERIFY(writtenTo(first, 1));
+        const std::string before = content();
+        QVERIFY(!start(second, path(), &error));
+        QCOMPARE(error, QStringLiteral("somebody else is recording to this file"));
+        QCOMPARE(content(), before);
+        end(first);
+        QVERIFY2(start(second, path(), &error), qPrintable(error));
+    }
+
+    void aFileThatWasRemovedIsNoticed_data() {
+        QTest::addColumn<bool>("withFrames");
+        QTest::newRow("while frames come") << true;
+        QTest::newRow("while none come") << false;
+    }
+    void aFileThatWasRemovedIsNoticed() {
+        QFETCH(bool, withFrames);
+        QTemporaryDir gone;
+        Recorder recorder;
+        QString error;
+        QVERIFY(start(recorder, gone.filePath(QStringLiteral("r")), &error));
         recorder.frame({"fr 1"});
+        QVERIFY(writtenTo(recorder, 1));
+        QVERIFY(gone.remove());
+        quint64 sent = 1;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (withFrames ? (recorder.frame({"fr 2"}), ++sent) : 0, !recorder.status().running),
+            patience);
+        QCOMPARE(recorder.status().error, QStringLiteral("the file was removed meanwhile"));
+        QCOMPARE(recorder.status().frames, quint64(0)); // nobody can read them
+        QVERIFY(recorder.status().unwritten >= 1);
+        QVERIFY(recorder.status().unwritten <= sent);
+    }
+
+    void aDiskThatHangsHoldsNobodyAndIsTold() {
+        HangingDisk disk;
+        Recorder recorder(disk.opener(), smallQueue);
+        QString error;
+        QVERIFY(start(recorder, path(), &error));
+        const std::string line(10000, 'x');
+        constexpr int frames = 100; // more than pipe and queue take together
+        QElapsedTimer clock;
+        clock.start();
+        qint64 longest = 0;
+        for (int i = 0; i < frames; ++i) {
+            const qint64 before = clock.elapsed();
+            recorder.frame({line});
+            static_cast<void>(recorder.status());
+            longest = std::max(longest, clock.elapsed() - before);
+        }
+        QVERIFY2(longest < unheldMs, qPrintable(QString::number(longest)));
+        const Recorder::Status early = recorder.status();
+        QVERIFY(early.running);
+        QVERIFY(!early.stalled);
+        QVERIFY(early.unwritten > 0);
+        QVERIFY(early.frames < frames);
+        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().stalled, patience);
+        QVERIFY(clock.elapsed() >= workbench::RecordingWriter::patience.count() - 100);
+
+        // It comes back: nothing that was queued is lost, and what was not is counted.
+        disk.read();
+        QTRY_VERIFY_WITH_TIMEOUT(!recorder.status().stalled, patience);
+        end(recorder);
+        const Recorder::Status late = recorder.status();
+        QVERIFY(!late.running);
+        QCOMPARE(late.error, QString());
+        QCOMPARE(late.unwritten, early.unwritten);
+        QCOMPARE(late.frames + late.unwritten, quint64(frames));
+        const std::vector<Record> records = recordsIn(disk.content());
+        QCOMPARE(records.size(), std::size_t(late.frames));
+        for (const Record& record : records) {
+            QCOMPARE(record.line, line);
+        }
+    }
+
+    void aRecordingThatEndsOnAHangingDiskIsGivenUp() {
+        HangingDisk disk;
+        Recorder recorder(disk.opener(), smallQueue);
+        QString error;
+        QVERIFY(start(recorder, path(), &error));
+        for (int i = 0; i < 20; ++i) {
+            recorder.frame({std::string(10000, 'x')});
+        }
+        QElapsedTimer clock;
+        clock.start();
+        recorder.stop();
+        QVERIFY(clock.elapsed() < unheldMs);
         QVERIFY(recorder.status().running);
-        QCOMPARE(recorder.status().frames, quint64(1));
+        recorder.waitForEnd();
+        QVERIFY(clock.elapsed() < patience);
+        const Recorder::Status status = recorder.status();
+        QVERIFY(!status.running);
+        QCOMPARE(status.error, QStringLiteral("the disk does not answer"));
+        QCOMPARE(status.frames + status.unwritten, quint64(20));
+        QVERIFY(status.unwritten > 0);
+        QVERIFY(recorder.start(path(), header())); // another disk is not held up by this one
+        disk.read();
+    }
+
+    void aDiskThatHangsWhileTheFileIsOpenedHoldsNobody() {
+        std::promise<void> answer;
+        std::shared_future<void> answered = answer.get_future().share();
+        Recorder recorder([answered](const QString& name, QString* error) {
+            answered.wait();
+            return workbench::openRecordingFile(name, error);
+        });
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(recorder.start(path(), header()));
+        recorder.frame({"fr 1"});
+        QVERIFY(clock.elapsed() < unheldMs);
+        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().stalled, patience);
+        QVERIFY(!recorder.status().begun);
+        answer.set_value();
+        QVERIFY(writtenTo(recorder, 1)); // frames since the start are in it
+        QVERIFY(!recorder.status().stalled);
     }
 };
 

@@ -230,6 +230,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(m_window->backend().recorder.status().frames, quint64(1),
                                   patience);
         m_window->stopRecording();
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 1, patience);
         QCOMPARE(changed.takeFirst().constFirst().toBool(), false);
         std::ifstream file(path.toStdString());
         kestrel_wire::RecordingReader reader(file);
