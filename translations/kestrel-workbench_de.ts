@@ -284,6 +284,14 @@
         <source>Data port</source>
         <translation>Datenport</translation>
     </message>
+    <message>
+        <source>&amp;User guide</source>
+        <translation>&amp;Benutzerhandbuch</translation>
+    </message>
+    <message>
+        <source>Show the user guide</source>
+        <translation>Das Benutzerhandbuch zeigen</translation>
+    </message>
 </context>
 <context>
     <name>ModuleListDialog</name>
@@ -422,6 +430,17 @@
     <message>
         <source>Malformed reply to &quot;%1&quot;: %2</source>
         <translation>Fehlerhafte Antwort auf „%1“: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::GuideDialog</name>
+    <message>
+        <source>User guide</source>
+        <translation>Benutzerhandbuch</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -589,6 +608,18 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <comment>data port</comment>
         <translation>keiner</translation>
     </message>
+    <message>
+        <source>, lines too long for the display</source>
+        <translation>, Zeilen zu lang für die Anzeige</translation>
+    </message>
+    <message>
+        <source>Data lines of %1 characters arrive, and the display takes at most %2: it stays empty. The controller has more tools (some 50) than fit into a line.</source>
+        <translation>Es kommen Datenzeilen von %1 Zeichen an, und die Anzeige nimmt höchstens %2: sie bleibt leer. Der Controller hat mehr Measurement Tools (etwa 50), als in eine Zeile passen.</translation>
+    </message>
+    <message>
+        <source>The user guide is not installed</source>
+        <translation>Das Benutzerhandbuch ist nicht installiert</translation>
+    </message>
 </context>
 <context>
     <name>workbench::ModuleHost</name>
@@ -726,16 +757,8 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>Die Andockfenster aller Module öffnen, was immer gespeichert war.</translation>
     </message>
     <message>
-        <source>--%1 takes a number of seconds, not &quot;%2&quot;</source>
-        <translation>--%1 verlangt eine Zahl von Sekunden, nicht „%2“</translation>
-    </message>
-    <message>
         <source>unexpected argument &quot;%1&quot;</source>
         <translation>unerwartetes Argument „%1“</translation>
-    </message>
-    <message>
-        <source>--connect takes HOST or HOST:PORT, not &quot;%1&quot;</source>
-        <translation>--connect verlangt HOST oder HOST:PORT, nicht „%1“</translation>
     </message>
     <message>
         <source>--simulate and --connect exclude each other</source>
@@ -752,6 +775,14 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>--measure and --record need --connect or --simulate</source>
         <translation>--measure und --record verlangen --connect oder --simulate</translation>
+    </message>
+    <message>
+        <source>--%1 takes seconds from 0 to %2, not &quot;%3&quot;</source>
+        <translation>--%1 verlangt Sekunden von 0 bis %2, nicht „%3“</translation>
+    </message>
+    <message>
+        <source>--connect takes HOST or HOST:PORT with a port from 1 to 65535, not &quot;%1&quot;</source>
+        <translation>--connect verlangt HOST oder HOST:PORT mit einem Port von 1 bis 65535, nicht „%1“</translation>
     </message>
 </context>
 <context>
@@ -864,6 +895,10 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>The settings in %1 are damaged; defaults are used instead</source>
         <translation>Die Einstellungen in %1 sind beschädigt; die Vorgaben gelten</translation>
+    </message>
+    <message>
+        <source>, and the file is kept as %1</source>
+        <translation>, und die Datei bleibt als %1 erhalten</translation>
     </message>
 </context>
 </TS>

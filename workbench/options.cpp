@@ -67,8 +67,8 @@ bool readSeconds(const QCommandLineParser& parser, const QString& name, double* 
     bool good = false;
     const double value = parser.value(name).toDouble(&good);
     if (!good || !std::isfinite(value) || value < 0.0 || value > longestSeconds) {
-        *error =
-            Texts::tr("--%1 takes a number of seconds, not \"%2\"").arg(name, parser.value(name));
+        *error = Texts::tr("--%1 takes seconds from 0 to %2, not \"%3\"")
+                     .arg(name, QString::number(longestSeconds, 'f', 0), parser.value(name));
         return false;
     }
     *seconds = value;
@@ -84,7 +84,8 @@ QString readInto(const QCommandLineParser& parser, Options& options) {
     if (parser.isSet("connect")) {
         ControllerAddress address;
         if (!address.parse(parser.value("connect"))) {
-            return Texts::tr("--connect takes HOST or HOST:PORT, not \"%1\"")
+            return Texts::tr("--connect takes HOST or HOST:PORT with a port from 1 to 65535, "
+                             "not \"%1\"")
                 .arg(parser.value("connect"));
         }
         options.connectTo = address;

@@ -239,11 +239,13 @@ quint16 ScriptedController::dataPort() const {
     return port;
 }
 
-void ScriptedController::sendFrame(const std::string& frame) const {
-    QUdpSocket socket;
-    socket.bind(QHostAddress::LocalHost);
-    socket.writeDatagram(frame.data(), static_cast<qint64>(frame.size()), QHostAddress::LocalHost,
-                         dataPort());
+void ScriptedController::sendFrame(const std::string& frame) {
+    if (m_dataSocket == nullptr) {
+        m_dataSocket = std::make_unique<QUdpSocket>();
+        m_dataSocket->bind(QHostAddress::LocalHost);
+    }
+    m_dataSocket->writeDatagram(frame.data(), static_cast<qint64>(frame.size()),
+                                QHostAddress::LocalHost, dataPort());
 }
 
 std::string ScriptedController::replyTo(const std::string& command) {

@@ -3,10 +3,12 @@
 #include <QObject>
 #include <QTcpServer>
 #include <QThread>
+#include <QUdpSocket>
 
 #include <condition_variable>
 #include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -55,8 +57,9 @@ public:
     int receivedSegments() const;
     /// The last port of "kestrel2 set data_port".
     quint16 dataPort() const;
-    /// Sends one datagram from this controller's address to the data port.
-    void sendFrame(const std::string& frame) const;
+    /// Sends one datagram from this controller's address, always from the same port, to the data
+    /// port.
+    void sendFrame(const std::string& frame);
 
 private:
     class Server;
@@ -76,4 +79,5 @@ private:
     quint16 m_port = 0;
     QThread m_thread;
     Server* m_server = nullptr;
+    std::unique_ptr<QUdpSocket> m_dataSocket; // of the test's thread
 };

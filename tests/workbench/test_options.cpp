@@ -103,6 +103,9 @@ private Q_SLOTS:
         QTest::newRow("unknown") << QStringList{"--bogus"} << "bogus";
         QTest::newRow("positional") << QStringList{"file"} << "\"file\"";
         QTest::newRow("address") << QStringList{"--connect", "a b"} << "\"a b\"";
+        QTest::newRow("range of ports") << QStringList{"--connect", "a:70000"} << "1 to 65535";
+        QTest::newRow("range of seconds")
+            << QStringList{"--quit-after", "1e7"} << "--quit-after takes seconds from 0 to 1000000";
         QTest::newRow("missing value") << QStringList{"--connect"} << "connect";
         QTest::newRow("seconds") << QStringList{"--quit-after", "soon"} << "\"soon\"";
         QTest::newRow("negative seconds") << QStringList{"--quit-after", "-1"} << "\"-1\"";

@@ -67,23 +67,36 @@ private:
             m_buffer.resize(
                 static_cast<std::size_t>(std::max<qint64>(0, socket.pendingDatagramSize())));
             QHostAddress sender;
-            const qint64 size =
-                socket.readDatagram(m_buffer.data(), static_cast<qint64>(m_buffer.size()), &sender);
+            quint16 port = 0;
+            const qint64 size = socket.readDatagram(
+                m_buffer.data(), static_cast<qint64>(m_buffer.size()), &sender, &port);
             if (size < 0) {
                 return;
             }
-            if (!sender.isEqual(m_controller, QHostAddress::TolerantConversion)) {
-                m_receiver.m_statistics.addForeign();
-            } else {
+            if (isController(sender, port)) {
                 m_receiver.handOut({m_buffer.data(), static_cast<std::size_t>(size)});
+            } else {
+                m_receiver.m_statistics.addForeign();
             }
         }
+    }
+
+    // On the controller's machine other programs have the same address.
+    bool isController(const QHostAddress& sender, quint16 port) {
+        if (!sender.isEqual(m_controller, QHostAddress::TolerantConversion)) {
+            return false;
+        }
+        if (m_controllerPort == 0) {
+            m_controllerPort = port;
+        }
+        return port == m_controllerPort;
     }
 
     DataReceiver& m_receiver;
     const QHostAddress m_address;
     const quint16 m_port;
     const QHostAddress m_controller;
+    quint16 m_controllerPort = 0; // of the first datagram
     std::promise<Bound> m_bound;
     std::vector<char> m_buffer;
 };
@@ -123,7 +136,6 @@ void DataReceiver::handOut(std::string_view frame) {
     const std::vector<std::string_view> lines = linesOf(frame);
     m_recorder.frame(lines);
     std::int64_t counter = -1;
-    int rejected = 0;
     std::string line;
     for (const std::string_view text : lines) {
         if (counter < 0) {
@@ -131,10 +143,13 @@ void DataReceiver::handOut(std::string_view frame) {
         }
         line.assign(text);
         const std::string channel(kestrel_wire::channelOf(text));
-        rejected += m_registry.deliver(channel.c_str(), line.c_str()).rejected;
+        const int rejected = m_registry.deliver(channel.c_str(), line.c_str()).rejected;
+        for (int i = 0; i < rejected; ++i) {
+            m_statistics.addRejectedLine(line.size());
+        }
     }
     if (!lines.empty()) {
-        m_statistics.addFrame(counter, rejected);
+        m_statistics.addFrame(counter);
     }
 }
 

@@ -16,9 +16,10 @@ class Recorder;
 class RequesterRegistry;
 
 /// Takes the data lines of one controller: a UDP port on a thread of its own. Each datagram of the
-/// controller's address is one frame of lines, "\r\n" between them; they go to the recorder and,
-/// one by one, to the requesters of their channels, all on that thread. Datagrams from elsewhere
-/// are counted and dropped.
+/// controller is one frame of lines, "\r\n" between them; they go to the recorder and, one by one,
+/// to the requesters of their channels, all on that thread. The controller is who has its address
+/// and the port of the first datagram that came from there. Datagrams from elsewhere are counted
+/// and dropped.
 class DataReceiver {
 public:
     DataReceiver(RequesterRegistry& registry, Recorder& recorder);

@@ -2,14 +2,13 @@
 
 #include "KestrelParse.h"
 
+#include <algorithm>
 #include <string>
 
 namespace workbench {
 
 namespace {
 
-// A greater jump is no loss: the controller has begun to count anew, or the line was garbled.
-constexpr std::int64_t largestGap = 100000;
 constexpr double rateInterval = 1.0;
 
 double seconds(FrameStatistics::Clock::duration duration) {
@@ -21,31 +20,32 @@ double seconds(FrameStatistics::Clock::duration duration) {
 void FrameStatistics::reset() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_counts = Snapshot();
-    m_lastCounter = -1;
+    m_gaps.reset();
     m_framesThen = 0;
 }
 
-void FrameStatistics::addFrame(std::int64_t counter, int rejectedLines, Clock::time_point now) {
+void FrameStatistics::addFrame(std::int64_t counter, Clock::time_point now) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_counts.frames == 0) {
         m_rateSince = now;
     }
     ++m_counts.frames;
-    m_counts.rejectedLines += static_cast<std::uint64_t>(rejectedLines);
     m_lastFrame = now;
-    if (counter < 0) {
-        return;
+    if (counter >= 0) {
+        m_gaps.add(static_cast<std::uint32_t>(counter));
+        m_counts.lostFrames = m_gaps.lost();
     }
-    const std::int64_t gap = counter - m_lastCounter - 1;
-    if (m_lastCounter >= 0 && gap > 0 && gap <= largestGap) {
-        m_counts.lostFrames += static_cast<std::uint64_t>(gap);
-    }
-    m_lastCounter = counter;
 }
 
 void FrameStatistics::addForeign() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     ++m_counts.foreign;
+}
+
+void FrameStatistics::addRejectedLine(std::size_t length) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_counts.rejectedLines;
+    m_counts.longestRejected = std::max(m_counts.longestRejected, length);
 }
 
 FrameStatistics::Snapshot FrameStatistics::snapshot(Clock::time_point now) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "workbench/controller/framegaps.h"
+
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string_view>
@@ -14,18 +17,20 @@ public:
 
     struct Snapshot {
         std::uint64_t frames = 0;        ///< since the last reset
-        std::uint64_t lostFrames = 0;    ///< told by gaps of the frame counter
+        std::uint64_t lostFrames = 0;    ///< told by the frame counter; see FrameGaps
         std::uint64_t foreign = 0;       ///< datagrams that did not come from the controller
         std::uint64_t rejectedLines = 0; ///< lines that a receiver could not read
+        std::size_t longestRejected = 0; ///< characters of the longest of them
         double framesPerSecond = 0.0;    ///< over the last second or so
         double lastFrameAge = -1.0;      ///< seconds; below 0: no frame yet
     };
 
     void reset();
 
-    /// One datagram with its lines; `counter` is what its "fr" line says, below 0 when it has none.
-    void addFrame(std::int64_t counter, int rejectedLines, Clock::time_point now = Clock::now());
+    /// One datagram; `counter` is what its "fr" line says, below 0 when it has none.
+    void addFrame(std::int64_t counter, Clock::time_point now = Clock::now());
     void addForeign();
+    void addRejectedLine(std::size_t length);
 
     Snapshot snapshot(Clock::time_point now = Clock::now());
 
@@ -35,7 +40,7 @@ public:
 private:
     std::mutex m_mutex;
     Snapshot m_counts;
-    std::int64_t m_lastCounter = -1;
+    FrameGaps m_gaps;
     Clock::time_point m_lastFrame;
     Clock::time_point m_rateSince;
     std::uint64_t m_framesThen = 0;

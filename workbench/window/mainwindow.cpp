@@ -5,6 +5,7 @@
 #include "workbench/text/rowprinter.h"
 #include "workbench/window/commanddock.h"
 #include "workbench/window/connectdialog.h"
+#include "workbench/window/guidedialog.h"
 #include "workbench/window/logdock.h"
 #include "workbench/window/modulelistdialog.h"
 
@@ -62,6 +63,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
                 Q_EMIT recordingChanged(running, error);
             });
     connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::showNumbers);
+    connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::tellOfLongLines);
     m_numbersTimer.start(numbersIntervalMs);
     static_cast<void>(m_settings.address()); // a damaged one is part of the notice
     const QString notice = m_settings.takeNotice();
@@ -98,8 +100,9 @@ void MainWindow::setUpActions() {
         {tr("&View"), 400, 10, m_logDock->toggleViewAction()},
         {tr("&View"), 400, 20, m_commandDock->toggleViewAction()},
         {tr("&View"), 400, 30, ui.toolBar->toggleViewAction()},
-        {tr("&Help"), 900, 10, ui.actionModules},
-        {tr("&Help"), 900, 20, ui.actionAbout},
+        {tr("&Help"), 900, 10, ui.actionGuide},
+        {tr("&Help"), 900, 20, ui.actionModules},
+        {tr("&Help"), 900, 30, ui.actionAbout},
     };
     for (const MenuEntry& entry : entries) {
         m_menus->add(entry);
@@ -113,6 +116,7 @@ void MainWindow::setUpActions() {
     connect(ui.actionRecord, &QAction::triggered, this, &MainWindow::askForRecording);
     connect(ui.actionStopRecording, &QAction::triggered, this, &MainWindow::stopRecording);
     connect(ui.actionQuit, &QAction::triggered, this, &QWidget::close);
+    connect(ui.actionGuide, &QAction::triggered, this, &MainWindow::showGuide);
     connect(ui.actionModules, &QAction::triggered, this,
             [this] { ModuleListDialog(m_modules.modules(), this).exec(); });
     connect(ui.actionAbout, &QAction::triggered, this, &MainWindow::showAbout);
@@ -237,6 +241,21 @@ QStringList MainWindow::moduleRows() const {
         }
     }
     return rows;
+}
+
+void MainWindow::showGuide() {
+    const QString file = GuideDialog::usualFile();
+    if (file.isEmpty()) {
+        m_backend.log.problem(tr("The user guide is not installed"));
+        return;
+    }
+    if (m_guide == nullptr) {
+        m_guide = new GuideDialog(file, this);
+        m_guide->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_guide->show();
+    m_guide->raise();
+    m_guide->activateWindow();
 }
 
 void MainWindow::showAbout() {

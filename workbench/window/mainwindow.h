@@ -78,6 +78,7 @@ private:
     void setUpStatusBar();
     void askForAddress();
     void askForRecording();
+    void showGuide();
     void showAbout();
     void onAboutToQuit();
     void onReady(bool first);
@@ -87,6 +88,7 @@ private:
     void tearDownModules();
     void showState();
     void showNumbers();
+    void tellOfLongLines();
     void showModules();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
@@ -103,7 +105,9 @@ private:
     QLabel* m_dataLabel = nullptr;
     QLabel* m_recordingLabel = nullptr;
     QList<QPointer<QDockWidget>> m_moduleDocks;
+    QPointer<QDialog> m_guide;
     OpenDialogs m_openDialogs;
+    bool m_longLinesTold = false;
     QTimer m_numbersTimer;
 };
 

@@ -8,6 +8,13 @@
 
 namespace workbench {
 
+namespace {
+
+// What a front end hands on at once; a module's display need not take more.
+constexpr std::size_t longestDisplayedLine = 10239;
+
+} // namespace
+
 void MainWindow::showState() {
     const ControllerSession& session = m_backend.session;
     const bool ready = session.isReady();
@@ -54,12 +61,30 @@ void MainWindow::showNumbers() {
     if (counts.foreign > 0) {
         more += tr(", %1 datagrams from elsewhere refused").arg(counts.foreign);
     }
+    if (counts.longestRejected > longestDisplayedLine) {
+        more += tr(", lines too long for the display");
+    }
     m_ui->label_data->setText(more);
     const quint16 port = m_backend.session.boundDataPort();
     m_ui->label_dataPort->setText(port == 0 ? tr("none", "data port") : QString::number(port));
 
     m_recordingLabel->setText(m_recording.stateText());
     m_ui->label_recording->setText(m_recording.numbersText());
+}
+
+// A display that stays empty while lines arrive: why, in words, once for each measurement.
+void MainWindow::tellOfLongLines() {
+    const std::size_t length = m_backend.receiver.statistics().snapshot().longestRejected;
+    const bool tooLong = length > longestDisplayedLine;
+    if (tooLong && !m_longLinesTold) {
+        m_backend.log.problem(
+            tr("Data lines of %1 characters arrive, and the display takes at most "
+               "%2: it stays empty. The controller has more tools (some 50) than "
+               "fit into a line.")
+                .arg(length)
+                .arg(longestDisplayedLine));
+    }
+    m_longLinesTold = tooLong;
 }
 
 void MainWindow::showModules() {

@@ -1,6 +1,7 @@
 #include "workbench/window/windowsettings.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QGuiApplication>
 #include <QMainWindow>
 #include <QScreen>
@@ -17,6 +18,7 @@ constexpr int maxCommands = 100;
 constexpr QSize defaultSize(1080, 820);
 constexpr int usualLines = 34;
 constexpr QSize smallestSize(320, 240);
+constexpr int farthest = 32767; // what window systems can express
 
 QVector<QRect> screenRects() {
     QVector<QRect> rects;
@@ -30,8 +32,20 @@ QVector<QRect> screenRects() {
     return rects;
 }
 
+bool isWithin(int value, int least, int most) {
+    return value >= least && value <= most;
+}
+
 bool isLargeEnough(const QRect& rect) {
     return rect.width() >= smallestSize.width() && rect.height() >= smallestSize.height();
+}
+
+// Looked at edge by edge: the size of an absurd rectangle need not fit into a number.
+bool isPlausible(const QRect& rect) {
+    return isWithin(rect.left(), -farthest, farthest) &&
+           isWithin(rect.top(), -farthest, farthest) &&
+           isWithin(rect.right(), -farthest, farthest) &&
+           isWithin(rect.bottom(), -farthest, farthest) && isLargeEnough(rect);
 }
 
 int area(const QRect& rect) {
@@ -48,14 +62,30 @@ WindowSettings::WindowSettings(const QString& fileName)
                      : fileName,
                  QSettings::IniFormat) {
     m_settings.allKeys(); // reads the file
+    if (m_settings.status() == QSettings::FormatError) {
+        keepAside(&QFile::rename);
+    }
     if (m_settings.status() != QSettings::NoError) {
+        m_broken = true;
         m_settings.clear();
-        setBroken();
     }
 }
 
-void WindowSettings::setBroken() {
-    m_broken = true;
+// The next save writes the file anew; what it held until then is not for us to throw away.
+void WindowSettings::keepAside(bool (*keep)(const QString& from, const QString& to)) {
+    const QString kept = m_settings.fileName() + QStringLiteral(".damaged");
+    QFile::remove(kept);
+    if (keep(m_settings.fileName(), kept)) {
+        m_keptFile = kept;
+    }
+}
+
+void WindowSettings::dropBroken(const QString& key) {
+    if (!m_broken) {
+        m_broken = true;
+        keepAside(&QFile::copy);
+    }
+    m_settings.remove(key);
 }
 
 QString WindowSettings::takeNotice() {
@@ -63,9 +93,15 @@ QString WindowSettings::takeNotice() {
         return {};
     }
     m_told = true;
-    return QCoreApplication::translate("workbench::WindowSettings",
-                                       "The settings in %1 are damaged; defaults are used instead")
-        .arg(m_settings.fileName());
+    const QString notice =
+        QCoreApplication::translate("workbench::WindowSettings",
+                                    "The settings in %1 are damaged; defaults are used instead")
+            .arg(m_settings.fileName());
+    return m_keptFile.isEmpty()
+               ? notice
+               : notice + QCoreApplication::translate("workbench::WindowSettings",
+                                                      ", and the file is kept as %1")
+                              .arg(m_keptFile);
 }
 
 QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) {
@@ -91,10 +127,10 @@ void WindowSettings::restore(QMainWindow& window) {
     const QVariant stored = m_settings.value(QStringLiteral("window/rect"));
     if (stored.isValid()) {
         const QRect rect = stored.toRect();
-        if (stored.type() == QVariant::Rect && isLargeEnough(rect)) {
+        if (stored.type() == QVariant::Rect && isPlausible(rect)) {
             window.setGeometry(clamped(rect, screens));
         } else {
-            setBroken();
+            dropBroken(QStringLiteral("window/rect"));
         }
     }
     if (m_settings.value(QStringLiteral("window/maximized"), false).toBool()) {
@@ -102,7 +138,7 @@ void WindowSettings::restore(QMainWindow& window) {
     }
     const QByteArray docks = m_settings.value(QStringLiteral("window/docks")).toByteArray();
     if (!docks.isEmpty() && !window.restoreState(docks, stateVersion)) {
-        setBroken();
+        dropBroken(QStringLiteral("window/docks"));
     }
 }
 
@@ -126,7 +162,7 @@ ControllerAddress WindowSettings::address() {
         bool good = false;
         const uint value = m_settings.value(key, fallback).toUInt(&good);
         if (!good || value > 0xffff) {
-            setBroken();
+            dropBroken(key);
             return fallback;
         }
         return static_cast<quint16>(value);
@@ -148,9 +184,11 @@ QStringList WindowSettings::recentHosts() {
                               ? QLatin1Char('[') + host + QLatin1Char(']')
                               : host)) {
             hosts += host;
-        } else {
-            setBroken();
         }
+    }
+    if (hosts.size() < stored.size()) {
+        dropBroken(QStringLiteral("connection/hosts"));
+        m_settings.setValue(QStringLiteral("connection/hosts"), hosts);
     }
     return hosts.mid(0, maxRecentHosts);
 }

@@ -12,8 +12,8 @@ class QMainWindow;
 namespace workbench {
 
 /// What the workbench remembers between two runs: window, docks, the last controllers, the last
-/// commands. A file that cannot be read, or holds values that cannot be meant, gives the defaults;
-/// notices() then has one sentence about it.
+/// commands. A file that cannot be read, or holds values that cannot be meant, gives the defaults
+/// for these; it is kept under another name, and takeNotice() has one sentence about it.
 class WindowSettings {
 public:
     /// An empty file name stands for the user's own settings file.
@@ -38,11 +38,13 @@ public:
     static QRect clamped(const QRect& rect, const QVector<QRect>& screens);
 
 private:
-    void setBroken();
+    void keepAside(bool (*keep)(const QString& from, const QString& to));
+    void dropBroken(const QString& key);
 
     QSettings m_settings;
     bool m_broken = false;
     bool m_told = false;
+    QString m_keptFile; // the damaged one, under its new name
 };
 
 } // namespace workbench

@@ -40,6 +40,14 @@ private:
     std::thread::id m_thread;
 };
 
+// Cannot read any line.
+class Refuser : public Requester {
+public:
+    int set_ascii_data(const char*, const char*) override { return -1; }
+    void set_mea_started() override {}
+    void set_mea_stopped() override {}
+};
+
 } // namespace
 
 class TestDataReceiver : public QObject {
@@ -50,12 +58,19 @@ class TestDataReceiver : public QObject {
     std::unique_ptr<workbench::DataReceiver> m_receiver;
     quint16 m_port = 0;
 
-    void send(const QByteArray& frame, const QHostAddress& from = QHostAddress::LocalHost) {
+    std::unique_ptr<QUdpSocket> m_controller;
+
+    void send(const QByteArray& frame) {
+        QCOMPARE(m_controller->writeDatagram(frame, QHostAddress::LocalHost, m_port),
+                 qint64(frame.size()));
+    }
+    void sendFromElsewhere(const QByteArray& frame, const QHostAddress& address) const {
         QUdpSocket socket;
-        QVERIFY(socket.bind(from));
+        QVERIFY(socket.bind(address));
         QCOMPARE(socket.writeDatagram(frame, QHostAddress::LocalHost, m_port),
                  qint64(frame.size()));
     }
+    quint64 foreign() const { return m_receiver->statistics().snapshot().foreign; }
 
 private Q_SLOTS:
     void init() {
@@ -63,6 +78,8 @@ private Q_SLOTS:
         QString error;
         m_port = m_receiver->start(QHostAddress::LocalHost, 0, QHostAddress::LocalHost, &error);
         QVERIFY2(m_port != 0, qPrintable(error));
+        m_controller = std::make_unique<QUdpSocket>();
+        QVERIFY(m_controller->bind(QHostAddress::LocalHost));
     }
     void cleanup() { m_receiver.reset(); }
 
@@ -83,13 +100,51 @@ private Q_SLOTS:
     void datagramsFromElsewhereAreCountedAndDropped() {
         Collector tools;
         m_registry.add("6dmt", &tools);
-        send("6dmt 0", QHostAddress(QStringLiteral("127.0.0.2")));
-        QTRY_COMPARE_WITH_TIMEOUT(m_receiver->statistics().snapshot().foreign, quint64(1),
-                                  patience);
+        sendFromElsewhere("6dmt 0", QHostAddress(QStringLiteral("127.0.0.2")));
+        QTRY_COMPARE_WITH_TIMEOUT(foreign(), quint64(1), patience);
         send("6dmt 1");
         QTRY_COMPARE_WITH_TIMEOUT(tools.lines().size(), std::size_t(1), patience);
         QCOMPARE(tools.lines().front(), std::string("6dmt|6dmt 1"));
         m_registry.remove("6dmt", &tools);
+    }
+
+    void anotherProgramOnTheControllersMachineIsCountedAndDropped() {
+        Collector tools;
+        m_registry.add("6dmt", &tools);
+        send("6dmt 1");
+        QTRY_COMPARE_WITH_TIMEOUT(tools.lines().size(), std::size_t(1), patience);
+        sendFromElsewhere("6dmt 0", QHostAddress::LocalHost);
+        QTRY_COMPARE_WITH_TIMEOUT(foreign(), quint64(1), patience);
+        send("6dmt 2");
+        QTRY_COMPARE_WITH_TIMEOUT(
+            tools.lines(), (std::vector<std::string>{"6dmt|6dmt 1", "6dmt|6dmt 2"}), patience);
+        QCOMPARE(m_receiver->statistics().snapshot().frames, quint64(2));
+        m_registry.remove("6dmt", &tools);
+    }
+
+    void thePortOfTheControllerIsLearntAnewWithEachStart() {
+        send("fr 1");
+        QTRY_COMPARE_WITH_TIMEOUT(m_receiver->statistics().snapshot().frames, quint64(1), patience);
+        QString error;
+        QCOMPARE(
+            m_receiver->start(QHostAddress::LocalHost, m_port, QHostAddress::LocalHost, &error),
+            m_port);
+        m_controller = std::make_unique<QUdpSocket>();
+        QVERIFY(m_controller->bind(QHostAddress::LocalHost));
+        send("fr 2");
+        QTRY_COMPARE_WITH_TIMEOUT(m_receiver->statistics().snapshot().frames, quint64(1), patience);
+        QCOMPARE(foreign(), quint64(0));
+    }
+
+    void theLongestLineThatNobodyTookIsRemembered() {
+        Refuser refuser;
+        m_registry.add("6dmt2", &refuser);
+        const QByteArray line = "6dmt2 " + QByteArray(11000, 'x');
+        send(line + "\r\n6dmt2 0\r\n6dmt " + QByteArray(20000, 'x'));
+        QTRY_COMPARE_WITH_TIMEOUT(m_receiver->statistics().snapshot().rejectedLines, quint64(2),
+                                  patience);
+        QCOMPARE(m_receiver->statistics().snapshot().longestRejected, std::size_t(line.size()));
+        m_registry.remove("6dmt2", &refuser);
     }
 
     void theLargestDatagramIsTakenWhole() {

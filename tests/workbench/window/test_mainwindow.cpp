@@ -8,8 +8,12 @@
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocument>
 #include <QtTest>
 
+#include <cstring>
 #include <fstream>
 
 using workbench::ControllerAddress;
@@ -212,6 +216,33 @@ private Q_SLOTS:
                                  patience);
     }
 
+    void linesThatNoDisplayTakesAreToldInWords() {
+        struct : Requester {
+            int set_ascii_data(const char*, const char* data) override {
+                return std::strlen(data) > 10239 ? -1 : 0;
+            }
+            void set_mea_started() override {}
+            void set_mea_stopped() override {}
+        } display;
+        connectWindow();
+        m_window->backend().registry.add("6dmt2", &display);
+        const auto told = [this] {
+            return m_window->backend().log.toText().count(QStringLiteral("it stays empty"));
+        };
+        m_controller->sendFrame("fr 1\r\n6dmt2 " + std::string(10233, '0'));
+        QTRY_VERIFY_WITH_TIMEOUT(label("label_data").contains(QStringLiteral("ago, 0 lost")),
+                                 patience);
+        QCOMPARE(told(), 0);
+        m_controller->sendFrame("fr 2\r\n6dmt2 " + std::string(10234, '0'));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            label("label_data").endsWith(QStringLiteral(", lines too long for the display")),
+            patience);
+        QTRY_COMPARE_WITH_TIMEOUT(told(), 1, patience);
+        QVERIFY(m_window->backend().log.toText().contains(QStringLiteral(
+            "lines of 10240 characters arrive, and the display takes at most 10239")));
+        m_window->backend().registry.remove("6dmt2", &display);
+    }
+
     void aSessionIsRecordedWithItsParameters() {
         m_controller->answer("version protocol", "1.14");
         m_controller->answer("measurementtool available", "yes");
@@ -274,6 +305,34 @@ private Q_SLOTS:
         QVERIFY(changed.wait(patience));
         QCOMPARE(changed.first().first().toBool(), false);
         QVERIFY(!QFile::exists(path));
+    }
+
+    void theUserGuideOpensWithItsPictures() {
+        m_window->findChild<QAction*>(QStringLiteral("actionGuide"))->trigger();
+        auto* const guide = m_window->findChild<QDialog*>(QStringLiteral("GuideDialog"));
+        QVERIFY(guide != nullptr);
+        QVERIFY(guide->isVisible());
+        QVERIFY(!guide->isModal());
+        const auto* const browser = guide->findChild<QTextBrowser*>();
+        QVERIFY(browser->toPlainText().startsWith(QStringLiteral("User guide")));
+        const QTextDocument& document = *browser->document();
+        int pictures = 0;
+        for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+            for (auto part = block.begin(); !part.atEnd(); ++part) {
+                const QTextImageFormat image = part.fragment().charFormat().toImageFormat();
+                if (image.isValid()) {
+                    ++pictures;
+                    const QVariant loaded =
+                        document.resource(QTextDocument::ImageResource, QUrl(image.name()));
+                    QVERIFY2(!loaded.isNull(), qPrintable(image.name()));
+                }
+            }
+        }
+        QVERIFY(pictures >= 5);
+        m_window->findChild<QAction*>(QStringLiteral("actionGuide"))->trigger();
+        QCOMPARE(m_window->findChildren<QDialog*>(QStringLiteral("GuideDialog")).size(), 1);
+        m_window->close();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
     }
 
     void everythingToOperateHasANameForAssistiveTools() {

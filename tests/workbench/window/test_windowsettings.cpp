@@ -33,7 +33,10 @@ class TestWindowSettings : public QObject {
     };
 
 private Q_SLOTS:
-    void init() { QFile::remove(path()); }
+    void init() {
+        QFile::remove(path());
+        QFile::remove(path() + QStringLiteral(".damaged"));
+    }
 
     void rectanglesAreMovedAndShrunkOntoAScreen_data() {
         QTest::addColumn<QRect>("rect");
@@ -121,6 +124,11 @@ private Q_SLOTS:
         QTest::newRow("rect is a word") << QByteArray("[window]\nrect=wide\n");
         QTest::newRow("rect is empty") << QByteArray("[window]\nrect=@Rect(0 0 0 0)\n");
         QTest::newRow("rect is negative") << QByteArray("[window]\nrect=@Rect(0 0 -5 -5)\n");
+        QTest::newRow("rect is huge") << QByteArray("[window]\nrect=@Rect(0 0 2000000000 1000)\n");
+        QTest::newRow("rect is far away")
+            << QByteArray("[window]\nrect=@Rect(2000000000 -2000000000 1000 800)\n");
+        QTest::newRow("rect overflows")
+            << QByteArray("[window]\nrect=@Rect(2147483647 2147483647 2147483647 2147483647)\n");
         QTest::newRow("docks") << QByteArray("[window]\ndocks=rubbish\n");
         QTest::newRow("port") << QByteArray("[connection]\nport=many\n");
         QTest::newRow("port too large") << QByteArray("[connection]\nport=70000\n");
@@ -134,8 +142,45 @@ private Q_SLOTS:
         settings.restore(window);
         QVERIFY(window.width() > 500);
         QCOMPARE(settings.address().toString(), QStringLiteral("127.0.0.1:47300"));
-        QVERIFY(settings.takeNotice().contains(path()));
+        const QString kept = path() + QStringLiteral(".damaged");
+        const QString notice = settings.takeNotice();
+        QVERIFY2(notice.contains(path()), qPrintable(notice));
+        QVERIFY2(notice.endsWith(QStringLiteral("kept as ") + kept), qPrintable(notice));
         QCOMPARE(settings.takeNotice(), QString());
+        QFile file(kept);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), content);
+        settings.save(window);
+        QVERIFY(QFile::exists(path()));
+        WindowSettings next(path());
+        next.restore(window);
+        static_cast<void>(next.address());
+        QCOMPARE(next.takeNotice(), QString());
+    }
+
+    void goodValuesOfADamagedFileAreUsed() {
+        write("[window]\nrect=wide\n[connection]\nhosts=a.example, b c, d.example\nport=1234\n");
+        Window window;
+        {
+            WindowSettings settings(path());
+            settings.restore(window);
+            QCOMPARE(settings.recentHosts(), QStringList({"a.example", "d.example"}));
+            settings.save(window);
+        }
+        WindowSettings next(path());
+        QCOMPARE(next.address().toString(), QStringLiteral("a.example:1234"));
+        QCOMPARE(next.takeNotice(), QString());
+    }
+
+    void aFileThatCannotBeReadIsLeftWhereItIs() {
+        QVERIFY(QDir().mkpath(path() + QStringLiteral("/folder")));
+        Window window;
+        WindowSettings settings(path());
+        settings.restore(window);
+        QVERIFY(window.width() > 500);
+        settings.save(window);
+        QVERIFY(QDir(path()).exists());
+        QVERIFY(QDir(path()).removeRecursively());
     }
 };
 
