@@ -3,6 +3,9 @@
 #include "libs/kestrel_wire/command.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
+#include <poll.h>
 #include <sys/socket.h>
 
 namespace workbench {
@@ -11,13 +14,15 @@ namespace {
 
 constexpr int connectTimeoutMs = 3000;
 constexpr qint64 socketBufferSize = 256 * 1024;
+constexpr std::size_t readSize = 4096;
 // So many replies in a row that do not fit their command mean that replies and commands are out of
 // step.
 constexpr int outOfStep = 3;
 
 bool isCommandLine(const std::string& command) {
     return !command.empty() && command.size() <= kestrel_wire::maxLineLength &&
-           command.find_first_of(std::string_view("\n\r\0", 3)) == std::string::npos;
+           std::none_of(command.begin(), command.end(),
+                        [](char c) { return c == '\n' || c == '\r' || c == '\0'; });
 }
 
 // What a get asks for; empty for a set or an action.
@@ -93,10 +98,15 @@ void CommandChannel::onHeadTimeout() {
     }
 }
 
+// Who waits in ask() looks at the deadline himself.
 void CommandChannel::startHeadTimer() {
-    const int timeout = m_pending.front()->timeoutMs;
-    m_headDeadline.setRemainingTime(timeout);
-    m_headTimer.start(timeout);
+    const Request& head = *m_pending.front();
+    m_headDeadline.setRemainingTime(head.timeoutMs);
+    if (head.callback) {
+        m_headTimer.start(head.timeoutMs);
+    } else {
+        m_headTimer.stop();
+    }
 }
 
 CommandChannel::RequestPtr CommandChannel::enqueue(const std::string& command, int timeoutMs,
@@ -123,18 +133,34 @@ CommandChannel::RequestPtr CommandChannel::enqueue(const std::string& command, i
     if (m_pending.size() == 1) {
         startHeadTimer();
     }
-    const std::string line = command + '\n';
-    m_socket.write(line.data(), static_cast<qint64>(line.size()));
-    m_socket.flush();
+    send(command + '\n');
     return request;
+}
+
+// Past the socket object, as it is done in ask(): its buffers and notifiers cost as much as the
+// rest of a command together.
+void CommandChannel::send(const std::string& line) {
+    qint64 sent = 0;
+    if (m_socket.bytesToWrite() == 0) {
+        sent = std::max<qint64>(
+            0, ::send(descriptor(), line.data(), line.size(), MSG_NOSIGNAL | MSG_DONTWAIT));
+    }
+    const auto size = static_cast<qint64>(line.size());
+    if (sent < size) { // it also finds out what is wrong, if anything is
+        m_socket.write(line.data() + sent, size - sent);
+        m_socket.flush();
+    }
+}
+
+int CommandChannel::descriptor() const {
+    return static_cast<int>(m_socket.socketDescriptor());
 }
 
 // Nothing that arrived before a command can be its reply. Whole lines are dropped; with the
 // beginning of a line there is no telling where the reply begins.
 bool CommandChannel::dropStaleInput() {
     char byte = 0;
-    const auto descriptor = static_cast<int>(m_socket.socketDescriptor());
-    if (::recv(descriptor, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0) {
+    if (::recv(descriptor(), &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0) {
         m_socket.waitForReadyRead(0);
         readInput();
     }
@@ -150,13 +176,36 @@ CommandChannel::Answer CommandChannel::ask(const std::string& command, int timeo
         const auto left = static_cast<int>(m_headDeadline.remainingTime());
         if (left <= 0) {
             onHeadTimeout();
-        } else if (m_socket.waitForReadyRead(left) || m_socket.bytesAvailable() > 0) {
+        } else if (m_socket.bytesAvailable() > 0) {
             readInput();
-        } else if (m_socket.error() != QAbstractSocket::SocketTimeoutError && isOpen()) {
-            fail(NotConnected, m_socket.errorString());
+        } else if (m_socket.bytesToWrite() > 0 || !waitAndRead(left)) {
+            waitWithSocket(left);
         }
     }
-    return request->answer;
+    return std::move(request->answer);
+}
+
+// False when only the socket object can tell what has happened.
+bool CommandChannel::waitAndRead(int timeoutMs) {
+    pollfd readable{descriptor(), POLLIN, 0};
+    const int ready = ::poll(&readable, 1, timeoutMs);
+    if (ready == 0 || (ready < 0 && errno == EINTR)) {
+        return true;
+    }
+    std::array<char, readSize> input{};
+    const ssize_t size = ::recv(descriptor(), input.data(), input.size(), MSG_DONTWAIT);
+    if (size > 0) {
+        take(input.data(), static_cast<std::size_t>(size));
+    }
+    return size > 0;
+}
+
+void CommandChannel::waitWithSocket(int timeoutMs) {
+    if (m_socket.waitForReadyRead(timeoutMs) || m_socket.bytesAvailable() > 0) {
+        readInput();
+    } else if (m_socket.error() != QAbstractSocket::SocketTimeoutError && isOpen()) {
+        fail(NotConnected, m_socket.errorString());
+    }
 }
 
 void CommandChannel::askLater(const std::string& command, Callback callback, int timeoutMs) {
@@ -169,7 +218,11 @@ void CommandChannel::readInput() {
         return;
     }
     const QByteArray input = m_socket.readAll();
-    const bool bounded = m_framer.feed(input.constData(), static_cast<std::size_t>(input.size()));
+    take(input.constData(), static_cast<std::size_t>(input.size()));
+}
+
+void CommandChannel::take(const char* input, std::size_t size) {
+    const bool bounded = m_framer.feed(input, size);
     std::string line;
     while (m_state == State::Open && m_framer.takeLine(line)) {
         if (!m_pending.empty()) {

@@ -88,12 +88,17 @@ private:
     using RequestPtr = std::shared_ptr<Request>;
 
     RequestPtr enqueue(const std::string& command, int timeoutMs, Callback callback);
+    void send(const std::string& line);
+    int descriptor() const;
     bool dropStaleInput();
+    bool waitAndRead(int timeoutMs);
+    void waitWithSocket(int timeoutMs);
     void onConnected();
     void onSocketError(QAbstractSocket::SocketError error);
     void onDisconnected();
     void onHeadTimeout();
     void readInput();
+    void take(const char* input, std::size_t size);
     void complete(const RequestPtr& request, std::string line);
     void finish(const RequestPtr& request);
     void fail(ChannelResult result, const QString& reason);
