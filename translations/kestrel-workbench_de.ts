@@ -444,7 +444,18 @@
     </message>
 </context>
 <context>
-    <name>workbench::Log</name>
+    <name>workbench::LogDock</name>
+    <message>
+        <source>Save the log</source>
+        <translation>Protokoll speichern</translation>
+    </message>
+    <message>
+        <source>%1 could not be written: %2</source>
+        <translation>%1 konnte nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::LogModel</name>
     <message>
         <source>%1 lines came too fast and were left out</source>
         <translation>%1 Zeilen kamen zu schnell und wurden ausgelassen</translation>
@@ -468,17 +479,6 @@
     <message>
         <source>Text</source>
         <translation>Text</translation>
-    </message>
-</context>
-<context>
-    <name>workbench::LogDock</name>
-    <message>
-        <source>Save the log</source>
-        <translation>Protokoll speichern</translation>
-    </message>
-    <message>
-        <source>%1 could not be written: %2</source>
-        <translation>%1 konnte nicht geschrieben werden: %2</translation>
     </message>
 </context>
 <context>

@@ -51,7 +51,7 @@ FORBIDDEN = [
     # From sub-room to sub-room.
     ("workbench/text", '"workbench/controller/channelresult.h"', "may not know workbench/controller"),
     ("workbench/text", '"../options.h"', "may not know workbench"),
-    ("workbench/outlets", '"workbench/text/log.h"', "may not know workbench/text"),
+    ("workbench/outlets", '"workbench/text/logmodel.h"', "may not know workbench/text"),
     ("workbench/controller", '"workbench/modules/hostio.h"', "may not know workbench/modules"),
     ("workbench/modules", '"workbench/window/mainwindow.h"', "may not know workbench/window"),
     ("workbench/window", '"workbench/options.h"', "may not know workbench"),

@@ -3,7 +3,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/datareceiver.h"
 #include "workbench/controller/measurementmonitor.h"
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 #include "workbench/text/versiontext.h"
 
 namespace workbench {
@@ -19,8 +19,8 @@ QString text(const std::string& bytes) {
 
 } // namespace
 
-ControllerSession::ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor, Log& log,
-                                     QObject* parent)
+ControllerSession::ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor,
+                                     LogModel& log, QObject* parent)
     : QObject(parent)
     , m_receiver(receiver)
     , m_monitor(monitor)

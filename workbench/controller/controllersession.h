@@ -16,7 +16,7 @@
 namespace workbench {
 
 class DataReceiver;
-class Log;
+class LogModel;
 class MeasurementMonitor;
 
 /// The connection to the controller that the user has chosen, for as long as he wants it: connects,
@@ -41,7 +41,7 @@ public:
     static constexpr int retryIntervalMs = 1000;
     static constexpr int pollIntervalMs = 1000;
 
-    ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor, Log& log,
+    ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor, LogModel& log,
                       QObject* parent = nullptr);
     ~ControllerSession() override;
 
@@ -87,7 +87,7 @@ private:
 
     DataReceiver& m_receiver;
     MeasurementMonitor& m_monitor;
-    Log& m_log;
+    LogModel& m_log;
     CommandChannel m_channel;
     QTimer m_retryTimer;
     QTimer m_pollTimer;

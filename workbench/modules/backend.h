@@ -6,13 +6,13 @@
 #include "workbench/controller/requesterregistry.h"
 #include "workbench/modules/hostio.h"
 #include "workbench/outlets/recorder.h"
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 
 namespace workbench {
 
 /// The workbench without its window: everything that modules and the window talk to, wired up.
 struct Backend {
-    Log log;
+    LogModel log;
     RequesterRegistry registry;
     Recorder recorder;
     DataReceiver receiver{registry, recorder};

@@ -5,7 +5,7 @@
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/replyrules.h"
 #include "workbench/controller/requesterregistry.h"
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 
 #include <QThread>
 
@@ -24,7 +24,7 @@ QString text(const char* bytes) {
 
 } // namespace
 
-HostIo::HostIo(ControllerSession& session, RequesterRegistry& registry, Log& log)
+HostIo::HostIo(ControllerSession& session, RequesterRegistry& registry, LogModel& log)
     : m_session(session)
     , m_registry(registry)
     , m_log(log)

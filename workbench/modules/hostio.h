@@ -12,14 +12,14 @@ class QThread;
 namespace workbench {
 
 class ControllerSession;
-class Log;
+class LogModel;
 class RequesterRegistry;
 
 /// What modules get as their command channel. Operations wait for the reply on the GUI thread, at
 /// most for one time-out; while the session is not ready they fail at once.
 class HostIo : public IOManager {
 public:
-    HostIo(ControllerSession& session, RequesterRegistry& registry, Log& log);
+    HostIo(ControllerSession& session, RequesterRegistry& registry, LogModel& log);
 
     int set_channel_option(int channel, int timeout_ms, int flags) override;
     int send_command(char* reply, const char* command) override;
@@ -47,7 +47,7 @@ private:
 
     ControllerSession& m_session;
     RequesterRegistry& m_registry;
-    Log& m_log;
+    LogModel& m_log;
     QThread* m_guiThread;
     int m_nextTimeoutMs = CommandChannel::defaultTimeoutMs;
 };

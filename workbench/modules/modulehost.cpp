@@ -2,7 +2,7 @@
 
 #include "host_api/metatypes.h"
 #include "host_api/moduleinterface.h"
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -16,7 +16,7 @@
 
 namespace workbench {
 
-ModuleHost::ModuleHost(const Services& services, Log& log, QObject* parent)
+ModuleHost::ModuleHost(const Services& services, LogModel& log, QObject* parent)
     : QObject(parent)
     , m_services(services)
     , m_log(log) {}

@@ -18,7 +18,7 @@ class QWidget;
 
 namespace workbench {
 
-class Log;
+class LogModel;
 
 /// What is known of a module file, for the user's list.
 struct ModuleInfo {
@@ -46,7 +46,7 @@ public:
         bool observerMode = false;
     };
 
-    ModuleHost(const Services& services, Log& log, QObject* parent = nullptr);
+    ModuleHost(const Services& services, LogModel& log, QObject* parent = nullptr);
     ~ModuleHost() override;
 
     /// All library files of a folder, in the order of their names.
@@ -77,7 +77,7 @@ private:
     QString readMetaData(Module& module) const;
 
     Services m_services;
-    Log& m_log;
+    LogModel& m_log;
     std::vector<Module> m_modules;
     bool m_built = false;
 };

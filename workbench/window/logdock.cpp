@@ -1,7 +1,7 @@
 #include "workbench/window/logdock.h"
 
 #include "ui_logdock.h"
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 
 #include <QClipboard>
 #include <QFileDialog>
@@ -15,7 +15,7 @@
 
 namespace workbench {
 
-LogDock::LogDock(Log& log, QWidget* parent)
+LogDock::LogDock(LogModel& log, QWidget* parent)
     : QDockWidget(parent)
     , m_log(log)
     , m_ui(std::make_unique<Ui::LogDock>()) {
@@ -30,14 +30,14 @@ LogDock::LogDock(Log& log, QWidget* parent)
     view->horizontalHeader()->setHighlightSections(false);
     const QString widest[] = {QStringLiteral("00:00:00.000  "), QStringLiteral("Category   "),
                               QStringLiteral("WORKBENCH   "), QStringLiteral("Level   ")};
-    for (int column = 0; column < Log::TextColumn; ++column) {
+    for (int column = 0; column < LogModel::TextColumn; ++column) {
         view->setColumnWidth(column, metrics.horizontalAdvance(widest[column]) + 16);
     }
     connect(m_ui->lineEdit_filter, &QLineEdit::textChanged, &m_filter,
             &QSortFilterProxyModel::setFilterFixedString);
     connect(m_ui->pushButton_copy, &QPushButton::clicked, this, &LogDock::copy);
     connect(m_ui->pushButton_save, &QPushButton::clicked, this, &LogDock::save);
-    connect(m_ui->pushButton_clear, &QPushButton::clicked, &log, &Log::clear);
+    connect(m_ui->pushButton_clear, &QPushButton::clicked, &log, &LogModel::clear);
     auto* const shortcut = new QShortcut(QKeySequence::Copy, view);
     shortcut->setContext(Qt::WidgetShortcut);
     connect(shortcut, &QShortcut::activated, this, &LogDock::copy);

@@ -11,14 +11,14 @@ class LogDock;
 
 namespace workbench {
 
-class Log;
+class LogModel;
 
 /// Shows the log: filter, copy, save, clear. Follows new lines while the last one is in view.
 class LogDock : public QDockWidget {
     Q_OBJECT
 
 public:
-    explicit LogDock(Log& log, QWidget* parent = nullptr);
+    explicit LogDock(LogModel& log, QWidget* parent = nullptr);
     ~LogDock() override;
 
     /// The selected lines, or all that the filter lets through, as text.
@@ -31,7 +31,7 @@ private:
     void copy();
     void save();
 
-    Log& m_log;
+    LogModel& m_log;
     std::unique_ptr<Ui::LogDock> m_ui;
     QSortFilterProxyModel m_filter;
     bool m_atEnd = true;

@@ -1,7 +1,7 @@
 #include "workbench/window/recordingcontrol.h"
 
 #include "workbench/outlets/recorder.h"
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 
 namespace workbench {
 
@@ -11,12 +11,12 @@ constexpr int followIntervalMs = 50;
 
 }
 
-RecordingControl::RecordingControl(ControllerSession& session, Recorder& recorder, Log& log,
+RecordingControl::RecordingControl(ControllerSession& session, Recorder& recorder, LogModel& log,
                                    QObject* parent)
     : QObject(parent)
     , m_recorder(recorder)
     , m_log(log)
-    , m_headerCollector(session) {
+    , m_headerQuery(session) {
     m_followTimer.setInterval(followIntervalMs);
     connect(&m_followTimer, &QTimer::timeout, this, &RecordingControl::follow);
 }
@@ -26,22 +26,21 @@ bool RecordingControl::isRunning() const {
 }
 
 void RecordingControl::start(const QString& fileName) {
-    if (m_headerCollector.isCollecting()) {
+    if (m_headerQuery.isAsking()) {
         return;
     }
-    m_headerCollector.collect(
-        [this, fileName](bool good, const kestrel_wire::RecordingHeader& header) {
-            if (!good) {
-                refuse(fileName, tr("the connection was lost"));
-            } else if (!m_recorder.start(fileName, header)) {
-                refuse(fileName, tr("another recording is still being written"));
-            } else {
-                m_begun = false;
-                m_stalled = false;
-                m_incomplete = false;
-                m_followTimer.start();
-            }
-        });
+    m_headerQuery.ask([this, fileName](bool good, const kestrel_wire::RecordingHeader& header) {
+        if (!good) {
+            refuse(fileName, tr("the connection was lost"));
+        } else if (!m_recorder.start(fileName, header)) {
+            refuse(fileName, tr("another recording is still being written"));
+        } else {
+            m_begun = false;
+            m_stalled = false;
+            m_incomplete = false;
+            m_followTimer.start();
+        }
+    });
 }
 
 void RecordingControl::refuse(const QString& fileName, const QString& error) {

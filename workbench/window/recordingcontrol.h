@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/headercollector.h"
+#include "workbench/controller/recordingheaderquery.h"
 
 #include <QObject>
 #include <QString>
@@ -9,7 +9,7 @@
 namespace workbench {
 
 class ControllerSession;
-class Log;
+class LogModel;
 class Recorder;
 
 /// A recording from the user's side: asks the controller for the header, starts and stops the
@@ -18,7 +18,7 @@ class RecordingControl : public QObject {
     Q_OBJECT
 
 public:
-    RecordingControl(ControllerSession& session, Recorder& recorder, Log& log,
+    RecordingControl(ControllerSession& session, Recorder& recorder, LogModel& log,
                      QObject* parent = nullptr);
 
     /// changed() follows in any case, unless a recording is about to begin already.
@@ -47,8 +47,8 @@ private:
     void refuse(const QString& fileName, const QString& error);
 
     Recorder& m_recorder;
-    Log& m_log;
-    HeaderCollector m_headerCollector;
+    LogModel& m_log;
+    RecordingHeaderQuery m_headerQuery;
     QTimer m_followTimer; // runs while a recording does
     bool m_begun = false; // of what has been told
     bool m_stalled = false;

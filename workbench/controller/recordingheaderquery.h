@@ -14,17 +14,17 @@ class ControllerSession;
 
 /// Asks the controller, without blocking, for what a recording says about it: the versions, and the
 /// parameters that a display of the recorded lines needs. What the controller refuses is left out.
-class HeaderCollector : public QObject {
+class RecordingHeaderQuery : public QObject {
     Q_OBJECT
 
 public:
     static constexpr int maxBodies = 999; ///< more than that is no number of tools
 
-    explicit HeaderCollector(ControllerSession& session, QObject* parent = nullptr);
+    explicit RecordingHeaderQuery(ControllerSession& session, QObject* parent = nullptr);
 
     /// `done` is called once; with false when the connection was lost meanwhile.
-    void collect(const std::function<void(bool, const kestrel_wire::RecordingHeader&)>& done);
-    bool isCollecting() const { return static_cast<bool>(m_done); }
+    void ask(const std::function<void(bool, const kestrel_wire::RecordingHeader&)>& done);
+    bool isAsking() const { return static_cast<bool>(m_done); }
 
 private:
     void askNext();

@@ -13,7 +13,7 @@ namespace workbench {
 /// The workbench's log: what modules write, what the workbench itself has to say. A table with a
 /// bounded number of rows; the oldest go first. All texts are plain text: control characters are
 /// shown as escapes, nothing is ever interpreted.
-class Log : public QAbstractTableModel {
+class LogModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
@@ -22,7 +22,7 @@ public:
     /// Levels of the workbench's own lines; modules write 1.
     enum Level { Information = 0, Problem = 1 };
 
-    explicit Log(int maxRows = 10000, QObject* parent = nullptr);
+    explicit LogModel(int maxRows = 10000, QObject* parent = nullptr);
 
     /// Appends a line. May be called from any thread; the row appears with the next turn of the
     /// event loop.

@@ -1,4 +1,4 @@
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 
 #include "workbench/text/plaintip.h"
 
@@ -30,11 +30,11 @@ QString printable(const QString& text) {
 
 } // namespace
 
-Log::Log(int maxRows, QObject* parent)
+LogModel::LogModel(int maxRows, QObject* parent)
     : QAbstractTableModel(parent)
     , m_maxRows(static_cast<std::size_t>(std::max(1, maxRows))) {}
 
-void Log::add(const QString& category, const QString& source, int level, const QString& text) {
+void LogModel::add(const QString& category, const QString& source, int level, const QString& text) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_incoming.size() >= m_maxRows) {
         ++m_dropped;
@@ -47,15 +47,15 @@ void Log::add(const QString& category, const QString& source, int level, const Q
     }
 }
 
-void Log::info(const QString& text) {
+void LogModel::info(const QString& text) {
     add(QStringLiteral("workbench"), QStringLiteral("WORKBENCH"), Information, text);
 }
 
-void Log::problem(const QString& text) {
+void LogModel::problem(const QString& text) {
     add(QStringLiteral("workbench"), QStringLiteral("WORKBENCH"), Problem, text);
 }
 
-void Log::takeIncoming() {
+void LogModel::takeIncoming() {
     std::vector<Entry> incoming;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -83,21 +83,21 @@ void Log::takeIncoming() {
     }
 }
 
-void Log::clear() {
+void LogModel::clear() {
     beginResetModel();
     m_entries.clear();
     endResetModel();
 }
 
-int Log::rowCount(const QModelIndex& parent) const {
+int LogModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
 }
 
-int Log::columnCount(const QModelIndex& parent) const {
+int LogModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-QString Log::cell(const Entry& entry, int column) const {
+QString LogModel::cell(const Entry& entry, int column) const {
     switch (column) {
     case TimeColumn:
         return entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
@@ -112,7 +112,7 @@ QString Log::cell(const Entry& entry, int column) const {
     }
 }
 
-QVariant Log::data(const QModelIndex& index, int role) const {
+QVariant LogModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount()) {
         return {};
     }
@@ -130,7 +130,7 @@ QVariant Log::data(const QModelIndex& index, int role) const {
     return {};
 }
 
-QVariant Log::headerData(int section, Qt::Orientation orientation, int role) const {
+QVariant LogModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
         return {};
     }
@@ -138,7 +138,7 @@ QVariant Log::headerData(int section, Qt::Orientation orientation, int role) con
     return names.value(section);
 }
 
-QString Log::rowText(int row) const {
+QString LogModel::rowText(int row) const {
     const Entry& entry = m_entries.at(static_cast<std::size_t>(row));
     QStringList cells;
     for (int column = 0; column < ColumnCount; ++column) {
@@ -147,7 +147,7 @@ QString Log::rowText(int row) const {
     return cells.join(QLatin1Char('\t'));
 }
 
-QString Log::toText() const {
+QString LogModel::toText() const {
     QString text;
     for (int row = 0; row < rowCount(); ++row) {
         text += rowText(row) + QLatin1Char('\n');

@@ -1,4 +1,4 @@
-#include "workbench/text/log.h"
+#include "workbench/text/logmodel.h"
 #include "workbench/window/logdock.h"
 
 #include <QLineEdit>
@@ -9,14 +9,14 @@
 
 #include <thread>
 
-using workbench::Log;
 using workbench::LogDock;
+using workbench::LogModel;
 
 namespace {
 constexpr int patience = 5000;
 }
 
-class TestLog : public QObject {
+class TestLogModel : public QObject {
     Q_OBJECT
 
     template <typename Widget>
@@ -26,7 +26,7 @@ class TestLog : public QObject {
 
 private Q_SLOTS:
     void linesHaveTimeCategorySourceLevelAndText() {
-        Log log;
+        LogModel log;
         log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1, QStringLiteral("Error"));
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
         const QString text = log.rowText(0);
@@ -38,7 +38,7 @@ private Q_SLOTS:
     }
 
     void aToolTipTellsTheWholeTextAsItIs() {
-        Log log;
+        LogModel log;
         log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
                 QStringLiteral("a < b & c"));
         log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
@@ -50,7 +50,7 @@ private Q_SLOTS:
     }
 
     void theOldestLinesGoFirst() {
-        Log log(5);
+        LogModel log(5);
         for (int i = 0; i < 12; ++i) {
             log.info(QString::number(i));
             QCoreApplication::processEvents();
@@ -61,7 +61,7 @@ private Q_SLOTS:
     }
 
     void aFloodIsBoundedAndSaysSo() {
-        Log log(10);
+        LogModel log(10);
         for (int i = 0; i < 1000; ++i) {
             log.info(QString::number(i));
         }
@@ -70,14 +70,14 @@ private Q_SLOTS:
     }
 
     void controlCharactersAreShownAsEscapes() {
-        Log log;
+        LogModel log;
         log.problem(QStringLiteral("a\nb\tc") + QChar(0x1b) + QStringLiteral("<b>%1%s"));
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
         QVERIFY(log.rowText(0).endsWith(QStringLiteral("\ta\\nb\\x09c\\x1b<b>%1%s")));
     }
 
     void linesMayComeFromAnyThread() {
-        Log log;
+        LogModel log;
         std::thread other([&log] {
             for (int i = 0; i < 100; ++i) {
                 log.info(QString::number(i));
@@ -88,7 +88,7 @@ private Q_SLOTS:
     }
 
     void theFilterShowsMatchingLinesAlone() {
-        Log log;
+        LogModel log;
         LogDock dock(log);
         log.info(QStringLiteral("one apple"));
         log.problem(QStringLiteral("two pears [a-z]"));
@@ -107,7 +107,7 @@ private Q_SLOTS:
     }
 
     void selectedLinesAreCopied() {
-        Log log;
+        LogModel log;
         LogDock dock(log);
         for (const char* text : {"one", "two", "three"}) {
             log.info(QLatin1String(text));
@@ -120,7 +120,7 @@ private Q_SLOTS:
 
     void theWholeLogIsSaved() {
         const QTemporaryDir folder;
-        Log log;
+        LogModel log;
         const LogDock dock(log);
         log.info(QStringLiteral("grün"));
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
@@ -135,7 +135,7 @@ private Q_SLOTS:
     }
 
     void clearingRemovesAllLines() {
-        Log log;
+        LogModel log;
         LogDock dock(log);
         log.info(QStringLiteral("one"));
         QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
@@ -144,5 +144,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLog)
-#include "test_log.moc"
+QTEST_MAIN(TestLogModel)
+#include "test_logmodel.moc"

@@ -1,4 +1,4 @@
-#include "workbench/controller/headercollector.h"
+#include "workbench/controller/recordingheaderquery.h"
 
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/controllersession.h"
@@ -21,13 +21,13 @@ std::string bodyName(int number) {
 
 } // namespace
 
-HeaderCollector::HeaderCollector(ControllerSession& session, QObject* parent)
+RecordingHeaderQuery::RecordingHeaderQuery(ControllerSession& session, QObject* parent)
     : QObject(parent)
     , m_session(session) {}
 
-void HeaderCollector::collect(
+void RecordingHeaderQuery::ask(
     const std::function<void(bool, const kestrel_wire::RecordingHeader&)>& done) {
-    if (isCollecting()) {
+    if (isAsking()) {
         return;
     }
     const BackendVersions& versions = *m_session.versions();
@@ -46,7 +46,7 @@ void HeaderCollector::collect(
     askNext();
 }
 
-void HeaderCollector::askNext() {
+void RecordingHeaderQuery::askNext() {
     if (m_open.empty()) {
         finish(true);
         return;
@@ -66,7 +66,7 @@ void HeaderCollector::askNext() {
                                  });
 }
 
-void HeaderCollector::take(const std::string& parameter, const std::string& value) {
+void RecordingHeaderQuery::take(const std::string& parameter, const std::string& value) {
     m_header.parameters.emplace_back(parameter, value);
     int count = 0;
     if ((parameter != numberOfTools && parameter != numberOfReferences) ||
@@ -84,7 +84,7 @@ void HeaderCollector::take(const std::string& parameter, const std::string& valu
     }
 }
 
-void HeaderCollector::finish(bool good) {
+void RecordingHeaderQuery::finish(bool good) {
     const auto done = std::exchange(m_done, nullptr);
     done(good, m_header);
 }
