@@ -90,6 +90,28 @@ std::string quotedName(std::string_view name) {
     return text + "\"";
 }
 
+bool isPlain(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x20 && byte < 0x7f && c != '\\';
+}
+
+void appendEscape(char c, std::string& text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\\') {
+        text += "\\\\";
+    } else if (c == '\n') {
+        text += "\\n";
+    } else if (c == '\r') {
+        text += "\\r";
+    } else if (c == '\t') {
+        text += "\\t";
+    } else {
+        text += "\\x";
+        text += hexDigits[byte >> 4U];
+        text += hexDigits[byte & 0xfU];
+    }
+}
+
 bool parseHex(std::string_view digits, char& byte) {
     unsigned value = 0;
     const char* const end = digits.data() + digits.size();
@@ -108,22 +130,15 @@ std::string_view channelOf(std::string_view line) {
 std::string escaped(std::string_view text) {
     std::string result;
     result.reserve(text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '\\') {
-            result += "\\\\";
-        } else if (c == '\n') {
-            result += "\\n";
-        } else if (c == '\r') {
-            result += "\\r";
-        } else if (c == '\t') {
-            result += "\\t";
-        } else if (byte < 0x20 || byte >= 0x7f) {
-            result += "\\x";
-            result += hexDigits[byte >> 4U];
-            result += hexDigits[byte & 0xfU];
-        } else {
-            result += c;
+    while (!text.empty()) {
+        // Data lines are plain from end to end: they go in one piece.
+        const auto plainEnd = std::find_if_not(text.begin(), text.end(), isPlain);
+        const auto plainSize = static_cast<std::size_t>(plainEnd - text.begin());
+        result.append(text.substr(0, plainSize));
+        text.remove_prefix(plainSize);
+        if (!text.empty()) {
+            appendEscape(text.front(), result);
+            text.remove_prefix(1);
         }
     }
     return result;
