@@ -27,7 +27,9 @@ MeasurementMonitor::MeasurementMonitor(RequesterRegistry& registry, QObject* par
     , m_registry(registry) {}
 
 void MeasurementMonitor::observe(const std::string& command, const CommandChannel::Answer& answer) {
-    if (answer.result != Success) {
+    // Most commands need no closer look.
+    if (answer.result != Success || (command.find("tracking") == std::string::npos &&
+                                     command.find("active") == std::string::npos)) {
         return;
     }
     const std::string words = withSingleBlanks(command);
