@@ -46,7 +46,9 @@ check_programs "$root/usr" "$work"
 
 dpkg_here --install "$sdk"
 for file in include/kestrel_sdk/KestrelParser.h include/kestrel/host_api/moduleinterface.h \
-    lib/libkestrel_sdk.a lib/cmake/KestrelSDK/KestrelSDKConfig.cmake; do
+    lib/libkestrel_sdk.a lib/cmake/KestrelSDK/KestrelSDKConfig.cmake \
+    lib/cmake/KestrelHostApi/KestrelHostApiConfig.cmake \
+    share/doc/libkestrelsdk-dev/data_lines.md share/doc/libkestrelsdk-dev/examples/tips.cpp; do
     [ -s "$root/usr/$file" ] || fail "libkestrelsdk-dev has no $file"
 done
 
