@@ -45,18 +45,12 @@ public:
     int minorNumber() const { return mi; } ///< second number
     int patchNumber() const { return pa; } ///< third number, -1 when unknown
 
-    // By first, second, third number.
-    /// The same three numbers.
+    // By first, second, third number; an unknown patch is older than 0.
     bool operator==(const VersionInfo& other) const { return tied() == other.tied(); }
-    /// Another version.
     bool operator!=(const VersionInfo& other) const { return tied() != other.tied(); }
-    /// Older; an unknown patch is older than 0.
     bool operator<(const VersionInfo& other) const { return tied() < other.tied(); }
-    /// Newer.
     bool operator>(const VersionInfo& other) const { return tied() > other.tied(); }
-    /// Older or the same.
     bool operator<=(const VersionInfo& other) const { return tied() <= other.tied(); }
-    /// Newer or the same.
     bool operator>=(const VersionInfo& other) const { return tied() >= other.tied(); }
 
     // A plain value; the order of the fields is binary contract.
