@@ -4,6 +4,7 @@
 #include "SourceFiles/mthelpdlg.h"
 #include "SourceFiles/mtresultdlg.h"
 #include "general/CalibrationProgressDlg.h"
+#include "general/dpiscaling.h"
 #include "general/growtofit.h"
 #include "general/hostlink.h"
 #include "general/modalrun.h"
@@ -29,12 +30,16 @@ MtCalibrationDlg::MtCalibrationDlg(IOManager* host, QWidget* parent, BackendVers
     , animate_timer(new QTimer)
     , m_parent(parent) {
     ui.setupUi(this);
+    scaleFormToDpi(*this);
     ui.label_fixedTip->setText(tr("as shown in the picture with <b>fixed tip!</b>"));
     m_icon_lock.addFile(QStringLiteral(":/lock.png"));
     animate_timer->setInterval(pictureMs);
     connect(animate_timer, &QTimer::timeout, this, &MtCalibrationDlg::update_image);
     m_images = {QPixmap(QStringLiteral(":/image1.png")), QPixmap(QStringLiteral(":/image2.png")),
                 QPixmap(QStringLiteral(":/image3.png")), QPixmap(QStringLiteral(":/image4.png"))};
+    for (QPixmap& image : m_images) {
+        image = scaledToDpi(image, *this);
+    }
 }
 
 MtCalibrationDlg::~MtCalibrationDlg() {

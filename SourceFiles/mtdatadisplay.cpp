@@ -1,6 +1,7 @@
 #include "SourceFiles/mtdatadisplay.h"
 
 #include "KestrelParser.h"
+#include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
@@ -31,6 +32,7 @@ MtDataDisplay::MtDataDisplay(IOManager* host, QWidget* parent, BackendVersions* 
     , beVers(versions)
     , iom(hostlink::orDisconnected(host)) {
     ui.setupUi(this);
+    scaleFormToDpi(*this);
     bIsMtAvailable = isMtAvailable();
     ascii_buf = std::make_unique<char[]>(lineBufferSize);
     measurementEvent();

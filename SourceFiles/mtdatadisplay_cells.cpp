@@ -2,12 +2,14 @@
 
 #include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mtdatadisplay_delegate.h"
+#include "general/dpiscaling.h"
 
 #include <QBrush>
 #include <QCoreApplication>
 #include <QHeaderView>
 #include <QTableWidget>
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 
@@ -19,6 +21,23 @@ constexpr int headerHeight = 28;
 constexpr int rowHeight = 20;
 constexpr int narrowestColumn = 10; // below the style's own minimum
 constexpr int decimals = 2;
+
+// Sizes that follow the screen, the font and what stands in the cells.
+void fit(QTableWidget* table, const Column* columns, int count) {
+    QHeaderView* const header = table->horizontalHeader();
+    header->setMinimumSectionSize(scaledToDpi(narrowestColumn, *table));
+    header->setMinimumHeight(scaledToDpi(headerHeight, *table));
+    const int height = rowHeightFor(rowHeight, *table);
+    table->verticalHeader()->setMinimumSectionSize(height);
+    table->verticalHeader()->setDefaultSectionSize(height);
+    for (int column = 0; column < count; ++column) {
+        table->setColumnWidth(column, std::max(scaledToDpi(columns[column].width, *table),
+                                               header->sectionSizeHint(column)));
+        for (int row = 0; row < table->rowCount(); ++row) {
+            widen(table, row, column);
+        }
+    }
+}
 
 constexpr Qt::Alignment rightAligned = Qt::AlignRight | Qt::AlignVCenter;
 
@@ -39,10 +58,6 @@ PoseBits bitsOf(const double (&loc)[3], const double (&rot)[9]) {
 }
 
 void setUp(QTableWidget* table, const Column* columns, int count, int firstValueColumn) {
-    QHeaderView* const header = table->horizontalHeader();
-    header->setMinimumSectionSize(narrowestColumn);
-    header->setMinimumHeight(headerHeight);
-
     table->setColumnCount(count);
     for (int column = 0; column < count; ++column) {
         const char* const text = columns[column].header;
@@ -53,22 +68,31 @@ void setUp(QTableWidget* table, const Column* columns, int count, int firstValue
         table->setHorizontalHeaderItem(column, item);
     }
     // Stretched first: otherwise the filler would keep the width of a table not yet laid out.
-    header->setStretchLastSection(true);
-    for (int column = 0; column < count; ++column) {
-        table->setColumnWidth(column, columns[column].width);
-    }
-
-    table->verticalHeader()->setMinimumSectionSize(rowHeight);
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    table->horizontalHeader()->setStretchLastSection(true);
     table->verticalHeader()->hide();
     table->setRowCount(0);
-    new TrackingCellDelegate(table);
+    const auto* const delegate = new TrackingCellDelegate(table);
+    fit(table, columns, count);
+    QObject::connect(delegate, &QAbstractItemDelegate::sizeHintChanged, table,
+                     [table, columns, count] { fit(table, columns, count); });
+}
+
+void widen(QTableWidget* table, int row, int column) {
+    const auto* const delegate = qobject_cast<TrackingCellDelegate*>(table->itemDelegate());
+    const QTableWidgetItem* const item = table->item(row, column);
+    if (delegate != nullptr && item != nullptr) {
+        const int needed = delegate->widthOf(*item);
+        if (needed > table->columnWidth(column)) {
+            table->setColumnWidth(column, needed);
+        }
+    }
 }
 
 void putName(QTableWidget* table, int row, int column, const QString& text) {
     auto* const item = new QTableWidgetItem(text);
     item->setTextAlignment(Qt::AlignCenter);
     table->setItem(row, column, item);
+    widen(table, row, column);
 }
 
 void putValues(QTableWidget* table, int row, int firstColumn, const QString& text) {
@@ -79,10 +103,12 @@ void putValues(QTableWidget* table, int row, int firstColumn, const QString& tex
     }
 }
 
-void setText(QTableWidgetItem* item, const QString& text) {
-    if (item != nullptr && item->text() != text) {
-        item->setText(text);
+bool setText(QTableWidgetItem* item, const QString& text) {
+    if (item == nullptr || item->text() == text) {
+        return false;
     }
+    item->setText(text);
+    return true;
 }
 
 void setBackground(QTableWidgetItem* item, const QBrush& brush) {
@@ -107,7 +133,9 @@ void showPose(QTableWidget* table, int row, int firstColumn, const double (&loc)
     const double values[] = {loc[0], loc[1], loc[2], angles.rx, angles.ry, angles.rz};
     int column = firstColumn;
     for (const double value : values) {
-        setText(table->item(row, column), bodytexts::fixed(value, decimals));
+        if (setText(table->item(row, column), bodytexts::fixed(value, decimals))) {
+            widen(table, row, column);
+        }
         ++column;
     }
 }

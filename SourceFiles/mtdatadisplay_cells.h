@@ -17,7 +17,7 @@ namespace trackingcells {
 
 struct Column {
     const char* header; ///< translated in the display's context
-    int width;          ///< pixels
+    int width;          ///< pixels at 96 dpi
 };
 
 /// What the colours of a body's name tell.
@@ -47,14 +47,19 @@ struct RowContent {
     }
 };
 
-/// Headers, widths and row height. Headers and values from `firstValueColumn` on are aligned right.
+/// Headers, widths and row height, which follow the table's font and style from then on; `columns`
+/// must outlive the table. Headers and values from `firstValueColumn` on are aligned right.
 void setUp(QTableWidget* table, const Column* columns, int count, int firstValueColumn);
 
 /// New items: a centred one, and one for each column from `firstColumn` on, aligned right.
 void putName(QTableWidget* table, int row, int column, const QString& text);
 void putValues(QTableWidget* table, int row, int firstColumn, const QString& text);
 
-void setText(QTableWidgetItem* item, const QString& text);
+/// True when the text is another one now. A null item is left alone.
+bool setText(QTableWidgetItem* item, const QString& text);
+
+/// Makes a column wide enough for a cell that it would show shortened.
+void widen(QTableWidget* table, int row, int column);
 
 /// @name Colours; a null item is left alone
 /// @{

@@ -40,8 +40,9 @@ TrackingCellDelegate::~TrackingCellDelegate() = default;
 
 // The table's events alone: its cells have no editors, whose events would also come here.
 bool TrackingCellDelegate::eventFilter(QObject* /*object*/, QEvent* event) {
-    if (event->type() == QEvent::StyleChange) {
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
         m_look.reset();
+        Q_EMIT sizeHintChanged(QModelIndex());
     }
     return false;
 }
@@ -55,10 +56,22 @@ TrackingCellDelegate::Look& TrackingCellDelegate::look(const QFont& font) const 
     return *m_look;
 }
 
+int TrackingCellDelegate::widthOf(const QTableWidgetItem& item) const {
+    NumberGlyphs::Extent extent{0.0, 0.0};
+    Look& how = look(m_table->font());
+    if (hostHasNoStyleSheet() && how.glyphs.measure(item.text(), &extent)) {
+        return how.sizeOf(extent).width();
+    }
+    return m_table->sizeHintForIndex(m_table->indexFromItem(&item)).width();
+}
+
+bool TrackingCellDelegate::hostHasNoStyleSheet() const {
+    return !m_table->parentWidget()->testAttribute(Qt::WA_StyleSheet);
+}
+
 bool TrackingCellDelegate::isPlain(const QStyleOptionViewItem& option) const {
     return (option.state & ~QStyle::State_Active) == QStyle::State_Enabled &&
-           option.direction == Qt::LeftToRight &&
-           !m_table->parentWidget()->testAttribute(Qt::WA_StyleSheet);
+           option.direction == Qt::LeftToRight && hostHasNoStyleSheet();
 }
 
 void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

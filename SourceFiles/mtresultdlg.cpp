@@ -1,6 +1,7 @@
 #include "SourceFiles/mtresultdlg.h"
 
 #include "SourceFiles/bodytexts.h"
+#include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
@@ -18,6 +19,7 @@ MtResultDlg::MtResultDlg(IOManager* host, QWidget* parent)
     : QDialog(parent)
     , iom(hostlink::orDisconnected(host)) {
     ui.setupUi(this);
+    scaleFormToDpi(*this);
     ui.tableWidget->horizontalHeader()->setSectionsClickable(false);
     ui.tableWidget->resizeColumnsToContents();
 }
@@ -25,7 +27,7 @@ MtResultDlg::MtResultDlg(IOManager* host, QWidget* parent)
 int MtResultDlg::update_and_exec() {
     showBodies();
     showResidual();
-    ui.tableWidget->setRowHeight(0, rowHeight);
+    ui.tableWidget->setRowHeight(0, rowHeightFor(rowHeight, *ui.tableWidget));
     ui.tableWidget->resizeColumnsToContents();
     ui.tableWidget->setMinimumWidth(widthOfColumns());
     ui.pushButton_accept->setFocus();

@@ -1,6 +1,7 @@
 #include "SourceFiles/mtsettingsdlg.h"
 
 #include "SourceFiles/bodytexts.h"
+#include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "general/modalrun.h"
 #include "host_api/iomanager.h"
@@ -32,6 +33,7 @@ MtSettingsDlg::MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersion
     , doubleSpinboxDelegate(nullptr)
     , m_updateTimer(this) {
     ui.setupUi(this);
+    scaleFormToDpi(*this);
     m_icon_lock.addFile(QStringLiteral(":/lock.png"));
 
     enableStartSimulationControls(false);
@@ -72,7 +74,8 @@ void MtSettingsDlg::arrange() {
         columns += table->columnWidth(column);
     }
     const QSize hint = table->sizeHint().expandedTo(table->minimumSize());
-    const int rows = table->horizontalHeader()->sizeHint().height() + roomyRows * rowHeight;
+    const int rows = table->horizontalHeader()->sizeHint().height() +
+                     roomyRows * rowHeightFor(rowHeight, *table);
     const QSize more(std::max(0, columns - hint.width()), std::max(0, rows - hint.height()));
     resize(size().expandedTo(sizeHint() + more));
 }
@@ -320,8 +323,9 @@ void MtSettingsDlg::setUpTable(QTableWidget* table, const QStringList& headers) 
     table->setColumnCount(headers.size());
     table->setHorizontalHeaderLabels(headers);
     table->horizontalHeader()->setSectionsClickable(false);
-    table->verticalHeader()->setMinimumSectionSize(rowHeight); // a large font would widen the rows
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    const int height = rowHeightFor(rowHeight, *table);
+    table->verticalHeader()->setMinimumSectionSize(height); // Qt's own grows with the font
+    table->verticalHeader()->setDefaultSectionSize(height);
 }
 
 void MtSettingsDlg::resizeTable(QTableWidget* table, int rows) {

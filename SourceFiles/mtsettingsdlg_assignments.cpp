@@ -1,5 +1,6 @@
 #include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
@@ -51,7 +52,8 @@ void MtSettingsDlg::setupTableMeaBodies() {
                {tr("ID"), tr("Tip diameter [mm]"), tr("Reference ID"), tr("Model"), tr("Serial")});
     table->setItemDelegateForColumn(DiameterColumn, &doubleSpinboxDelegate);
     table->resizeColumnsToContents();
-    table->setColumnWidth(ModelColumn, table->columnWidth(ModelColumn) + modelExtraWidth);
+    table->setColumnWidth(ModelColumn,
+                          table->columnWidth(ModelColumn) + scaledToDpi(modelExtraWidth, *table));
 }
 
 void MtSettingsDlg::setupTableRefBodies() {

@@ -1,4 +1,5 @@
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "host_api/iomanager.h"
 
@@ -56,7 +57,8 @@ void MtSettingsDlg::setupTablesDevices() {
     }
     new VisibleCursor(table);
     table->resizeColumnsToContents();
-    table->setColumnWidth(Description, table->columnWidth(Description) + modelExtraWidth);
+    table->setColumnWidth(Description,
+                          table->columnWidth(Description) + scaledToDpi(modelExtraWidth, *table));
 }
 
 int MtSettingsDlg::getAssignedMtDeviceFromHub(int toolIndex, MtRadioDevice& device) {

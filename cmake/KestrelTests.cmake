@@ -10,6 +10,7 @@ set(KESTREL_TEST_TIMEOUT 120 CACHE STRING "Seconds after which a hanging test is
 
 set(kestrel_test_environment
     "QT_QPA_PLATFORM=offscreen"
+    "QT_FONT_DPI=96" # what the platform says of itself is another number
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
 
 function(kestrel_register_test name threaded)

@@ -1,6 +1,7 @@
 #include "general/CalibrationProgressDlg.h"
 
 #include "general/CountdownDlg.h"
+#include "general/dpiscaling.h"
 #include "general/growtofit.h"
 #include "general/hostlink.h"
 #include "general/replyreading.h"
@@ -40,6 +41,7 @@ CalibrationProgressDlg::CalibrationProgressDlg(IOManager* host, QWidget* parent,
     , m_bTwoStepCalavailable(twoStepCalibration)
     , m_bShowRemainingTime(remainingTime) {
     setupUi(this);
+    scaleFormToDpi(*this);
     timer.setInterval(pollMs);
     connect(&timer, &QTimer::timeout, this, &CalibrationProgressDlg::update_cal_status);
     label_remaining_time->clear();

@@ -1,5 +1,7 @@
 #include "general/CountdownDlg.h"
 
+#include "general/dpiscaling.h"
+
 namespace {
 constexpr int tickMs = 1000;
 }
@@ -7,6 +9,7 @@ constexpr int tickMs = 1000;
 CountdownDlg::CountdownDlg(QWidget* parent)
     : QDialog(parent) {
     setupUi(this);
+    scaleFormToDpi(*this);
     connect(&my_timer, &QTimer::timeout, this, &CountdownDlg::updateCountdown);
     setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
 }
