@@ -79,12 +79,9 @@ void setUp(QTableWidget* table, const Column* columns, int count, int firstValue
 
 void widen(QTableWidget* table, int row, int column) {
     const auto* const delegate = qobject_cast<TrackingCellDelegate*>(table->itemDelegate());
-    const QTableWidgetItem* const item = table->item(row, column);
-    if (delegate != nullptr && item != nullptr) {
-        const int needed = delegate->widthOf(*item);
-        if (needed > table->columnWidth(column)) {
-            table->setColumnWidth(column, needed);
-        }
+    const int needed = delegate != nullptr ? delegate->widthOf(row, column) : 0;
+    if (needed > table->columnWidth(column)) {
+        table->setColumnWidth(column, needed);
     }
 }
 

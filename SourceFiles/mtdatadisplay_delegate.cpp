@@ -56,13 +56,17 @@ TrackingCellDelegate::Look& TrackingCellDelegate::look(const QFont& font) const 
     return *m_look;
 }
 
-int TrackingCellDelegate::widthOf(const QTableWidgetItem& item) const {
+int TrackingCellDelegate::widthOf(int row, int column) const {
+    const QTableWidgetItem* const item = m_table->item(row, column);
+    if (item == nullptr) {
+        return 0;
+    }
     NumberGlyphs::Extent extent{0.0, 0.0};
     Look& how = look(m_table->font());
-    if (hostHasNoStyleSheet() && how.glyphs.measure(item.text(), &extent)) {
+    if (hostHasNoStyleSheet() && how.glyphs.measure(item->text(), &extent)) {
         return how.sizeOf(extent).width();
     }
-    return m_table->sizeHintForIndex(m_table->indexFromItem(&item)).width();
+    return m_table->sizeHintForIndex(m_table->model()->index(row, column)).width();
 }
 
 bool TrackingCellDelegate::hostHasNoStyleSheet() const {

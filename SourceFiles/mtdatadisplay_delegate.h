@@ -7,7 +7,6 @@
 #include <memory>
 
 class QTableWidget;
-class QTableWidgetItem;
 
 /// Paints the cells of a table whose items have a text in one line, an alignment and colours: the
 /// same pixels as the stock delegate's, without its three text layouts and its questions to the
@@ -27,8 +26,8 @@ public:
                const QModelIndex& index) const override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
-    /// The width that a cell of the table needs to show its text whole.
-    int widthOf(const QTableWidgetItem& item) const;
+    /// The width that a cell of the table needs to show its text whole; 0 where there is no item.
+    int widthOf(int row, int column) const;
 
 private:
     struct Look;

@@ -1,4 +1,4 @@
-#include "tests/windows/textfit.h"
+#include "tests/support/textfit.h"
 #include "tests/windows/texts.h"
 #include "tests/windows/windowtour.h"
 

@@ -1,6 +1,4 @@
-#include "tests/windows/textfit.h"
-
-#include "workbench/text/elidedlabel.h"
+#include "tests/support/textfit.h"
 
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
@@ -103,7 +101,7 @@ private:
         if (label.text().isEmpty()) {
             return;
         }
-        if (qobject_cast<const workbench::ElidedLabel*>(&label) != nullptr) {
+        if (label.inherits("workbench::ElidedLabel")) {
             if (label.toolTip() != label.text()) {
                 need(sizeOfText(label, label.text()), label.contentsRect().size(), label.text());
             }
