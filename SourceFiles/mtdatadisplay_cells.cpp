@@ -6,7 +6,9 @@
 
 #include <QBrush>
 #include <QCoreApplication>
+#include <QFontMetrics>
 #include <QHeaderView>
+#include <QStyle>
 #include <QTableWidget>
 
 #include <algorithm>
@@ -22,6 +24,16 @@ constexpr int rowHeight = 20;
 constexpr int narrowestColumn = 10; // below the style's own minimum
 constexpr int decimals = 2;
 
+// The form's sheet paints headers in plain letters; the header's own hint has the table's bold
+// ones.
+int widthOfHeader(const QTableWidget& table, int column) {
+    const QString text = table.horizontalHeaderItem(column)->text();
+    QFont plain = table.font();
+    plain.setBold(false);
+    const int margin = table.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &table);
+    return text.isEmpty() ? 0 : QFontMetrics(plain).horizontalAdvance(text) + 2 * margin;
+}
+
 // Sizes that follow the screen, the font and what stands in the cells.
 void fit(QTableWidget* table, const Column* columns, int count) {
     QHeaderView* const header = table->horizontalHeader();
@@ -32,7 +44,7 @@ void fit(QTableWidget* table, const Column* columns, int count) {
     table->verticalHeader()->setDefaultSectionSize(height);
     for (int column = 0; column < count; ++column) {
         table->setColumnWidth(column, std::max(scaledToDpi(columns[column].width, *table),
-                                               header->sectionSizeHint(column)));
+                                               widthOfHeader(*table, column)));
         for (int row = 0; row < table->rowCount(); ++row) {
             widen(table, row, column);
         }

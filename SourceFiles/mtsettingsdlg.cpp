@@ -69,13 +69,15 @@ void MtSettingsDlg::arrange() {
     // With a large font the form's size would cut off columns and leave room for hardly a row.
     constexpr int roomyRows = 5;
     const QTableWidget* const table = ui.tableWidget_meaBodies;
-    int columns = table->horizontalHeader()->defaultSectionSize() + 2 * table->frameWidth();
+    const QHeaderView* const header = table->horizontalHeader();
+    int columns = std::max(scaledToDpi(header->defaultSectionSize(), *table),
+                           header->sectionSizeHint(SerialColumn)) +
+                  2 * table->frameWidth();
     for (int column = IdColumn; column < SerialColumn; ++column) {
         columns += table->columnWidth(column);
     }
     const QSize hint = table->sizeHint().expandedTo(table->minimumSize());
-    const int rows = table->horizontalHeader()->sizeHint().height() +
-                     roomyRows * rowHeightFor(rowHeight, *table);
+    const int rows = header->sizeHint().height() + roomyRows * rowHeightFor(rowHeight, *table);
     const QSize more(std::max(0, columns - hint.width()), std::max(0, rows - hint.height()));
     resize(size().expandedTo(sizeHint() + more));
 }

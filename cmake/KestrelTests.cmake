@@ -39,6 +39,16 @@ function(kestrel_add_qt_test name)
     kestrel_register_test(${name} ${ARG_THREADED} qt ${ARG_LABELS})
 endfunction()
 
+# kestrel_run_again(<name> PROGRAM <Qt test> ENVIRONMENT <VARIABLE=value>... [FUNCTIONS <name>...]
+#                   [LABELS <label>...])
+# Some or all functions of a Qt test once more, in other surroundings.
+function(kestrel_run_again name)
+    cmake_parse_arguments(ARG "" "PROGRAM" "ENVIRONMENT;FUNCTIONS;LABELS" ${ARGN})
+    add_test(NAME ${name} COMMAND ${ARG_PROGRAM} ${ARG_FUNCTIONS})
+    kestrel_register_test(${name} FALSE qt ${ARG_LABELS})
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT ${ARG_ENVIRONMENT})
+endfunction()
+
 # kestrel_add_gtest(<name> [THREADED] SOURCES <file>... [LIBS <target>...] [LABELS <label>...])
 # A GoogleTest program without Qt, linked to gtest_main; one ctest entry for the whole program.
 function(kestrel_add_gtest name)

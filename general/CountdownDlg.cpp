@@ -1,6 +1,9 @@
 #include "general/CountdownDlg.h"
 
 #include "general/dpiscaling.h"
+#include "general/growtofit.h"
+
+#include <QEvent>
 
 namespace {
 constexpr int tickMs = 1000;
@@ -27,4 +30,12 @@ void CountdownDlg::updateCountdown() {
     if (countdown < 1) {
         done(Accepted);
     }
+}
+
+bool CountdownDlg::event(QEvent* event) {
+    const bool handled = QDialog::event(event);
+    if (event->type() == QEvent::Show || event->type() == QEvent::LayoutRequest) {
+        growToFit(*this);
+    }
+    return handled;
 }

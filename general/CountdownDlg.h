@@ -21,6 +21,9 @@ public Q_SLOTS:
     /// One second has passed.
     void updateCountdown();
 
+protected:
+    bool event(QEvent* event) override; ///< grows when a large font needs it
+
 private:
     friend struct CountdownProbe; // lets a test drive the time
 

@@ -12,5 +12,10 @@ void growToFit(QWidget& window) {
     if (layout->hasHeightForWidth()) {
         needed.setHeight(std::max(window.height(), layout->totalHeightForWidth(needed.width())));
     }
+    const bool fixed = window.minimumSize() == window.maximumSize();
+    window.setMaximumSize(window.maximumSize().expandedTo(needed));
+    if (fixed) {
+        window.setMinimumSize(window.maximumSize());
+    }
     window.resize(needed);
 }

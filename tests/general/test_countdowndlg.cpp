@@ -2,7 +2,9 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
 #include "tests/support/modalwatchdog.h"
+#include "tests/support/textfit.h"
 
+#include <QApplication>
 #include <QLCDNumber>
 #include <QLabel>
 #include <QLayout>
@@ -131,6 +133,18 @@ private Q_SLOTS:
         QVERIFY(!dialog.windowIcon().isNull());
         QCOMPARE(dialog.font().family(), QString("Microsoft Sans Serif"));
         QCOMPARE(dialog.font().pointSize(), 12);
+    }
+
+    void aHostsLargeFontMakesItGrow() {
+        qApp->setStyleSheet("* { font-size: 20pt; }");
+        CountdownDlg dialog(nullptr);
+        dialog.setMessage(QString(), 5);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const QString cutOff = cutOffTexts(dialog);
+        qApp->setStyleSheet(QString());
+        QCOMPARE(cutOff, QString());
+        QVERIFY(dialog.width() > 186);
     }
 
     void theWidgetsAreAsLaidOut() {

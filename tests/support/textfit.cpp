@@ -32,10 +32,14 @@ QSize sizeOfText(const QWidget& widget, const QString& text) {
 
 class Finder {
 public:
-    QStringList faults;
+    TextFit found;
 
     void look(const QWidget& widget) {
         m_widget = &widget;
+        if (isMadeOfText(widget)) {
+            ++found.texts;
+            need(widget.minimumSizeHint(), widget.size(), QStringLiteral("at the least"));
+        }
         if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
             lookAt(*label);
         } else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
@@ -53,7 +57,9 @@ public:
         } else if (const auto* view = qobject_cast<const QTableView*>(&widget)) {
             lookAt(*view);
         } else if (const auto* progress = qobject_cast<const QProgressBar*>(&widget)) {
-            need(sizeOfText(*progress, progress->text()), progress->size(), progress->text());
+            need(sizeOfText(*progress, progress->text())
+                     .expandedTo({0, progress->fontMetrics().height()}),
+                 progress->size(), progress->text());
         } else if (const auto* group = qobject_cast<const QGroupBox*>(&widget)) {
             need(group->minimumSizeHint(), group->size(), group->title());
         } else if (const auto* menus = qobject_cast<const QMenuBar*>(&widget)) {
@@ -66,7 +72,11 @@ public:
     void lookAtPlace(const QWidget& widget, const QList<QWidget*>& siblings) {
         m_widget = &widget;
         const QWidget* const parent = widget.parentWidget();
-        if (!parent->rect().contains(widget.geometry())) {
+        const QRect inWindow(widget.mapTo(widget.window(), QPoint()), widget.size());
+        // (Docks behind other tabs are kept outside of their window.)
+        const bool isInDialog = widget.window()->inherits("QDialog");
+        if (!parent->rect().contains(widget.geometry()) ||
+            (isInDialog && !widget.window()->rect().contains(inWindow))) {
             fault(QStringLiteral("stands outside of ") + parent->objectName());
         }
         for (const QWidget* other : siblings) {
@@ -81,9 +91,22 @@ public:
 
 private:
     void fault(const QString& what) {
-        faults << QStringLiteral("%1 %2: %3")
-                      .arg(QLatin1String(m_widget->metaObject()->className()),
-                           m_widget->objectName(), what);
+        found.faults << QStringLiteral("%1 %2: %3")
+                            .arg(QLatin1String(m_widget->metaObject()->className()),
+                                 m_widget->objectName(), what);
+    }
+
+    // What says least how little it can do with. (The least of a label that may wrap its words is
+    // for any width.)
+    static bool isMadeOfText(const QWidget& widget) {
+        if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+            return !label->wordWrap() && !label->text().isEmpty();
+        }
+        if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+            return !button->text().isEmpty() && qobject_cast<const QPushButton*>(button) == nullptr;
+        }
+        return qobject_cast<const QAbstractSpinBox*>(&widget) != nullptr ||
+               qobject_cast<const QTabBar*>(&widget) != nullptr;
     }
 
     void need(const QSize& needed, const QSize& room, const QString& text) {
@@ -121,6 +144,7 @@ private:
         if (button.text().isEmpty()) {
             return;
         }
+        ++found.buttons;
         if (qobject_cast<const QToolButton*>(&button) != nullptr) {
             need(button.sizeHint(), button.size(), button.text());
             return;
@@ -180,6 +204,7 @@ private:
         for (int section = 0; section < header.count(); ++section) {
             const QString text = header.model()->headerData(section, Qt::Horizontal).toString();
             if (!header.isSectionHidden(section) && !text.isEmpty()) {
+                ++found.headers;
                 const int needed = hasFixedColumns(header)
                                        ? header.fontMetrics().horizontalAdvance(text)
                                        : header.sectionSizeHint(section);
@@ -196,29 +221,22 @@ private:
                 const QModelIndex index = model.index(row, column);
                 const QString text = index.data().toString();
                 const bool told = index.data(Qt::ToolTipRole).toString() == text;
-                if (!view.isColumnHidden(column) && !text.isEmpty() && !told) {
-                    need(sizeOfCell(view, index), {view.columnWidth(column), view.rowHeight(row)},
-                         text);
+                if (view.isColumnHidden(column) || text.isEmpty()) {
+                    continue;
+                }
+                ++found.cells;
+                if (!told) {
+                    need(view.sizeHintForIndex(index),
+                         {view.columnWidth(column), view.rowHeight(row)}, text);
                 }
             }
         }
     }
 
-    // The columns of the live display are as wide in every language.
+    // The live display's sheet paints headers in plain letters and without a border, where the
+    // header's own hint has bold ones with margins.
     static bool hasFixedColumns(const QHeaderView& header) {
         return header.parentWidget()->objectName().startsWith(QLatin1String("tableWidget6dmt"));
-    }
-
-    // The module's rows are as high with every font: the letters have to fit, not the line with
-    // the space above and below them.
-    static QSize sizeOfCell(const QTableView& view, const QModelIndex& index) {
-        const QSize hint = view.sizeHintForIndex(index);
-        if (!view.objectName().startsWith(QLatin1String("tableWidget")) ||
-            view.objectName() == QLatin1String("tableWidget_modules")) {
-            return hint;
-        }
-        return {hint.width(),
-                view.fontMetrics().tightBoundingRect(QStringLiteral("\u00c4g")).height()};
     }
 
     void lookAt(const QMenuBar& bar) {
@@ -260,15 +278,20 @@ bool standsInALayout(const QWidget& widget) {
            qobject_cast<const QMainWindow*>(parent) == nullptr && holds(*parent->layout(), widget);
 }
 
+// The docks behind other tabs count as visible; nothing of them is. Tables and headers are covered
+// by their viewport, which is what one sees.
+bool canBeSeen(const QWidget& widget) {
+    const auto* const area = qobject_cast<const QAbstractScrollArea*>(&widget);
+    return !(area != nullptr ? area->viewport() : &widget)->visibleRegion().isEmpty();
+}
+
 } // namespace
 
-QStringList cutOffTexts(const QWidget& window) {
+TextFit textFit(const QWidget& window) {
     Finder finder;
     const auto widgets = window.findChildren<QWidget*>();
     for (QWidget* widget : widgets) {
-        // The docks behind other tabs count as visible; nothing of them is.
-        if (widget->isVisible() && widget->window() == &window &&
-            !widget->visibleRegion().isEmpty()) {
+        if (widget->isVisible() && widget->window() == &window && canBeSeen(*widget)) {
             finder.look(*widget);
         }
     }
@@ -283,5 +306,9 @@ QStringList cutOffTexts(const QWidget& window) {
             finder.lookAtPlace(*widget, siblings);
         }
     }
-    return finder.faults;
+    return finder.found;
+}
+
+QString cutOffTexts(const QWidget& window) {
+    return textFit(window).faults.join(QLatin1Char('\n'));
 }

@@ -34,6 +34,13 @@ class TestWindowsTexts : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() {
+        // The same program runs with several of each.
+        QCOMPARE(QWidget().logicalDpiX(), qEnvironmentVariableIntValue("QT_FONT_DPI"));
+        const double factor = qEnvironmentVariable("QT_SCALE_FACTOR", "1").toDouble();
+        QCOMPARE(QWidget().devicePixelRatioF(), factor);
+    }
+
     void noTextIsCutOff_data() {
         QTest::addColumn<int>("stop");
         QTest::addColumn<QByteArray>("language");
@@ -52,9 +59,36 @@ private Q_SLOTS:
         QFETCH(QByteArray, language);
         QFETCH(int, font);
         const Surroundings surroundings(language.constData(), font);
-        QStringList faults;
-        visit(stop, [&](QWidget& window) { faults = cutOffTexts(window); });
-        QVERIFY2(faults.isEmpty(), qPrintable('\n' + faults.join(QLatin1Char('\n'))));
+        TextFit fit;
+        visit(stop, [&](QWidget& window) { fit = textFit(window); });
+        QVERIFY2(fit.faults.isEmpty(), qPrintable('\n' + fit.faults.join(QLatin1Char('\n'))));
+        QVERIFY(fit.texts + fit.buttons > 0);
+    }
+
+    void everyCellHeaderAndButtonIsLookedAt_data() {
+        QTest::addColumn<int>("headers");
+        QTest::addColumn<int>("cells");
+        QTest::addColumn<int>("buttons");
+        // Two tools, of which one is lost: a name, a reference and seven values each; a reference.
+        QTest::newRow("main window, measuring") << 11 + 7 << 2 * 9 + 8 << 1;
+        QTest::newRow("settings") << 5 + 1 << 1 << 4; // at the least one row
+        QTest::newRow("settings, devices") << 5 + 2 << 2 * 2 << 4;
+        QTest::newRow("result") << 3 << 3 << 2;
+        QTest::newRow("module list") << 2 << 2 << 1;
+        QTest::newRow("countdown") << 0 << 0 << 2;
+        QTest::newRow("progress, two steps") << 0 << 0 << 1;
+        QTest::newRow("calibration") << 0 << 0 << 3;
+        QTest::newRow("help") << 0 << 0 << 1;
+    }
+    void everyCellHeaderAndButtonIsLookedAt() {
+        TextFit fit;
+        visit(stopNamed(QTest::currentDataTag()), [&](QWidget& window) { fit = textFit(window); });
+        QFETCH(int, headers);
+        QFETCH(int, cells);
+        QFETCH(int, buttons);
+        QVERIFY2(fit.headers >= headers, qPrintable(QString::number(fit.headers)));
+        QVERIFY2(fit.cells >= cells, qPrintable(QString::number(fit.cells)));
+        QVERIFY2(fit.buttons >= buttons, qPrintable(QString::number(fit.buttons)));
     }
 
     void theProgressBarsBeginAtTheSamePlace_data() {

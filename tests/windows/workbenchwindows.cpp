@@ -52,7 +52,7 @@ public:
         QVERIFY(table != nullptr);
         const auto measured = [table] {
             return table->rowCount() == 2 &&
-                   table->item(0, 12)->text() == QLatin1String("-2345.67");
+                   table->item(0, 12)->text() == QLatin1String("-12345.67");
         };
         int frame = 1;
         for (QElapsedTimer waited(started()); !measured() && waited.elapsed() < patience;) {
@@ -64,10 +64,11 @@ public:
 
 private:
     static constexpr const char* lines =
-        "\r\n6dmt2 2 2 [0 1.0 1 1.5][-2345.67 -1048.25 -1310.55][-1 0 0 0 -1 0 0 0 1][1][0 0 0 0 0 "
+        "\r\n6dmt2 2 2 [0 1.0 1 1.5][-12345.67 -12345.67 -12345.67][-1 0 0 0 -1 0 0 0 1][1][0 0 0 "
+        "0 0 "
         "0]"
         " [1 -1.0 1 1.5][0 0 0][1 0 0 0 1 0 0 0 1][0][0 0 0 0 0 0]"
-        "\r\n6dmtr 1 1 [0 1.0][-1000.5 -2000.25 -1500.75][1 0 0 0 1 0 0 0 1]";
+        "\r\n6dmtr 1 1 [0 1.0][-12345.67 -12345.67 -12345.67][1 0 0 0 1 0 0 0 1]";
 
     static QElapsedTimer started() {
         QElapsedTimer timer;

@@ -2,67 +2,16 @@
 #include "SourceFiles/mtresultdlg.h"
 #include "tests/SourceFiles/calibration/calibrationrig.h"
 #include "tests/support/children.h"
+#include "tests/support/textfit.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QHeaderView>
-#include <QLabel>
-#include <QLayout>
-#include <QProgressBar>
 #include <QTableWidget>
 #include <QtTest>
 
 namespace {
 
 constexpr double largeFont = 1.5;
-
-QString nameAndSize(const QWidget& widget) {
-    return QStringLiteral("%1 %2x%3 ")
-        .arg(widget.objectName())
-        .arg(widget.width())
-        .arg(widget.height());
-}
-
-// The window's own widgets that show less than their text or lie on each other.
-QString faultsOf(const QWidget& window) {
-    QString faults;
-    QList<const QWidget*> shown;
-    const auto children = window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    for (const QWidget* widget : children) {
-        if (!widget->isVisible() || widget->inherits("QSizeGrip")) {
-            continue;
-        }
-        for (const QWidget* other : shown) {
-            if (other->geometry().intersects(widget->geometry())) {
-                faults += other->objectName() + " on " + nameAndSize(*widget);
-            }
-        }
-        shown << widget;
-        if (!window.rect().contains(widget->geometry())) {
-            faults += "outside: " + nameAndSize(*widget);
-        }
-        if (const auto* const label = qobject_cast<const QLabel*>(widget)) {
-            const int height = label->wordWrap() ? label->heightForWidth(label->width())
-                                                 : label->sizeHint().height();
-            const int width = label->wordWrap() ? 0 : label->sizeHint().width();
-            if (label->height() < height || label->width() < width) {
-                faults += "clipped: " + nameAndSize(*widget);
-            }
-        } else if (const auto* const button = qobject_cast<const QAbstractButton*>(widget)) {
-            QString text = button->text();
-            text.remove(QLatin1Char('&'));
-            const QFontMetrics metrics(button->font());
-            if (button->width() < metrics.horizontalAdvance(text) + 4 ||
-                button->height() < metrics.height()) {
-                faults += "clipped: " + nameAndSize(*widget);
-            }
-        } else if (qobject_cast<const QProgressBar*>(widget) != nullptr &&
-                   widget->height() < QFontMetrics(widget->font()).height()) {
-            faults += "clipped: " + nameAndSize(*widget);
-        }
-    }
-    return faults;
-}
 
 } // namespace
 
@@ -83,7 +32,7 @@ private Q_SLOTS:
         rig.host.answer("body calibrated measurementtool b02", "no"); // with its longest message
         QString faults = "not looked at";
         rig.open({[&] {
-            faults = faultsOf(*rig.dialog);
+            faults = cutOffTexts(*rig.dialog);
             rig.click("pushButton_exit");
         }});
         QCOMPARE(faults, QString());
@@ -97,7 +46,7 @@ private Q_SLOTS:
             dialog.update_cal_status();
             dialog.show_custom_message("Hold the tip of the tool in the hole of the block.");
             QCoreApplication::sendPostedEvents(); // the layout follows the texts
-            faults = faultsOf(dialog);
+            faults = cutOffTexts(dialog);
             dialog.reject();
         });
         rig.run();
@@ -109,7 +58,7 @@ private Q_SLOTS:
         dialog.setMessage(QString(), 5);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(faultsOf(dialog), QString());
+        QCOMPARE(cutOffTexts(dialog), QString());
         QCOMPARE(dialog.size(), QSize(186, 180));
     }
 
@@ -117,7 +66,7 @@ private Q_SLOTS:
         MtHelpDlg dialog(nullptr);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(faultsOf(dialog), QString());
+        QCOMPARE(cutOffTexts(dialog), QString());
     }
 
     void theResultFits() {
@@ -127,7 +76,7 @@ private Q_SLOTS:
         QString faults = "not looked at";
         ModalWatchdog dog;
         dog.on("MtResultDlgClass", [&](QWidget* shown) {
-            faults = faultsOf(*shown);
+            faults = cutOffTexts(*shown);
             const auto* const table = child<QTableWidget>(*shown, "tableWidget");
             const QHeaderView* const header = table->horizontalHeader();
             for (int column = 0; column < table->columnCount(); ++column) {

@@ -1,6 +1,7 @@
 #include "tests/SourceFiles/display/displayfixture.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QPaintEvent>
 #include <QSignalSpy>
 #include <QStyleFactory>
@@ -61,6 +62,19 @@ public:
         show({pressing, far, toolAt(1, 2, 3), lostTool()});
         display->onUpdateDataDisplay();
         display->resize(1000, 300);
+        squeeze();
+    }
+
+    // Columns and rows that have not grown, so that there is something to shorten.
+    void squeeze() {
+        for (QTableWidget* table : {toolTable(), referenceTable()}) {
+            for (int column = table->columnCount() - 7; column < table->columnCount() - 1;
+                 ++column) {
+                table->setColumnWidth(column, 80);
+            }
+            table->verticalHeader()->setMinimumSectionSize(20);
+            table->verticalHeader()->setDefaultSectionSize(20);
+        }
     }
 
     // The tables as painted by their own delegates, then by stock ones.
@@ -169,6 +183,7 @@ private Q_SLOTS:
             table->setFont(font);
         }
         f.display->ensurePolished();
+        f.squeeze();
         QVERIFY(f.looksLikeStock(ratio));
         QApplication::setStyle(QStringLiteral("Fusion"));
         QVERIFY(f.looksLikeStock(ratio)); // a style changed at run time
@@ -202,6 +217,7 @@ private Q_SLOTS:
         const QImage before = f.ownAndStock().first;
         f.toolTable()->setFont(font);
         f.referenceTable()->setFont(font);
+        f.squeeze();
         QVERIFY(f.looksLikeStock());
         QVERIFY(f.ownAndStock().first != before);
     }

@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
+#include "tests/support/textfit.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -246,25 +247,9 @@ private Q_SLOTS:
             SettingsRig rig;
             rig.run([&] {
                 QApplication::processEvents();
-                const auto widgets = rig.dialog->findChildren<QWidget*>();
-                int looked = 0;
-                for (const QWidget* widget : widgets) {
-                    const bool hasText = qobject_cast<const QLabel*>(widget) != nullptr ||
-                                         qobject_cast<const QAbstractButton*>(widget) != nullptr ||
-                                         qobject_cast<const QAbstractSpinBox*>(widget) != nullptr ||
-                                         qobject_cast<const QTabBar*>(widget) != nullptr;
-                    if (!hasText || !widget->isVisible()) {
-                        continue;
-                    }
-                    ++looked;
-                    const QSize needed = widget->minimumSizeHint();
-                    QVERIFY2(widget->width() >= needed.width() &&
-                                 widget->height() >= needed.height(),
-                             qPrintable(widget->objectName()));
-                    QVERIFY(rig.dialog->rect().contains(
-                        QRect(widget->mapTo(rig.dialog, QPoint()), widget->size())));
-                }
-                QVERIFY(looked > 15);
+                const TextFit fit = textFit(*rig.dialog);
+                QCOMPARE(fit.faults, QStringList());
+                QVERIFY(fit.texts + fit.buttons > 15);
                 const auto* const table = rig.child<QTableWidget>(tools);
                 QVERIFY(table->horizontalHeader()->length() <= table->viewport()->width());
                 QVERIFY(table->viewport()->height() >= 4 * 28);
