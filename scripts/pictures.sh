@@ -2,9 +2,9 @@
 # Takes the pictures of the user guide, without a display: workbench, plug-in and simulated controller
 # are started and walked through.
 #
-#   scripts/pictures.sh [FOLDER] [--language LANGUAGE] [--font PERCENT]
+#   scripts/pictures.sh [FOLDER] [--dpi DPI] [--language LANGUAGE] [--font PERCENT] [--dark] [--all]
 #
-# FOLDER is docs/images unless given.
+# FOLDER is docs/images unless given. --all: the windows that the guide does not show, too.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -14,8 +14,20 @@ if [ $# -gt 0 ] && [[ $1 != --* ]]; then
     folder=$1
     shift
 fi
+dpi=96
+options=()
+while [ $# -gt 0 ]; do
+    if [ "$1" = --dpi ]; then
+        dpi=$2
+        shift
+    else
+        options+=("$1")
+    fi
+    shift
+done
 mkdir -p "$folder"
 install_missing "${build_packages[@]}"
 cmake --preset release >/dev/null
 cmake --build --preset release --target kestrel-pictures translations
-QT_QPA_PLATFORM=offscreen LC_ALL=C build/release/bin/kestrel-pictures "$folder" "$@"
+QT_QPA_PLATFORM=offscreen QT_FONT_DPI=$dpi LC_ALL=C build/release/bin/kestrel-pictures "$folder" \
+    "${options[@]}"

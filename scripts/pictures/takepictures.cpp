@@ -2,6 +2,7 @@
 #include "workbench/startup.h"
 #include "workbench/translations.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/screenpixels.h"
 
 #include <QAction>
 #include <QApplication>
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPalette>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
@@ -20,26 +22,27 @@
 
 #include <cstdio>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace {
 
 constexpr int pollMs = 50;
 constexpr int patienceMs = 60000;
-constexpr int settleMs = 4000;    // until the figures for the last seconds mean something
-constexpr int animationMs = 1000; // until the moving picture has begun
-constexpr QSize windowSize(1100, 800);
+constexpr int settleMs = 4000;         // until the figures for the last seconds mean something
+constexpr int animationMs = 1000;      // until the moving picture has begun
+constexpr QSize windowSize(1100, 800); // at 96 dpi
 const char* const simulatorOptions = "--seed 5 --cal-duration 4 --cal-pause 3";
 
 // A walk through the window and its dialogs. Each step waits until its condition holds and then
 // acts; the steps go on inside the dialogs' own loops.
 class Tour : public QObject {
 public:
-    Tour(workbench::MainWindow& window, QString folder)
+    Tour(workbench::MainWindow& window, QString folder, bool all)
         : m_window(window)
         , m_folder(std::move(folder)) {
         connect(&m_timer, &QTimer::timeout, this, &Tour::poll);
-        describe();
+        describe(all);
         m_timer.start(pollMs);
     }
 
@@ -54,8 +57,11 @@ private:
         m_steps.push_back({name, std::move(condition), std::move(act)});
     }
 
-    void describe() {
+    void describe(bool all) {
         describeLiveView();
+        if (all) {
+            describeSmallDialogs();
+        }
         describeSettings();
         describeCalibration();
         step(
@@ -83,6 +89,24 @@ private:
                        m_waitedMs > settleMs;
             },
             [this] { take(m_window, "workbench"); });
+    }
+
+    void describeSmallDialogs() {
+        const std::pair<const char*, const char*> dialogs[] = {
+            {"actionConnect", "connect"}, {"actionModules", "modules"}, {"actionAbout", "about"}};
+        for (const auto& [action, picture] : dialogs) {
+            step(
+                action, [] { return dialog() == nullptr; },
+                [this, name = action] {
+                    QTimer::singleShot(0, m_window.findChild<QAction*>(name), &QAction::trigger);
+                });
+            step(
+                picture, [] { return dialog() != nullptr && dialog()->isVisible(); },
+                [this, name = picture] {
+                    take(*dialog(), name);
+                    dialog()->close();
+                });
+        }
     }
 
     void describeSettings() {
@@ -210,6 +234,20 @@ private:
     QTimer m_timer;
 };
 
+QPalette darkPalette() {
+    const QColor ground(0x35, 0x35, 0x35);
+    QPalette palette(ground); // with its text and its shades
+    palette.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
+    palette.setColor(QPalette::AlternateBase, ground);
+    palette.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
+    palette.setColor(QPalette::ToolTipBase, ground);
+    palette.setColor(QPalette::ToolTipText, Qt::white);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, Qt::gray);
+    }
+    return palette;
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -219,13 +257,18 @@ int main(int argc, char* argv[]) {
     parser.addPositionalArgument(QStringLiteral("folder"),
                                  QStringLiteral("Where the pictures go."));
     parser.addOptions({{"language", "Language of the texts.", "LANGUAGE", "en"},
-                       {"font", "Size of the font in percent.", "PERCENT", "100"}});
+                       {"font", "Size of the font in percent.", "PERCENT", "100"},
+                       {"dark", "Light letters on a dark ground."},
+                       {"all", "All windows."}});
     parser.addHelpOption();
     parser.process(application);
 
     QFont font = QApplication::font();
     font.setPointSizeF(font.pointSizeF() * parser.value("font").toDouble() / 100.0);
     QApplication::setFont(font);
+    if (parser.isSet("dark")) {
+        QApplication::setPalette(darkPalette());
+    }
     const workbench::Translations translations(parser.value("language"),
                                                workbench::Translations::usualFolders());
     const QTemporaryDir scratch;
@@ -241,8 +284,11 @@ int main(int argc, char* argv[]) {
     QObject::connect(&window, &workbench::MainWindow::modulesBuilt, &window,
                      &workbench::MainWindow::startMeasurement);
     simulator.start(QString::fromLatin1(simulatorOptions).split(QLatin1Char(' ')));
-    window.resize(windowSize.expandedTo(window.sizeHint())); // more with a large font
+    const QSize size(workbench::screenPixels(windowSize.width(), window),
+                     workbench::screenPixels(windowSize.height(), window));
+    window.resize(size.expandedTo(window.sizeHint())); // more with a large font
     window.show();
-    Tour tour(window, parser.positionalArguments().value(0, QStringLiteral(".")));
+    Tour tour(window, parser.positionalArguments().value(0, QStringLiteral(".")),
+              parser.isSet("all"));
     return QApplication::exec();
 }
