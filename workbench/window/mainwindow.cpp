@@ -8,6 +8,7 @@
 #include "workbench/window/guidedialog.h"
 #include "workbench/window/logdock.h"
 #include "workbench/window/modulelistdialog.h"
+#include "workbench/window/screenpixels.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -25,7 +26,7 @@ namespace {
 
 constexpr int numbersIntervalMs = 500;
 constexpr int statusMargin = 8;
-constexpr int moduleDockHeight = 330;
+constexpr int moduleDockHeight = 330; // at 96 dpi
 
 } // namespace
 
@@ -182,7 +183,7 @@ void MainWindow::addDock(QDockWidget* dock) {
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->show();
-        resizeDocks({dock}, {moduleDockHeight}, Qt::Vertical);
+        resizeDocks({dock}, {screenPixels(moduleDockHeight, *this)}, Qt::Vertical);
     }
     if (m_setup.openDocks) {
         dock->show();

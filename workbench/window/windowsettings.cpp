@@ -1,5 +1,7 @@
 #include "workbench/window/windowsettings.h"
 
+#include "workbench/window/screenpixels.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QGuiApplication>
@@ -15,7 +17,7 @@ namespace {
 constexpr int stateVersion = 1;
 constexpr int maxRecentHosts = 8;
 constexpr int maxCommands = 100;
-constexpr QSize defaultSize(1080, 820);
+constexpr QSize defaultSize(1080, 820); // at 96 dpi
 constexpr int usualLines = 34;
 constexpr QSize smallestSize(320, 240);
 constexpr int farthest = 32767; // what window systems can express
@@ -122,7 +124,9 @@ void WindowSettings::restore(QMainWindow& window) {
     const QVector<QRect> screens = screenRects();
     // With a large font the tool bar needs more width, and the docks more height.
     const QSize needed(window.sizeHint().width(), usualLines * window.fontMetrics().height());
-    const QSize size = defaultSize.expandedTo(needed);
+    const QSize usual(screenPixels(defaultSize.width(), window),
+                      screenPixels(defaultSize.height(), window));
+    const QSize size = usual.expandedTo(needed);
     window.resize(clamped(QRect(QPoint(0, 0), size), screens).size());
     const QVariant stored = m_settings.value(QStringLiteral("window/rect"));
     if (stored.isValid()) {
