@@ -287,20 +287,24 @@ void MtCalibrationDlg::runProcedure() {
     }
     hostlink::log(iom, completed ? QStringLiteral("Measurement Tool calibration finished")
                                  : QStringLiteral("Measurement Tool calibration aborted"));
-    if (completed && !m_closed && !showResult()) {
+    if (m_closed) {
         return;
     }
-    if (!m_closed) {
+    if (completed) {
+        showResult();
+    } else {
         try_start_tracking();
     }
 }
 
-bool MtCalibrationDlg::showResult() {
+void MtCalibrationDlg::showResult() {
     const QPointer<QDialog> self = this;
     const ModalRun<MtResultDlg> result(iom, this);
     result.endWith(this, &MtCalibrationDlg::aboutToClose);
     result->update_and_exec();
-    return !self.isNull();
+    if (!self.isNull() && !m_closed) {
+        try_start_tracking(); // the result dialog outlives this
+    }
 }
 
 bool MtCalibrationDlg::event(QEvent* event) {

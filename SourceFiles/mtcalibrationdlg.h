@@ -72,7 +72,7 @@ private:
     void help();
     void calibrate();
     void runProcedure();
-    bool showResult();
+    void showResult();
     void refuse();
 
     Ui_MtCalibrationDlgClass ui;

@@ -2,6 +2,7 @@
 #include "tests/support/children.h"
 
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QtTest>
 
@@ -66,6 +67,26 @@ private Q_SLOTS:
                      "get_string status active", "send kestrel2 tracking start",
                      "get_string status active", "send kestrel2 tracking stop"}}));
         QCOMPARE(rig.dog.seen().count("MtResultDlgClass"), 1);
+    }
+
+    void theResultDialogGoesWhenTrackingHasStartedAgain() {
+        CalibrationRig rig;
+        rig.host.answerInTurn("status active", {"none", "none", "none", "none", "track"});
+        clickOn(rig, "MtResultDlgClass", "pushButton_accept");
+        QList<bool> thereAtStart; // of tracking
+        QPointer<QObject> result;
+        rig.host.onOperation = [&](const std::string& line) {
+            if (line == "send kestrel2 tracking start") {
+                result = rig.dialog->findChild<QDialog*>("MtResultDlgClass");
+                thereAtStart << !result.isNull();
+            }
+        };
+        rig.open({[&] { rig.click("pushButton_calibrate"); },
+                  [&] {
+                      QVERIFY(result.isNull());
+                      rig.click("pushButton_exit");
+                  }});
+        QCOMPARE(thereAtStart, QList<bool>({false, true})); // on opening, after the result
     }
 
     void aDiscardedResultIsNotAccepted() {
