@@ -3,6 +3,8 @@
 #include "SourceFiles/mtcalibrationdlg.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/underway.h"
+#include "general/widgetending.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
 #include "host_api/metatypes.h"
@@ -10,11 +12,18 @@
 #include <QAction>
 #include <QDockWidget>
 
+#include <array>
+#include <utility>
+
 namespace {
 
 constexpr int versionMajor = 1;
 constexpr int versionMinor = 3;
 constexpr int versionPatch = 12;
+
+MtDataDisplay* displayIn(const QDockWidget* dock) {
+    return dock->findChild<MtDataDisplay*>();
+}
 
 } // namespace
 
@@ -41,15 +50,17 @@ void MeasurementToolModule::set_param(QString key, QVariant value) {
 }
 
 QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
-    if (!gui_elements.isEmpty() || isOldCompactSystem()) {
+    const bool isBeingBuilt = gui_mtDataDisplay.content != nullptr;
+    if (!gui_elements.isEmpty() || isBeingBuilt || isOldCompactSystem()) {
         return gui_elements;
     }
     if (!bObserverMode) {
         addSettings();
         addCalibration();
     }
+    const QPointer<QObject> self = this;
     addDataDisplay();
-    return gui_elements;
+    return self.isNull() ? QList<_GuiElement*>() : gui_elements;
 }
 
 void MeasurementToolModule::about_to_exit_module() {
@@ -59,13 +70,31 @@ void MeasurementToolModule::about_to_exit_module() {
 }
 
 void MeasurementToolModule::exit_module() {
-    deleteContent(gui_mtSettings);
-    deleteContent(gui_mtCalibration);
-    if (MtDataDisplay* const display = dataDisplay()) {
-        display->hide(); // ends its subscriptions; a visible widget that is deleted is not told
-    }
-    deleteContent(gui_mtDataDisplay);
     gui_elements.clear();
+    const std::array<QPointer<QWidget>, 3> contents = {
+        std::exchange(gui_mtSettings.content, nullptr),
+        std::exchange(gui_mtCalibration.content, nullptr),
+        std::exchange(gui_mtDataDisplay.content, nullptr)};
+    // The host is told of the display's end and may take this object away meanwhile.
+    for (const QPointer<QWidget>& content : contents) {
+        WidgetEnding::end(content);
+    }
+}
+
+MeasurementToolModule::~MeasurementToolModule() {
+    MeasurementToolModule::exit_module();
+    retireActions();
+    underway::leave();
+}
+
+// One of them may have been triggered by the user whose wish is being carried out.
+void MeasurementToolModule::retireActions() {
+    const underway::Ending ending;
+    const auto actions = findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QAction* action : actions) {
+        action->setParent(nullptr);
+        underway::retire(action);
+    }
 }
 
 void MeasurementToolModule::addSettings() {
@@ -99,11 +128,24 @@ QAction* MeasurementToolModule::fillTrackingEntry(_GuiElement& element, QWidget*
 }
 
 void MeasurementToolModule::addDataDisplay() {
-    auto* const dock = new QDockWidget(tr("Measurement Tool Display"), mod_parent);
+    const QPointer<QObject> self = this;
+    const QPointer<QDockWidget> dock =
+        new QDockWidget(tr("Measurement Tool Display"), mod_parent.data());
     // No QStringLiteral: a main window remembers the name of a dock that is gone, and the literal
     // goes when the plug-in is unloaded.
     dock->setObjectName(QLatin1String("MtDataDisplayDock"));
-    dock->setWidget(new MtDataDisplay(iom, mod_parent, beVers));
+    new WidgetEnding(dock, [dock] { WidgetEnding::end(displayIn(dock)); });
+    // The display asks the host while it is being built: everything else can find it already.
+    gui_mtDataDisplay.content = dock;
+    auto* const display = new MtDataDisplay(iom, dock, beVers);
+    if (dock.isNull() || WidgetEnding::hasBegun(display)) {
+        if (!self.isNull() && gui_mtDataDisplay.content == dock) {
+            gui_mtDataDisplay.content = nullptr;
+        }
+        WidgetEnding::end(dock);
+        return;
+    }
+    dock->setWidget(display);
 
     QAction* const action = dock->toggleViewAction();
     action->setText(tr("&Measurement Tool"));
@@ -114,30 +156,28 @@ void MeasurementToolModule::addDataDisplay() {
     gui_mtDataDisplay.menu_entry_order_number = 270;
     gui_mtDataDisplay.menu_name = tr("&View");
     gui_mtDataDisplay.menu_order_number = 400;
-    gui_mtDataDisplay.content = dock;
     gui_mtDataDisplay.action_active_during_measurement = 1;
     add(gui_mtDataDisplay);
 }
 
 MtDataDisplay* MeasurementToolModule::dataDisplay() const {
     const auto* const dock = qobject_cast<QDockWidget*>(gui_mtDataDisplay.content);
-    return dock != nullptr ? dock->findChild<MtDataDisplay*>() : nullptr;
+    return dock != nullptr ? displayIn(dock) : nullptr;
 }
 
 void MeasurementToolModule::add(_GuiElement& element) {
-    connect(element.content, &QObject::destroyed, this, [&element] { element.content = nullptr; });
-    // An entry may outlive its content, and another one have followed it.
+    // An entry and its content may each be gone late, when others have followed them.
+    connect(element.content, &QObject::destroyed, this, [&element](QObject* gone) {
+        if (element.content == gone) {
+            element.content = nullptr;
+        }
+    });
     connect(element.menu_entry, &QObject::destroyed, this, [&element](QObject* gone) {
         if (element.menu_entry == gone) {
             element.menu_entry = nullptr;
         }
     });
     gui_elements.append(&element);
-}
-
-void MeasurementToolModule::deleteContent(_GuiElement& element) {
-    delete element.content;
-    element.content = nullptr;
 }
 
 bool MeasurementToolModule::isOldCompactSystem() const {

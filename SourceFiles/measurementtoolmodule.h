@@ -4,6 +4,8 @@
 #include "host_api/moduleinterface.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QWidget>
 
 class BackendVersions;
 class IOManager;
@@ -18,7 +20,7 @@ class MeasurementToolModule : public QObject, public ModuleInterface {
 
 public:
     MeasurementToolModule();
-    ~MeasurementToolModule() override = default;
+    ~MeasurementToolModule() override; ///< ends what exit_module() has not ended
 
     void about_to_exit_module() override;
     void exit_module() override;
@@ -40,12 +42,12 @@ private:
     /// Hands a filled record to the host; it forgets its widget and action when the widget dies,
     /// be it with the host's window.
     void add(_GuiElement& element);
-    static void deleteContent(_GuiElement& element);
+    void retireActions();
 
     /// A compact controller whose software is too old for Measurement Tools.
     bool isOldCompactSystem() const;
 
-    QWidget* mod_parent = nullptr; ///< parent of all widgets; the host's
+    QPointer<QWidget> mod_parent; ///< parent of all widgets; the host's
     QList<_GuiElement*> gui_elements;
     _GuiElement gui_mtSettings;
     _GuiElement gui_mtCalibration;

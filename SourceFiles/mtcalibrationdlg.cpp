@@ -8,6 +8,7 @@
 #include "general/growtofit.h"
 #include "general/hostlink.h"
 #include "general/modalrun.h"
+#include "general/widgetending.h"
 #include "host_api/iomanager.h"
 
 #include <QEvent>
@@ -25,10 +26,11 @@ constexpr int pictureMs = 300;
 
 MtCalibrationDlg::MtCalibrationDlg(IOManager* host, QWidget* parent, BackendVersions* versions)
     : QDialog(parent)
-    , iom(hostlink::orDisconnected(host))
-    , beVers(versions)
+    , iom(host)
+    , beVers(versions, iom)
     , animate_timer(new QTimer)
     , m_parent(parent) {
+    new WidgetEnding(this, [this] { iom.hangUp(); });
     ui.setupUi(this);
     scaleFormToDpi(*this);
     ui.label_fixedTip->setText(tr("as shown in the picture with <b>fixed tip!</b>"));
@@ -63,13 +65,12 @@ int MtCalibrationDlg::update_and_exec() {
     const QPointer<QDialog> self = this;
     m_open = true;
     onShowDlg();
-    const int result = exec();
+    const int result = runModally(*this, iom);
     if (self.isNull()) {
         return result;
     }
     m_open = false;
     if (isVisible()) {
-        makeModalAgainAfterQuit(*this);
         on_pushButton_exit_clicked(); // the application quits: nobody has closed the dialog
     }
     return result;
@@ -253,7 +254,7 @@ void MtCalibrationDlg::runAlone(void (MtCalibrationDlg::*inner)()) {
 void MtCalibrationDlg::help() {
     const ModalRun<MtHelpDlg> dialog(this);
     dialog.endWith(this, &MtCalibrationDlg::aboutToClose);
-    dialog->exec();
+    dialog.run(iom);
 }
 
 void MtCalibrationDlg::calibrate() {
@@ -274,7 +275,7 @@ void MtCalibrationDlg::refuse() {
                                     QMessageBox::Ok, this);
     box->setObjectName(QStringLiteral("messageBox_notAvailable"));
     box.endWith(this, &MtCalibrationDlg::aboutToClose);
-    box->exec();
+    box.run(iom);
 }
 
 void MtCalibrationDlg::runProcedure() {

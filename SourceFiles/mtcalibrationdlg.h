@@ -1,5 +1,6 @@
 #pragma once
 
+#include "general/hostpointer.h"
 #include "host_api/requester.h"
 #include "ui_mtcalibrationdlg.h"
 
@@ -76,8 +77,8 @@ private:
     void refuse();
 
     Ui_MtCalibrationDlgClass ui;
-    IOManager* iom;
-    BackendVersions* beVers;
+    HostPointer iom;
+    VersionsPointer beVers;
     QTimer* animate_timer;
     QPointer<QWidget> m_parent;
     int m_counter = 0;

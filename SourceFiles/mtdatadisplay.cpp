@@ -3,6 +3,7 @@
 #include "KestrelParser.h"
 #include "general/dpiscaling.h"
 #include "general/hostlink.h"
+#include "general/widgetending.h"
 #include "host_api/iomanager.h"
 
 #include <QCoreApplication>
@@ -29,14 +30,18 @@ QEvent::Type measurementEvent() {
 
 MtDataDisplay::MtDataDisplay(IOManager* host, QWidget* parent, BackendVersions* versions)
     : QWidget(parent)
-    , beVers(versions)
-    , iom(hostlink::orDisconnected(host)) {
+    , iom(host)
+    , beVers(versions, iom) {
+    new WidgetEnding(this, [this] {
+        withdraw();
+        iom.hangUp();
+    });
     ui.setupUi(this);
     scaleFormToDpi(*this);
     bIsMtAvailable = isMtAvailable();
     ascii_buf = std::make_unique<char[]>(lineBufferSize);
     measurementEvent();
-    iom->register_measurement_requester(this);
+    registerForMeasurements();
     checkDesiredOutput6dmt();
     checkActivateChmon6dmt();
     setupTableWidget6dmt();
@@ -46,10 +51,32 @@ MtDataDisplay::MtDataDisplay(IOManager* host, QWidget* parent, BackendVersions* 
     connect(&timer, &QTimer::timeout, this, &MtDataDisplay::onUpdateDataDisplay);
 }
 
-MtDataDisplay::~MtDataDisplay() = default;
+MtDataDisplay::~MtDataDisplay() {
+    withdraw();
+}
+
+// A host may end or hide the display inside a registration and finish that afterwards: then it is
+// taken back at once.
+void MtDataDisplay::registerForMeasurements() {
+    m_isRegistered = true;
+    iom->register_measurement_requester(this);
+    if (!m_isRegistered) {
+        iom.afterHangingUp()->unregister_measurement_requester(this);
+    }
+}
 
 void MtDataDisplay::about_to_exit() {
+    m_isRegistered = false;
     iom->unregister_measurement_requester(this);
+}
+
+void MtDataDisplay::withdraw() {
+    if (m_isSubscribed) {
+        register6dmtRequest(false);
+    }
+    if (m_isRegistered) {
+        about_to_exit();
+    }
 }
 
 void MtDataDisplay::showEvent(QShowEvent* event) {
@@ -63,11 +90,16 @@ void MtDataDisplay::hideEvent(QHideEvent* event) {
 }
 
 void MtDataDisplay::register6dmtRequest(bool on) {
+    m_isSubscribed = on;
     for (const char* channel : {"6dmt", "6dmt2", "6dmtr"}) {
-        if (on) {
-            iom->register_data_requester(channel, this);
-        } else {
+        if (!on) {
             iom->unregister_data_requester(channel, this);
+            continue;
+        }
+        iom->register_data_requester(channel, this);
+        if (!m_isSubscribed) {
+            iom.afterHangingUp()->unregister_data_requester(channel, this);
+            return;
         }
     }
 }
@@ -184,7 +216,15 @@ void MtDataDisplay::followMeasurement() {
     }
     clearAfterStop(stops);
     for (int i = 0; i < starts; ++i) {
-        QTimer::singleShot(startDelayMs, this, [this, stops] { startUnlessStopped(stops); });
+        // Not QTimer::singleShot(): its timer would outlive the display, and with it what it is to
+        // call, though the library may be gone by then.
+        auto* const delay = new QTimer(this);
+        delay->setSingleShot(true);
+        connect(delay, &QTimer::timeout, this, [this, delay, stops] {
+            delay->deleteLater();
+            startUnlessStopped(stops);
+        });
+        delay->start(startDelayMs);
     }
 }
 

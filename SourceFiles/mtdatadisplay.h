@@ -2,6 +2,7 @@
 
 #include "SourceFiles/mtdatadisplay_cells.h"
 #include "SourceFiles/mtdatadisplay_settledrows.h"
+#include "general/hostpointer.h"
 #include "host_api/requester.h"
 #include "ui_mtdatadisplay.h"
 
@@ -80,6 +81,8 @@ protected:
     void customEvent(QEvent* event) override;
 
 private:
+    void registerForMeasurements();
+    void withdraw();
     void sizeBodyLists();
     void tellGuiThread();
     void followMeasurement();
@@ -106,8 +109,8 @@ private:
     void showRefBody(int row, const trackingcells::RowContent& content);
 
     Ui_MtDataDisplayClass ui;
-    BackendVersions* beVers;
-    IOManager* iom;
+    HostPointer iom;
+    VersionsPointer beVers;
     QMutex dataMutex; ///< held during a refresh
     QTimer timer;
     std::unique_ptr<char[]> ascii_buf;
@@ -118,6 +121,8 @@ private:
     bool bUseChmon6dmt = true;
     bool bIsChmon6dmtActive = false;
     bool bIsMtAvailable = false;
+    bool m_isRegistered = false; ///< for measurement start and stop
+    bool m_isSubscribed = false; ///< to the data lines
 
     /// Guards ascii_buf, parser and the next three. Held for moments only: never while the host is
     /// asked or a widget is touched.

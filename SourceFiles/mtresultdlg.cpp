@@ -3,7 +3,10 @@
 #include "SourceFiles/bodytexts.h"
 #include "general/dpiscaling.h"
 #include "general/hostlink.h"
+#include "general/modalrun.h"
 #include "host_api/iomanager.h"
+
+#include <utility>
 
 using hostlink::Reply;
 
@@ -15,9 +18,9 @@ constexpr int discarded = -1;
 
 } // namespace
 
-MtResultDlg::MtResultDlg(IOManager* host, QWidget* parent)
+MtResultDlg::MtResultDlg(HostPointer host, QWidget* parent)
     : QDialog(parent)
-    , iom(hostlink::orDisconnected(host)) {
+    , iom(std::move(host)) {
     ui.setupUi(this);
     scaleFormToDpi(*this);
     ui.tableWidget->horizontalHeader()->setSectionsClickable(false);
@@ -31,7 +34,7 @@ int MtResultDlg::update_and_exec() {
     ui.tableWidget->resizeColumnsToContents();
     ui.tableWidget->setMinimumWidth(widthOfColumns());
     ui.pushButton_accept->setFocus();
-    return exec();
+    return runModally(*this, iom);
 }
 
 int MtResultDlg::widthOfColumns() const {

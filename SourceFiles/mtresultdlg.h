@@ -1,10 +1,9 @@
 #pragma once
 
+#include "general/hostpointer.h"
 #include "ui_mtresultdlg.h"
 
 #include <QDialog>
-
-class IOManager;
 
 /// Shows the outcome of a finished tip calibration - tool, reference and tip residual in mm, all
 /// asked from the controller - and lets the user take it over or discard it. GUI thread.
@@ -13,7 +12,7 @@ class MtResultDlg : public QDialog {
 
 public:
     /// `iom` stays the host's.
-    MtResultDlg(IOManager* iom, QWidget* parent);
+    MtResultDlg(HostPointer host, QWidget* parent);
 
     /// Fills the row and runs the dialog. 0 after Accept, even when the controller has refused the
     /// calibration (the log tells), and when the dialog was closed; -1 after Cancel.
@@ -29,5 +28,5 @@ private:
     int widthOfColumns() const;
 
     Ui_MtResultDlgClass ui;
-    IOManager* iom;
+    HostPointer iom;
 };

@@ -4,6 +4,7 @@
 #include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "general/modalrun.h"
+#include "general/widgetending.h"
 #include "host_api/iomanager.h"
 
 #include <QHeaderView>
@@ -27,11 +28,12 @@ void setAllEnabled(bool enable, Widgets*... widgets) {
 
 MtSettingsDlg::MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersions* versions)
     : QDialog(parent)
-    , iom(hostlink::orDisconnected(manager))
-    , beVers(versions)
+    , iom(manager)
+    , beVers(versions, iom)
     , m_parent(parent)
     , doubleSpinboxDelegate(nullptr)
     , m_updateTimer(this) {
+    new WidgetEnding(this, [this] { iom.hangUp(); });
     ui.setupUi(this);
     scaleFormToDpi(*this);
     m_icon_lock.addFile(QStringLiteral(":/lock.png"));
@@ -91,13 +93,12 @@ int MtSettingsDlg::update_and_exec() {
     m_isRunning = true;
     onShowDlg();
     const QPointer<MtSettingsDlg> self(this);
-    const int result = exec();
+    const int result = runModally(*this, iom);
     if (self.isNull()) {
         return result;
     }
     // The application quits or the host has hidden the dialog: none of the close paths was taken.
     if (isVisible()) {
-        makeModalAgainAfterQuit(*this);
         reject();
     } else {
         restoreCounts();
@@ -118,7 +119,7 @@ void MtSettingsDlg::onShowDlg() {
                       ui.doubleSpinBox_tipTolerance, ui.checkBox_startSimulation,
                       ui.checkBox_useOldOutputFormat);
     } else {
-        setWindowIcon(m_parent != nullptr ? m_parent->windowIcon() : QIcon());
+        setWindowIcon(m_parent.isNull() ? QIcon() : m_parent->windowIcon());
     }
     if (!isMtAvailable()) {
         // What the last showing has left behind is not to be assigned.

@@ -2,12 +2,14 @@
 
 #include "SourceFiles/doublespinboxdelegate.h"
 #include "general/hostlink.h"
+#include "general/hostpointer.h"
 #include "host_api/requester.h"
 #include "ui_mtsettingsdlg.h"
 
 #include <QDialog>
 #include <QIcon>
 #include <QList>
+#include <QPointer>
 #include <QTimer>
 
 #include <functional>
@@ -184,9 +186,9 @@ private:
     void writeOutputFormat();
 
     Ui_MtSettingsDlgClass ui;
-    IOManager* iom;
-    BackendVersions* beVers;
-    QWidget* m_parent;
+    HostPointer iom;
+    VersionsPointer beVers;
+    QPointer<QWidget> m_parent;
     bool bUserAction = false; ///< value changes come from the user, not from the dialog itself
     int m_iPrimaryNumberOfMeaBodies = 0; ///< what cancel restores
     int m_iNumberOfMeaBodies = 0;        ///< as the controller says; loops go to toolCount()

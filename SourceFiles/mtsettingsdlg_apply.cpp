@@ -17,7 +17,7 @@ struct PointParameter {
     const char* failure;
 };
 
-void write(IOManager* iom, int tools, const PointParameter& parameter) {
+void write(const HostPointer& iom, int tools, const PointParameter& parameter) {
     for (int number = 1; number <= tools; ++number) {
         double current = 0.0;
         if (iom->get_parameter_double(&current, parameter.query, number) != 0) {

@@ -18,7 +18,8 @@ int truncated(double value) {
 }
 
 // The value of a query, or its default when the query has failed or brought no number.
-double readOr(double fallback, int result, double value, IOManager* iom, const char* failure) {
+double readOr(double fallback, int result, double value, const HostPointer& iom,
+              const char* failure) {
     if (result == 0 && std::isfinite(value)) {
         return value;
     }

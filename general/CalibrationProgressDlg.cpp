@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using hostlink::Reply;
 using namespace replyreading;
@@ -30,12 +31,12 @@ constexpr double percent = 100.0;
 
 } // namespace
 
-CalibrationProgressDlg::CalibrationProgressDlg(IOManager* host, QWidget* parent,
-                                               BackendVersions* versions, bool twoStepCalibration,
-                                               bool remainingTime)
+CalibrationProgressDlg::CalibrationProgressDlg(HostPointer host, QWidget* parent,
+                                               const BackendVersions* versions,
+                                               bool twoStepCalibration, bool remainingTime)
     : QDialog(parent)
-    , iom(hostlink::orDisconnected(host))
-    , bv(versions)
+    , iom(std::move(host))
+    , bv(versions, iom)
     , uiCalPause1(defaultPause)
     , uiCalPause2(defaultPause)
     , m_bTwoStepCalavailable(twoStepCalibration)
@@ -162,12 +163,11 @@ bool CalibrationProgressDlg::startProcedure() {
 
 int CalibrationProgressDlg::run() {
     const QPointer<QDialog> self = this;
-    const int result = exec();
+    const int result = runModally(*this, iom);
     if (self.isNull()) {
         return 0;
     }
     if (isVisible()) {
-        makeModalAgainAfterQuit(*this);
         reject(); // the application quits: nobody has closed the dialog
     }
     return result;
@@ -287,7 +287,7 @@ CalibrationProgressDlg::Counted CalibrationProgressDlg::count(const Countdown& p
     const QPointer<QDialog> self = this;
     pause.endWith(this, &QDialog::finished);
     m_counting = true;
-    const int result = pause->exec();
+    const int result = pause.run(iom);
     if (self.isNull()) {
         return Counted::Over;
     }
@@ -356,7 +356,7 @@ void CalibrationProgressDlg::fail(const QString& error) {
     box->setObjectName(QStringLiteral("messageBox_calibrationError"));
     box->setTextFormat(Qt::PlainText);
     box.endWith(this, &QDialog::finished);
-    box->exec();
+    box.run(iom);
     if (!self.isNull() && !m_cancelled) {
         done(Rejected);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "general/hostpointer.h"
 #include "general/modalrun.h"
 #include "ui_calibrationprogressdlg.h"
 
@@ -10,7 +11,6 @@
 
 class BackendVersions;
 class CountdownDlg;
-class IOManager;
 
 /// Runs one calibration procedure of the controller from start to end: describes it, starts it,
 /// follows it every 200 ms, counts down the pauses between its steps, reports errors and stops it
@@ -32,8 +32,8 @@ class CalibrationProgressDlg : public QDialog, private Ui::CalibrationProgressDi
     Q_OBJECT
 
 public:
-    /// `iom` and `versions` stay the host's. The countdowns get the same `parent` as this dialog.
-    CalibrationProgressDlg(IOManager* iom, QWidget* parent, BackendVersions* versions,
+    /// `host` and `versions` stay the host's. The countdowns get the same `parent` as this dialog.
+    CalibrationProgressDlg(HostPointer host, QWidget* parent, const BackendVersions* versions,
                            bool twoStepCalibration, bool showRemainingTime);
 
     /// Starts the procedure of this type and runs the dialog. Non-zero when the procedure ran to
@@ -91,8 +91,8 @@ private:
     static double step_prog;
     static int iCount;
 
-    IOManager* iom;
-    BackendVersions* bv;
+    HostPointer iom;
+    VersionsPointer bv;
     QTimer timer;
     QByteArray cal_id;
     int num_steps = 1;

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "general/hostpointer.h"
+
 #include <QString>
 
 #include <array>
 
 class BackendVersions;
-class IOManager;
 
 /// How the module's dialogs talk to the host: one reply buffer, one log line, one version gate and
 /// the three queries that every dialog shares. All functions run on the GUI thread.
@@ -40,26 +41,23 @@ inline constexpr int mostBodies = 255;
 inline constexpr const char* ok = "kestrel2 ok";
 
 /// Writes one line into the host's log, with the category, source and level of all module messages.
-void log(IOManager* iom, const QString& text);
+void log(const HostPointer& iom, const QString& text);
 
 /// The same with `value` filled into "%1" of the text; the value itself is not searched for
 /// placeholders.
-void log(IOManager* iom, const char* text, const QString& value);
-
-/// `iom` itself, or a host whose operations all fail when a host gave none.
-IOManager* orDisconnected(IOManager* iom);
+void log(const HostPointer& iom, const char* text, const QString& value);
 
 /// True when the controller's protocol is at least major.minor.0; an unknown patch (-1) passes.
 /// No version record at all does not.
 bool protocolPasses(const BackendVersions* versions, int major, int minor);
 
 /// "measurementtool available"; false on any doubt and below protocol 1.3, without asking.
-bool isMtAvailable(IOManager* iom, const BackendVersions* versions);
+bool isMtAvailable(const HostPointer& iom, const BackendVersions* versions);
 
 /// "tracking available"; true on any doubt and below protocol 0.17, without asking.
-bool isTrackingAvailable(IOManager* iom, const BackendVersions* versions);
+bool isTrackingAvailable(const HostPointer& iom, const BackendVersions* versions);
 
 /// "config is_changeable" answered "no"; false on any doubt and below protocol 1.9, without asking.
-bool isConfigLocked(IOManager* iom, const BackendVersions* versions);
+bool isConfigLocked(const HostPointer& iom, const BackendVersions* versions);
 
 } // namespace hostlink

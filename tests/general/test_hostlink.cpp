@@ -220,14 +220,8 @@ private Q_SLOTS:
         QCOMPARE(host.logTexts(), std::vector<std::string>{"Error: Unable to set it = 50%1 %s"});
     }
 
-    void aHostThatIsThereIsUsed() {
-        ScriptedHost host;
-        QCOMPARE(hostlink::orDisconnected(&host), static_cast<IOManager*>(&host));
-    }
-
     void aMissingHostAnswersNothing() {
-        IOManager* const host = hostlink::orDisconnected(nullptr);
-        QVERIFY(host != nullptr);
+        const HostPointer host = nullptr;
         char reply[200] = "before";
         int i = 7;
         double d = 7.0;
