@@ -13,6 +13,18 @@ namespace {
 
 using Objects = QList<QPointer<QObject>>;
 
+// Has the event loop delete an object. Not by the object's own deleteLater(): that works once, and
+// its owner may have used it up.
+class Late final : public QObject {
+public:
+    explicit Late(QObject* object)
+        : m_object(object) {}
+    ~Late() override { delete m_object.data(); }
+
+private:
+    QPointer<QObject> m_object;
+};
+
 struct State {
     int operations = 0;
     int endings = 0;
@@ -37,8 +49,9 @@ void schedule(Objects& objects) {
     scheduled.removeAll(QPointer<QObject>());
     for (const QPointer<QObject>& object : std::exchange(objects, Objects())) {
         if (!object.isNull()) {
-            object->deleteLater();
-            scheduled.append(object);
+            auto* const late = new Late(object);
+            late->deleteLater();
+            scheduled.append(late);
         }
     }
 }

@@ -39,8 +39,8 @@ bool WidgetEnding::hasBegun(const QWidget* widget) {
 bool WidgetEnding::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ParentChange) {
         followParent();
-    } else if (event->type() == QEvent::DeferredDelete && !m_begun && underway::isOperation()) {
-        begin(); // a host's deleteLater(), in an event loop inside an operation
+    } else if (event->type() == QEvent::DeferredDelete && (m_begun || underway::isOperation())) {
+        begin(); // somebody's deleteLater(), come due inside an operation
         return true;
     }
     return QObject::eventFilter(watched, event);

@@ -284,6 +284,24 @@ private Q_SLOTS:
         f.module.exit_module();
     }
 
+    void aWindowThatGoesWithoutAWordLeavesNoRegistration() {
+        ModuleFixture f;
+        auto window = std::make_unique<QMainWindow>();
+        f.module.set_param("ModuleParent",
+                           QVariant::fromValue(static_cast<QWidget*>(window.get())));
+        auto* const dock = content<QDockWidget>(f.module.get_gui_elements().constLast());
+        window->addDockWidget(Qt::BottomDockWidgetArea, dock);
+        window->show();
+        QVERIFY(!f.controller.host.requesters("6dmt2").empty());
+        QVERIFY(!f.controller.host.measurementRequesters().empty());
+        window.reset();
+        QVERIFY(f.controller.host.requesters("6dmt2").empty());
+        QVERIFY(f.controller.host.measurementRequesters().empty());
+        f.controller.host.stopMeasurement();
+        f.module.about_to_exit_module();
+        f.module.exit_module();
+    }
+
     void imagesAreThere_data() {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QSize>("size");

@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QPluginLoader>
 #include <QTableWidget>
+#include <QTimer>
 #include <QtTest>
 
 namespace {
@@ -129,6 +130,20 @@ private Q_SLOTS:
         Loaded f;
         f.setUp(false);
         QCOMPARE(f.module->get_gui_elements().size(), 3);
+    }
+
+    void unloadingWithAStartPendingLeavesNothingBehind() {
+        constexpr int longAfterTheStartMs = 50;
+        Loaded f;
+        f.setUp(true);
+        f.module->get_gui_elements();
+        f.host.startMeasurement();
+        QVERIFY(f.unload());
+        QVERIFY(!isMapped());
+        QTimer later;
+        later.setSingleShot(true);
+        later.start(longAfterTheStartMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!later.isActive(), patienceMs);
     }
 
     void unloadingUnmapsAndLoadingAgainWorks() {
