@@ -273,7 +273,8 @@ void MtCalibrationDlg::refuse() {
     const ModalRun<QMessageBox> box(QMessageBox::Critical, tr("Measurement Tool Calibration"),
                                     tr("Measurement Tool calibration is not available"),
                                     QMessageBox::Ok, this);
-    box->setObjectName(QStringLiteral("messageBox_notAvailable"));
+    // No QStringLiteral: who keeps the name may live longer than the library.
+    box->setObjectName(QLatin1String("messageBox_notAvailable"));
     box.endWith(this, &MtCalibrationDlg::aboutToClose);
     box.run(iom);
 }

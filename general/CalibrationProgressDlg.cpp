@@ -353,7 +353,8 @@ void CalibrationProgressDlg::fail(const QString& error) {
     const QPointer<QDialog> self = this;
     const ModalRun<QMessageBox> box(QMessageBox::Critical, tr("Calibration Error"),
                                     tr(error.toUtf8().constData()), QMessageBox::Ok, this);
-    box->setObjectName(QStringLiteral("messageBox_calibrationError"));
+    // No QStringLiteral: who keeps the name may live longer than the library.
+    box->setObjectName(QLatin1String("messageBox_calibrationError"));
     box->setTextFormat(Qt::PlainText);
     box.endWith(this, &QDialog::finished);
     box.run(iom);

@@ -86,7 +86,7 @@ QString sweepEndings(const QString& name, EndBy endBy,
                      const std::function<void(EndingHost&)>& flow);
 
 /// A row for each way to end each of these flows, in the order of the ways, in the columns "endBy",
-/// "flow" (its index) and "name".
-void addEndingRows(const QStringList& flows);
+/// "flow" (its index) and "name"; with or without EndBy::DeleteLater.
+void addEndingRows(const QStringList& flows, bool deleteLater = true);
 
 Q_DECLARE_METATYPE(EndBy)

@@ -67,7 +67,10 @@ class TestEndingsDisplay : public QObject {
 private Q_SLOTS:
     void initTestCase() { QGuiApplication::setQuitOnLastWindowClosed(false); }
 
-    void theHostMayEndTheDisplayInsideAnyCall_data() { addEndingRows({QStringLiteral("display")}); }
+    void theHostMayEndTheDisplayInsideAnyCall_data() {
+        // Whoever forces what is due while Qt shows the dock takes its children from under Qt.
+        addEndingRows({QStringLiteral("display")}, false);
+    }
     void theHostMayEndTheDisplayInsideAnyCall() {
         QFETCH(EndBy, endBy);
         const auto flow = [](EndingHost& host) { live(host); };
