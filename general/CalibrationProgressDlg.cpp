@@ -4,6 +4,7 @@
 #include "general/dpiscaling.h"
 #include "general/growtofit.h"
 #include "general/hostlink.h"
+#include "general/openbeside.h"
 #include "general/replyreading.h"
 #include "host_api/iomanager.h"
 
@@ -379,6 +380,9 @@ bool CalibrationProgressDlg::event(QEvent* event) {
     const bool handled = QDialog::event(event);
     if (event->type() == QEvent::Show || event->type() == QEvent::LayoutRequest) {
         growToFit(*this);
+    }
+    if (event->type() == QEvent::Show && !event->spontaneous()) {
+        openBeside(*this); // the caller's picture shows what is to be done meanwhile
     }
     return handled;
 }
