@@ -1,7 +1,7 @@
 #include "SourceFiles/mtdatadisplay_cells.h"
 
 #include "SourceFiles/bodytexts.h"
-#include "SourceFiles/mtdatadisplay_delegate.h"
+#include "SourceFiles/mtdatadisplay_plaincelldelegate.h"
 #include "general/dpiscaling.h"
 
 #include <QBrush>
@@ -83,14 +83,14 @@ void setUp(QTableWidget* table, const Column* columns, int count, int firstValue
     table->horizontalHeader()->setStretchLastSection(true);
     table->verticalHeader()->hide();
     table->setRowCount(0);
-    const auto* const delegate = new TrackingCellDelegate(table);
+    const auto* const delegate = new PlainCellDelegate(table);
     fit(table, columns, count);
     QObject::connect(delegate, &QAbstractItemDelegate::sizeHintChanged, table,
                      [table, columns, count] { fit(table, columns, count); });
 }
 
 void widen(QTableWidget* table, int row, int column) {
-    const auto* const delegate = qobject_cast<TrackingCellDelegate*>(table->itemDelegate());
+    const auto* const delegate = qobject_cast<PlainCellDelegate*>(table->itemDelegate());
     const int needed = delegate != nullptr ? delegate->widthOf(row, column) : 0;
     if (needed > table->columnWidth(column)) {
         table->setColumnWidth(column, needed);

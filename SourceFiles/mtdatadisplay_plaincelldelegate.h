@@ -14,13 +14,13 @@ class QTableWidget;
 /// body name) and tables in a window with a style sheet are left to the stock delegate.
 ///
 /// It says sizeHintChanged() for all cells when the table's font or style has changed.
-class TrackingCellDelegate : public QStyledItemDelegate {
+class PlainCellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
     /// Becomes the table's delegate and its child.
-    explicit TrackingCellDelegate(QTableWidget* table);
-    ~TrackingCellDelegate() override;
+    explicit PlainCellDelegate(QTableWidget* table);
+    ~PlainCellDelegate() override;
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;

@@ -1,4 +1,4 @@
-#include "SourceFiles/mtdatadisplay_delegate.h"
+#include "SourceFiles/mtdatadisplay_plaincelldelegate.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-struct TrackingCellDelegate::Look {
+struct PlainCellDelegate::Look {
     QSize sizeOf(const NumberGlyphs::Extent& text) const {
         return QSize(static_cast<int>(std::ceil(text.width)) + 2 * margin,
                      static_cast<int>(std::ceil(glyphs.height())));
@@ -29,17 +29,17 @@ struct TrackingCellDelegate::Look {
     int margin; ///< beside a text
 };
 
-TrackingCellDelegate::TrackingCellDelegate(QTableWidget* table)
+PlainCellDelegate::PlainCellDelegate(QTableWidget* table)
     : QStyledItemDelegate(table)
     , m_table(table) {
     table->setItemDelegate(this);
     table->installEventFilter(this);
 }
 
-TrackingCellDelegate::~TrackingCellDelegate() = default;
+PlainCellDelegate::~PlainCellDelegate() = default;
 
 // The table's events alone: its cells have no editors, whose events would also come here.
-bool TrackingCellDelegate::eventFilter(QObject* /*object*/, QEvent* event) {
+bool PlainCellDelegate::eventFilter(QObject* /*object*/, QEvent* event) {
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
         m_look.reset();
         Q_EMIT sizeHintChanged(QModelIndex());
@@ -47,7 +47,7 @@ bool TrackingCellDelegate::eventFilter(QObject* /*object*/, QEvent* event) {
     return false;
 }
 
-TrackingCellDelegate::Look& TrackingCellDelegate::look(const QFont& font) const {
+PlainCellDelegate::Look& PlainCellDelegate::look(const QFont& font) const {
     if (!m_look || m_look->glyphs.font() != font) {
         const QStyle* const style = m_table->style();
         const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_table) + 1;
@@ -56,7 +56,7 @@ TrackingCellDelegate::Look& TrackingCellDelegate::look(const QFont& font) const 
     return *m_look;
 }
 
-int TrackingCellDelegate::widthOf(int row, int column) const {
+int PlainCellDelegate::widthOf(int row, int column) const {
     const QTableWidgetItem* const item = m_table->item(row, column);
     if (item == nullptr) {
         return 0;
@@ -69,17 +69,17 @@ int TrackingCellDelegate::widthOf(int row, int column) const {
     return m_table->sizeHintForIndex(m_table->model()->index(row, column)).width();
 }
 
-bool TrackingCellDelegate::hostHasNoStyleSheet() const {
+bool PlainCellDelegate::hostHasNoStyleSheet() const {
     return !m_table->parentWidget()->testAttribute(Qt::WA_StyleSheet);
 }
 
-bool TrackingCellDelegate::isPlain(const QStyleOptionViewItem& option) const {
+bool PlainCellDelegate::isPlain(const QStyleOptionViewItem& option) const {
     return (option.state & ~QStyle::State_Active) == QStyle::State_Enabled &&
            option.direction == Qt::LeftToRight && hostHasNoStyleSheet();
 }
 
-void TrackingCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                                 const QModelIndex& index) const {
+void PlainCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
     const QTableWidgetItem* const item = m_table->item(index.row(), index.column());
     if (!isPlain(option)) {
         QStyledItemDelegate::paint(painter, option, index);
