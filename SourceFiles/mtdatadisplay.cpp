@@ -177,7 +177,7 @@ void MtDataDisplay::set_mea_started() {
 void MtDataDisplay::set_mea_stopped() {
     {
         const std::lock_guard<std::mutex> lock(parserMutex);
-        ++stopCount;
+        ++currentGeneration;
         pendingStarts = 0;
         parser.reset();
     }
@@ -199,79 +199,79 @@ void MtDataDisplay::tellGuiThread() {
     }
 }
 
-// A stranger's event does no harm: then there is nothing to follow.
+// Not asked for its type: following without news does nothing.
 void MtDataDisplay::customEvent(QEvent* /*event*/) {
     followMeasurement();
 }
 
 void MtDataDisplay::followMeasurement() {
     Q_ASSERT(QThread::currentThread() == thread());
-    unsigned stops = 0;
+    unsigned generation = 0;
     int starts = 0;
     {
         const std::lock_guard<std::mutex> lock(parserMutex);
-        stops = stopCount;
+        generation = currentGeneration;
         starts = std::exchange(pendingStarts, 0);
         guiIsTold = false;
     }
-    clearAfterStop(stops);
+    clearAfterStop(generation);
     for (int i = 0; i < starts; ++i) {
         // Not QTimer::singleShot(): its timer would outlive the display, and with it what it is to
         // call, though the library may be gone by then.
         auto* const delay = new QTimer(this);
         delay->setSingleShot(true);
-        connect(delay, &QTimer::timeout, this, [this, delay, stops] {
+        connect(delay, &QTimer::timeout, this, [this, delay, generation] {
             delay->deleteLater();
-            startUnlessStopped(stops);
+            startUnlessStopped(generation);
         });
         delay->start(startDelayMs);
     }
 }
 
-void MtDataDisplay::clearAfterStop(unsigned stops) {
+void MtDataDisplay::clearAfterStop(unsigned generation) {
     Q_ASSERT(QThread::currentThread() == thread());
-    if (clearedStops == stops) {
+    if (shownGeneration == generation) {
         return;
     }
-    clearedStops = stops;
+    shownGeneration = generation;
     timer.stop();
     ui.tableWidget6dmt->setRowCount(0);
     ui.tableWidget6dmtref->setRowCount(0);
 }
 
-bool MtDataDisplay::stoppedSince(unsigned stops) {
+bool MtDataDisplay::stoppedSince(unsigned generation) {
     const std::lock_guard<std::mutex> lock(parserMutex);
-    return stopCount != stops;
+    return currentGeneration != generation;
 }
 
 void MtDataDisplay::set_mea_started_deferred() {
-    unsigned stops = 0;
+    unsigned generation = 0;
     {
         const std::lock_guard<std::mutex> lock(parserMutex);
-        stops = stopCount;
+        generation = currentGeneration;
     }
-    startUnlessStopped(stops);
+    startUnlessStopped(generation);
 }
 
-void MtDataDisplay::startUnlessStopped(unsigned stops) {
+void MtDataDisplay::startUnlessStopped(unsigned generation) {
     Q_ASSERT(QThread::currentThread() == thread());
-    if (stoppedSince(stops)) {
+    if (stoppedSince(generation)) {
         return;
     }
-    clearAfterStop(stops);
+    clearAfterStop(generation);
     if (!bIsMtAvailable) {
         bIsMtAvailable = isMtAvailable();
     }
     checkDesiredOutput6dmt();
     checkActivateChmon6dmt();
-    if (takeLinesUnlessStopped(stops)) {
+    if (takeLinesUnlessStopped(generation)) {
         timer.start();
     }
 }
 
-bool MtDataDisplay::takeLinesUnlessStopped(unsigned stops) {
+bool MtDataDisplay::takeLinesUnlessStopped(unsigned generation) {
     const std::lock_guard<std::mutex> lock(parserMutex);
-    if (stopCount != stops) {
+    if (currentGeneration != generation) {
         return false; // stopped while the host was asked
     }
     if (!parser) {
@@ -302,11 +302,11 @@ void MtDataDisplay::copyRecords(std::vector<Record>& records, int (KestrelParser
 bool MtDataDisplay::fillNewRows(QTableWidget* table, int rows,
                                 bool (MtDataDisplay::*fill)(int, unsigned)) {
     Q_ASSERT(QThread::currentThread() == thread());
-    const unsigned stops = clearedStops;
+    const unsigned generation = shownGeneration;
     table->clearContents();
     table->setRowCount(rows);
     for (int row = 0; row < rows; ++row) {
-        if (!(this->*fill)(row, stops)) {
+        if (!(this->*fill)(row, generation)) {
             return false;
         }
     }

@@ -86,10 +86,10 @@ private:
     void sizeBodyLists();
     void tellGuiThread();
     void followMeasurement();
-    void clearAfterStop(unsigned stops);
-    void startUnlessStopped(unsigned stops);
-    bool stoppedSince(unsigned stops);
-    bool takeLinesUnlessStopped(unsigned stops);
+    void clearAfterStop(unsigned generation);
+    void startUnlessStopped(unsigned generation);
+    bool stoppedSince(unsigned generation);
+    bool takeLinesUnlessStopped(unsigned generation);
     void copyTools();
     void copyReferences();
     template <class Record>
@@ -99,8 +99,8 @@ private:
     /// Empties a table and fills so many new rows. False, as from the two `fill` functions, when a
     /// stop emptied the tables while the host was asked.
     bool fillNewRows(QTableWidget* table, int rows, bool (MtDataDisplay::*fill)(int, unsigned));
-    bool fillMeaBody(int row, unsigned stops);
-    bool fillRefBody(int row, unsigned stops);
+    bool fillMeaBody(int row, unsigned generation);
+    bool fillRefBody(int row, unsigned generation);
     trackingcells::RowContent contentOfTool(int row) const;
     trackingcells::RowContent contentOfReference(int row) const;
     trackingcells::BodyState referenceState(int row) const; ///< of the tool's reference
@@ -127,12 +127,12 @@ private:
     /// Guards ascii_buf, parser and the next three. Held for moments only: never while the host is
     /// asked or a widget is touched.
     std::mutex parserMutex;
-    unsigned stopCount = 0; ///< a start is void once this has moved on
-    int pendingStarts = 0;  ///< starts that the GUI thread has not seen yet
-    bool guiIsTold = false; ///< an event for the GUI thread is on its way
+    unsigned currentGeneration = 0; ///< moves on with each stop; what began before is void
+    int pendingStarts = 0;          ///< starts that the GUI thread has not seen yet
+    bool guiIsTold = false;         ///< an event for the GUI thread is on its way
 
     // GUI thread only.
-    unsigned clearedStops = 0; ///< the stops that the tables have followed
+    unsigned shownGeneration = 0; ///< the one whose rows the tables show
     std::vector<KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d> tools; ///< copies to paint from
     std::vector<KestrelSDK_Datatypes::Kestrel_MeaRef_Type_d> references;
     SettledRows<trackingcells::RowContent> settledTools;

@@ -55,9 +55,9 @@ void MtDataDisplay::updateDisplayRefBodies() {
     }
 }
 
-bool MtDataDisplay::fillRefBody(int row, unsigned stops) {
+bool MtDataDisplay::fillRefBody(int row, unsigned generation) {
     const bool calibrated = setInfoRefBodyCalibrated(row);
-    if (clearedStops != stops) {
+    if (shownGeneration != generation) {
         return false;
     }
     QTableWidget* const table = ui.tableWidget6dmtref;

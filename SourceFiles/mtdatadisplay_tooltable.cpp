@@ -75,10 +75,10 @@ void MtDataDisplay::updateDisplayMeaBodies() {
     }
 }
 
-bool MtDataDisplay::fillMeaBody(int row, unsigned stops) {
+bool MtDataDisplay::fillMeaBody(int row, unsigned generation) {
     const QString reference = getRefBodyForMeaBody(row);
-    const bool calibrated = clearedStops == stops && setInfoMeaBodyCalibrated(row);
-    if (clearedStops != stops) {
+    const bool calibrated = shownGeneration == generation && setInfoMeaBodyCalibrated(row);
+    if (shownGeneration != generation) {
         return false;
     }
     QTableWidget* const table = ui.tableWidget6dmt;

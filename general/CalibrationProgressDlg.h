@@ -21,10 +21,11 @@ class CountdownDlg;
 /// single-step, by "status active"          two-step, by "status step_active"
 ///   cal   progress; a new step counts 5 s    cal 1, cal 2  progress
 ///   none  accept                             pause 1       countdown, go on
-///   err   error box, 0                       pause 2       countdown, "kestrel2 cal T start_step
-///   s02"
+///   err   error box, 0                       pause 2       countdown, start step 2
 ///                                            none          accept
 ///                                            err           tracking start, stop; error box, 0
+///
+/// Step 2 starts by "kestrel2 cal T start_step s02".
 ///
 /// Two-step is on when it is asked for and the controller reports two steps with a pause before
 /// each. Cancel, Escape and closing send "kestrel2 cal T stop" in every state and give 0.

@@ -18,7 +18,7 @@ public:
     void setMessage(QString text, int seconds);
 
 public Q_SLOTS:
-    /// One second has passed.
+    /// Called every second: shows one less and accepts at the end.
     void updateCountdown();
 
 protected:
