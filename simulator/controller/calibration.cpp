@@ -274,11 +274,10 @@ void Calibration::fail(const std::string& reason, double now) {
 }
 
 void Calibration::advance(double now) {
-    Stage before = m_stage;
-    do {
+    for (Stage before = Stage::Idle; before != m_stage;) {
         before = m_stage;
         advanceStage(now);
-    } while (m_stage != before);
+    }
 }
 
 void Calibration::advanceStage(double now) {

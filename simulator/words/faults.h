@@ -32,6 +32,7 @@ public:
 private:
     // One more command has come: whether it is one that the misbehaviour concerns.
     bool countTowards(Misbehaviour id);
+    // Whether the command comes for the first time; from now on it does not.
     bool isFirstTry(std::string_view command);
 
     Misbehaviours& m_misbehaviours;
