@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <csignal>
 #include <memory>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -309,30 +310,33 @@ void TestSimulatorProcess::acceptsAgainAfterItRanOutOfDescriptors_data() {
 // A crowd takes all descriptors that there are; when it has gone, others are welcome.
 void TestSimulatorProcess::acceptsAgainAfterItRanOutOfDescriptors() {
     QFETCH(bool, atOnce);
-    constexpr int limit = 20;
-    m_process->start(QStringLiteral("/bin/sh"),
-                     {QStringLiteral("-c"),
-                      QStringLiteral("ulimit -n %1 && exec \"$0\" --port 0").arg(limit),
-                      QStringLiteral(SIMULATOR_PROGRAM)});
-    const quint16 port = listeningPort();
+    constexpr int served = 6;
+    const quint16 port = startListening();
     QVERIFY(port != 0);
     const auto id = static_cast<pid_t>(m_process->processId());
+    int limit = 0;
+    while (limit - descriptorsBelow(limit) < served) {
+        ++limit;
+    }
+    const auto allowed = static_cast<rlim_t>(limit);
+    const rlimit lowered = {allowed, allowed};
+    QCOMPARE(::prlimit(id, RLIMIT_NOFILE, &lowered, nullptr), 0);
     QCOMPARE(::kill(id, atOnce ? SIGSTOP : SIGCONT), 0);
     std::vector<std::unique_ptr<Client>> crowd;
-    for (int i = 0; i < limit; ++i) {
+    for (int i = 0; i < 3 * served; ++i) {
         crowd.push_back(std::make_unique<Client>(port));
         QVERIFY(crowd.back()->isConnected());
     }
     QCOMPARE(::kill(id, SIGCONT), 0);
     QTRY_COMPARE_WITH_TIMEOUT(descriptorsBelow(limit), limit, timeoutMs);
 
-    Client& served = *crowd.front();
-    QCOMPARE(served.ask("sim misbehave slow 1000"), QByteArray("kestrel2 ok"));
+    Client& first = *crowd.front();
+    QCOMPARE(first.ask("sim misbehave slow 1000"), QByteArray("kestrel2 ok"));
     const int before = processorTicks();
-    QCOMPARE(served.ask("get status active"), QByteArray("kestrel2 set status active none"));
+    QCOMPARE(first.ask("get status active"), QByteArray("kestrel2 set status active none"));
     const int ticks = processorTicks() - before;
     QVERIFY2(ticks < 10, "it is busy while it waits");
-    QCOMPARE(served.ask("sim behave"), QByteArray("kestrel2 ok"));
+    QCOMPARE(first.ask("sim behave"), QByteArray("kestrel2 ok"));
 
     crowd.clear();
     Client client(port);
