@@ -5,7 +5,6 @@
 #include "general/hostlink.h"
 #include "general/modalrun.h"
 #include "general/widgetending.h"
-#include "host_api/iomanager.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -31,6 +30,11 @@ MtSettingsDlg::MtSettingsDlg(IOManager* manager, QWidget* parent, BackendVersion
     , iom(manager)
     , beVers(versions, iom)
     , m_parent(parent)
+    , tools(iom, BodyCount::Tools)
+    , references(iom, BodyCount::References)
+    , radioDevices(iom, versions)
+    , assignments(iom, versions)
+    , parameters(iom, versions)
     , doubleSpinboxDelegate(nullptr)
     , m_updateTimer(this) {
     new WidgetEnding(this, [this] { iom.hangUp(); });
@@ -140,7 +144,7 @@ void MtSettingsDlg::onShowDlg() {
     updateSpinBoxStartAngle();
     updateDoubleSpinBoxStartLeadTime();
     updateCheckBoxUseOldOutputFormat();
-    enableControls(m_iNumberOfMeaBodies >= 1);
+    enableControls(tools.current() >= 1);
 
     updateTableMeaBodies(true);
     updateTableRefBodies();
@@ -187,7 +191,7 @@ void MtSettingsDlg::enableControls(bool enable) {
                   ui.doubleSpinBox_duration, ui.doubleSpinBox_tipTolerance,
                   ui.checkBox_startSimulation);
     enableStartSimulationControls(enable);
-    if (m_is_config_locked || protocolIsAtLeast(1, 13)) {
+    if (m_is_config_locked || parameters.hasOutputFormats()) {
         ui.checkBox_useOldOutputFormat->setEnabled(usable);
     }
 }
@@ -206,10 +210,6 @@ bool MtSettingsDlg::isMtAvailable() {
 
 bool MtSettingsDlg::is_config_locked() {
     return hostlink::isConfigLocked(iom, beVers);
-}
-
-bool MtSettingsDlg::protocolIsAtLeast(int major, int minor) const {
-    return hostlink::protocolPasses(beVers, major, minor);
 }
 
 void MtSettingsDlg::on_tabWidget_currentChanged(int /*index*/) {
@@ -240,46 +240,22 @@ void MtSettingsDlg::on_pushButton_cancel_clicked() {
 }
 
 void MtSettingsDlg::restoreCounts() {
-    if (m_iPrimaryNumberOfMeaBodies <= m_iNumberOfMeaBodies) {
-        restoreNumberOfTools();
-        restoreNumberOfReferences();
+    if (tools.primary() <= tools.current()) {
+        restoreCount(tools, ui.spinBox_noOfMeaBodies);
+        restoreCount(references, ui.spinBox_noOfRefBodies);
     } else {
-        restoreNumberOfReferences();
-        restoreNumberOfTools();
+        restoreCount(references, ui.spinBox_noOfRefBodies);
+        restoreCount(tools, ui.spinBox_noOfMeaBodies);
     }
 }
 
-void MtSettingsDlg::restoreNumberOfTools() {
-    const int primary = m_iPrimaryNumberOfMeaBodies;
-    if (primary == m_iNumberOfMeaBodies) {
-        return;
+void MtSettingsDlg::restoreCount(BodyCount& count, QSpinBox* spinBox) {
+    if (count.restore()) {
+        const bool before = bUserAction;
+        bUserAction = false;
+        spinBox->setValue(count.current());
+        bUserAction = before;
     }
-    if (iom->set_parameter("measurementtool number_of_tools %d", primary) != 0) {
-        hostlink::log(iom, "Error: Unable to set number of mea tools = %1",
-                      QString::number(primary));
-    }
-    m_iNumberOfMeaBodies = primary;
-    fillQuietly([&] { ui.spinBox_noOfMeaBodies->setValue(primary); });
-}
-
-void MtSettingsDlg::restoreNumberOfReferences() {
-    const int primary = m_iPrimaryNumberOfRefBodies;
-    if (primary == m_iNumberOfRefBodies) {
-        return;
-    }
-    if (iom->set_parameter("measurementtool number_of_references %d", primary) != 0) {
-        hostlink::log(iom, "Error: Unable to set number of references = %1",
-                      QString::number(primary));
-    }
-    m_iNumberOfRefBodies = primary;
-    fillQuietly([&] { ui.spinBox_noOfRefBodies->setValue(primary); });
-}
-
-void MtSettingsDlg::fillQuietly(const std::function<void()>& fill) {
-    const bool before = bUserAction;
-    bUserAction = false;
-    fill();
-    bUserAction = before;
 }
 
 void MtSettingsDlg::reject() {

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "SourceFiles/bodycount.h"
 #include "SourceFiles/doublespinboxdelegate.h"
+#include "SourceFiles/radiodevices.h"
+#include "SourceFiles/toolassignments.h"
+#include "SourceFiles/toolparameters.h"
 #include "general/hostlink.h"
 #include "general/hostpointer.h"
 #include "host_api/requester.h"
@@ -8,11 +12,8 @@
 
 #include <QDialog>
 #include <QIcon>
-#include <QList>
 #include <QPointer>
 #include <QTimer>
-
-#include <functional>
 
 class BackendVersions;
 class IOManager;
@@ -24,25 +25,7 @@ class MtSettingsDlg : public QDialog, public Requester {
     Q_OBJECT
 
 public:
-    /// A radio device as the controller names it; all texts empty: no device.
-    struct MtRadioDevice {
-        MtRadioDevice() = default;
-        MtRadioDevice(const QString& vendor_, const QString& model_, const QString& serial_,
-                      const QString& desc_)
-            : vendor(vendor_)
-            , model(model_)
-            , serial(serial_)
-            , desc(desc_) {}
-
-        QString vendor;
-        QString model;
-        QString serial; ///< at least 5 characters, padded with leading zeros
-        QString desc;   ///< for people; does not take part in comparisons
-
-        friend bool operator==(const MtRadioDevice& a, const MtRadioDevice& b) {
-            return a.vendor == b.vendor && a.model == b.model && a.serial == b.serial;
-        }
-    };
+    using MtRadioDevice = ::MtRadioDevice;
 
     static constexpr int MaxEntries = hostlink::mostBodies;
 
@@ -118,11 +101,8 @@ private:
     void enableStartSimulationControls(bool enable);
     bool isMtAvailable();
     bool is_config_locked();
-    bool protocolIsAtLeast(int major, int minor) const;
     void restoreCounts();
-    void restoreNumberOfTools();
-    void restoreNumberOfReferences();
-    void fillQuietly(const std::function<void()>& fill);
+    void restoreCount(BodyCount& count, QSpinBox* spinBox);
 
     // Tables
     static void setUpTable(QTableWidget* table, const QStringList& headers);
@@ -134,18 +114,12 @@ private:
     void followKeyboard();
 
     // Tools, references and assignments
-    int toolCount() const;
-    int referenceCount() const;
     void setupTableMeaBodies();
     void setupTableRefBodies();
     void updateSpinBoxNoOfMeaBodies();
     void updateSpinBoxNoOfRefBodies();
-    bool readMaxNumberOfMeaBodies();
-    bool readMaxNumberOfRefBodies();
+    static bool readMaximum(const BodyCount& count, QSpinBox* spinBox);
     void setupListAssingmentsMeaToRef();
-    void appendAssignmentsFromHub(int count);
-    void hideAssignmentsFrom(int firstHidden);
-    void restoreHiddenAssignments(int count);
     void updatePointMeasurement(int count);
     int getRefIdFromHub(int toolIndex);
     QString getRefBodyForMeaBody(int toolIndex) const;
@@ -159,7 +133,6 @@ private:
 
     // Radio devices
     void setupTablesDevices();
-    int numberOfDevicesOnHub();
     MtRadioDevice deviceInRow(int row) const;
 
     // Measurement parameters
@@ -176,32 +149,18 @@ private:
     void updateCheckBoxUseOldOutputFormat();
     void setDefaultStartMeaSimuValues();
     void setActualStartMeaSimuValues();
-
-    // Apply
-    void writeCounts();
-    void writeReferences();
-    void writeRadioDevices();
     void writePointMeasurement();
-    void writeStartSimulation();
-    void writeOutputFormat();
 
     Ui_MtSettingsDlgClass ui;
     HostPointer iom;
     VersionsPointer beVers;
     QPointer<QWidget> m_parent;
     bool bUserAction = false; ///< value changes come from the user, not from the dialog itself
-    int m_iPrimaryNumberOfMeaBodies = 0; ///< what cancel restores
-    int m_iNumberOfMeaBodies = 0;        ///< as the controller says; loops go to toolCount()
-    int m_iMaxNumberOfMeaBodies = 0;
-    int m_iPrimaryNumberOfRefBodies = 0;
-    int m_iNumberOfRefBodies = 0;
-    int m_iMaxNumberOfRefBodies = 0;
-    // Per tool; these lists grow with the number of tools and never shrink while the dialog is
-    // shown.
-    QList<int> m_listMeaBodyToRefBody;    ///< 0-based reference, -1 for none
-    QList<int> m_listMeaBodyToRefBodySic; ///< the same, remembered while fewer references hide it
-    QList<MtRadioDevice> m_listMtRadioDevices;
-    QList<double> m_listToolTipDiameter;     ///< mm
+    BodyCount tools;
+    BodyCount references;
+    RadioDevices radioDevices;
+    ToolAssignments assignments;
+    ToolParameters parameters;
     double m_dMeasurementDuration = 1.0;     ///< s
     double m_dMeasurementTipTolerance = 1.5; ///< mm
     bool m_bStartSimulation = false;

@@ -1,15 +1,10 @@
 #include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mtsettingsdlg.h"
 #include "general/dpiscaling.h"
-#include "general/hostlink.h"
-#include "host_api/iomanager.h"
-
-#include <algorithm>
 
 namespace {
 
 constexpr int modelExtraWidth = 85;
-constexpr int noReference = -1;
 constexpr int limitPerKind = 4; // of the warning alone; the maxima are the controller's
 
 // The first rule that holds decides.
@@ -38,14 +33,6 @@ QString bodyWarning(int tools, int maxTools, int references, int maxReferences) 
 
 } // namespace
 
-int MtSettingsDlg::toolCount() const {
-    return std::clamp(m_iNumberOfMeaBodies, 0, MaxEntries);
-}
-
-int MtSettingsDlg::referenceCount() const {
-    return std::clamp(m_iNumberOfRefBodies, 0, MaxEntries);
-}
-
 void MtSettingsDlg::setupTableMeaBodies() {
     QTableWidget* const table = ui.tableWidget_meaBodies;
     setUpTable(table,
@@ -60,88 +47,48 @@ void MtSettingsDlg::setupTableRefBodies() {
     setUpTable(ui.tableWidget_refBodies, {tr("Reference ID")});
 }
 
-bool MtSettingsDlg::readMaxNumberOfMeaBodies() {
-    int maximum = 0;
-    if (iom->get_parameter_int(&maximum, "measurementtool max_number_of_tools") != 0) {
-        return false;
+bool MtSettingsDlg::readMaximum(const BodyCount& count, QSpinBox* spinBox) {
+    const std::optional<int> maximum = count.readMaximum();
+    if (maximum) {
+        spinBox->setMaximum(*maximum);
     }
-    m_iMaxNumberOfMeaBodies = maximum;
-    ui.spinBox_noOfMeaBodies->setMaximum(std::max(0, maximum));
-    return true;
-}
-
-bool MtSettingsDlg::readMaxNumberOfRefBodies() {
-    int maximum = 0;
-    if (iom->get_parameter_int(&maximum, "measurementtool max_number_of_references") != 0) {
-        return false;
-    }
-    m_iMaxNumberOfRefBodies = maximum;
-    ui.spinBox_noOfRefBodies->setMaximum(std::max(0, maximum));
-    return true;
+    return maximum.has_value();
 }
 
 void MtSettingsDlg::updateSpinBoxNoOfMeaBodies() {
-    readMaxNumberOfMeaBodies();
-    int count = 0;
-    if (iom->get_parameter_int(&count, "measurementtool number_of_tools") == 0) {
-        m_iNumberOfMeaBodies = count;
-        m_iPrimaryNumberOfMeaBodies = count;
-        ui.spinBox_noOfMeaBodies->setValue(count);
+    readMaximum(tools, ui.spinBox_noOfMeaBodies);
+    if (tools.read()) {
+        ui.spinBox_noOfMeaBodies->setValue(tools.current());
     }
     update_max_body_num_warning();
 }
 
 void MtSettingsDlg::updateSpinBoxNoOfRefBodies() {
-    readMaxNumberOfRefBodies();
-    m_iNumberOfRefBodies = 0;
-    int count = 0;
-    if (iom->get_parameter_int(&count, "measurementtool number_of_references") == 0) {
-        m_iNumberOfRefBodies = count;
-        m_iPrimaryNumberOfRefBodies = count;
-        ui.spinBox_noOfRefBodies->setValue(count);
+    readMaximum(references, ui.spinBox_noOfRefBodies);
+    if (references.read()) {
+        ui.spinBox_noOfRefBodies->setValue(references.current());
     }
     update_max_body_num_warning();
 }
 
 int MtSettingsDlg::getRefIdFromHub(int toolIndex) {
-    hostlink::Reply reply;
-    const int result = iom->get_parameter_string(
-        reply.buffer(), "measurementtool reference_of_tool b%2.2d", toolIndex + 1);
-    if (result != 0 || reply.is("none")) {
-        return noReference;
-    }
-    return std::max(0, bodytexts::bodyNumber(reply.toString())) - 1;
+    return assignments.readReference(toolIndex);
 }
 
 void MtSettingsDlg::setupListAssingmentsMeaToRef() {
-    m_listMeaBodyToRefBody.clear();
-    m_listMeaBodyToRefBodySic.clear();
-    m_listMtRadioDevices.clear();
-    appendAssignmentsFromHub(toolCount());
-}
-
-void MtSettingsDlg::appendAssignmentsFromHub(int count) {
-    for (int i = m_listMeaBodyToRefBody.size(); i < std::min(count, MaxEntries); ++i) {
-        // All asked before anything is stored: a host may act on the dialog inside a question.
-        const int reference = getRefIdFromHub(i);
-        MtRadioDevice device;
-        getAssignedMtDeviceFromHub(i, device);
-        m_listMeaBodyToRefBody.append(reference);
-        m_listMeaBodyToRefBodySic.append(reference);
-        m_listMtRadioDevices.append(device);
-    }
+    assignments.read(tools.bounded());
 }
 
 QString MtSettingsDlg::getRefBodyForMeaBody(int toolIndex) const {
-    const int reference = m_listMeaBodyToRefBody.value(toolIndex, noReference);
+    const int reference = assignments.reference(toolIndex);
     return reference < 0 ? tr("none") : bodytexts::referenceName(reference);
 }
 
 void MtSettingsDlg::updateTableMeaBodies(bool /*unused*/) {
     QTableWidget* const table = ui.tableWidget_meaBodies;
-    resizeTable(table, toolCount());
+    resizeTable(table, tools.bounded());
     for (int row = 0; row < table->rowCount(); ++row) {
-        const MtRadioDevice device = m_listMtRadioDevices.value(row);
+        const MtRadioDevice device = assignments.device(row);
         setCell(table, row, IdColumn, bodytexts::toolName(row));
         setCell(table, row, DiameterColumn, DoubleSpinboxDelegate::textOf(getToolTipDiameter(row)),
                 CellStyle::Editable);
@@ -153,40 +100,36 @@ void MtSettingsDlg::updateTableMeaBodies(bool /*unused*/) {
 
 void MtSettingsDlg::updateTableRefBodies() {
     QTableWidget* const table = ui.tableWidget_refBodies;
-    resizeTable(table, referenceCount());
+    resizeTable(table, references.bounded());
     for (int row = 0; row < table->rowCount(); ++row) {
         setCell(table, row, 0, bodytexts::referenceName(row));
     }
 }
 
 void MtSettingsDlg::on_spinBox_noOfMeaBodies_valueChanged(int count) {
-    if (!bUserAction) {
+    if (!bUserAction || !tools.set(count)) {
         return;
     }
-    if (iom->set_parameter("measurementtool number_of_tools %d", count) != 0) {
-        hostlink::log(iom, "Error: Unable to set number of mea tools = %1", QString::number(count));
-        return;
-    }
-    const int before = m_iNumberOfMeaBodies;
-    if (readMaxNumberOfRefBodies()) {
+    const int before = tools.current();
+    if (readMaximum(references, ui.spinBox_noOfRefBodies)) {
         update_max_body_num_warning();
     }
-    if (m_iNumberOfMeaBodies != before) {
+    if (tools.current() != before) {
         return; // the new maximum has led to another change of this very number
     }
-    appendAssignmentsFromHub(count);
+    assignments.growTo(count);
     updatePointMeasurement(count);
     if (count > before) {
-        hideAssignmentsFrom(m_iNumberOfRefBodies);
+        assignments.hideFrom(references.current());
     }
-    m_iNumberOfMeaBodies = count;
+    tools.accept(count);
     refreshAfterAssignment();
 }
 
 void MtSettingsDlg::updatePointMeasurement(int count) {
     if (count == 0) {
         setDefaultStartMeaSimuValues();
-    } else if (m_iNumberOfMeaBodies == 0) {
+    } else if (tools.current() == 0) {
         updateDoubleSpinboxDuration();
         updateDoubleSpinBoxTipTolerance();
         updateCheckBoxStartSimulation();
@@ -199,26 +142,22 @@ void MtSettingsDlg::updatePointMeasurement(int count) {
 }
 
 void MtSettingsDlg::on_spinBox_noOfRefBodies_valueChanged(int count) {
-    if (!bUserAction) {
+    if (!bUserAction || !references.set(count)) {
         return;
     }
-    if (iom->set_parameter("measurementtool number_of_references %d", count) != 0) {
-        hostlink::log(iom, "Error: Unable to set number of mea tools = %1", QString::number(count));
-        return;
-    }
-    const int before = m_iNumberOfRefBodies;
-    if (readMaxNumberOfMeaBodies()) {
+    const int before = references.current();
+    if (readMaximum(tools, ui.spinBox_noOfMeaBodies)) {
         update_max_body_num_warning();
     }
-    if (m_iNumberOfRefBodies != before) {
+    if (references.current() != before) {
         return; // as above
     }
     if (count < before) {
-        hideAssignmentsFrom(count);
+        assignments.hideFrom(count);
     } else {
-        restoreHiddenAssignments(count);
+        assignments.restoreBelow(count, tools.bounded());
     }
-    m_iNumberOfRefBodies = count;
+    references.accept(count);
     updateListToolTipDiameter();
     updateTableMeaBodies(false);
     updateTableRefBodies();
@@ -228,35 +167,10 @@ void MtSettingsDlg::on_spinBox_noOfRefBodies_valueChanged(int count) {
     activateDeSelectButton();
 }
 
-void MtSettingsDlg::hideAssignmentsFrom(int firstHidden) {
-    for (int& reference : m_listMeaBodyToRefBody) {
-        if (reference >= firstHidden) {
-            reference = noReference;
-        }
-    }
-}
-
-void MtSettingsDlg::restoreHiddenAssignments(int count) {
-    for (int i = 0; i < m_listMeaBodyToRefBody.size(); ++i) {
-        if (m_listMeaBodyToRefBodySic.at(i) < count) {
-            m_listMeaBodyToRefBody[i] = m_listMeaBodyToRefBodySic.at(i);
-        }
-    }
-    for (int i = 0; i < std::min(toolCount(), m_listMeaBodyToRefBody.size()); ++i) {
-        if (m_listMeaBodyToRefBody.at(i) == noReference) {
-            m_listMeaBodyToRefBody[i] = getRefIdFromHub(i);
-            m_listMeaBodyToRefBodySic[i] = m_listMeaBodyToRefBody.at(i);
-        }
-    }
-}
-
 void MtSettingsDlg::update_max_body_num_warning() {
-    const int tools = ui.spinBox_noOfMeaBodies->value();
-    const int maxTools = ui.spinBox_noOfMeaBodies->maximum();
-    const int references = ui.spinBox_noOfRefBodies->value();
-    const int maxReferences = ui.spinBox_noOfRefBodies->maximum();
-
-    const QString text = bodyWarning(tools, maxTools, references, maxReferences);
+    const QString text =
+        bodyWarning(ui.spinBox_noOfMeaBodies->value(), ui.spinBox_noOfMeaBodies->maximum(),
+                    ui.spinBox_noOfRefBodies->value(), ui.spinBox_noOfRefBodies->maximum());
     ui.label_max_error->setText(text.isEmpty() ? text : bodytexts::redMessage(text));
 }
 
@@ -272,10 +186,10 @@ void MtSettingsDlg::activateSelectButton() {
     bool enable = false;
     if (tool >= 0 && isReferenceTabCurrent()) {
         const int reference = ui.tableWidget_refBodies->currentRow();
-        enable = reference >= 0 && reference != m_listMeaBodyToRefBody.value(tool, noReference);
+        enable = reference >= 0 && reference != assignments.reference(tool);
     } else if (tool >= 0) {
         const int row = ui.tableWidget_availableMt->currentRow();
-        enable = row >= 0 && !m_listMtRadioDevices.contains(deviceInRow(row));
+        enable = row >= 0 && !assignments.isAssigned(deviceInRow(row));
     }
     ui.pushButton_select->setEnabled(enable);
 }
@@ -296,7 +210,7 @@ void MtSettingsDlg::activateDeSelectButton() {
 
 void MtSettingsDlg::on_pushButton_select_clicked() {
     const int tool = ui.tableWidget_meaBodies->currentRow();
-    if (tool < 0 || tool >= m_listMeaBodyToRefBody.size()) {
+    if (!assignments.holds(tool)) {
         return;
     }
     if (isReferenceTabCurrent()) {
@@ -304,28 +218,26 @@ void MtSettingsDlg::on_pushButton_select_clicked() {
         if (reference < 0) {
             return;
         }
-        m_listMeaBodyToRefBodySic[tool] = reference;
-        m_listMeaBodyToRefBody[tool] = reference;
+        assignments.choose(tool, reference);
     } else {
         const int row = ui.tableWidget_availableMt->currentRow();
         if (row < 0) {
             return;
         }
-        m_listMtRadioDevices[tool] = deviceInRow(row);
+        assignments.choose(tool, deviceInRow(row));
     }
     refreshAfterAssignment();
 }
 
 void MtSettingsDlg::on_pushButton_deselect_clicked() {
     const int tool = ui.tableWidget_meaBodies->currentRow();
-    if (tool < 0 || tool >= m_listMeaBodyToRefBody.size()) {
+    if (!assignments.holds(tool)) {
         return;
     }
     if (isReferenceTabCurrent()) {
-        m_listMeaBodyToRefBodySic[tool] = noReference;
-        m_listMeaBodyToRefBody[tool] = noReference;
+        assignments.choose(tool, ToolAssignments::none);
     } else {
-        m_listMtRadioDevices[tool] = MtRadioDevice();
+        assignments.choose(tool, MtRadioDevice());
     }
     refreshAfterAssignment();
 }
