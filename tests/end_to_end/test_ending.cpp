@@ -3,7 +3,10 @@
 #include "workbench/commandlinerun.h"
 #include "workbench/window/mainwindow.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
