@@ -322,7 +322,7 @@ private Q_SLOTS:
     }
 
     void theFramesShareTheTip() {
-        const QPoint tip(125, 206);
+        const QPoint tip(125, 183);
         const QImage first(":/image1.png");
         for (const char* name : {":/image2.png", ":/image3.png", ":/image4.png"}) {
             const QImage other(name);
