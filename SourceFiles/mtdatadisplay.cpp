@@ -80,11 +80,13 @@ void MtDataDisplay::withdraw() {
 }
 
 void MtDataDisplay::showEvent(QShowEvent* event) {
+    const SiblingsKept kept(this);
     QWidget::showEvent(event);
     register6dmtRequest(true);
 }
 
 void MtDataDisplay::hideEvent(QHideEvent* event) {
+    const SiblingsKept kept(this);
     QWidget::hideEvent(event);
     register6dmtRequest(false);
 }

@@ -77,3 +77,28 @@ void WidgetEnding::begin() {
     widget->setParent(nullptr);
     underway::retire(widget);
 }
+
+SiblingsKept::SiblingsKept(const QWidget* widget) {
+    for (const QWidget* parent = widget->parentWidget(); parent != nullptr;
+         parent = parent->parentWidget()) {
+        for (QObject* const sibling : parent->children()) {
+            sibling->installEventFilter(this);
+        }
+    }
+}
+
+SiblingsKept::~SiblingsKept() {
+    for (const QPointer<QObject>& sibling : std::as_const(m_due)) {
+        if (!sibling.isNull()) {
+            sibling->deleteLater();
+        }
+    }
+}
+
+bool SiblingsKept::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::DeferredDelete) {
+        return QObject::eventFilter(watched, event);
+    }
+    m_due.append(watched);
+    return true;
+}

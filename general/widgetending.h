@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 
@@ -36,4 +38,22 @@ private:
     std::function<void()> m_farewell;
     QMetaObject::Connection m_parentGoes;
     bool m_begun = false;
+};
+
+/// Puts off the deletion by the event loop of a widget's siblings, and of those of its parents, for
+/// as long as it lives. To be held while the host is asked inside a show or hide event: Qt is then
+/// walking through the children of the parents, and a host that lets events be handled would have
+/// some deleted under way, such as the animation of a dock that has come to its end. GUI thread
+/// only.
+class SiblingsKept : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SiblingsKept(const QWidget* widget);
+    ~SiblingsKept() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QList<QPointer<QObject>> m_due;
 };
