@@ -3,6 +3,7 @@
 #include "host_api/metatypes.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QEventLoop>
