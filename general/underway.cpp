@@ -47,7 +47,8 @@ void deleteAll(Objects& objects) {
 void schedule(Objects& objects) {
     Objects& scheduled = state().scheduled;
     scheduled.removeAll(QPointer<QObject>());
-    for (const QPointer<QObject>& object : std::exchange(objects, Objects())) {
+    const Objects due = std::exchange(objects, Objects());
+    for (const QPointer<QObject>& object : due) {
         if (!object.isNull()) {
             auto* const late = new Late(object);
             late->deleteLater();

@@ -25,7 +25,11 @@ for file in "$@"; do
         *) products+=("$file") ;;
     esac
 done
-report=$(check "$checks" "${products[@]}"; check "$checks,no-non-pod-global-static" "${tests[@]}")
+failed=no
+report=$(check "$checks" "${products[@]}") || failed=yes
+report+=$'\n'$(check "$checks,no-non-pod-global-static" "${tests[@]}") || failed=yes
 if grep -E 'warning:|error:' <<<"$report"; then
     exit 1
 fi
+# Nothing found by an analyser that has failed is no good news.
+[ $failed = no ] || { printf '%s\n' "$report"; echo "clazy failed"; exit 1; }

@@ -6,7 +6,7 @@
 
 namespace {
 
-const QRect screen(0, 0, 1600, 900);
+const QRect wide(0, 0, 1600, 900);
 const QSize size(400, 210);
 
 } // namespace
@@ -21,13 +21,13 @@ private Q_SLOTS:
         QTest::addColumn<QPoint>("place");
         const auto row = [](const char* name, const QRect& room, const QRect& other,
                             const QPoint& place) { QTest::newRow(name) << room << other << place; };
-        row("right", screen, QRect(100, 50, 650, 304), QPoint(750, 50));
-        row("just room on the right", screen, QRect(550, 50, 650, 304), QPoint(1200, 50));
-        row("left", screen, QRect(551, 50, 650, 304), QPoint(151, 50));
-        row("below", screen, QRect(300, 50, 1200, 304), QPoint(300, 354));
-        row("above", screen, QRect(300, 500, 1200, 304), QPoint(300, 290));
-        row("no higher than the screen", screen, QRect(100, -50, 650, 304), QPoint(750, 0));
-        row("no lower than the screen", screen, QRect(100, 800, 650, 304), QPoint(750, 690));
+        row("right", wide, QRect(100, 50, 650, 304), QPoint(750, 50));
+        row("just room on the right", wide, QRect(550, 50, 650, 304), QPoint(1200, 50));
+        row("left", wide, QRect(551, 50, 650, 304), QPoint(151, 50));
+        row("below", wide, QRect(300, 50, 1200, 304), QPoint(300, 354));
+        row("above", wide, QRect(300, 500, 1200, 304), QPoint(300, 290));
+        row("no higher than the screen", wide, QRect(100, -50, 650, 304), QPoint(750, 0));
+        row("no lower than the screen", wide, QRect(100, 800, 650, 304), QPoint(750, 690));
         row("a second screen", QRect(1600, 100, 800, 800), QRect(1675, 348, 650, 304),
             QPoint(1675, 652));
         row("a small screen", QRect(0, 0, 800, 480), QRect(75, 88, 650, 304), QPoint(400, 270));

@@ -136,7 +136,8 @@ void EndingHost::act(const std::function<void()>& action) {
 void EndingHost::end() {
     m_ended = true;
     if (m_contents.isEmpty()) {
-        for (QWidget* child : m_window->findChildren<QWidget*>()) {
+        const auto children = m_window->findChildren<QWidget*>();
+        for (QWidget* child : children) {
             if (qobject_cast<QDialog*>(child) || qobject_cast<QDockWidget*>(child)) {
                 m_builtEarly << child;
             }
@@ -164,11 +165,7 @@ void EndingHost::end() {
         m_versions.reset();
         break;
     case EndBy::DeleteLater:
-        for (const QPointer<QWidget>& content : m_contents + m_builtEarly) {
-            if (!content.isNull()) {
-                content->deleteLater();
-            }
-        }
+        deleteContentsLater();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         break;
     case EndBy::ExitAndUnload:
@@ -179,6 +176,15 @@ void EndingHost::end() {
         break;
     }
     m_saidAtEnd = io.journal().size();
+}
+
+void EndingHost::deleteContentsLater() {
+    const auto contents = m_contents + m_builtEarly;
+    for (const QPointer<QWidget>& content : contents) {
+        if (!content.isNull()) {
+            content->deleteLater();
+        }
+    }
 }
 
 void EndingHost::closeByUser() {
@@ -210,7 +216,8 @@ QString EndingHost::objection() {
     if (QApplication::activeModalWidget() != nullptr) {
         return QStringLiteral("a dialog is still open");
     }
-    for (const QPointer<QWidget>& content : m_contents + m_builtEarly) {
+    const auto contents = m_contents + m_builtEarly;
+    for (const QPointer<QWidget>& content : contents) {
         if (!content.isNull()) {
             return QStringLiteral("lives on: ") + content->objectName();
         }

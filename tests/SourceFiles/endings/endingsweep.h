@@ -59,6 +59,7 @@ public:
 
 private:
     void end();
+    void deleteContentsLater();
     void closeByUser();
     void unload();
 
