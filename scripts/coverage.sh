@@ -13,7 +13,7 @@ cd "$(dirname "$0")/.."
 
 # Room, folders, targets for lines and branches in percent.
 rooms=(
-    "SDK|libs/kestrel_sdk/|100|100"
+    "SDK|libs/kestrel_sdk/Lib/|100|100"
     "probe|libs/kestrel_probe/|100|100"
     "module|SourceFiles/ general/|98|95"
     "workbench|workbench/|90|80"

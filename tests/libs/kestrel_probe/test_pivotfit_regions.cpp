@@ -10,10 +10,10 @@ namespace {
 std::vector<pivotruns::Cell> corners() {
     std::vector<pivotruns::Cell> cells;
     for (const pivotruns::Cell& cell : pivotruns::allCells()) {
-        const bool slow = (cell.cone == 5.0 || cell.cone == 20.0 || cell.cone == 45.0) &&
-                          cell.rate == 60.0 && cell.seconds <= 10.0;
-        const bool fast = cell.cone == 10.0 && cell.rate == 240.0 && cell.seconds == 5.0;
-        if (cell.lever == 250.0 && (slow || fast)) {
+        const bool slow =
+            (cell.cone == 5.0 || cell.cone == 20.0 || cell.cone == 45.0) && cell.rate == 60.0;
+        const bool fast = cell.cone == 10.0 && cell.rate == 240.0 && cell.noise == 0.3;
+        if (cell.lever == 250.0 && cell.seconds == 5.0 && (slow || fast)) {
             cells.push_back(cell);
         }
     }

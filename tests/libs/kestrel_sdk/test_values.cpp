@@ -1,6 +1,7 @@
 #include "tests/libs/kestrel_sdk/lines.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 #include <type_traits>
 #include <utility>
 
@@ -138,6 +139,33 @@ TEST(Values, aConstParserGivesConstRecords) {
     EXPECT_EQ(seen.getMeaTool(0), parser.getMeaTool(0));
     EXPECT_EQ(seen.getMeaTool(1), nullptr);
     EXPECT_EQ(seen.getMeaTool(-1), nullptr);
+}
+
+namespace {
+
+template <class Parser>
+void expectNothingAt(Parser& parser, int index) {
+    EXPECT_EQ(parser.getBody(index), nullptr);
+    EXPECT_EQ(parser.getWand(index), nullptr);
+    EXPECT_EQ(parser.getMeaTool(index), nullptr);
+    EXPECT_EQ(parser.getMeaRef(index), nullptr);
+    EXPECT_EQ(parser.getHand(index), nullptr);
+    EXPECT_EQ(parser.getHuman(index), nullptr);
+    EXPECT_EQ(parser.getInertial(index), nullptr);
+    EXPECT_EQ(parser.getMarker(index), nullptr);
+}
+
+} // namespace
+
+TEST(Values, thereIsNoRecordOutsideOfTheCounts) {
+    OpenParser parser = filledParser();
+    const OpenParser& seen = parser;
+    for (const int index :
+         {-1, std::numeric_limits<int>::min(), 100, std::numeric_limits<int>::max()}) {
+        SCOPED_TRACE(index);
+        expectNothingAt(parser, index);
+        expectNothingAt(seen, index);
+    }
 }
 
 TEST(Values, aConstRecordGetterIsCheckedLikeTheOther) {
