@@ -325,6 +325,41 @@
     </message>
 </context>
 <context>
+    <name>workbench::Banner</name>
+    <message>
+        <source>Dismiss</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Take this line away</source>
+        <translation>Diese Zeile entfernen</translation>
+    </message>
+    <message>
+        <source>Dismiss: %1</source>
+        <translation>Verwerfen: %1</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Notices</source>
+        <translation>Hinweise</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Hinweis</translation>
+    </message>
+</context>
+<context>
     <name>workbench::CommandChannel</name>
     <message>
         <source>the controller closed the connection</source>

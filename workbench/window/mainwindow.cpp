@@ -3,6 +3,7 @@
 #include "ui_mainwindow.h"
 #include "workbench/text/elidedlabel.h"
 #include "workbench/text/rowprinter.h"
+#include "workbench/window/banner.h"
 #include "workbench/window/commanddock.h"
 #include "workbench/window/connectdialog.h"
 #include "workbench/window/guidedialog.h"
@@ -40,6 +41,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
                 m_backend.log) {
     m_ui->setupUi(this);
     m_menus = new MenuArranger(m_ui->menubar);
+    m_banner = new Banner(this);
     m_logDock = new LogDock(m_backend.log, this);
     m_commandDock = new CommandDock(m_backend.session, this);
     m_commandDock->history().setCommands(m_settings.commandHistory());
@@ -53,6 +55,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     // The docks get what room there is.
     centralWidget()->setMaximumHeight(centralWidget()->sizeHint().height());
     m_settings.restore(*this);
+    m_banner->placeIn(*this);
     connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
     connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
     connect(&m_backend.monitor, &MeasurementMonitor::changed, this, &MainWindow::onMeasuring);

@@ -22,6 +22,7 @@ class MainWindow;
 
 namespace workbench {
 
+class Banner;
 class CommandDock;
 class LogDock;
 
@@ -45,6 +46,7 @@ public:
 
     Backend& backend() { return m_backend; }
     ModuleHost& modules() { return m_modules; }
+    Banner& banner() { return *m_banner; } ///< for what is to be said over the docks
 
     /// To be called after modules were loaded.
     void modulesLoaded() { showModules(); }
@@ -98,6 +100,7 @@ private:
     RecordingControl m_recording;
     ModuleHost m_modules;
     MenuArranger* m_menus = nullptr;
+    Banner* m_banner = nullptr;
     LogDock* m_logDock = nullptr;
     CommandDock* m_commandDock = nullptr;
     QLabel* m_connectionLabel = nullptr;
