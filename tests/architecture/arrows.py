@@ -55,6 +55,7 @@ KNOWS = {
     "soak": HOST + WORKBENCH,
     "scripts": HOST + WORKBENCH,
     "benchmarks/sdk": [SDK],
+    "benchmarks/points": ["probecheck", PROBE, "tests/probecheck"],
     "benchmarks/probe": [PROBE, "tests/libs/kestrel_probe"],
     "benchmarks/display": PLUGIN + TEST_HOST + ["tests/SourceFiles"],
     "benchmarks/scale": HOST + WORKBENCH + SIMULATOR,
