@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -35,8 +36,16 @@ Reading read(const std::string& bytes, Contents contents) {
     }
     reading.rewritten = formatRecordingHeader(header);
     Record record;
+    std::optional<ClockMark> marked = reader.clock();
     Result result = reader.next(record);
     for (; result == Result::Ok; result = reader.next(record)) {
+        const std::optional<ClockMark>& clock = reader.clock();
+        require(clock.has_value() == header.start.has_value());
+        if (clock && (clock->microseconds != marked->microseconds || clock->utc != marked->utc)) {
+            require(clock->microseconds <= record.microseconds);
+            reading.rewritten += formatClockMark(*clock);
+            marked = clock;
+        }
         require(contents == Contents::Any ||
                 record.line.find_first_of("\r\n") == std::string::npos);
         reading.rewritten += formatRecord(record.microseconds, record.line);

@@ -9,8 +9,10 @@ namespace kestrel_wire {
 
 namespace {
 
-constexpr std::string_view firstLine = "kestrel-recording 1";
+constexpr std::string_view firstLines[] = {"kestrel-recording 1", "kestrel-recording 2"};
 constexpr std::string_view lastHeaderLine = "records";
+constexpr std::string_view startIntroduction = "start ";
+constexpr std::string_view clockIntroduction = "utc ";
 constexpr std::string_view versionIntroduction = "version ";
 constexpr std::string_view parameterIntroduction = "parameter ";
 constexpr std::array<std::pair<std::string_view, std::string RecordingHeader::*>, 4> versions = {
@@ -21,7 +23,7 @@ constexpr std::array<std::pair<std::string_view, std::string RecordingHeader::*>
 
 // a data line whose every byte is escaped, twice (the channel may be the whole line)
 constexpr std::size_t maxRecordLength = 8 * maxLineLength + 64;
-constexpr std::size_t chunkSize = 16 * 1024;
+constexpr std::size_t chunkSize = 64 * 1024;
 constexpr std::string_view hexDigits = "0123456789abcdef";
 
 std::string_view takeWord(std::string_view& text) {
@@ -148,9 +150,12 @@ bool unescape(std::string_view text, std::string& result) {
     result.clear();
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\\') {
-            result += text[i];
-            continue;
+        // Data lines are plain from end to end: they go in one piece.
+        const std::size_t backslash = std::min(text.find('\\', i), text.size());
+        result.append(text.substr(i, backslash - i));
+        i = backslash;
+        if (i == text.size()) {
+            break;
         }
         if (++i == text.size()) {
             return false;
@@ -184,8 +189,11 @@ bool unescape(std::string_view text, std::string& result) {
 }
 
 std::string formatRecordingHeader(const RecordingHeader& header) {
-    std::string text(firstLine);
+    std::string text(firstLines[header.start ? 1 : 0]);
     text += '\n';
+    if (header.start) {
+        text.append(startIntroduction).append(formatUtc(*header.start)).append("\n");
+    }
     for (const auto& [name, member] : versions) {
         text.append(versionIntroduction).append(name).append(" ");
         text.append(escaped(header.*member)).append("\n");
@@ -210,58 +218,81 @@ RecordingReader::RecordingReader(std::istream& stream, Contents contents)
     , m_framer(maxRecordLength)
     , m_chunk(chunkSize) {}
 
+std::string formatClockMark(const ClockMark& mark) {
+    std::string text(clockIntroduction);
+    text.append(std::to_string(mark.microseconds)).append(" ");
+    return text.append(formatUtc(mark.utc)).append("\n");
+}
+
 RecordingReader::Result RecordingReader::readHeader(RecordingHeader& header) {
     header = RecordingHeader();
-    std::string line;
-    Result result = readLine(line);
-    if (result == Result::Ok && line != firstLine) {
+    Result result = readLine(m_line);
+    const auto* const known = std::find(std::begin(firstLines), std::end(firstLines), m_line);
+    if (result == Result::Ok && known == std::end(firstLines)) {
         return malformed("not a recording of a known format");
     }
+    m_version = 1 + static_cast<int>(known - std::begin(firstLines));
     while (result == Result::Ok) {
-        result = readLine(line);
-        const std::string_view text = line;
-        if (result != Result::Ok || text == lastHeaderLine) {
+        result = readLine(m_line);
+        if (result != Result::Ok || m_line == lastHeaderLine) {
             break;
         }
-        const bool isVersion = startsWith(text, versionIntroduction);
-        const bool isParameter = startsWith(text, parameterIntroduction);
-        if (!isVersion && !isParameter) {
-            return malformed("unknown line in the header");
-        }
-        if (isVersion && !parseVersion(text.substr(versionIntroduction.size()), header)) {
-            return malformed("unreadable version");
-        }
-        if (isParameter && !parseParameter(text.substr(parameterIntroduction.size()), header)) {
-            return malformed("unreadable parameter");
-        }
-        if (m_contents == Contents::Sendable &&
-            !(isVersion ? isSendable(header) : isSendable(header.parameters.back()))) {
-            return malformed("a control character in a name or value");
-        }
-        if (header.parameters.size() > maxParameters) {
-            return malformed("too many parameters");
-        }
+        result = readHeaderLine(m_line, header);
+    }
+    if (result == Result::Ok && m_version > 1 && !header.start) {
+        return malformed("the header has no start");
     }
     return result == Result::End ? malformed("the file ends inside its header") : result;
 }
 
+RecordingReader::Result RecordingReader::readHeaderLine(std::string_view text,
+                                                        RecordingHeader& header) {
+    const bool isVersion = startsWith(text, versionIntroduction);
+    const bool isParameter = startsWith(text, parameterIntroduction);
+    if (m_version > 1 && startsWith(text, startIntroduction)) {
+        UtcMilliseconds start = 0;
+        if (header.start || !parseUtc(text.substr(startIntroduction.size()), start)) {
+            return malformed("unreadable start");
+        }
+        header.start = start;
+        m_clock = ClockMark{0, start};
+        return Result::Ok;
+    }
+    if (!isVersion && !isParameter) {
+        return malformed("unknown line in the header");
+    }
+    if (isVersion && !parseVersion(text.substr(versionIntroduction.size()), header)) {
+        return malformed("unreadable version");
+    }
+    if (isParameter && !parseParameter(text.substr(parameterIntroduction.size()), header)) {
+        return malformed("unreadable parameter");
+    }
+    if (m_contents == Contents::Sendable &&
+        !(isVersion ? isSendable(header) : isSendable(header.parameters.back()))) {
+        return malformed("a control character in a name or value");
+    }
+    if (header.parameters.size() > maxParameters) {
+        return malformed("too many parameters");
+    }
+    return Result::Ok;
+}
+
 RecordingReader::Result RecordingReader::next(Record& record) {
-    std::string text;
-    const Result result = readLine(text);
+    Result result = readLine(m_line);
+    while (result == Result::Ok && m_version > 1 && startsWith(m_line, clockIntroduction)) {
+        result = takeClockMark(std::string_view(m_line).substr(clockIntroduction.size()));
+        if (result == Result::Ok) {
+            result = readLine(m_line);
+        }
+    }
     if (result != Result::Ok) {
         return result;
     }
-    std::string_view rest = text;
-    const std::string_view number = takeWord(rest);
-    const char* const numberEnd = number.data() + number.size();
-    const auto [stop, failure] = std::from_chars(number.data(), numberEnd, record.microseconds);
-    if (number.empty() || failure != std::errc() || stop != numberEnd) {
-        return malformed("unreadable time stamp");
+    std::string_view rest = m_line;
+    result = takeTime(rest, record.microseconds);
+    if (result != Result::Ok) {
+        return result;
     }
-    if (record.microseconds < m_lastTime) {
-        return malformed("the time stamp goes backwards");
-    }
-    m_lastTime = record.microseconds;
     const std::string_view channel = takeWord(rest);
     if (!unescape(channel, record.channel) || !unescape(rest, record.line)) {
         return malformed("unreadable escape");
@@ -279,6 +310,35 @@ RecordingReader::Result RecordingReader::next(Record& record) {
     return Result::Ok;
 }
 
+RecordingReader::Result RecordingReader::takeClockMark(std::string_view text) {
+    ClockMark mark;
+    const Result result = takeTime(text, mark.microseconds);
+    if (result != Result::Ok) {
+        return result;
+    }
+    if (!parseUtc(text, mark.utc)) {
+        return malformed("unreadable wall clock");
+    }
+    m_clock = mark;
+    return Result::Ok;
+}
+
+// Takes the first word.
+RecordingReader::Result RecordingReader::takeTime(std::string_view& text,
+                                                  std::uint64_t& microseconds) {
+    const std::string_view number = takeWord(text);
+    const char* const numberEnd = number.data() + number.size();
+    const auto [stop, failure] = std::from_chars(number.data(), numberEnd, microseconds);
+    if (number.empty() || failure != std::errc() || stop != numberEnd) {
+        return malformed("unreadable time stamp");
+    }
+    if (microseconds < m_lastTime) {
+        return malformed("the time stamp goes backwards");
+    }
+    m_lastTime = microseconds;
+    return Result::Ok;
+}
+
 RecordingReader::Result RecordingReader::readLine(std::string& line) {
     while (m_error.empty() && !m_framer.takeLine(line)) {
         if (m_framer.overflowed()) {
@@ -287,10 +347,15 @@ RecordingReader::Result RecordingReader::readLine(std::string& line) {
         }
         m_stream.read(m_chunk.data(), static_cast<std::streamsize>(m_chunk.size()));
         const auto size = static_cast<std::size_t>(m_stream.gcount());
+        if (m_stream.bad()) {
+            ++m_lineNumber;
+            return malformed("the file cannot be read on");
+        }
         if (size == 0) {
             m_truncated = m_framer.pendingSize() > 0;
             return Result::End;
         }
+        m_bytesTaken += size;
         m_framer.feed(m_chunk.data(), size);
     }
     if (!m_error.empty()) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "libs/kestrel_wire/clockmarks.h"
 #include "libs/kestrel_wire/lineframer.h"
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,6 +21,9 @@ struct RecordingHeader {
     std::string model;    ///< "version model"
     /// Name and value of each recorded parameter, in the order of the file.
     std::vector<std::pair<std::string, std::string>> parameters;
+    /// The wall clock at the time stamp 0. Without one the recording is of version 1 and knows no
+    /// wall clock at all.
+    std::optional<UtcMilliseconds> start = std::nullopt;
 };
 
 /// One received data line. Lines of one datagram carry the same time stamp, later datagrams a
@@ -39,14 +44,19 @@ std::string escaped(std::string_view text);
 /// The reverse of escaped(). False when `text` is not of that form.
 bool unescape(std::string_view text, std::string& result);
 
-/// The text of a file's beginning, up to and including the line after which the records follow.
+/// The text of a file's beginning, up to and including the line after which the records follow. The
+/// version of the format is 2 when the header has a start, else 1.
 std::string formatRecordingHeader(const RecordingHeader& header);
 
 /// One record with its line end; the channel is channelOf(line).
 std::string formatRecord(std::uint64_t microseconds, std::string_view line);
 
-/// Reads a recording from a stream that outlives the reader. Holds one line at a time, whatever
-/// the size of the file.
+/// A clock mark with its line end, for recordings of version 2. It stands between two frames and
+/// its time stamp between theirs.
+std::string formatClockMark(const ClockMark& mark);
+
+/// Reads a recording of either version from a stream that outlives the reader. Holds one line at a
+/// time, whatever the size of the file.
 class RecordingReader {
 public:
     enum class Result {
@@ -70,8 +80,16 @@ public:
     /// malformed, and so is a name or value of more than maxHeaderText.
     Result readHeader(RecordingHeader& header);
 
-    /// The next record. Records whose time stamps go backwards are malformed.
+    /// The next record; clock marks on the way are taken. Time stamps that go backwards are
+    /// malformed.
     Result next(Record& record);
+
+    /// The last clock mark before the record that was read last, the header's start included. None
+    /// in recordings of version 1.
+    const std::optional<ClockMark>& clock() const { return m_clock; }
+
+    /// Bytes that were taken from the stream so far; some of them may not have been read yet.
+    std::uint64_t bytesTaken() const { return m_bytesTaken; }
 
     /// True once the file has turned out to end without a line end, as it does when its writer was
     /// killed. The cut line is not handed out.
@@ -84,6 +102,9 @@ public:
 
 private:
     Result readLine(std::string& line);
+    Result readHeaderLine(std::string_view text, RecordingHeader& header);
+    Result takeClockMark(std::string_view text);
+    Result takeTime(std::string_view& text, std::uint64_t& microseconds);
     Result malformed(const char* reason);
 
     std::istream& m_stream;
@@ -92,7 +113,11 @@ private:
     std::vector<char> m_chunk;
     std::string m_error;
     std::size_t m_lineNumber = 0;
+    std::string m_line;
+    std::optional<ClockMark> m_clock;
+    std::uint64_t m_bytesTaken = 0;
     std::uint64_t m_lastTime = 0;
+    int m_version = 0;
     bool m_truncated = false;
 };
 

@@ -169,7 +169,7 @@ private Q_SLOTS:
         QFile file(recording);
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray text = file.readAll();
-        QVERIFY(text.startsWith("kestrel-recording 1\n"));
+        QVERIFY(text.startsWith("kestrel-recording 2\nstart 20"));
         QVERIFY(text.contains(" 6dmt2 6dmt2 4 ") || text.contains(" 6dmt 6dmt 4 "));
         QVERIFY(text.endsWith('\n'));
     }

@@ -11,9 +11,11 @@ constexpr std::chrono::milliseconds shortEnd{100}; // of one that has nothing le
 
 } // namespace
 
-Recorder::Recorder(RecordingWriter::Opener opener, std::size_t maxQueuedBytes)
+Recorder::Recorder(RecordingWriter::Opener opener, std::size_t maxQueuedBytes,
+                   RecordingWriter::WallClock wallClock)
     : m_opener(std::move(opener))
-    , m_maxQueuedBytes(maxQueuedBytes) {}
+    , m_maxQueuedBytes(maxQueuedBytes)
+    , m_wallClock(std::move(wallClock)) {}
 
 Recorder::~Recorder() {
     stop();
@@ -26,7 +28,8 @@ bool Recorder::start(const QString& fileName, const kestrel_wire::RecordingHeade
         return false;
     }
     letGo();
-    auto writer = std::make_shared<RecordingWriter>(fileName, header, m_opener, m_maxQueuedBytes);
+    auto writer = std::make_shared<RecordingWriter>(fileName, header, m_opener, m_maxQueuedBytes,
+                                                    m_wallClock);
     m_thread = std::thread([writer] { writer->run(); });
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_writer = std::move(writer);

@@ -24,7 +24,8 @@ public:
     static constexpr std::size_t usualQueue = 64 * 1024 * 1024;
 
     explicit Recorder(RecordingWriter::Opener opener = openRecordingFile,
-                      std::size_t maxQueuedBytes = usualQueue);
+                      std::size_t maxQueuedBytes = usualQueue,
+                      RecordingWriter::WallClock wallClock = systemWallClock);
     /// Waits for what is still to be written, as waitForEnd() does.
     ~Recorder();
     Recorder(const Recorder&) = delete;
@@ -52,6 +53,7 @@ private:
 
     const RecordingWriter::Opener m_opener;
     const std::size_t m_maxQueuedBytes;
+    const RecordingWriter::WallClock m_wallClock;
     std::thread m_thread;
     mutable std::mutex m_mutex; // of the pointer alone
     std::shared_ptr<RecordingWriter> m_writer;

@@ -49,7 +49,17 @@ QString prepare(int file) {
     return ::ftruncate(file, 0) == 0 ? QString() : systemError();
 }
 
+std::string headerText(kestrel_wire::RecordingHeader header, kestrel_wire::UtcMilliseconds start) {
+    header.start = start;
+    return kestrel_wire::formatRecordingHeader(header);
+}
+
 } // namespace
+
+kestrel_wire::UtcMilliseconds systemWallClock() {
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+}
 
 // A pipe or a device could block the program, so neither opening nor what follows may wait for one.
 int openRecordingFile(const QString& fileName, QString* error) {
@@ -70,11 +80,14 @@ int openRecordingFile(const QString& fileName, QString* error) {
 
 RecordingWriter::RecordingWriter(const QString& fileName,
                                  const kestrel_wire::RecordingHeader& header, Opener opener,
-                                 std::size_t maxQueuedBytes)
+                                 std::size_t maxQueuedBytes, WallClock wallClock)
     : m_fileName(fileName)
     , m_opener(std::move(opener))
     , m_maxQueuedBytes(maxQueuedBytes)
-    , m_header(kestrel_wire::formatRecordingHeader(header)) {
+    , m_wallClock(std::move(wallClock))
+    , m_start(m_wallClock())
+    , m_header(headerText(header, m_start))
+    , m_clockMarks(m_start) {
     m_status.running = true;
     m_status.fileName = fileName;
 }
@@ -146,6 +159,9 @@ bool RecordingWriter::takeBatch(Batch& batch) {
     batch.text.clear();
     batch.ends.clear();
     for (const Frame& frame : frames) {
+        if (frame.clock) {
+            batch.text += kestrel_wire::formatClockMark({frame.microseconds, *frame.clock});
+        }
         std::string_view rest = frame.bytes;
         for (const std::size_t size : frame.sizes) {
             batch.text += kestrel_wire::formatRecord(frame.microseconds, rest.substr(0, size));
@@ -248,6 +264,10 @@ void RecordingWriter::add(const std::vector<std::string_view>& lines) {
     // A time of its own for each datagram tells a reader where one ends and the next begins.
     m_lastTime = std::max(static_cast<std::uint64_t>(now), m_lastTime + 1);
     frame.microseconds = m_lastTime;
+    const kestrel_wire::ClockMark mark = {m_lastTime, m_wallClock()};
+    if (m_clockMarks.isDue(mark)) {
+        frame.clock = mark.utc;
+    }
     m_queuedBytes += frame.bytes.size();
     m_queue.push_back(std::move(frame));
     m_wake.notify_one();

@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,9 @@ public:
     /// the disk.
     using Opener = std::function<int(const QString& fileName, QString* error)>;
 
+    /// The wall clock of a recording; called on the threads of the constructor and of add().
+    using WallClock = std::function<kestrel_wire::UtcMilliseconds()>;
+
     /// A disk that has not answered for so long is told of.
     static constexpr std::chrono::milliseconds patience{2000};
 
@@ -40,8 +44,9 @@ public:
         QString error; ///< not empty: why the recording could not begin or has ended by itself
     };
 
+    /// The recording starts now: the header gets its start.
     RecordingWriter(const QString& fileName, const kestrel_wire::RecordingHeader& header,
-                    Opener opener, std::size_t maxQueuedBytes);
+                    Opener opener, std::size_t maxQueuedBytes, WallClock wallClock);
 
     void run();
 
@@ -64,6 +69,7 @@ private:
         std::uint64_t microseconds = 0;
         std::string bytes; // of all lines, one behind the other
         std::vector<std::size_t> sizes;
+        std::optional<kestrel_wire::UtcMilliseconds> clock; // of a mark before it
     };
     struct Batch {
         std::string text;
@@ -85,8 +91,10 @@ private:
     const QString m_fileName;
     const Opener m_opener;
     const std::size_t m_maxQueuedBytes;
-    const std::string m_header;
+    const WallClock m_wallClock;
     const Clock::time_point m_began = Clock::now();
+    const kestrel_wire::UtcMilliseconds m_start;
+    const std::string m_header;
 
     int m_file = -1;         // run() only
     std::int64_t m_size = 0; // of whole frames; run() only
@@ -98,12 +106,16 @@ private:
     std::size_t m_queuedBytes = 0; // with those being written
     std::size_t m_writing = 0;     // frames
     std::uint64_t m_lastTime = 0;
+    kestrel_wire::ClockMarks m_clockMarks;
     bool m_finishing = false;
     bool m_abandoned = false;
     bool m_over = false;
     Clock::time_point m_callBegan = Clock::time_point::max();
     Status m_status;
 };
+
+/// The computer's wall clock.
+kestrel_wire::UtcMilliseconds systemWallClock();
 
 /// Opens a regular file for a recording, empties it and locks it for as long as it is open.
 int openRecordingFile(const QString& fileName, QString* error);

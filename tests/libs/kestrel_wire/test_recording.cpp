@@ -1,10 +1,13 @@
 #include "libs/kestrel_wire/recording.h"
 
 #include <gtest/gtest.h>
+#include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+using kestrel_wire::ClockMark;
 using kestrel_wire::Record;
 using kestrel_wire::RecordingHeader;
 using kestrel_wire::RecordingReader;
@@ -28,6 +31,8 @@ RecordingHeader someHeader() {
 struct ReadAll {
     RecordingHeader header;
     std::vector<Record> records;
+    std::vector<std::optional<ClockMark>> clocks; // of each record
+    std::uint64_t bytesTaken = 0;
     Result result = Result::Ok;
     bool truncated = false;
     std::size_t lineNumber = 0;
@@ -45,16 +50,20 @@ ReadAll readAll(const std::string& text,
         all.result = reader.next(record);
         if (all.result == Result::Ok) {
             all.records.push_back(record);
+            all.clocks.push_back(reader.clock());
         }
     }
     all.truncated = reader.truncated();
     all.lineNumber = reader.lineNumber();
     all.error = reader.error();
+    all.bytesTaken = reader.bytesTaken();
     return all;
 }
 
 const std::string smallHeader = kestrel_wire::formatRecordingHeader({"1", "2", "3", "m", {}});
 constexpr std::size_t smallHeaderLines = 6;
+const std::string datedHeader =
+    kestrel_wire::formatRecordingHeader({"1", "2", "3", "m", {}, 1795318812345});
 
 } // namespace
 
@@ -143,7 +152,15 @@ TEST_P(MalformedHeader, isRefusedWithItsLineNumber) {
 
 INSTANTIATE_TEST_SUITE_P(
     Recording, MalformedHeader,
-    testing::Values(std::pair("nonsense\n", 1U), std::pair("kestrel-recording 2\nrecords\n", 1U),
+    testing::Values(std::pair("nonsense\n", 1U), std::pair("kestrel-recording 3\nrecords\n", 1U),
+                    std::pair("kestrel-recording 2\nrecords\n", 2U),
+                    std::pair("kestrel-recording 2\nstart\nrecords\n", 2U),
+                    std::pair("kestrel-recording 2\nstart \nrecords\n", 2U),
+                    std::pair("kestrel-recording 2\nstart 2026-11-22\nrecords\n", 2U),
+                    std::pair("kestrel-recording 2\nstart 2026-11-22T03:40:12.345Z\n"
+                              "start 2026-11-22T03:40:12.345Z\nrecords\n",
+                              3U),
+                    std::pair("kestrel-recording 1\nstart 2026-11-22T03:40:12.345Z\nrecords\n", 2U),
                     std::pair("kestrel-recording 1\nversion\n", 2U),
                     std::pair("kestrel-recording 1\nversion what 1\n", 2U),
                     std::pair("kestrel-recording 1\nversion model a\\q\n", 2U),
@@ -241,4 +258,104 @@ TEST(Recording, tooManyParametersAreRefused) {
         text += "parameter \"a\" b\n";
     }
     EXPECT_EQ(readAll(text + "records\n").result, Result::Malformed);
+}
+
+TEST(Recording, aStartMakesItVersionTwo) {
+    EXPECT_EQ(datedHeader, "kestrel-recording 2\n"
+                           "start 2026-11-22T03:40:12.345Z\n"
+                           "version system 1\n"
+                           "version protocol 2\n"
+                           "version system_ct 3\n"
+                           "version model m\n"
+                           "records\n");
+    EXPECT_EQ(kestrel_wire::formatClockMark({60000123, 1795318872346}),
+              "utc 60000123 2026-11-22T03:41:12.346Z\n");
+    EXPECT_EQ(readAll(datedHeader).header.start, 1795318812345);
+    EXPECT_EQ(readAll(smallHeader).header.start, std::nullopt);
+}
+
+TEST(Recording, theWallClockIsThatOfTheLastMark) {
+    const std::string text = datedHeader + kestrel_wire::formatRecord(5, "fr 1") +
+                             kestrel_wire::formatClockMark({60000123, 1795318872346}) +
+                             kestrel_wire::formatRecord(60000123, "fr 2") +
+                             kestrel_wire::formatRecord(60000123, "6dmt 0") +
+                             kestrel_wire::formatClockMark({60000124, 77}) +
+                             kestrel_wire::formatClockMark({60000124, 78}) +
+                             kestrel_wire::formatRecord(60000124, "fr 3");
+    const ReadAll all = readAll(text, RecordingReader::Contents::Sendable);
+    EXPECT_EQ(all.result, Result::End) << all.error;
+    EXPECT_EQ(all.bytesTaken, text.size());
+    EXPECT_EQ(all.lineNumber, 14U);
+    ASSERT_EQ(all.records.size(), 4U);
+    EXPECT_EQ(all.records[3].line, "fr 3");
+    ASSERT_TRUE(all.clocks[0] && all.clocks[1] && all.clocks[2] && all.clocks[3]);
+    EXPECT_EQ(all.clocks[0]->at(5), 1795318812345);
+    EXPECT_EQ(all.clocks[1]->at(60000123), 1795318872346);
+    EXPECT_EQ(all.clocks[2]->at(60000123), 1795318872346);
+    EXPECT_EQ(all.clocks[3]->at(60000124), 78);
+}
+
+TEST(Recording, versionOneHasNoWallClock) {
+    const ReadAll all = readAll(smallHeader + kestrel_wire::formatRecord(5, "fr 1"));
+    ASSERT_EQ(all.clocks.size(), 1U);
+    EXPECT_FALSE(all.clocks[0]);
+    const ReadAll marked = readAll(smallHeader + kestrel_wire::formatClockMark({5, 7}));
+    EXPECT_EQ(marked.result, Result::Malformed);
+    EXPECT_EQ(marked.lineNumber, smallHeaderLines + 1);
+}
+
+TEST(Recording, aClockMarkThatIsNoneIsRefused) {
+    for (const char* mark : {"utc", "utc ", "utc 6", "utc 6 ", "utc x 2026-11-22T03:41:12.346Z",
+                             "utc  6 2026-11-22T03:41:12.346Z", "utc 6 2026-11-22T03:41:12.346Z ",
+                             "utc 6 2026-02-30T03:41:12.346Z", "utc 4 2026-11-22T03:41:12.346Z"}) {
+        const ReadAll all = readAll(datedHeader + "5 fr fr 1\n" + mark + "\n7 fr fr 3\n");
+        EXPECT_EQ(all.result, Result::Malformed) << mark;
+        EXPECT_EQ(all.lineNumber, 9U) << mark;
+    }
+    const ReadAll later = readAll(datedHeader + "utc 6 2026-11-22T03:41:12.346Z\n5 fr fr 1\n");
+    EXPECT_EQ(later.error, "the time stamp goes backwards");
+    EXPECT_EQ(later.lineNumber, 9U);
+}
+
+TEST(Recording, aCutClockMarkIsACutLastLine) {
+    const ReadAll all = readAll(datedHeader + "5 fr fr 1\nutc 6 2026-11");
+    EXPECT_EQ(all.result, Result::End);
+    EXPECT_TRUE(all.truncated);
+    EXPECT_EQ(all.records.size(), 1U);
+}
+
+namespace {
+
+// Reads some bytes and fails then, as a disk with a bad sector does.
+class FailingBuffer : public std::stringbuf {
+public:
+    using std::stringbuf::stringbuf;
+
+protected:
+    std::streamsize xsgetn(char* bytes, std::streamsize size) override {
+        const std::streamsize read = std::stringbuf::xsgetn(bytes, size);
+        return read == size ? read : throw std::runtime_error("unreadable");
+    }
+};
+
+} // namespace
+
+TEST(Recording, aFileThatCannotBeReadOnIsNotTakenForItsEnd) {
+    std::string text = smallHeader;
+    for (std::uint64_t i = 0; i < 20000; ++i) { // more than is read at once
+        text += kestrel_wire::formatRecord(i, "fr 1");
+    }
+    FailingBuffer buffer(text);
+    std::istream stream(&buffer);
+    RecordingReader reader(stream);
+    RecordingHeader header;
+    Record record;
+    ASSERT_EQ(reader.readHeader(header), Result::Ok);
+    Result result = Result::Ok;
+    while (result == Result::Ok) {
+        result = reader.next(record);
+    }
+    EXPECT_EQ(result, Result::Malformed);
+    EXPECT_GT(record.microseconds, 0U);
+    EXPECT_EQ(reader.error(), "the file cannot be read on");
 }

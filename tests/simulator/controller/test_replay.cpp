@@ -65,6 +65,19 @@ TEST_F(RecordingFile, isSentFrameByFrameWithItsOwnTiming) {
     EXPECT_EQ(replay->take(50.3), (Lines{"fr 3", "6dmtr 0 0"}));
 }
 
+TEST_F(RecordingFile, clockMarksAreNotSent) {
+    header.start = 1795318812345;
+    write(kestrel_wire::formatClockMark({1000000, 1795318813000}) + record(1000000, "fr 1") +
+          kestrel_wire::formatClockMark({1100000, 5}) + record(1200000, "fr 2"));
+    const auto replay = open();
+    ASSERT_TRUE(replay) << error;
+    EXPECT_EQ(replay->header().start, 1795318812345);
+    replay->start(50.0);
+    EXPECT_EQ(replay->take(50.0), (Lines{"fr 1"}));
+    EXPECT_NEAR(replay->nextDue(), 50.2, 1e-9);
+    EXPECT_EQ(replay->take(50.2), (Lines{"fr 2"}));
+}
+
 TEST_F(RecordingFile, beginsAnewAfterOneMeanFrameDistance) {
     write(threeFrames());
     const auto replay = open();

@@ -1,11 +1,14 @@
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "workbench/outlets/recorder.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <future>
@@ -160,6 +163,47 @@ private Q_SLOTS:
         QVERIFY(text.size() > 7 && text.substr(text.size() - 7) == "6dmt 0\n");
     }
 
+    void theStartIsTheWallClocks() {
+        const kestrel_wire::UtcMilliseconds before = QDateTime::currentMSecsSinceEpoch();
+        Recorder recorder;
+        QString error;
+        QVERIFY(start(recorder, path(), &error));
+        const kestrel_wire::UtcMilliseconds after = QDateTime::currentMSecsSinceEpoch();
+        end(recorder);
+        RecordingHeader read;
+        static_cast<void>(recordsIn(content(), &read));
+        QVERIFY(read.start.has_value());
+        QVERIFY(*read.start >= before);
+        QVERIFY(*read.start <= after);
+    }
+
+    void aWallClockThatWasSetIsMarkedBeforeTheNextFrame() {
+        std::atomic<kestrel_wire::UtcMilliseconds> ahead = 0;
+        Recorder recorder(workbench::openRecordingFile, Recorder::usualQueue,
+                          [&ahead] { return workbench::systemWallClock() + ahead; });
+        QString error;
+        QVERIFY(start(recorder, path(), &error));
+        recorder.frame({"fr 1", "6dmt 0"});
+        ahead = 3600000;
+        recorder.frame({"fr 2", "6dmt 0"});
+        recorder.frame({"fr 3"});
+        end(recorder);
+
+        const QStringList lines =
+            QString::fromStdString(content()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(lines.filter(QRegularExpression(QStringLiteral("^utc "))).size(), 1);
+        const int mark = lines.size() - 4;
+        QVERIFY(lines.at(mark).startsWith(QStringLiteral("utc ")));
+        QVERIFY(lines.at(mark + 1).endsWith(QStringLiteral(" fr fr 2")));
+        QCOMPARE(lines.at(mark).section(QLatin1Char(' '), 1, 1),
+                 lines.at(mark + 1).section(QLatin1Char(' '), 0, 0));
+        kestrel_wire::UtcMilliseconds told = 0;
+        QVERIFY(kestrel_wire::parseUtc(lines.at(mark).section(QLatin1Char(' '), 2).toStdString(),
+                                       told));
+        QVERIFY(told >= QDateTime::currentMSecsSinceEpoch() + 3600000 - patience);
+        QVERIFY(told <= QDateTime::currentMSecsSinceEpoch() + 3600000);
+    }
+
     void framesAreCounted() {
         Recorder recorder;
         QString error;
@@ -230,7 +274,12 @@ private Q_SLOTS:
         QString error;
         QVERIFY2(start(recorder, path(), &error), qPrintable(error));
         end(recorder);
-        QCOMPARE(content(), kestrel_wire::formatRecordingHeader(header()));
+        RecordingHeader read;
+        QVERIFY(recordsIn(content(), &read).empty());
+        QVERIFY(read.start.has_value());
+        RecordingHeader expected = header();
+        expected.start = read.start;
+        QCOMPARE(content(), kestrel_wire::formatRecordingHeader(expected));
     }
 
     void aDiskThatTakesNoMoreEndsTheRecordingWithAReason() {
