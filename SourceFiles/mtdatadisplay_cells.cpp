@@ -1,5 +1,6 @@
 #include "SourceFiles/mtdatadisplay_cells.h"
 
+#include "KestrelAngles.h"
 #include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mtdatadisplay_plaincelldelegate.h"
 #include "general/dpiscaling.h"
@@ -138,7 +139,7 @@ void setState(QTableWidgetItem* item, BodyState state) {
 
 void showPose(QTableWidget* table, int row, int firstColumn, const double (&loc)[3],
               const double (&rot)[9]) {
-    const RotationAngles angles = rotationAngles(rot);
+    const KestrelSDK_Angles::RotationAngles angles = KestrelSDK_Angles::rotationAngles(rot);
     const double values[] = {loc[0], loc[1], loc[2], angles.rx, angles.ry, angles.rz};
     int column = firstColumn;
     for (const double value : values) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "SourceFiles/rotationangles.h"
-
 #include <QString>
 
 #include <array>

@@ -1,7 +1,7 @@
 // One refresh of both tables with painting, every value, button and colour changed since the last
 // one: the display against a plain one that writes every cell and paints with the stock delegate.
 
-#include "SourceFiles/rotationangles.h"
+#include "KestrelAngles.h"
 #include "tests/SourceFiles/display/displayfixture.h"
 
 #include <QApplication>
@@ -102,7 +102,7 @@ void writeText(QTableWidgetItem* item, double value) {
 void writePose(QTableWidget* table, int row, int column, const Pose& pose) {
     double rot[9];
     std::copy(pose.rot.begin(), pose.rot.end(), rot);
-    const RotationAngles angles = rotationAngles(rot);
+    const KestrelSDK_Angles::RotationAngles angles = KestrelSDK_Angles::rotationAngles(rot);
     for (const double value : pose.loc) {
         writeText(table->item(row, column++), value);
     }

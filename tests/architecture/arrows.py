@@ -68,7 +68,7 @@ KNOWS = {
 
 # Rooms with headers of their own that nobody else may include: these are the ones for everybody.
 PUBLIC_HEADERS = {
-    SDK: ["KestrelDatatypes.h", "KestrelParse.h", "KestrelParser.h"],
+    SDK: ["KestrelAngles.h", "KestrelDatatypes.h", "KestrelParse.h", "KestrelParser.h"],
     PROBE: ["PivotFit.h", "PointCapture.h", "Verdict.h"],
 }
 

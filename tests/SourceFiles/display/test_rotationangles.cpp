@@ -1,9 +1,11 @@
-#include "SourceFiles/rotationangles.h"
+#include "KestrelAngles.h"
 
 #include <QtTest>
 
 #include <array>
 #include <cmath>
+
+using KestrelSDK_Angles::RotationAngles;
 
 namespace {
 
@@ -12,7 +14,7 @@ constexpr double factor = 57.29577951308232;
 RotationAngles angles(const std::array<double, 9>& numbers) {
     double rot[9];
     std::copy(numbers.begin(), numbers.end(), rot);
-    return rotationAngles(rot);
+    return KestrelSDK_Angles::rotationAngles(rot);
 }
 
 } // namespace

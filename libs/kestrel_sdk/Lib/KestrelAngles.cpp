@@ -1,9 +1,13 @@
-#include "SourceFiles/rotationangles.h"
+#include "KestrelAngles.h"
 
 #include <cmath>
 
+namespace KestrelSDK_Angles {
+
 namespace {
+
 constexpr double degreesPerRadian = 57.29577951308232;
+
 }
 
 RotationAngles rotationAngles(const double (&rot)[9]) {
@@ -19,3 +23,5 @@ RotationAngles rotationAngles(const double (&rot)[9]) {
     }
     return angles;
 }
+
+} // namespace KestrelSDK_Angles
