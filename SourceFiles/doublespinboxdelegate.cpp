@@ -1,6 +1,6 @@
 #include "SourceFiles/doublespinboxdelegate.h"
 
-#include "SourceFiles/bodytexts.h"
+#include "general/bodytexts.h"
 #include "general/spinboxes.h"
 
 #include <cmath>

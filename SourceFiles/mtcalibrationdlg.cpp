@@ -1,9 +1,9 @@
 #include "SourceFiles/mtcalibrationdlg.h"
 
-#include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mthelpdlg.h"
 #include "SourceFiles/mtresultdlg.h"
 #include "general/CalibrationProgressDlg.h"
+#include "general/bodytexts.h"
 #include "general/dpiscaling.h"
 #include "general/growtofit.h"
 #include "general/hostlink.h"

@@ -1,8 +1,8 @@
 #include "SourceFiles/mtdatadisplay_cells.h"
 
 #include "KestrelAngles.h"
-#include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mtdatadisplay_plaincelldelegate.h"
+#include "general/bodytexts.h"
 #include "general/dpiscaling.h"
 
 #include <QBrush>

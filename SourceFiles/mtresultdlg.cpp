@@ -1,6 +1,6 @@
 #include "SourceFiles/mtresultdlg.h"
 
-#include "SourceFiles/bodytexts.h"
+#include "general/bodytexts.h"
 #include "general/dpiscaling.h"
 #include "general/hostlink.h"
 #include "general/modalrun.h"

@@ -1,5 +1,5 @@
-#include "SourceFiles/bodytexts.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/bodytexts.h"
 #include "general/dpiscaling.h"
 
 namespace {

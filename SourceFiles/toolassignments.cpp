@@ -1,6 +1,6 @@
 #include "SourceFiles/toolassignments.h"
 
-#include "SourceFiles/bodytexts.h"
+#include "general/bodytexts.h"
 #include "general/hostlink.h"
 #include "host_api/iomanager.h"
 

@@ -1,4 +1,4 @@
-#include "SourceFiles/bodytexts.h"
+#include "general/bodytexts.h"
 
 #include <QtTest>
 
