@@ -3,9 +3,9 @@
 #include "SourceFiles/mtcalibrationdlg.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/toolqueries.h"
 #include "general/underway.h"
 #include "general/widgetending.h"
-#include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
 #include "host_api/metatypes.h"
 
@@ -51,7 +51,7 @@ void MeasurementToolModule::set_param(QString key, QVariant value) {
 
 QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
     const bool isBeingBuilt = gui_mtDataDisplay.content != nullptr;
-    if (!gui_elements.isEmpty() || isBeingBuilt || isOldCompactSystem()) {
+    if (!gui_elements.isEmpty() || isBeingBuilt || toolqueries::isOldCompactSystem(beVers)) {
         return gui_elements;
     }
     if (!bObserverMode) {
@@ -178,9 +178,4 @@ void MeasurementToolModule::add(_GuiElement& element) {
         }
     });
     gui_elements.append(&element);
-}
-
-bool MeasurementToolModule::isOldCompactSystem() const {
-    return beVers != nullptr && beVers->hubModel().startsWith(QLatin1String("MINIRIG")) &&
-           beVers->systemPt() < VersionInfo(2, 9, 4);
 }

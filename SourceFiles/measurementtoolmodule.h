@@ -44,9 +44,6 @@ private:
     void add(_GuiElement& element);
     void retireActions();
 
-    /// A compact controller whose software is too old for Measurement Tools.
-    bool isOldCompactSystem() const;
-
     QPointer<QWidget> mod_parent; ///< parent of all widgets; the host's
     QList<_GuiElement*> gui_elements;
     _GuiElement gui_mtSettings;

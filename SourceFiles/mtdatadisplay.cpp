@@ -3,6 +3,7 @@
 #include "KestrelParser.h"
 #include "general/dpiscaling.h"
 #include "general/hostlink.h"
+#include "general/toolqueries.h"
 #include "general/widgetending.h"
 #include "host_api/iomanager.h"
 
@@ -93,7 +94,7 @@ void MtDataDisplay::hideEvent(QHideEvent* event) {
 
 void MtDataDisplay::register6dmtRequest(bool on) {
     m_isSubscribed = on;
-    for (const char* channel : {"6dmt", "6dmt2", "6dmtr"}) {
+    for (const char* channel : toolqueries::channels) {
         if (!on) {
             iom->unregister_data_requester(channel, this);
             continue;
@@ -111,12 +112,10 @@ bool MtDataDisplay::isMtAvailable() {
 }
 
 void MtDataDisplay::checkDesiredOutput6dmt() {
-    if (!bIsMtAvailable || !hostlink::protocolPasses(beVers, 1, 13)) {
+    if (!bIsMtAvailable) {
         return;
     }
-    // The result is not looked at: a query that fails without a value leaves the current choice.
-    bool use6dmt = bUseChmon6dmt;
-    iom->get_parameter_bool(&use6dmt, "measurementtool output_6dmt");
+    const bool use6dmt = toolqueries::usesOldFormat(iom, beVers, bUseChmon6dmt);
     if (use6dmt != bUseChmon6dmt) {
         bUseChmon6dmt = use6dmt;
         bIsChmon6dmtActive = false;
@@ -127,9 +126,7 @@ void MtDataDisplay::checkActivateChmon6dmt() {
     if (bIsChmon6dmtActive || !bIsMtAvailable) {
         return;
     }
-    iom->set_parameter(bUseChmon6dmt ? "output active chmon 6dmt yes"
-                                     : "output active chmon 6dmt2 yes");
-    iom->set_parameter("output active chmon 6dmtr yes");
+    toolqueries::activateLines(iom, bUseChmon6dmt);
     bIsChmon6dmtActive = true;
 }
 

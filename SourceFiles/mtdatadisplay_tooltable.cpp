@@ -2,14 +2,14 @@
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtdatadisplay_cells.h"
 #include "general/bodytexts.h"
-#include "general/hostlink.h"
-#include "host_api/iomanager.h"
+#include "general/toolqueries.h"
 
 #include <QBrush>
 #include <QThread>
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 using trackingcells::BodyState;
 
@@ -149,14 +149,7 @@ bool MtDataDisplay::setInfoMeaBodyCalibrated(int i) {
     if (i < 0 || i >= listMeaBodyCalibrated.size()) {
         return false;
     }
-    hostlink::Reply reply;
-    const bool calibrated =
-        iom->get_parameter_string(reply.buffer(), "body calibrated measurementtool b%2.2d",
-                                  i + 1) == 0 &&
-        reply.is("yes") &&
-        iom->get_parameter_string(reply.buffer(), "measurementtool tip_calibrated b%2.2d", i + 1) ==
-            0 &&
-        reply.is("yes");
+    const bool calibrated = toolqueries::isToolCalibrated(iom, i);
     listMeaBodyCalibrated[i] = calibrated;
     return calibrated;
 }
@@ -165,14 +158,7 @@ QString MtDataDisplay::getRefBodyForMeaBody(int i) {
     if (i < 0 || i >= listRefBodyOfMeaBody.size()) {
         return QString();
     }
-    hostlink::Reply reply;
-    if (iom->get_parameter_string(reply.buffer(), "measurementtool reference_of_tool b%2.2d",
-                                  i + 1) != 0 ||
-        reply.is("none")) {
-        listRefBodyOfMeaBody[i] = -1;
-        return QString();
-    }
-    const int reference = bodytexts::bodyNumber(reply.toString()) - 1;
-    listRefBodyOfMeaBody[i] = reference;
-    return bodytexts::referenceName(reference);
+    const std::optional<int> reference = toolqueries::referenceOfTool(iom, i);
+    listRefBodyOfMeaBody[i] = reference.value_or(-1);
+    return reference ? bodytexts::referenceName(*reference) : QString();
 }
