@@ -3,6 +3,7 @@
 #include "SourceFiles/mtcalibrationdlg.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/menuentry.h"
 #include "general/toolqueries.h"
 #include "general/underway.h"
 #include "general/widgetending.h"
@@ -166,16 +167,6 @@ MtDataDisplay* MeasurementToolModule::dataDisplay() const {
 }
 
 void MeasurementToolModule::add(_GuiElement& element) {
-    // An entry and its content may each be gone late, when others have followed them.
-    connect(element.content, &QObject::destroyed, this, [&element](QObject* gone) {
-        if (element.content == gone) {
-            element.content = nullptr;
-        }
-    });
-    connect(element.menu_entry, &QObject::destroyed, this, [&element](QObject* gone) {
-        if (element.menu_entry == gone) {
-            element.menu_entry = nullptr;
-        }
-    });
+    menuentry::forgetWhenGone(element, this);
     gui_elements.append(&element);
 }

@@ -15,6 +15,9 @@ update() {
 for catalogue in "$catalogues"/measurementtool_*.ts; do
     update "$catalogue" SourceFiles general ui
 done
+for catalogue in "$catalogues"/probecheck_*.ts; do
+    update "$catalogue" probecheck
+done
 for catalogue in "$catalogues"/kestrel-workbench_*.ts; do
     update "$catalogue" workbench
 done

@@ -37,8 +37,8 @@ FORBIDDEN = [
     ("SourceFiles", "<Lib/Tables.h>", "private to libs/kestrel_sdk"),
     ("SourceFiles", '"libs/kestrel_wire/reply.h"', "may not know libs/kestrel_wire"),
     ("SourceFiles", '"probecheck/planted.h"', "may not know probecheck"),
-    ("general", '"SourceFiles/bodytexts.h"', "may not know SourceFiles"),
-    ("probecheck", '"SourceFiles/bodytexts.h"', "may not know SourceFiles"),
+    ("general", '"SourceFiles/bodycount.h"', "may not know SourceFiles"),
+    ("probecheck", '"SourceFiles/bodycount.h"', "may not know SourceFiles"),
     ("probecheck", '"libs/kestrel_probe/planted_private.h"', "private to libs/kestrel_probe"),
     ("host_api", '"general/modalrun.h"', "may not know general"),
     ("libs/kestrel_sdk/Lib", '"libs/kestrel_wire/reply.h"', "may not know libs/kestrel_wire"),
@@ -116,7 +116,7 @@ class CheckOfIncludes(unittest.TestCase):
         for header in PLANTED_HEADERS:
             if not os.path.exists(os.path.join(cls.root, header)):
                 cls.write(header, "")
-        os.symlink("../SourceFiles/bodytexts.h", os.path.join(cls.root, "workbench/planted_link.h"))
+        os.symlink("../SourceFiles/bodycount.h", os.path.join(cls.root, "workbench/planted_link.h"))
         cls.untouched = check(cls.root, QT)[1]
         for number, (folder, include, _) in enumerate(FORBIDDEN):
             cls.write(f"{folder}/forbidden{number}.cpp", f"  #  include {include}\nint planted;\n")

@@ -34,13 +34,15 @@ check_papers() {
 }
 
 check_live_rows() {
-    local prefix=$1 work=$2 plugin=$3 pid simulator
+    local prefix=$1 work=$2 plugin=$3 file pid simulator
     LC_ALL=C "$prefix/bin/kestrel-workbench" --simulate --measure --open-docks --print-rows \
         --settings "$work/settings.ini" >"$work/rows" 2>"$work/errors" &
     pid=$!
     wait_for 60 grep -qE $'^tableWidget6dmt\t0\tM1.*\t-?[0-9]+\\.[0-9][0-9]\t' "$work/rows" ||
         { cat "$work/errors"; kill $pid; fail "no live rows"; }
-    grep -qF "$plugin" /proc/$pid/maps || { kill $pid; fail "$plugin is not what is loaded"; }
+    for file in "$plugin" "${plugin%/*}/libProbeCheckModule.so"; do
+        grep -qF "$file" /proc/$pid/maps || { kill $pid; fail "$file is not what is loaded"; }
+    done
     simulator=$(pgrep -P $pid -f kestrel-simulator) || { kill $pid; fail "no simulator runs"; }
     [ "$(readlink -f "/proc/$simulator/exe")" = "$(readlink -f "$prefix/bin/kestrel-simulator")" ] ||
         { kill $pid; fail "another simulator runs"; }
@@ -55,6 +57,7 @@ check_programs() {
     work=$2
     plugin=$(find "$prefix/lib" -name libMeasurementToolModule.so)
     [ -n "$plugin" ] || fail "the plug-in is not installed"
+    [ -e "${plugin%/*}/libProbeCheckModule.so" ] || fail "the second plug-in is not installed"
     check_papers "$prefix" kestrel-workbench
     check_papers "$prefix" kestrel-simulator
     LC_ALL=C "$prefix/bin/kestrel-workbench" --language de --help |
