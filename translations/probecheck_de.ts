@@ -39,125 +39,125 @@
     <name>points</name>
     <message>
         <source>none</source>
-        <translation type="unfinished"></translation>
+        <translation>keine</translation>
     </message>
     <message>
         <source>unknown</source>
-        <translation type="unfinished"></translation>
+        <translation>unbekannt</translation>
     </message>
     <message>
         <source>conforms</source>
-        <translation type="unfinished"></translation>
+        <translation>erfüllt</translation>
     </message>
     <message>
         <source>does not conform</source>
-        <translation type="unfinished"></translation>
+        <translation>nicht erfüllt</translation>
     </message>
     <message>
         <source>undecided</source>
-        <translation type="unfinished"></translation>
+        <translation>unentschieden</translation>
     </message>
 </context>
 <context>
     <name>points::PointListModel</name>
     <message numerus="yes">
         <source>delete %n point(s)</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n Punkt löschen</numerusform>
+            <numerusform>%n Punkte löschen</numerusform>
         </translation>
     </message>
     <message>
         <source>rename %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 umbenennen</translation>
     </message>
     <message>
         <source>No.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nr.</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>x [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>x [mm]</translation>
     </message>
     <message>
         <source>y [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>y [mm]</translation>
     </message>
     <message>
         <source>z [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>z [mm]</translation>
     </message>
     <message>
         <source>Standard deviation of the samples along x</source>
-        <translation type="unfinished"></translation>
+        <translation>Standardabweichung der Messwerte in x</translation>
     </message>
     <message>
         <source>s x [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>s x [mm]</translation>
     </message>
     <message>
         <source>Standard deviation of the samples along y</source>
-        <translation type="unfinished"></translation>
+        <translation>Standardabweichung der Messwerte in y</translation>
     </message>
     <message>
         <source>s y [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>s y [mm]</translation>
     </message>
     <message>
         <source>Standard deviation of the samples along z</source>
-        <translation type="unfinished"></translation>
+        <translation>Standardabweichung der Messwerte in z</translation>
     </message>
     <message>
         <source>s z [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>s z [mm]</translation>
     </message>
     <message>
         <source>Greatest distance of a sample from the point</source>
-        <translation type="unfinished"></translation>
+        <translation>Größter Abstand eines Messwerts vom Punkt</translation>
     </message>
     <message>
         <source>Greatest [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>Größter [mm]</translation>
     </message>
     <message>
         <source>Samples</source>
-        <translation type="unfinished"></translation>
+        <translation>Messwerte</translation>
     </message>
     <message>
         <source>Duration [s]</source>
-        <translation type="unfinished"></translation>
+        <translation>Dauer [s]</translation>
     </message>
     <message>
         <source>Tool</source>
-        <translation type="unfinished"></translation>
+        <translation>Werkzeug</translation>
     </message>
     <message>
         <source>Reference</source>
-        <translation type="unfinished"></translation>
+        <translation>Referenz</translation>
     </message>
     <message>
         <source>Time (UTC)</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeit (UTC)</translation>
     </message>
     <message>
         <source>Greatest distance with the point&apos;s uncertainty against the tolerance</source>
-        <translation type="unfinished"></translation>
+        <translation>Größter Abstand mit der Unsicherheit des Punkts gegen die Toleranz</translation>
     </message>
     <message>
         <source>Verdict</source>
-        <translation type="unfinished"></translation>
+        <translation>Urteil</translation>
     </message>
     <message>
         <source>Distance to the point before, with the half width of its 95 % interval</source>
-        <translation type="unfinished"></translation>
+        <translation>Abstand zum vorigen Punkt, mit der halben Breite seines 95-%-Bereichs</translation>
     </message>
     <message>
         <source>Distance to the one before [mm]</source>
-        <translation type="unfinished"></translation>
+        <translation>Abstand zum vorigen [mm]</translation>
     </message>
 </context>
 </TS>
