@@ -116,7 +116,7 @@ class CheckOfIncludes(unittest.TestCase):
         for header in PLANTED_HEADERS:
             if not os.path.exists(os.path.join(cls.root, header)):
                 cls.write(header, "")
-        os.symlink("../SourceFiles/bodycount.h", os.path.join(cls.root, "workbench/planted_link.h"))
+        os.symlink("../SourceFiles/numberglyphs.h", os.path.join(cls.root, "workbench/planted_link.h"))
         cls.untouched = check(cls.root, QT)[1]
         for number, (folder, include, _) in enumerate(FORBIDDEN):
             cls.write(f"{folder}/forbidden{number}.cpp", f"  #  include {include}\nint planted;\n")
