@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/framegaps.h"
+#include "libs/kestrel_wire/framegaps.h"
 
 #include <chrono>
 #include <cstddef>
@@ -17,7 +17,7 @@ public:
 
     struct Snapshot {
         std::uint64_t frames = 0;        ///< since the last reset
-        std::uint64_t lostFrames = 0;    ///< told by the frame counter; see FrameGaps
+        std::uint64_t lostFrames = 0;    ///< told by the frame counter; see kestrel_wire::FrameGaps
         std::uint64_t foreign = 0;       ///< datagrams that did not come from the controller
         std::uint64_t rejectedLines = 0; ///< lines that a receiver could not read
         std::size_t longestRejected = 0; ///< characters of the longest of them
@@ -40,7 +40,7 @@ public:
 private:
     std::mutex m_mutex;
     Snapshot m_counts;
-    FrameGaps m_gaps;
+    kestrel_wire::FrameGaps m_gaps;
     Clock::time_point m_lastFrame;
     Clock::time_point m_rateSince;
     std::uint64_t m_framesThen = 0;

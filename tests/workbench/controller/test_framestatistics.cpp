@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-using workbench::FrameGaps;
+using kestrel_wire::FrameGaps;
 using workbench::FrameStatistics;
 using Clock = FrameStatistics::Clock;
 

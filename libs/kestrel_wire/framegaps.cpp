@@ -1,8 +1,8 @@
-#include "workbench/controller/framegaps.h"
+#include "libs/kestrel_wire/framegaps.h"
 
 #include <algorithm>
 
-namespace workbench {
+namespace kestrel_wire {
 
 namespace {
 
@@ -78,4 +78,4 @@ void FrameGaps::beginAnew(std::uint32_t counter) {
     m_missing.clear();
 }
 
-} // namespace workbench
+} // namespace kestrel_wire

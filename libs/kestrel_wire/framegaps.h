@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <deque>
 
-namespace workbench {
+namespace kestrel_wire {
 
 /// Counts the frames that are missing in a sequence of frame counters. The counter has 32 bits and
 /// goes on with 0 after its last value. A frame that comes late takes back what its absence was
@@ -38,4 +38,4 @@ private:
     std::uint64_t m_lost = 0;
 };
 
-} // namespace workbench
+} // namespace kestrel_wire
