@@ -4,11 +4,12 @@ CONTRACT = "host_api"
 SDK = "libs/kestrel_sdk"
 PROBE = "libs/kestrel_probe"
 WIRE = "libs/kestrel_wire"
+RECORDING = "libs/kestrel_recording"
 PLUGIN = ["SourceFiles", "general", CONTRACT, SDK, "ui"]
 WORKBENCH = ["workbench", "workbench/text", "workbench/controller", "workbench/modules",
              "workbench/outlets", "workbench/window"]
 SIMULATOR = ["simulator", "simulator/words", "simulator/geometry", "simulator/controller"]
-HOST = [CONTRACT, SDK, WIRE]
+HOST = [CONTRACT, SDK, WIRE, RECORDING]
 TEST_HOST = ["tests/support", CONTRACT, SDK]
 
 # Room: the other rooms that it may know. A folder belongs to the longest name that fits; a source
@@ -21,6 +22,7 @@ KNOWS = {
     SDK: [],
     PROBE: [],
     WIRE: [SDK],
+    RECORDING: [WIRE, SDK],
     "workbench/text": HOST,
     "workbench/outlets": HOST,
     "workbench/controller": HOST + ["workbench/text", "workbench/outlets"],
@@ -32,7 +34,7 @@ KNOWS = {
     "simulator/words": [WIRE, SDK, "simulator/geometry"],
     "simulator/controller": [WIRE, SDK, "simulator/words", "simulator/geometry"],
     "simulator": [WIRE, SDK] + SIMULATOR,
-    "recording": [WIRE],
+    "recording": [WIRE, RECORDING],
     "python": [SDK],
     "tests/support": [CONTRACT, WIRE],
     "tests/host_api": [CONTRACT],
@@ -42,9 +44,10 @@ KNOWS = {
     "tests/libs/kestrel_sdk": [SDK],
     "tests/libs/kestrel_probe": [PROBE],
     "tests/libs/kestrel_wire": [WIRE],
+    "tests/libs/kestrel_recording": [RECORDING, WIRE],
     "tests/workbench": HOST + WORKBENCH + ["tests/support"],
     "tests/simulator": [WIRE, SDK] + SIMULATOR,
-    "tests/recording": ["recording", WIRE],
+    "tests/recording": ["recording", RECORDING, WIRE],
     "tests/python": [SDK],
     # Windows of all rooms side by side.
     "tests/windows": TEST_HOST + PLUGIN + ["probecheck", WIRE] + WORKBENCH
@@ -59,9 +62,11 @@ KNOWS = {
     "benchmarks/probe": [PROBE, "tests/libs/kestrel_probe"],
     "benchmarks/display": PLUGIN + TEST_HOST + ["tests/SourceFiles"],
     "benchmarks/scale": HOST + WORKBENCH + SIMULATOR,
+    "benchmarks/recording": [WIRE],
     "benchmarks/workbench": HOST + WORKBENCH,
     "fuzz": [],
     "fuzz/sdk": [SDK, "tests/libs/kestrel_sdk"],
+    "fuzz/recording": [RECORDING, WIRE],
     "fuzz/simulator": [WIRE, SDK] + SIMULATOR,
     "fuzz/workbench": [WIRE, SDK, "workbench/controller"],
 }
@@ -83,7 +88,7 @@ QT_MODULES = {
     "simulator/words": [],
     "simulator/geometry": [],
     "simulator/controller": [],
-    "recording": ["QtCore"],
+    "recording": [],
     "python": [],
     "tests/libs": [],
     "tests/simulator": ["QtCore", "QtNetwork", "QtTest"],
@@ -95,6 +100,7 @@ OTHER_LIBRARIES = {
     SDK: ["fast_float/"],
     PROBE: ["Eigen/"],
     WIRE: [],
+    RECORDING: [],
     "simulator/geometry": ["Eigen/"],
     "simulator/words": ["Eigen/"],
     "simulator/controller": ["Eigen/"],

@@ -1,0 +1,81 @@
+#include "libs/kestrel_recording/walk.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace kestrel_recording {
+
+namespace {
+
+constexpr std::uint64_t watchInterval = 1024 * 1024;
+
+}
+
+using Result = kestrel_wire::RecordingReader::Result;
+
+Walk::Walk(std::istream& stream, Watch watch)
+    : m_reader(stream)
+    , m_watch(std::move(watch)) {}
+
+bool Walk::readHeader(kestrel_wire::RecordingHeader& header) {
+    return take(m_reader.readHeader(header));
+}
+
+bool Walk::next(kestrel_wire::Record& record) {
+    return take(m_reader.next(record));
+}
+
+bool Walk::take(Result result) {
+    if (result == Result::Malformed) {
+        m_outcome.ending = Outcome::Ending::Malformed;
+        m_outcome.line = std::max<std::size_t>(1, m_reader.lineNumber());
+        m_outcome.reason = m_reader.error();
+    } else if (result == Result::End && m_reader.truncated()) {
+        m_outcome.ending = Outcome::Ending::Truncated;
+        m_outcome.line = m_reader.lineNumber() + 1;
+    }
+    if (m_watch && m_reader.bytesTaken() - m_told >= watchInterval) {
+        m_told = m_reader.bytesTaken();
+        if (!m_watch(m_told) && result == Result::Ok) {
+            m_outcome.ending = Outcome::Ending::Stopped;
+            return false;
+        }
+    }
+    return result == Result::Ok;
+}
+
+Outcome Walk::outcome() const {
+    return m_outcome;
+}
+
+Outcome check(std::istream& stream, const Watch& watch) {
+    Walk walk(stream, watch);
+    kestrel_wire::RecordingHeader header;
+    kestrel_wire::Record record;
+    bool more = walk.readHeader(header);
+    while (more) {
+        more = walk.next(record);
+    }
+    return walk.outcome();
+}
+
+bool openRecording(const std::string& path, std::ifstream& file, std::string& error) {
+    std::error_code failure;
+    const std::filesystem::file_status status = std::filesystem::status(path, failure);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        error = "only an ordinary file can be read, not a folder, pipe or device";
+        return false;
+    }
+    file.open(path, std::ios::binary);
+    if (!file) {
+        error = std::strerror(errno);
+        return false;
+    }
+    return true;
+}
+
+} // namespace kestrel_recording
