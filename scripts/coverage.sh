@@ -19,6 +19,7 @@ rooms=(
     "workbench|workbench/|90|80"
     "simulator|simulator/|90|80"
     "wire|libs/kestrel_wire/|90|80"
+    "recording|libs/kestrel_recording/ recording/|90|80"
 )
 
 check=no

@@ -31,7 +31,8 @@ void appendNumber(double number, std::string& text) {
     Digits digits;
     // A nan has no sign that would mean anything.
     text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(),
-                                             std::isnan(number) ? std::abs(number) : number)
+                                             std::isnan(number) ? std::abs(number) : number,
+                                             std::chars_format::fixed)
                                    .ptr);
 }
 

@@ -60,6 +60,7 @@ check_programs() {
     [ -e "${plugin%/*}/libProbeCheckModule.so" ] || fail "the second plug-in is not installed"
     check_papers "$prefix" kestrel-workbench
     check_papers "$prefix" kestrel-simulator
+    check_papers "$prefix" kestrel-recording
     LC_ALL=C "$prefix/bin/kestrel-workbench" --language de --help |
         grep -q 'Mit einem Controller verbinden' || fail "no German texts are found"
     LANGUAGE='' LC_ALL=de_DE.UTF-8 "$prefix/bin/kestrel-workbench" --help |

@@ -1,0 +1,238 @@
+#include "libs/kestrel_wire/recording.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+namespace {
+
+struct Ended {
+    int code = -1;
+    std::string output;
+    std::string errors;
+};
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+constexpr const char* tool =
+    "6dmt2 1 1 [0 1.000 4 0.750][1 2 3][1 0 0 0 1 0 0 0 1][0][0 0 0 0 0 0]";
+
+/// The program as its users start it.
+class RecordingProgram : public testing::Test {
+protected:
+    void SetUp() override {
+        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+        folder = testing::TempDir() + "kestrel_recording_" + test->name() + "/";
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directory(folder);
+        kestrel_wire::RecordingHeader header = {"3.1.0", "1.14.0", "3.1.0", "MODEL\x1b[2J", {}};
+        header.start = 1795318812345;
+        good = kestrel_wire::formatRecordingHeader(header);
+        for (std::uint64_t i = 1; i <= 5; ++i) {
+            good += kestrel_wire::formatRecord(i * 1000000, "fr " + std::to_string(i));
+            good += kestrel_wire::formatRecord(i * 1000000, tool);
+        }
+        write("good", good);
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    void write(const std::string& name, const std::string& content) const {
+        std::ofstream(folder + name, std::ios::binary) << content;
+    }
+
+    // `arguments` as in a shell, in the test's folder.
+    Ended run(const std::string& arguments) const {
+        const std::string line = "cd '" + folder + "' && timeout 60 '" RECORDING_PROGRAM "' " +
+                                 arguments + " >out 2>err </dev/null";
+        return ended(std::system(line.c_str()));
+    }
+
+    Ended ended(int status) const {
+        Ended result;
+        result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        result.output = contentOf(folder + "out");
+        result.errors = contentOf(folder + "err");
+        return result;
+    }
+
+    std::string folder;
+    std::string good;
+};
+
+} // namespace
+
+TEST_F(RecordingProgram, tellsWhatIsInARecording) {
+    const Ended info = run("info good");
+    EXPECT_EQ(info.code, 0) << info.errors;
+    EXPECT_EQ(info.output, "format:        2\n"
+                           "model:         MODEL\\x1b[2J\n"
+                           "protocol:      1.14.0\n"
+                           "system:        3.1.0\n"
+                           "system_ct:     3.1.0\n"
+                           "start:         2026-11-22T03:40:12.345Z\n"
+                           "end:           2026-11-22T03:40:17.345Z\n"
+                           "duration:      4.000000 s\n"
+                           "frames:        5 (1.0 per second)\n"
+                           "lost frames:   0\n"
+                           "longest gap:   1.000000 s after 1.000000 s\n"
+                           "channel:       fr, 5 lines\n"
+                           "channel:       6dmt2, 5 lines\n"
+                           "tool M1:       tracked in 5 of 5 frames (100.0 %)\n"
+                           "unreadable:    0 lines\n");
+    EXPECT_EQ(info.errors, "");
+}
+
+TEST_F(RecordingProgram, versionOneIsReadToo) {
+    write("old", "kestrel-recording 1\nversion model m\nrecords\n5 fr fr 1\n");
+    const Ended info = run("info old");
+    EXPECT_EQ(info.code, 0) << info.errors;
+    EXPECT_NE(info.output.find("format:        1\n"), std::string::npos);
+    EXPECT_NE(info.output.find("start:         unknown\n"), std::string::npos);
+    EXPECT_EQ(run("check old").code, 0);
+    EXPECT_EQ(run("cut old").output,
+              contentOf(folder + "old")
+                  .replace(20, 0, "version system \nversion protocol \nversion system_ct \n"));
+}
+
+TEST_F(RecordingProgram, checksWhetherARecordingIsWhole) {
+    Ended check = run("check good");
+    EXPECT_EQ(check.code, 0);
+    EXPECT_EQ(check.output, "good: whole\n");
+    write("cut", good.substr(0, good.size() - 1));
+    check = run("check cut");
+    EXPECT_EQ(check.code, 1);
+    EXPECT_EQ(check.errors, "kestrel-recording: cut: line 17: the last line is cut\n");
+    write("bad", good + "1 fr fr 9\n");
+    check = run("check bad");
+    EXPECT_EQ(check.code, 1);
+    EXPECT_EQ(check.errors, "kestrel-recording: bad: line 18: the time stamp goes backwards\n");
+    EXPECT_EQ(check.output, "");
+}
+
+TEST_F(RecordingProgram, exportsATableWithoutTheLocale) {
+    const Ended csv = run("csv --from 2 --to 3 good");
+    EXPECT_EQ(csv.code, 0) << csv.errors;
+    EXPECT_EQ(std::count(csv.output.begin(), csv.output.end(), '\n'), 3);
+    EXPECT_NE(csv.output.find("\n3.000000,2026-11-22T03:40:15.345Z,3,M1,1,1,2,3,"),
+              std::string::npos);
+    EXPECT_EQ(csv.errors, ""); // no progress where there is no terminal
+    const std::string german = "cd '" + folder +
+                               "' && LC_ALL=de_DE.UTF-8 '" RECORDING_PROGRAM
+                               "' csv --from 2 --to 3 good >out 2>err";
+    EXPECT_EQ(ended(std::system(german.c_str())).output, csv.output);
+}
+
+TEST_F(RecordingProgram, readsStandardInput) {
+    const std::string line =
+        "cd '" + folder + "' && cat good | '" RECORDING_PROGRAM "' check - >out 2>err";
+    const Ended check = ended(std::system(line.c_str()));
+    EXPECT_EQ(check.code, 0) << check.errors;
+    EXPECT_EQ(check.output, "-: whole\n");
+}
+
+TEST_F(RecordingProgram, cutsATimeRange) {
+    const Ended cut = run("cut --from 2 --to 3 -o part good");
+    EXPECT_EQ(cut.code, 0) << cut.errors;
+    const std::string part = contentOf(folder + "part");
+    EXPECT_EQ(part.substr(part.find("records\n")),
+              "records\n2000000 fr fr 2\n2000000 6dmt2 " + std::string(tool) +
+                  "\n3000000 fr fr 3\n3000000 6dmt2 " + tool + "\n");
+    EXPECT_EQ(run("check part").code, 0);
+}
+
+TEST_F(RecordingProgram, destroysNothing) {
+    write("old", "old");
+    Ended cut = run("cut -o old good");
+    EXPECT_EQ(cut.code, 4);
+    EXPECT_EQ(cut.errors, "kestrel-recording: old: the file exists already (see --force)\n");
+    EXPECT_EQ(contentOf(folder + "old"), "old");
+    cut = run("cut --force -o ./good good");
+    EXPECT_EQ(cut.code, 4);
+    EXPECT_EQ(cut.errors, "kestrel-recording: ./good: this is the recording itself\n");
+    EXPECT_EQ(contentOf(folder + "good"), good);
+    EXPECT_EQ(run("cut --force -o old good").code, 0);
+    EXPECT_EQ(contentOf(folder + "old"), good);
+}
+
+TEST_F(RecordingProgram, tellsWhatIsMissingOfARecordingAtFault) {
+    write("bad", good + "hello\n6000000 fr fr 6\n");
+    const Ended csv = run("csv bad");
+    EXPECT_EQ(csv.code, 1);
+    EXPECT_EQ(std::count(csv.output.begin(), csv.output.end(), '\n'), 6);
+    EXPECT_EQ(csv.errors, "kestrel-recording: bad: line 18: unreadable time stamp; nothing from "
+                          "there on was taken\n");
+    write("cut", good + "6000000 fr");
+    const Ended cut = run("csv cut");
+    EXPECT_EQ(cut.code, 0);
+    EXPECT_EQ(cut.errors, "kestrel-recording: cut: line 18: the last line is cut and left out\n");
+}
+
+TEST_F(RecordingProgram, tellsOfADiskThatIsFull) {
+    for (const char* command : {"info", "check", "csv", "cut"}) {
+        const std::string line =
+            "cd '" + folder + "' && '" RECORDING_PROGRAM "' " + command + " good >/dev/full 2>err";
+        const Ended full = ended(std::system(line.c_str()));
+        EXPECT_EQ(full.code, 4) << command;
+        EXPECT_EQ(full.errors, "kestrel-recording: standard output: No space left on device\n");
+    }
+}
+
+TEST_F(RecordingProgram, aFileThatBecameTooLargeIsRemoved) {
+    std::string large = good;
+    for (std::uint64_t i = 6; i <= 5000; ++i) {
+        large += kestrel_wire::formatRecord(i * 1000000, tool);
+    }
+    write("large", large);
+    const std::string line = "cd '" + folder +
+                             "' && trap '' XFSZ && ulimit -f 100 && exec '" RECORDING_PROGRAM
+                             "' cut -o part large >out 2>err";
+    const Ended cut = ended(std::system(line.c_str()));
+    EXPECT_EQ(cut.code, 4) << cut.errors;
+    EXPECT_FALSE(std::filesystem::exists(folder + "part"));
+}
+
+TEST_F(RecordingProgram, whatIsNoRecordingEndsWithASentence) {
+    ASSERT_EQ(::mkfifo((folder + "pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+    std::filesystem::create_directory(folder + "folder");
+    std::string garbage;
+    for (unsigned i = 0; i < 100000; ++i) {
+        garbage += static_cast<char>(i * 2654435761U >> 13U);
+    }
+    write("garbage", garbage);
+    write("endless", std::string(3000000, 'x'));
+    write("endless record", good + "6000000 fr fr " + std::string(3000000, 'x'));
+    write("zeros", std::string(3000000, '\0'));
+    write("empty", "");
+    write("header alone", good.substr(0, 40));
+    write("number", good + "99999999999999999999 fr fr 1\n");
+    write("not utf8", good + "6000000 \xff\xfe \xff\xfe\n");
+    const struct {
+        const char* file;
+        int code;
+    } rows[] = {{"pipe", 3},           {"folder", 3},           {"nothing", 3}, {"/dev/zero", 3},
+                {"garbage", 1},        {"endless", 1},          {"zeros", 1},   {"empty", 1},
+                {"'header alone'", 1}, {"'endless record'", 1}, {"number", 1},  {"'not utf8'", 0}};
+    for (const auto& row : rows) {
+        for (const char* command : {"info ", "check ", "csv ", "cut "}) {
+            const Ended one = run(command + std::string(row.file));
+            EXPECT_EQ(one.code, row.code) << command << row.file << one.errors;
+            EXPECT_EQ(one.errors.empty(), row.code == 0) << command << row.file;
+        }
+    }
+}
+
+TEST_F(RecordingProgram, aBadOptionEndsWith2) {
+    const Ended bad = run("what good");
+    EXPECT_EQ(bad.code, 2);
+    EXPECT_EQ(bad.errors, "kestrel-recording: unknown command 'what' (see --help)\n");
+    const Ended help = run("--help");
+    EXPECT_EQ(help.code, 0);
+    EXPECT_EQ(help.output.substr(0, 6), "Usage:");
+}
