@@ -14,6 +14,40 @@ if(KESTREL_FUZZERS)
     list(APPEND kestrel_sanitizers -fsanitize=fuzzer-no-link)
 endif()
 
+option(KESTREL_COVERAGE "Count which lines and branches are reached, into profiles/ (clang only)" OFF)
+option(KESTREL_CLAZY "Let clazy look at what is compiled (clang only)" OFF)
+
+# What is said of a program that only we run: it checks or measures the others.
+function(kestrel_is_check variable)
+    file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+    string(REGEX MATCH "^(tests|benchmarks|fuzz|soak|scripts)(/|$)" found "${folder}")
+    set(${variable} "${found}" PARENT_SCOPE)
+endfunction()
+
+function(kestrel_count_coverage target)
+    set(profile "-fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%8m.profraw")
+    target_link_options(${target} PRIVATE ${profile})
+    kestrel_is_check(is_check)
+    if(NOT is_check)
+        target_compile_options(${target} PRIVATE ${profile} -fcoverage-mapping)
+    endif()
+endfunction()
+
+# Clang has the source before it anyway, and parsing Qt's headers costs more than all the checks. The
+# dialogs' slots are connected by name on purpose: the names are what hosts and tests know. Tests and
+# benchmarks register themselves through static objects of their frameworks.
+function(kestrel_run_clazy target)
+    set(checks "level1,no-connect-by-name")
+    kestrel_is_check(is_check)
+    if(is_check)
+        string(APPEND checks ",no-non-pod-global-static")
+    endif()
+    target_compile_options(${target} PRIVATE
+        "SHELL:-Xclang -load -Xclang ClazyPlugin.so -Xclang -add-plugin -Xclang clazy"
+        "SHELL:-Xclang -plugin-arg-clazy -Xclang ${checks}"
+        "SHELL:-Xclang -plugin-arg-clazy -Xclang ignore-included-files")
+endfunction()
+
 # kestrel_target(<target> [QT])
 # Gives a target of ours its warnings and sanitizers. QT: the target uses Qt: moc and rcc run for it
 # and the commonest Qt headers are precompiled.
@@ -25,6 +59,12 @@ function(kestrel_target target)
         target_compile_options(${target} PRIVATE ${kestrel_sanitizers})
         target_link_options(${target} PRIVATE ${kestrel_sanitizers})
         target_compile_definitions(${target} PRIVATE KESTREL_SLOW_BUILD) # waits take longer
+    endif()
+    if(KESTREL_COVERAGE)
+        kestrel_count_coverage(${target})
+    endif()
+    if(KESTREL_CLAZY)
+        kestrel_run_clazy(${target})
     endif()
     if(ARG_QT)
         set_target_properties(${target} PROPERTIES AUTOMOC ON AUTORCC ON)

@@ -23,6 +23,17 @@ function(kestrel_register_test name threaded)
                                             ENVIRONMENT "${kestrel_test_environment}")
 endfunction()
 
+# A test program is built more often than it runs: little time for it in the compiler and linker. What
+# it tests is built as always.
+include(CheckLinkerFlag)
+check_linker_flag(CXX -fuse-ld=gold kestrel_has_gold)
+function(kestrel_build_quickly name)
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
+    if(kestrel_has_gold)
+        target_link_options(${name} PRIVATE -fuse-ld=gold)
+    endif()
+endfunction()
+
 # kestrel_add_qt_test(<name> [THREADED] [GUILESS] SOURCES <file>... [LIBS <target>...]
 #                     [LABELS <label>...])
 # A QtTest program; its main is in the source (QTEST_MAIN or QTEST_GUILESS_MAIN). GUILESS: neither
@@ -35,6 +46,7 @@ function(kestrel_add_qt_test name)
         target_link_libraries(${name} PRIVATE Qt5::Widgets)
     endif()
     kestrel_target(${name} QT)
+    kestrel_build_quickly(${name})
     add_test(NAME ${name} COMMAND ${name})
     kestrel_register_test(${name} ${ARG_THREADED} qt ${ARG_LABELS})
 endfunction()
@@ -56,6 +68,7 @@ function(kestrel_add_gtest name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest_main)
     kestrel_target(${name})
+    kestrel_build_quickly(${name})
     add_test(NAME ${name} COMMAND ${name})
     kestrel_register_test(${name} ${ARG_THREADED} gtest ${ARG_LABELS})
 endfunction()

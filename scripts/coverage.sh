@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Measures what the tests cover, with clang, and prints a table of the rooms (lines and branches) and
 # what is not covered. Only generated code (moc, uic, rcc) is left out: it is not in the rooms.
-# Assertions are compiled out, as they are in what users get.
+# What counts is the run of the tests with the address sanitizer: one build and one run for both.
 #
 #   scripts/coverage.sh [--check] [--reuse] [CTEST-OPTION...]
 #
@@ -34,16 +34,18 @@ while [ $# -gt 0 ]; do
     shift
 done
 
-build=build/coverage
+build=build/asan
 tests=passed
 if [ $reuse = no ]; then
-    install_missing "${build_packages[@]}" "${clang_packages[@]}" llvm-14
-    cmake --preset coverage >/dev/null
-    cmake --build --preset coverage
+    install_missing "${build_packages[@]}" "${clang_packages[@]}"
+    cmake --preset asan -DKESTREL_COVERAGE=ON >/dev/null
+    cmake --build --preset asan
     rm -rf $build/profiles
-    ctest --preset coverage --output-on-failure "$@" || tests=failed
+    ctest --preset asan "$@" || tests=failed
 fi
 
+install_missing llvm-14
+[ -d $build/profiles ] || { echo "coverage: no run to report"; exit 1; }
 llvm-profdata-14 merge --sparse $build/profiles/*.profraw -o $build/coverage.profdata
 objects=()
 while read -r file; do objects+=(--object "$file"); done \
