@@ -6,8 +6,8 @@ build_packages=(
     libgtest-dev libbenchmark-dev
     fonts-dejavu-core fakeroot
 )
-analysis_packages=(clang-format-14 clang-tidy-14 clazy clang-14)
-clang_packages=(clang-14 libclang-rt-14-dev)
+analysis_packages=(clang-format-14 clang-tidy-14 clazy clang-14 lld-14)
+clang_packages=(clang-14 lld-14 libclang-rt-14-dev)
 
 # install_missing PACKAGE...
 # Installs those of the packages that are not there yet; asks for root only when something is missing.

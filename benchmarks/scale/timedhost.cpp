@@ -2,12 +2,9 @@
 
 #include "benchmarks/scale/sender.h"
 #include "libs/kestrel_wire/lineframer.h"
-#include "libs/kestrel_wire/printftext.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -18,10 +15,8 @@ double monotonicSeconds() {
     return duration<double>(steady_clock::now().time_since_epoch()).count();
 }
 
-std::string formatted(const char* format, std::va_list arguments) {
-    std::string text;
-    kestrel_wire::printfText(text, kestrel_wire::maxLineLength, format, arguments);
-    return text;
+const char* textOf(const std::string* formatted) {
+    return formatted == nullptr ? "" : formatted->c_str();
 }
 
 } // namespace
@@ -107,44 +102,24 @@ int TimedHost::send_command(char* reply, const char* command) {
     return m_host.send_command(reply, command);
 }
 
-int TimedHost::get_parameter_string(char* reply, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string text = formatted(format, arguments);
-    va_end(arguments);
-    return m_host.get_parameter_string(reply, "%s", text.c_str());
+int TimedHost::getString(char* reply, const std::string* parameter, const char* /*format*/) {
+    return m_host.get_parameter_string(reply, "%s", textOf(parameter));
 }
 
-int TimedHost::get_parameter_int(int* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string text = formatted(format, arguments);
-    va_end(arguments);
-    return m_host.get_parameter_int(value, "%s", text.c_str());
+int TimedHost::getInt(int* value, const std::string* parameter, const char* /*format*/) {
+    return m_host.get_parameter_int(value, "%s", textOf(parameter));
 }
 
-int TimedHost::get_parameter_double(double* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string text = formatted(format, arguments);
-    va_end(arguments);
-    return m_host.get_parameter_double(value, "%s", text.c_str());
+int TimedHost::getDouble(double* value, const std::string* parameter, const char* /*format*/) {
+    return m_host.get_parameter_double(value, "%s", textOf(parameter));
 }
 
-int TimedHost::get_parameter_bool(bool* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string text = formatted(format, arguments);
-    va_end(arguments);
-    return m_host.get_parameter_bool(value, "%s", text.c_str());
+int TimedHost::getBool(bool* value, const std::string* parameter, const char* /*format*/) {
+    return m_host.get_parameter_bool(value, "%s", textOf(parameter));
 }
 
-int TimedHost::set_parameter(const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string text = formatted(format, arguments);
-    va_end(arguments);
-    return m_host.set_parameter("%s", text.c_str());
+int TimedHost::set(const std::string* setting, const char* /*format*/) {
+    return m_host.set_parameter("%s", textOf(setting));
 }
 
 int TimedHost::register_data_requester(const char* channel, Requester* requester) {

@@ -2,6 +2,7 @@
 
 #include "host_api/iomanager.h"
 #include "host_api/requester.h"
+#include "libs/kestrel_wire/formattedhost.h"
 
 #include <map>
 #include <memory>
@@ -20,7 +21,7 @@ struct LineTimes {
 
 /// Stands between the module and the workbench's host: hands everything on, and measures every data
 /// line on its way to the module.
-class TimedHost : public IOManager {
+class TimedHost : public kestrel_wire::FormattedHost<IOManager> {
 public:
     explicit TimedHost(IOManager& host);
     ~TimedHost() override;
@@ -32,11 +33,6 @@ public:
 
     int set_channel_option(int channel, int timeout_ms, int flags) override;
     int send_command(char* reply, const char* command) override;
-    int get_parameter_string(char* reply, const char* format, ...) override;
-    int get_parameter_int(int* value, const char* format, ...) override;
-    int get_parameter_double(double* value, const char* format, ...) override;
-    int get_parameter_bool(bool* value, const char* format, ...) override;
-    int set_parameter(const char* format, ...) override;
     int register_data_requester(const char* channel, Requester* requester) override;
     int unregister_data_requester(const char* channel, Requester* requester) override;
     int register_measurement_requester(Requester* requester) override;
@@ -44,6 +40,12 @@ public:
     void write_log(const char* category, const char* source, int level, const char* text) override;
 
 private:
+    int getString(char* reply, const std::string* parameter, const char* format) override;
+    int getInt(int* value, const std::string* parameter, const char* format) override;
+    int getDouble(double* value, const std::string* parameter, const char* format) override;
+    int getBool(bool* value, const std::string* parameter, const char* format) override;
+    int set(const std::string* setting, const char* format) override;
+
     class FrameHead;
     class TimedRequester;
 

@@ -47,7 +47,7 @@ public:
     /// 0-based number behind a prefix: "M1" is 0.
     int body(const QString& text, const QString& prefix) {
         bool isNumber = false;
-        const int number = text.mid(prefix.size()).toInt(&isNumber);
+        const int number = text.midRef(prefix.size()).toInt(&isNumber);
         require(text.startsWith(prefix) && isNumber && number >= 1);
         return number - 1;
     }

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
 namespace {
 
@@ -26,6 +25,10 @@ void removeOne(std::vector<Requester*>& list, Requester* requester) {
     if (found != list.end()) {
         list.erase(found);
     }
+}
+
+std::string textOf(const std::string* formatted) {
+    return formatted == nullptr ? std::string() : *formatted;
 }
 
 } // namespace
@@ -152,22 +155,14 @@ int ScriptedHost::send_command(char* reply, const char* command) {
     return answer.result;
 }
 
-int ScriptedHost::get_parameter_string(char* reply, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string parameter = formatted(format, arguments);
-    va_end(arguments);
-    const Answer answer = ask("get_string", parameter, false);
+int ScriptedHost::getString(char* reply, const std::string* parameter, const char* /*format*/) {
+    const Answer answer = ask("get_string", textOf(parameter), false);
     write(reply, answer);
     return answer.result;
 }
 
-int ScriptedHost::get_parameter_int(int* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string parameter = formatted(format, arguments);
-    va_end(arguments);
-    const Answer answer = ask("get_int", parameter, false);
+int ScriptedHost::getInt(int* value, const std::string* parameter, const char* /*format*/) {
+    const Answer answer = ask("get_int", textOf(parameter), false);
     using Limits = std::numeric_limits<int>;
     if (answer.result != 0) {
         *value = -123456789;
@@ -179,12 +174,8 @@ int ScriptedHost::get_parameter_int(int* value, const char* format, ...) {
     return answer.result;
 }
 
-int ScriptedHost::get_parameter_double(double* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string parameter = formatted(format, arguments);
-    va_end(arguments);
-    const Answer answer = ask("get_double", parameter, false);
+int ScriptedHost::getDouble(double* value, const std::string* parameter, const char* /*format*/) {
+    const Answer answer = ask("get_double", textOf(parameter), false);
     using Limits = std::numeric_limits<double>;
     if (answer.result != 0) {
         *value = -123456789.0;
@@ -197,12 +188,8 @@ int ScriptedHost::get_parameter_double(double* value, const char* format, ...) {
     return answer.result;
 }
 
-int ScriptedHost::get_parameter_bool(bool* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string parameter = formatted(format, arguments);
-    va_end(arguments);
-    const Answer answer = ask("get_bool", parameter, false);
+int ScriptedHost::getBool(bool* value, const std::string* parameter, const char* /*format*/) {
+    const Answer answer = ask("get_bool", textOf(parameter), false);
     const bool isNumber = answer.fault == Fault::HugeNumber || answer.fault == Fault::MinusOne;
     if (answer.result != 0 || answer.fault == Fault::Garbage ||
         answer.fault == Fault::Unterminated) {
@@ -214,12 +201,8 @@ int ScriptedHost::get_parameter_bool(bool* value, const char* format, ...) {
     return answer.result;
 }
 
-int ScriptedHost::set_parameter(const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const std::string text = formatted(format, arguments);
-    va_end(arguments);
-    return ask("set", text, true).result;
+int ScriptedHost::set(const std::string* setting, const char* /*format*/) {
+    return ask("set", textOf(setting), true).result;
 }
 
 int ScriptedHost::register_data_requester(const char* channel, Requester* requester) {
@@ -332,10 +315,4 @@ void ScriptedHost::record(const std::string& line) {
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_journal.push_back(line);
-}
-
-std::string ScriptedHost::formatted(const char* format, std::va_list arguments) {
-    std::string text;
-    kestrel_wire::printfText(text, std::string().max_size(), format, arguments);
-    return text;
 }

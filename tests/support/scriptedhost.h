@@ -1,10 +1,11 @@
 #pragma once
 
 #include "host_api/iomanager.h"
+#include "libs/kestrel_wire/formattedhost.h"
 
-#include <cstdarg>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -22,7 +23,8 @@
 /// Formatting follows C's printf in the "C" locale. A parameter without an entry in the table fails
 /// with error 1. set_parameter and send_command succeed ("kestrel2 ok") unless told otherwise.
 /// Registrations and journal are safe to use from several threads.
-class ScriptedHost : public IOManager {
+class ScriptedHost
+    : public kestrel_wire::FormattedHost<IOManager, std::numeric_limits<int>::max()> {
 public:
     // --- the script ---
 
@@ -85,14 +87,6 @@ public:
     // --- IOManager ---
     int set_channel_option(int channel, int timeout_ms, int flags) override;
     int send_command(char* reply, const char* command) override;
-    int get_parameter_string(char* reply, const char* format, ...) override
-        KESTREL_PRINTF_FORMAT(3, 4);
-    int get_parameter_int(int* value, const char* format, ...) override KESTREL_PRINTF_FORMAT(3, 4);
-    int get_parameter_double(double* value, const char* format, ...) override
-        KESTREL_PRINTF_FORMAT(3, 4);
-    int get_parameter_bool(bool* value, const char* format, ...) override
-        KESTREL_PRINTF_FORMAT(3, 4);
-    int set_parameter(const char* format, ...) override KESTREL_PRINTF_FORMAT(2, 3);
     int register_data_requester(const char* channel, Requester* requester) override;
     int unregister_data_requester(const char* channel, Requester* requester) override;
     int register_measurement_requester(Requester* requester) override;
@@ -100,6 +94,12 @@ public:
     void write_log(const char* category, const char* source, int level, const char* text) override;
 
 private:
+    int getString(char* reply, const std::string* parameter, const char* format) override;
+    int getInt(int* value, const std::string* parameter, const char* format) override;
+    int getDouble(double* value, const std::string* parameter, const char* format) override;
+    int getBool(bool* value, const std::string* parameter, const char* format) override;
+    int set(const std::string* setting, const char* format) override;
+
     struct Answer {
         int result = 0;
         std::string text;
@@ -113,7 +113,6 @@ private:
     Answer ask(const std::string& verb, const std::string& text, bool isCommand);
     static void write(char* reply, const Answer& answer);
     void record(const std::string& line);
-    static std::string formatted(const char* format, std::va_list arguments);
 
     mutable std::mutex m_mutex;
     std::map<std::string, std::deque<std::string>> m_values;

@@ -1,7 +1,6 @@
 #include "workbench/modules/hostio.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "libs/kestrel_wire/printftext.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/replyrules.h"
 #include "workbench/controller/requesterregistry.h"
@@ -49,15 +48,13 @@ CommandChannel::Answer HostIo::ask(const std::string& command) {
     return m_session.isReady() ? m_session.channel().ask(command, timeout) : answer;
 }
 
-CommandChannel::Answer HostIo::get(const char* format, std::va_list arguments) {
-    std::string parameter;
+CommandChannel::Answer HostIo::get(const std::string* parameter, const char* format) {
     CommandChannel::Answer answer;
-    if (!kestrel_wire::printfText(parameter, kestrel_wire::maxLineLength, format, arguments) ||
-        parameter.empty()) {
+    if (parameter == nullptr || parameter->empty()) {
         answer.result = reported(BadCommand, format);
         return answer;
     }
-    answer = ask(kestrel_wire::getCommand(parameter));
+    answer = ask(kestrel_wire::getCommand(*parameter));
     if (answer.result == BadCommand) {
         reported(BadCommand, format);
     } else if (answer.result == Success && answer.reply.kind != kestrel_wire::Reply::Kind::Value) {
@@ -89,15 +86,12 @@ int HostIo::send_command(char* reply, const char* command) {
     return copied == Success ? answer.result : reported(copied, command);
 }
 
-int HostIo::get_parameter_string(char* reply, const char* format, ...) {
+int HostIo::getString(char* reply, const std::string* parameter, const char* format) {
     if (reply == nullptr) {
         return BadArgument;
     }
     reply[0] = '\0';
-    std::va_list arguments;
-    va_start(arguments, format);
-    const CommandChannel::Answer answer = get(format, arguments);
-    va_end(arguments);
+    const CommandChannel::Answer answer = get(parameter, format);
     if (answer.result != Success) {
         return answer.result;
     }
@@ -106,9 +100,9 @@ int HostIo::get_parameter_string(char* reply, const char* format, ...) {
 }
 
 template <typename Value>
-int HostIo::getConverted(Value* value, int (*convert)(std::string_view, Value*), const char* format,
-                         std::va_list arguments) {
-    const CommandChannel::Answer answer = get(format, arguments);
+int HostIo::getConverted(Value* value, int (*convert)(std::string_view, Value*),
+                         const std::string* parameter, const char* format) {
+    const CommandChannel::Answer answer = get(parameter, format);
     if (answer.result != Success) {
         return answer.result;
     }
@@ -116,41 +110,23 @@ int HostIo::getConverted(Value* value, int (*convert)(std::string_view, Value*),
     return result == Success ? result : reported(result, answer.line.c_str());
 }
 
-int HostIo::get_parameter_int(int* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const int result = getConverted(value, &replyrules::toInt, format, arguments);
-    va_end(arguments);
-    return result;
+int HostIo::getInt(int* value, const std::string* parameter, const char* format) {
+    return getConverted(value, &replyrules::toInt, parameter, format);
 }
 
-int HostIo::get_parameter_double(double* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const int result = getConverted(value, &replyrules::toDouble, format, arguments);
-    va_end(arguments);
-    return result;
+int HostIo::getDouble(double* value, const std::string* parameter, const char* format) {
+    return getConverted(value, &replyrules::toDouble, parameter, format);
 }
 
-int HostIo::get_parameter_bool(bool* value, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const int result = getConverted(value, &replyrules::toBool, format, arguments);
-    va_end(arguments);
-    return result;
+int HostIo::getBool(bool* value, const std::string* parameter, const char* format) {
+    return getConverted(value, &replyrules::toBool, parameter, format);
 }
 
-int HostIo::set_parameter(const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::string setting;
-    const bool good =
-        kestrel_wire::printfText(setting, kestrel_wire::maxLineLength, format, arguments);
-    va_end(arguments);
-    if (!good || setting.empty()) {
+int HostIo::set(const std::string* setting, const char* format) {
+    if (setting == nullptr || setting->empty()) {
         return reported(BadCommand, format);
     }
-    const CommandChannel::Answer answer = ask(kestrel_wire::setCommand(setting));
+    const CommandChannel::Answer answer = ask(kestrel_wire::setCommand(*setting));
     return answer.result == BadCommand ? reported(BadCommand, format) : answer.result;
 }
 
