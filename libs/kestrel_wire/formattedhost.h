@@ -1,6 +1,6 @@
 #pragma once
 
-#include "libs/kestrel_wire/command.h"
+#include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/printftext.h"
 
 #include <cstdarg>

@@ -4,6 +4,7 @@
 #include "SourceFiles/mtsettingsdlg.h"
 #include "host_api/metatypes.h"
 #include "tests/SourceFiles/display/displayfixture.h"
+#include "tests/support/datarows.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -80,16 +81,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("statusTip");
         QTest::addColumn<QString>("whatsThis");
         QTest::addColumn<int>("active");
-        QTest::newRow("settings") << 0 << "&Tracking" << 300 << 50 << "&Measurement Tool"
-                                  << "Open the Measurement Tool settings dialog"
-                                  << "Change the Measurement Tool settings" << 0;
-        QTest::newRow("calibration")
-            << 1 << "&Tracking" << 300 << 60 << "Measurement &Tool tip calibration"
-            << "Open the Measurement Tool tip calibration"
-            << "Perform Measurement Tool tip calibration" << 0;
-        QTest::newRow("data display") << 2 << "&View" << 400 << 270 << "&Measurement Tool"
-                                      << "Show the Measurement Tool tracking data"
-                                      << "Show the Measurement Tool tracking data" << 1;
+        row("settings", 0, "&Tracking", 300, 50, "&Measurement Tool",
+            "Open the Measurement Tool settings dialog", "Change the Measurement Tool settings", 0);
+        row("calibration", 1, "&Tracking", 300, 60, "Measurement &Tool tip calibration",
+            "Open the Measurement Tool tip calibration", "Perform Measurement Tool tip calibration",
+            0);
+        row("data display", 2, "&View", 400, 270, "&Measurement Tool",
+            "Show the Measurement Tool tracking data", "Show the Measurement Tool tracking data",
+            1);
     }
     void entriesAreDescribed() {
         QFETCH(int, index);
@@ -148,17 +147,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("model");
         QTest::addColumn<VersionInfo>("system");
         QTest::addColumn<int>("entries");
-        QTest::newRow("too old") << "MINIRIG" << VersionInfo(2, 9, 3) << 0;
-        QTest::newRow("unknown patch is below") << "MINIRIG" << VersionInfo(2, 9, -1) << 0;
-        QTest::newRow("minor below") << "MINIRIG" << VersionInfo(2, 8, 99) << 0;
-        QTest::newRow("major below") << "MINIRIG" << VersionInfo(1, 99, 99) << 0;
-        QTest::newRow("new enough") << "MINIRIG" << VersionInfo(2, 9, 4) << 3;
-        QTest::newRow("minor above") << "MINIRIG" << VersionInfo(2, 10, 0) << 3;
-        QTest::newRow("major above") << "MINIRIG" << VersionInfo(3, 0, 0) << 3;
-        QTest::newRow("longer name") << "MINIRIG2 B" << VersionInfo(2, 9, 3) << 0;
-        QTest::newRow("not at the start") << "A MINIRIG" << VersionInfo(2, 9, 3) << 3;
-        QTest::newRow("small letters") << "Minirig" << VersionInfo(2, 9, 3) << 3;
-        QTest::newRow("another model") << "KESTREL" << VersionInfo(1, 0, 0) << 3;
+        row("too old", "MINIRIG", VersionInfo(2, 9, 3), 0);
+        row("unknown patch is below", "MINIRIG", VersionInfo(2, 9, -1), 0);
+        row("minor below", "MINIRIG", VersionInfo(2, 8, 99), 0);
+        row("major below", "MINIRIG", VersionInfo(1, 99, 99), 0);
+        row("new enough", "MINIRIG", VersionInfo(2, 9, 4), 3);
+        row("minor above", "MINIRIG", VersionInfo(2, 10, 0), 3);
+        row("major above", "MINIRIG", VersionInfo(3, 0, 0), 3);
+        row("longer name", "MINIRIG2 B", VersionInfo(2, 9, 3), 0);
+        row("not at the start", "A MINIRIG", VersionInfo(2, 9, 3), 3);
+        row("small letters", "Minirig", VersionInfo(2, 9, 3), 3);
+        row("another model", "KESTREL", VersionInfo(1, 0, 0), 3);
     }
     void oldCompactSystemsGetNothing() {
         QFETCH(QString, model);
@@ -307,11 +306,11 @@ private Q_SLOTS:
         QTest::addColumn<QSize>("size");
         const QSize frame(250, 220);
         for (const char* name : {"image1", "image2", "image3", "image4"}) {
-            QTest::newRow(name) << QString(":/%1.png").arg(name) << frame;
+            row(name, QString(":/%1.png").arg(name), frame);
         }
-        QTest::newRow("lock") << ":/lock.png" << QSize(64, 64);
+        row("lock", ":/lock.png", QSize(64, 64));
         QTest::newRow("probe") << "://mt_klein.PNG" << QSize(100, 140);
-        QTest::newRow("icon") << ":/images/icons/kestrel_16x16.png" << QSize(16, 16);
+        row("icon", ":/images/icons/kestrel_16x16.png", QSize(16, 16));
     }
     void imagesAreThere() {
         QFETCH(QString, path);

@@ -37,16 +37,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reply");
         QTest::addColumn<bool>("readable");
         QTest::addColumn<int>("number");
-        QTest::newRow("two digits") << "b03" << true << 3;
-        QTest::newRow("not octal") << "b010" << true << 10;
-        QTest::newRow("no octal digit") << "b08" << true << 8;
-        QTest::newRow("any prefix") << "x7" << true << 7;
-        QTest::newRow("empty") << "" << false << 0;
-        QTest::newRow("prefix alone") << "b" << false << 0;
-        QTest::newRow("a word") << "body" << false << 0;
-        QTest::newRow("number and more") << "b3x" << false << 0;
-        QTest::newRow("hexadecimal") << "b0x3" << false << 0;
-        QTest::newRow("too large") << "b99999999999" << false << 0;
+        row("two digits", "b03", true, 3);
+        row("not octal", "b010", true, 10);
+        row("no octal digit", "b08", true, 8);
+        row("any prefix", "x7", true, 7);
+        row("empty", "", false, 0);
+        row("prefix alone", "b", false, 0);
+        row("a word", "body", false, 0);
+        row("number and more", "b3x", false, 0);
+        row("hexadecimal", "b0x3", false, 0);
+        row("too large", "b99999999999", false, 0);
     }
     void bodyNumberIsDecimalBehindTheFirstCharacter() {
         QFETCH(QString, reply);
@@ -61,21 +61,20 @@ private Q_SLOTS:
     void numbersAreWrittenAsCWritesThem_data() {
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("text");
-        QTest::newRow("zero") << 0.0 << "0.00";
-        QTest::newRow("negative zero") << -0.0 << "-0.00";
-        QTest::newRow("rounds to negative zero") << -0.001 << "-0.00";
-        QTest::newRow("tie to even, down") << 0.125 << "0.12";
-        QTest::newRow("tie to even, up") << 0.375 << "0.38";
-        QTest::newRow("negative tie") << -0.625 << "-0.62";
-        QTest::newRow("no tie in binary") << 1.005 << "1.00";
-        QTest::newRow("no thousands separator") << 1234567.891 << "1234567.89";
-        QTest::newRow("carry") << 9.999 << "10.00";
-        QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << "nan";
-        QTest::newRow("negative not a number")
-            << -std::numeric_limits<double>::quiet_NaN() << "-nan";
-        QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << "inf";
-        QTest::newRow("minus infinite") << -std::numeric_limits<double>::infinity() << "-inf";
-        QTest::newRow("denormal") << std::numeric_limits<double>::denorm_min() << "0.00";
+        row("zero", 0.0, "0.00");
+        row("negative zero", -0.0, "-0.00");
+        row("rounds to negative zero", -0.001, "-0.00");
+        row("tie to even, down", 0.125, "0.12");
+        row("tie to even, up", 0.375, "0.38");
+        row("negative tie", -0.625, "-0.62");
+        row("no tie in binary", 1.005, "1.00");
+        row("no thousands separator", 1234567.891, "1234567.89");
+        row("carry", 9.999, "10.00");
+        row("not a number", std::numeric_limits<double>::quiet_NaN(), "nan");
+        row("negative not a number", -std::numeric_limits<double>::quiet_NaN(), "-nan");
+        row("infinite", std::numeric_limits<double>::infinity(), "inf");
+        row("minus infinite", -std::numeric_limits<double>::infinity(), "-inf");
+        row("denormal", std::numeric_limits<double>::denorm_min(), "0.00");
     }
     void numbersAreWrittenAsCWritesThem() {
         QFETCH(double, value);
@@ -111,3 +110,4 @@ private Q_SLOTS:
 
 QTEST_GUILESS_MAIN(TestBodyTexts)
 #include "test_bodytexts.moc"
+#include "tests/support/datarows.h"

@@ -1,5 +1,6 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QMessageBox>
 #include <QPushButton>
@@ -25,20 +26,13 @@ private Q_SLOTS:
     void anErrorIsShownAndEndsTheRun_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QString>("text");
-        QTest::newRow("quoted") << "kestrel2 set status err 12 \"motion too small\""
-                                << "motion too small";
-        QTest::newRow("more quotes") << "a \"b\" c \"d\""
-                                     << "b";
-        QTest::newRow("one quote: the rest") << "kestrel2 err \"no end"
-                                             << "no end";
-        QTest::newRow("no quote") << "kestrel2 err 12"
-                                  << "";
-        QTest::newRow("no HTML, no format") << "\"<b>%1 %n %s</b>\""
-                                            << "<b>%1 %n %s</b>";
-        QTest::newRow("UTF-8") << QString::fromUtf8("\"\xc3\xbc\"")
-                               << QString::fromUtf8("\xc3\xbc");
-        QTest::newRow("failed") << "FAIL"
-                                << "";
+        row("quoted", "kestrel2 set status err 12 \"motion too small\"", "motion too small");
+        row("more quotes", "a \"b\" c \"d\"", "b");
+        row("one quote: the rest", "kestrel2 err \"no end", "no end");
+        row("no quote", "kestrel2 err 12", "");
+        row("no HTML, no format", "\"<b>%1 %n %s</b>\"", "<b>%1 %n %s</b>");
+        row("UTF-8", QString::fromUtf8("\"\xc3\xbc\""), QString::fromUtf8("\xc3\xbc"));
+        row("failed", "FAIL", "");
     }
     void anErrorIsShownAndEndsTheRun() {
         QFETCH(QString, reply);
@@ -95,9 +89,9 @@ private Q_SLOTS:
 
     void theUserStopsTheProcedure_data() {
         QTest::addColumn<QString>("way");
-        QTest::newRow("Cancel") << "pb_cancel";
-        QTest::newRow("Escape") << "escape";
-        QTest::newRow("window close") << "close";
+        row("Cancel", "pb_cancel");
+        row("Escape", "escape");
+        row("window close", "close");
     }
     void theUserStopsTheProcedure() {
         QFETCH(QString, way);

@@ -1,5 +1,6 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QLabel>
 #include <QLayout>
@@ -40,18 +41,12 @@ private Q_SLOTS:
     void theTextsAreAsGiven_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("text");
-        QTest::newRow("description") << "label_desc"
-                                     << "TextLabel";
-        QTest::newRow("step description") << "label_step_desc"
-                                          << "TextLabel";
-        QTest::newRow("overall") << "label"
-                                 << "all";
-        QTest::newRow("step") << "label_progress_step"
-                              << "step";
-        QTest::newRow("info") << "label_info"
-                              << "";
-        QTest::newRow("remaining time is emptied") << "label_remaining_time"
-                                                   << "";
+        row("description", "label_desc", "TextLabel");
+        row("step description", "label_step_desc", "TextLabel");
+        row("overall", "label", "all");
+        row("step", "label_progress_step", "step");
+        row("info", "label_info", "");
+        row("remaining time is emptied", "label_remaining_time", "");
     }
     void theTextsAreAsGiven() {
         QFETCH(QString, name);

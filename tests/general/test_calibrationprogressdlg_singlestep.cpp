@@ -1,5 +1,6 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -74,33 +75,19 @@ private Q_SLOTS:
         QTest::addColumn<int>("stepBar");
         QTest::addColumn<double>("overallTold");
         QTest::addColumn<double>("stepTold");
-        QTest::newRow("fractions") << "0.375"
-                                   << "1 0.75" << 37 << 75 << 0.375 << 0.75;
-        QTest::newRow("floored") << "0.999"
-                                 << "1 0.009" << 99 << 0 << 0.999 << 0.009;
-        QTest::newRow("blanks") << "0.5"
-                                << "  1   0.25" << 50 << 25 << 0.5 << 0.25;
-        QTest::newRow("begin") << "0"
-                               << "1 0" << 0 << 0 << 0.0 << 0.0;
-        QTest::newRow("end") << "1"
-                             << "1 1.0" << 100 << 100 << 1.0 << 1.0;
-        QTest::newRow("exponent") << "1e-1"
-                                  << "1 2.5e-1" << 10 << 25 << 0.1 << 0.25;
-        QTest::newRow("rest ignored") << "0.5"
-                                      << "1 0.25 x" << 50 << 25 << 0.5 << 0.25;
-        QTest::newRow("bars show nothing beyond their range")
-            << "1.5"
-            << "1 -0.005" << -1 << -1 << 1.5 << -0.005;
-        QTest::newRow("far beyond it") << "1e300"
-                                       << "1 -1e300" << -1 << -1 << 1e300 << -1e300;
-        QTest::newRow("no step number") << "0.5"
-                                        << "x 0.25" << 50 << 0 << 0.5 << 0.0;
-        QTest::newRow("no step fraction") << "0.5"
-                                          << "1" << 50 << 0 << 0.5 << 0.0;
-        QTest::newRow("a comma ends a number") << "0.5"
-                                               << "1 0,75" << 50 << 0 << 0.5 << 0.0;
-        QTest::newRow("nothing") << "0.5"
-                                 << "" << 50 << 0 << 0.5 << 0.0;
+        row("fractions", "0.375", "1 0.75", 37, 75, 0.375, 0.75);
+        row("floored", "0.999", "1 0.009", 99, 0, 0.999, 0.009);
+        row("blanks", "0.5", "  1   0.25", 50, 25, 0.5, 0.25);
+        row("begin", "0", "1 0", 0, 0, 0.0, 0.0);
+        row("end", "1", "1 1.0", 100, 100, 1.0, 1.0);
+        row("exponent", "1e-1", "1 2.5e-1", 10, 25, 0.1, 0.25);
+        row("rest ignored", "0.5", "1 0.25 x", 50, 25, 0.5, 0.25);
+        row("bars show nothing beyond their range", "1.5", "1 -0.005", -1, -1, 1.5, -0.005);
+        row("far beyond it", "1e300", "1 -1e300", -1, -1, 1e300, -1e300);
+        row("no step number", "0.5", "x 0.25", 50, 0, 0.5, 0.0);
+        row("no step fraction", "0.5", "1", 50, 0, 0.5, 0.0);
+        row("a comma ends a number", "0.5", "1 0,75", 50, 0, 0.5, 0.0);
+        row("nothing", "0.5", "", 50, 0, 0.5, 0.0);
     }
     void progressIsShownAndTold() {
         QFETCH(QString, overall);
@@ -137,30 +124,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("duration");
         QTest::addColumn<QString>("fraction");
         QTest::addColumn<QString>("text");
-        QTest::newRow("whole") << "20"
-                               << "0.75"
-                               << "remaining time: 5 seconds";
-        QTest::newRow("truncated") << "10"
-                                   << "0.05"
-                                   << "remaining time: 9 seconds";
-        QTest::newRow("towards zero") << "10"
-                                      << "1.05"
-                                      << "remaining time: 0 seconds";
-        QTest::newRow("with a unit") << "20 s"
-                                     << "0.75"
-                                     << "remaining time: 5 seconds";
-        QTest::newRow("with a fraction") << "7.9"
-                                         << "0"
-                                         << "remaining time: 7 seconds";
-        QTest::newRow("no number") << "long"
-                                   << "0.5"
-                                   << "remaining time: 0 seconds";
-        QTest::newRow("unknown") << "FAIL"
-                                 << "0.5"
-                                 << "remaining time: 0 seconds";
-        QTest::newRow("very long") << "1e300"
-                                   << "0"
-                                   << "remaining time: 2147483647 seconds";
+        row("whole", "20", "0.75", "remaining time: 5 seconds");
+        row("truncated", "10", "0.05", "remaining time: 9 seconds");
+        row("towards zero", "10", "1.05", "remaining time: 0 seconds");
+        row("with a unit", "20 s", "0.75", "remaining time: 5 seconds");
+        row("with a fraction", "7.9", "0", "remaining time: 7 seconds");
+        row("no number", "long", "0.5", "remaining time: 0 seconds");
+        row("unknown", "FAIL", "0.5", "remaining time: 0 seconds");
+        row("very long", "1e300", "0", "remaining time: 2147483647 seconds");
     }
     void theRemainingTimeIsTruncated() {
         QFETCH(QString, duration);
@@ -192,12 +163,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("patch");
         QTest::addColumn<bool>("flag");
         QTest::addColumn<bool>("asked");
-        QTest::newRow("1.4.0") << 4 << 0 << true << true;
-        QTest::newRow("an unknown patch passes") << 4 << -1 << true << true;
-        QTest::newRow("1.4.-2") << 4 << -2 << true << false;
-        QTest::newRow("1.3.99") << 3 << 99 << true << false;
-        QTest::newRow("1.14.0") << 14 << 0 << true << true;
-        QTest::newRow("not wanted") << 14 << 0 << false << false;
+        row("1.4.0", 4, 0, true, true);
+        row("an unknown patch passes", 4, -1, true, true);
+        row("1.4.-2", 4, -2, true, false);
+        row("1.3.99", 3, 99, true, false);
+        row("1.14.0", 14, 0, true, true);
+        row("not wanted", 14, 0, false, false);
     }
     void theRemainingTimeNeedsProtocolAndFlag() {
         QFETCH(int, minor);
@@ -217,21 +188,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("overall");
         QTest::addColumn<QString>("step");
         QTest::addColumn<QString>("info");
-        QTest::newRow("exactly 100") << "1"
-                                     << "1 1"
-                                     << "calculating...";
-        QTest::newRow("floored to 100") << "1.009"
-                                        << "1 1"
-                                        << "calculating...";
-        QTest::newRow("99") << "0.999"
-                            << "1 1"
-                            << "mine";
-        QTest::newRow("101") << "1.01"
-                             << "1 1"
-                             << "mine";
-        QTest::newRow("no step") << "1"
-                                 << "0 1"
-                                 << "mine";
+        row("exactly 100", "1", "1 1", "calculating...");
+        row("floored to 100", "1.009", "1 1", "calculating...");
+        row("99", "0.999", "1 1", "mine");
+        row("101", "1.01", "1 1", "mine");
+        row("no step", "1", "0 1", "mine");
     }
     void aFullBarInTheFirstStepMeansCalculating() {
         QFETCH(QString, overall);

@@ -1,5 +1,6 @@
 #include "tests/general/progressrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -70,12 +71,12 @@ private Q_SLOTS:
     void theTrackingStateDecidesOnTheStart_data() {
         QTest::addColumn<QString>("state");
         QTest::addColumn<bool>("stopsTracking");
-        QTest::newRow("none") << "none" << false;
-        QTest::newRow("err") << "err" << false;
-        QTest::newRow("tracking") << "track" << true;
-        QTest::newRow("calibrating") << "cal" << true;
-        QTest::newRow("none with a blank") << "none " << true;
-        QTest::newRow("nothing") << "" << true;
+        row("none", "none", false);
+        row("err", "err", false);
+        row("tracking", "track", true);
+        row("calibrating", "cal", true);
+        row("none with a blank", "none ", true);
+        row("nothing", "", true);
     }
     void theTrackingStateDecidesOnTheStart() {
         QFETCH(QString, state);
@@ -120,10 +121,10 @@ private Q_SLOTS:
 
     void aStartThatIsNotAcknowledgedEndsSilently_data() {
         QTest::addColumn<QString>("reply");
-        QTest::newRow("error") << "kestrel2 err 5 \"busy\"";
-        QTest::newRow("a blank too many") << "kestrel2 ok ";
-        QTest::newRow("nothing") << "";
-        QTest::newRow("failed") << "FAIL";
+        row("error", "kestrel2 err 5 \"busy\"");
+        row("a blank too many", "kestrel2 ok ");
+        row("nothing", "");
+        row("failed", "FAIL");
     }
     void aStartThatIsNotAcknowledgedEndsSilently() {
         QFETCH(QString, reply);
@@ -145,17 +146,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("description");
         QTest::addColumn<QString>("stepDescription");
         QTest::addColumn<bool>("stepBar");
-        QTest::newRow("1") << "1"
-                           << "Tip calibration" << QString() << false;
-        QTest::newRow("2") << "2"
-                           << "Tip calibration is a 2 step calibration."
-                           << "Swing the tool" << true;
-        QTest::newRow("3") << "3"
-                           << "Tip calibration is a 3 step calibration." << QString() << true;
-        QTest::newRow("0") << "0"
-                           << "Tip calibration is a 0 step calibration." << QString() << true;
-        QTest::newRow("unknown") << "FAIL"
-                                 << "Tip calibration" << QString() << false;
+        row("1", "1", "Tip calibration", QString(), false);
+        row("2", "2", "Tip calibration is a 2 step calibration.", "Swing the tool", true);
+        row("3", "3", "Tip calibration is a 3 step calibration.", QString(), true);
+        row("0", "0", "Tip calibration is a 0 step calibration.", QString(), true);
+        row("unknown", "FAIL", "Tip calibration", QString(), false);
     }
     void theDescriptionTellsTheSteps() {
         QFETCH(QString, steps);

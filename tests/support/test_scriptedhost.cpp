@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/support/scriptedhost.h"
 
 #include <QtTest>
@@ -92,13 +93,12 @@ private Q_SLOTS:
         using Int = std::numeric_limits<int>;
         const double infinity = std::numeric_limits<double>::infinity();
         const double nan = std::numeric_limits<double>::quiet_NaN();
-        QTest::newRow("error") << Fault::Error << 1 << -123456789 << -123456789.0 << false;
-        QTest::newRow("empty reply") << Fault::EmptyReply << 0 << 7 << 7.5 << true;
-        QTest::newRow("garbage") << Fault::Garbage << 0 << Int::min() << nan << false;
-        QTest::newRow("unterminated")
-            << Fault::Unterminated << 0 << Int::max() << infinity << false;
-        QTest::newRow("huge") << Fault::HugeNumber << 0 << 2000000000 << 2e9 << true;
-        QTest::newRow("minus one") << Fault::MinusOne << 0 << -1 << -1.0 << true;
+        row("error", Fault::Error, 1, -123456789, -123456789.0, false);
+        row("empty reply", Fault::EmptyReply, 0, 7, 7.5, true);
+        row("garbage", Fault::Garbage, 0, Int::min(), nan, false);
+        row("unterminated", Fault::Unterminated, 0, Int::max(), infinity, false);
+        row("huge", Fault::HugeNumber, 0, 2000000000, 2e9, true);
+        row("minus one", Fault::MinusOne, 0, -1, -1.0, true);
     }
     void numbersAndTruthValuesGoWrongInTheirOwnWay() {
         QFETCH(ScriptedHost::Fault, fault);

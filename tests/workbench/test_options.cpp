@@ -16,28 +16,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected"); // empty: refused
         QTest::newRow("host") << "10.0.0.1"
                               << "10.0.0.1:47300";
-        QTest::newRow("host and port") << "ctl.example:1234"
-                                       << "ctl.example:1234";
-        QTest::newRow("IPv6") << "[::1]"
-                              << "[::1]:47300";
-        QTest::newRow("IPv6 and port") << "[fe80::1%eth0]:99"
-                                       << "[fe80::1%eth0]:99";
-        QTest::newRow("largest port") << "a:65535"
-                                      << "a:65535";
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("port alone") << ":1234"
-                                    << "";
-        QTest::newRow("port 0") << "a:0"
-                                << "";
-        QTest::newRow("port too large") << "a:65536"
-                                        << "";
-        QTest::newRow("port is a word") << "a:b"
-                                        << "";
-        QTest::newRow("port missing") << "a:"
-                                      << "";
-        QTest::newRow("blanks") << "a b"
-                                << "";
+        row("host and port", "ctl.example:1234", "ctl.example:1234");
+        row("IPv6", "[::1]", "[::1]:47300");
+        row("IPv6 and port", "[fe80::1%eth0]:99", "[fe80::1%eth0]:99");
+        row("largest port", "a:65535", "a:65535");
+        row("empty", "", "");
+        row("port alone", ":1234", "");
+        row("port 0", "a:0", "");
+        row("port too large", "a:65536", "");
+        row("port is a word", "a:b", "");
+        row("port missing", "a:", "");
+        row("blanks", "a b", "");
         QTest::newRow("URL") << "tcp://a:1"
                              << "";
     }
@@ -100,22 +89,21 @@ private Q_SLOTS:
     void badOptionsAreNamed_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("part");
-        QTest::newRow("unknown") << QStringList{"--bogus"} << "bogus";
-        QTest::newRow("positional") << QStringList{"file"} << "\"file\"";
-        QTest::newRow("address") << QStringList{"--connect", "a b"} << "\"a b\"";
-        QTest::newRow("range of ports") << QStringList{"--connect", "a:70000"} << "1 to 65535";
-        QTest::newRow("range of seconds")
-            << QStringList{"--quit-after", "1e7"} << "--quit-after takes seconds from 0 to 1000000";
-        QTest::newRow("missing value") << QStringList{"--connect"} << "connect";
-        QTest::newRow("seconds") << QStringList{"--quit-after", "soon"} << "\"soon\"";
-        QTest::newRow("negative seconds") << QStringList{"--quit-after", "-1"} << "\"-1\"";
-        QTest::newRow("endless seconds") << QStringList{"--quit-after", "inf"} << "\"inf\"";
-        QTest::newRow("comma") << QStringList{"--quit-after", "1,5"} << "\"1,5\"";
-        QTest::newRow("both") << QStringList{"--connect", "a", "--simulate"} << "exclude";
-        QTest::newRow("after alone") << QStringList{"--after", "1"} << "--screenshot";
-        QTest::newRow("measure alone") << QStringList{"--measure"} << "--connect";
-        QTest::newRow("simulator options alone")
-            << QStringList{"--simulator-options", "x"} << "--simulate";
+        row("unknown", QStringList{"--bogus"}, "bogus");
+        row("positional", QStringList{"file"}, "\"file\"");
+        row("address", QStringList{"--connect", "a b"}, "\"a b\"");
+        row("range of ports", QStringList{"--connect", "a:70000"}, "1 to 65535");
+        row("range of seconds", QStringList{"--quit-after", "1e7"},
+            "--quit-after takes seconds from 0 to 1000000");
+        row("missing value", QStringList{"--connect"}, "connect");
+        row("seconds", QStringList{"--quit-after", "soon"}, "\"soon\"");
+        row("negative seconds", QStringList{"--quit-after", "-1"}, "\"-1\"");
+        row("endless seconds", QStringList{"--quit-after", "inf"}, "\"inf\"");
+        row("comma", QStringList{"--quit-after", "1,5"}, "\"1,5\"");
+        row("both", QStringList{"--connect", "a", "--simulate"}, "exclude");
+        row("after alone", QStringList{"--after", "1"}, "--screenshot");
+        row("measure alone", QStringList{"--measure"}, "--connect");
+        row("simulator options alone", QStringList{"--simulator-options", "x"}, "--simulate");
     }
     void badOptionsAreNamed() {
         QFETCH(QStringList, arguments);
@@ -137,3 +125,4 @@ private Q_SLOTS:
 
 QTEST_GUILESS_MAIN(TestOptions)
 #include "test_options.moc"
+#include "tests/support/datarows.h"

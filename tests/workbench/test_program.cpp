@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/options.h"
 #include "workbench/simulatorprocess.h"
@@ -176,9 +177,9 @@ private Q_SLOTS:
 
     void theSimulatorEndsWithTheProgram_data() {
         QTest::addColumn<int>("signal");
-        QTest::newRow("asked to end") << int(SIGTERM);
-        QTest::newRow("interrupted") << int(SIGINT);
-        QTest::newRow("killed") << int(SIGKILL);
+        row("asked to end", int(SIGTERM));
+        row("interrupted", int(SIGINT));
+        row("killed", int(SIGKILL));
     }
     void theSimulatorEndsWithTheProgram() {
         QFETCH(int, signal);
@@ -212,14 +213,11 @@ private Q_SLOTS:
     void aSimulatorThatMisbehavesIsTold_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("part");
-        QTest::newRow("ends") << QByteArray("echo too bad >&2\nexit 7\n")
-                              << "(exit code 7) too bad";
-        QTest::newRow("says something else")
-            << QByteArray("echo hello\nexec sleep 60\n") << "says \"hello\"";
-        QTest::newRow("bad address")
-            << QByteArray("echo listening on nowhere:x\nexec sleep 60\n") << "says";
-        QTest::newRow("ends later")
-            << QByteArray("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n") << "(exit code 0)";
+        row("ends", QByteArray("echo too bad >&2\nexit 7\n"), "(exit code 7) too bad");
+        row("says something else", QByteArray("echo hello\nexec sleep 60\n"), "says \"hello\"");
+        row("bad address", QByteArray("echo listening on nowhere:x\nexec sleep 60\n"), "says");
+        row("ends later", QByteArray("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n"),
+            "(exit code 0)");
     }
     void aSimulatorThatMisbehavesIsTold() {
         QFETCH(QByteArray, content);

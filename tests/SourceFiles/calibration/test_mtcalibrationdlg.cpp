@@ -1,5 +1,6 @@
 #include "tests/SourceFiles/calibration/calibrationrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QLabel>
 #include <QLayout>
@@ -48,10 +49,10 @@ private Q_SLOTS:
         QTest::addColumn<int>("counter");
         QTest::addColumn<int>("frame");
         QTest::addColumn<int>("next");
-        QTest::newRow("-1") << -1 << 2 << 0;
-        QTest::newRow("-3") << -3 << 2 << -2;
-        QTest::newRow("-4 is a frame 1") << -4 << 1 << 1;
-        QTest::newRow("6") << 6 << 3 << 7;
+        row("-1", -1, 2, 0);
+        row("-3", -3, 2, -2);
+        row("-4 is a frame 1", -4, 1, 1);
+        row("6", 6, 3, 7);
     }
     void aNegativeCounterShowsNothingNew() {
         QFETCH(int, counter);
@@ -87,9 +88,9 @@ private Q_SLOTS:
 
     void everyWayOfClosingIsTheSame_data() {
         QTest::addColumn<QString>("way");
-        QTest::newRow("Exit") << "exit";
-        QTest::newRow("Escape") << "escape";
-        QTest::newRow("window close") << "close";
+        row("Exit", "exit");
+        row("Escape", "escape");
+        row("window close", "close");
     }
     void everyWayOfClosingIsTheSame() {
         QFETCH(QString, way);
@@ -188,20 +189,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("left");
-        QTest::newRow("steps") << "label_meaBody"
-                               << "for the tool tip calibration follow these steps:" << true;
-        QTest::newRow("1") << "label_meaBody_2"
-                           << "1. start the calibration process" << true;
-        QTest::newRow("2") << "label_meaBody_3"
-                           << "2. during the calibration move the Measurement Tool" << true;
-        QTest::newRow("empty") << "label_meaBody_5"
-                               << "" << true;
-        QTest::newRow("tip") << "label_fixedTip"
-                             << "as shown in the picture with <b>fixed tip!</b>" << false;
-        QTest::newRow("picture") << "label_picMesstaster"
-                                 << "" << false;
-        QTest::newRow("error") << "label_error"
-                               << "" << false;
+        row("steps", "label_meaBody", "for the tool tip calibration follow these steps:", true);
+        row("1", "label_meaBody_2", "1. start the calibration process", true);
+        row("2", "label_meaBody_3", "2. during the calibration move the Measurement Tool", true);
+        row("empty", "label_meaBody_5", "", true);
+        row("tip", "label_fixedTip", "as shown in the picture with <b>fixed tip!</b>", false);
+        row("picture", "label_picMesstaster", "", false);
+        row("error", "label_error", "", false);
     }
     void theLabelsAreAsLaidOut() {
         QFETCH(QString, name);
@@ -223,15 +217,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("whatsThis");
         QTest::addColumn<bool>("isDefault");
-        QTest::newRow("help") << "pushButton_help"
-                              << "&Help"
-                              << "" << false;
-        QTest::newRow("calibrate") << "pushButton_calibrate"
-                                   << "&Calibrate"
-                                   << "Start the calibration process" << true;
-        QTest::newRow("exit") << "pushButton_exit"
-                              << "E&xit"
-                              << "Close the dialog" << false;
+        row("help", "pushButton_help", "&Help", "", false);
+        row("calibrate", "pushButton_calibrate", "&Calibrate", "Start the calibration process",
+            true);
+        row("exit", "pushButton_exit", "E&xit", "Close the dialog", false);
     }
     void theButtonsAreAsLaidOut() {
         QFETCH(QString, name);

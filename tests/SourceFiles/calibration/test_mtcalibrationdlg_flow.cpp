@@ -1,5 +1,6 @@
 #include "tests/SourceFiles/calibration/calibrationrig.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 
 #include <QMessageBox>
 #include <QPointer>
@@ -130,10 +131,8 @@ private Q_SLOTS:
     void whatCannotStartIsAborted_data() {
         QTest::addColumn<QString>("state");
         QTest::addColumn<QString>("reply");
-        QTest::newRow("waiting for the sync signal") << "wait"
-                                                     << "kestrel2 ok";
-        QTest::newRow("refused") << "none"
-                                 << "kestrel2 err 1 \"no\"";
+        row("waiting for the sync signal", "wait", "kestrel2 ok");
+        row("refused", "none", "kestrel2 err 1 \"no\"");
     }
     void whatCannotStartIsAborted() {
         QFETCH(QString, state);
@@ -186,9 +185,9 @@ private Q_SLOTS:
 
     void anyOtherReplyProceeds_data() {
         QTest::addColumn<QString>("reply");
-        QTest::newRow("unexpected") << "perhaps";
-        QTest::newRow("nothing") << "";
-        QTest::newRow("no with a blank") << "no ";
+        row("unexpected", "perhaps");
+        row("nothing", "");
+        row("no with a blank", "no ");
     }
     void anyOtherReplyProceeds() {
         QFETCH(QString, reply);
@@ -241,9 +240,9 @@ private Q_SLOTS:
 
     void oneInnerDialogAtATime_data() {
         QTest::addColumn<QByteArray>("slot");
-        QTest::newRow("calibrate") << QByteArray("on_pushButton_calibrate_clicked");
-        QTest::newRow("help") << QByteArray("on_pushButton_help_clicked");
-        QTest::newRow("open") << QByteArray("update_and_exec");
+        row("calibrate", QByteArray("on_pushButton_calibrate_clicked"));
+        row("help", QByteArray("on_pushButton_help_clicked"));
+        row("open", QByteArray("update_and_exec"));
     }
     void oneInnerDialogAtATime() {
         QFETCH(QByteArray, slot);

@@ -1,5 +1,6 @@
 #include "SourceFiles/mtresultdlg.h"
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 #include "tests/support/modalwatchdog.h"
 #include "tests/support/scriptedhost.h"
 
@@ -71,42 +72,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reference");
         QTest::addColumn<QString>("value");
         QTest::addColumn<QStringList>("row");
-        QTest::newRow("leading zeros are dropped") << "b003"
-                                                   << "b010"
-                                                   << "1" << QStringList{"M3", "MR10", "1.00"};
-        QTest::newRow("eight is decimal") << "b08"
-                                          << "b09"
-                                          << "2" << QStringList{"M8", "MR9", "2.00"};
-        QTest::newRow("two digits") << "b12"
-                                    << "b34"
-                                    << "0.999" << QStringList{"M12", "MR34", "1.00"};
-        QTest::newRow("no reference") << "b01"
-                                      << "none"
-                                      << "0.5" << QStringList{"M1", "", "0.50"};
-        QTest::newRow("none with a blank is a reply") << "b01"
-                                                      << "none "
-                                                      << "0.5" << QStringList{"M1", "MR0", "0.50"};
-        QTest::newRow("no number") << "tool"
-                                   << "body"
-                                   << "0" << QStringList{"M0", "MR0", "0.00"};
-        QTest::newRow("no text") << ""
-                                 << ""
-                                 << "0" << QStringList{"M0", "MR0", "0.00"};
-        QTest::newRow("lowest number there is") << "b-2147483648"
-                                                << "b-1"
-                                                << "0" << QStringList{"M0", "MR0", "0.00"};
-        QTest::newRow("ties to even") << "b01"
-                                      << "b01"
-                                      << "0.375" << QStringList{"M1", "MR1", "0.38"};
-        QTest::newRow("negative") << "b01"
-                                  << "b01"
-                                  << "-0.001" << QStringList{"M1", "MR1", "-0.00"};
-        QTest::newRow("not a number") << "b01"
-                                      << "b01"
-                                      << "nan" << QStringList{"M1", "MR1", "nan"};
-        QTest::newRow("a format") << "%n%s"
-                                  << "%n"
-                                  << "0" << QStringList{"M0", "MR0", "0.00"};
+        row("leading zeros are dropped", "b003", "b010", "1", QStringList{"M3", "MR10", "1.00"});
+        row("eight is decimal", "b08", "b09", "2", QStringList{"M8", "MR9", "2.00"});
+        row("two digits", "b12", "b34", "0.999", QStringList{"M12", "MR34", "1.00"});
+        row("no reference", "b01", "none", "0.5", QStringList{"M1", "", "0.50"});
+        row("none with a blank is a reply", "b01", "none ", "0.5",
+            QStringList{"M1", "MR0", "0.50"});
+        row("no number", "tool", "body", "0", QStringList{"M0", "MR0", "0.00"});
+        row("no text", "", "", "0", QStringList{"M0", "MR0", "0.00"});
+        row("lowest number there is", "b-2147483648", "b-1", "0", QStringList{"M0", "MR0", "0.00"});
+        row("ties to even", "b01", "b01", "0.375", QStringList{"M1", "MR1", "0.38"});
+        row("negative", "b01", "b01", "-0.001", QStringList{"M1", "MR1", "-0.00"});
+        row("not a number", "b01", "b01", "nan", QStringList{"M1", "MR1", "nan"});
+        row("a format", "%n%s", "%n", "0", QStringList{"M0", "MR0", "0.00"});
     }
     void theRowShowsTheReplies() {
         QFETCH(QString, id);
@@ -167,9 +145,9 @@ private Q_SLOTS:
 
     void acceptGivesZeroEvenWhenRefused_data() {
         QTest::addColumn<QString>("reply");
-        QTest::newRow("an error") << "kestrel2 err 12 \"no\"";
-        QTest::newRow("a blank too many") << "kestrel2 ok ";
-        QTest::newRow("nothing") << "";
+        row("an error", "kestrel2 err 12 \"no\"");
+        row("a blank too many", "kestrel2 ok ");
+        row("nothing", "");
     }
     void acceptGivesZeroEvenWhenRefused() {
         QFETCH(QString, reply);
@@ -191,8 +169,8 @@ private Q_SLOTS:
 
     void closingGivesZeroAndSendsNothing_data() {
         QTest::addColumn<bool>("escape");
-        QTest::newRow("Escape") << true;
-        QTest::newRow("window close") << false;
+        row("Escape", true);
+        row("window close", false);
     }
     void closingGivesZeroAndSendsNothing() {
         QFETCH(bool, escape);

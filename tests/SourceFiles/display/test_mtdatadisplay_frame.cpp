@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/display/displayfixture.h"
+#include "tests/support/datarows.h"
 
 #include <QMetaMethod>
 #include <QtTest>
@@ -38,16 +39,16 @@ private Q_SLOTS:
         QStringList oldFormat = construction;
         oldFormat.removeAt(2);
         oldFormat[2] = "set output active chmon 6dmt yes";
-        QTest::newRow("below 1.3") << VersionInfo(1, 2, 99) << QStringList{"register_measurement"};
-        QTest::newRow("1.3") << VersionInfo(1, 3, 0) << oldFormat;
-        QTest::newRow("1.3, unknown patch") << VersionInfo(1, 3, -1) << oldFormat;
-        QTest::newRow("1.3, other negative patch")
-            << VersionInfo(1, 3, -2) << QStringList{"register_measurement"};
-        QTest::newRow("1.12") << VersionInfo(1, 12, 99) << oldFormat;
-        QTest::newRow("1.13") << VersionInfo(1, 13, 0) << construction;
-        QTest::newRow("1.13, unknown patch") << VersionInfo(1, 13, -1) << construction;
-        QTest::newRow("1.13, other negative patch") << VersionInfo(1, 13, -2) << oldFormat;
-        QTest::newRow("2.0") << VersionInfo(2, 0, 0) << construction;
+        row("below 1.3", VersionInfo(1, 2, 99), QStringList{"register_measurement"});
+        row("1.3", VersionInfo(1, 3, 0), oldFormat);
+        row("1.3, unknown patch", VersionInfo(1, 3, -1), oldFormat);
+        row("1.3, other negative patch", VersionInfo(1, 3, -2),
+            QStringList{"register_measurement"});
+        row("1.12", VersionInfo(1, 12, 99), oldFormat);
+        row("1.13", VersionInfo(1, 13, 0), construction);
+        row("1.13, unknown patch", VersionInfo(1, 13, -1), construction);
+        row("1.13, other negative patch", VersionInfo(1, 13, -2), oldFormat);
+        row("2.0", VersionInfo(2, 0, 0), construction);
     }
     void constructionDependsOnTheProtocol() {
         QFETCH(VersionInfo, protocol);
@@ -158,18 +159,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("tools");
         QTest::addColumn<QString>("references");
         QTest::addColumn<int>("length");
-        QTest::newRow("references decide") << "2"
-                                           << "6" << 6;
-        QTest::newRow("tools decide") << "7"
-                                      << "5" << 7;
-        QTest::newRow("never below four") << "1"
-                                          << "2" << 4;
-        QTest::newRow("negative") << "-1"
-                                  << "-2000000000" << 4;
-        QTest::newRow("not answered") << ""
-                                      << "" << 4;
-        QTest::newRow("only references answered") << ""
-                                                  << "5" << 5;
+        row("references decide", "2", "6", 6);
+        row("tools decide", "7", "5", 7);
+        row("never below four", "1", "2", 4);
+        row("negative", "-1", "-2000000000", 4);
+        row("not answered", "", "", 4);
+        row("only references answered", "", "5", 5);
     }
     void oddMaximaGiveSaneLists() {
         QFETCH(QString, tools);

@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/display/displayfixture.h"
+#include "tests/support/datarows.h"
 
 #include <QApplication>
 #include <QtTest>
@@ -53,10 +54,10 @@ private Q_SLOTS:
     void onlyAQualityOfMinusOneIsLost_data() {
         QTest::addColumn<double>("quality");
         QTest::addColumn<bool>("tracked");
-        QTest::newRow("-1") << -1.0 << false;
-        QTest::newRow("0") << 0.0 << true;
-        QTest::newRow("-0.999") << -0.999 << true;
-        QTest::newRow("-2") << -2.0 << true;
+        row("-1", -1.0, false);
+        row("0", 0.0, true);
+        row("-0.999", -0.999, true);
+        row("-2", -2.0, true);
     }
     void onlyAQualityOfMinusOneIsLost() {
         QFETCH(double, quality);
@@ -162,18 +163,16 @@ private Q_SLOTS:
     void anglesFollowTheRotation_data() {
         QTest::addColumn<QVector<double>>("rot");
         QTest::addColumn<QStringList>("angles");
-        QTest::newRow("identity") << QVector<double>{1, 0, 0, 0, 1, 0, 0, 0, 1}
-                                  << QStringList{"-0.00", "0.00", "-0.00"};
-        QTest::newRow("about x") << QVector<double>{1, 0, 0, 0, 0.5, 0, 0, -0.5, 0.5}
-                                 << QStringList{"45.00", "0.00", "-0.00"};
-        QTest::newRow("about z") << QVector<double>{0.5, 0, 0, -0.5, 0.5, 0, 0, 0, 1}
-                                 << QStringList{"-0.00", "0.00", "45.00"};
-        QTest::newRow("degenerate") << QVector<double>{0.5, 0, 0, 0.5, 0.5, 0.5, 1, 0, 0}
-                                    << QStringList{"45.00", "90.00", "0.00"};
-        QTest::newRow("no sine") << QVector<double>{1, 0, 0, 0, 1, 0, 1.5, 0, 1}
-                                 << QStringList{"-0.00",
-                                                std::signbit(std::asin(1.5)) ? "-nan" : "nan",
-                                                "-0.00"};
+        row("identity", QVector<double>{1, 0, 0, 0, 1, 0, 0, 0, 1},
+            QStringList{"-0.00", "0.00", "-0.00"});
+        row("about x", QVector<double>{1, 0, 0, 0, 0.5, 0, 0, -0.5, 0.5},
+            QStringList{"45.00", "0.00", "-0.00"});
+        row("about z", QVector<double>{0.5, 0, 0, -0.5, 0.5, 0, 0, 0, 1},
+            QStringList{"-0.00", "0.00", "45.00"});
+        row("degenerate", QVector<double>{0.5, 0, 0, 0.5, 0.5, 0.5, 1, 0, 0},
+            QStringList{"45.00", "90.00", "0.00"});
+        row("no sine", QVector<double>{1, 0, 0, 0, 1, 0, 1.5, 0, 1},
+            QStringList{"-0.00", std::signbit(std::asin(1.5)) ? "-nan" : "nan", "-0.00"});
     }
     void anglesFollowTheRotation() {
         QFETCH(QVector<double>, rot);

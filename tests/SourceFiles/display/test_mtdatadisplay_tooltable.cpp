@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/display/displayfixture.h"
+#include "tests/support/datarows.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -100,20 +101,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("tip");
         QTest::addColumn<bool>("calibrated");
         QTest::addColumn<int>("questions");
-        QTest::newRow("both") << "yes"
-                              << "yes" << true << 3;
-        QTest::newRow("body only") << "yes"
-                                   << "no" << false << 3;
-        QTest::newRow("tip only") << "no"
-                                  << "yes" << false << 2;
-        QTest::newRow("body with a blank") << "yes "
-                                           << "yes" << false << 2;
-        QTest::newRow("tip with a blank") << "yes"
-                                          << "yes " << false << 3;
-        QTest::newRow("body unknown") << "(fail)"
-                                      << "yes" << false << 2;
-        QTest::newRow("tip unknown") << "yes"
-                                     << "(fail)" << false << 3;
+        row("both", "yes", "yes", true, 3);
+        row("body only", "yes", "no", false, 3);
+        row("tip only", "no", "yes", false, 2);
+        row("body with a blank", "yes ", "yes", false, 2);
+        row("tip with a blank", "yes", "yes ", false, 3);
+        row("body unknown", "(fail)", "yes", false, 2);
+        row("tip unknown", "yes", "(fail)", false, 3);
     }
     void aToolIsCalibratedWhenItsBodyAndItsTipAre() {
         QFETCH(QString, body);
@@ -142,30 +136,18 @@ private Q_SLOTS:
     void theReferenceIsReadFromTheReply_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QString>("label");
-        QTest::newRow("none") << "none"
-                              << "";
-        QTest::newRow("failed") << "(fail)"
-                                << "";
-        QTest::newRow("two digits") << "b02"
-                                    << "MR2";
-        QTest::newRow("decimal") << "b010"
-                                 << "MR10";
-        QTest::newRow("not octal") << "b08"
-                                   << "MR8";
-        QTest::newRow("unreadable") << "bx"
-                                    << "MR0";
-        QTest::newRow("empty") << ""
-                               << "MR0";
-        QTest::newRow("capital none") << "None"
-                                      << "MR0";
-        QTest::newRow("none and a blank") << "none "
-                                          << "MR0";
-        QTest::newRow("far beyond the lists") << "b2147483647"
-                                              << "MR2147483647";
-        QTest::newRow("too large") << "b2147483648"
-                                   << "MR0";
-        QTest::newRow("negative") << "b-3"
-                                  << "MR0";
+        row("none", "none", "");
+        row("failed", "(fail)", "");
+        row("two digits", "b02", "MR2");
+        row("decimal", "b010", "MR10");
+        row("not octal", "b08", "MR8");
+        row("unreadable", "bx", "MR0");
+        row("empty", "", "MR0");
+        row("capital none", "None", "MR0");
+        row("none and a blank", "none ", "MR0");
+        row("far beyond the lists", "b2147483647", "MR2147483647");
+        row("too large", "b2147483648", "MR0");
+        row("negative", "b-3", "MR0");
     }
     void theReferenceIsReadFromTheReply() {
         QFETCH(QString, reply);

@@ -38,22 +38,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("plain");
         const QString usual = "DejaVu Sans";
-        QTest::newRow("number") << usual << "-12345.67" << true;
-        QTest::newRow("name") << usual << "MR10" << true;
-        QTest::newRow("as long as it may be") << usual << QString(32, '1') << true;
-        QTest::newRow("too long") << usual << QString(33, '1') << false;
-        QTest::newRow("empty") << usual << "" << false;
-        QTest::newRow("another character") << usual << "1,5" << false;
-        QTest::newRow("beyond Latin-1") << usual << QString(QChar(0x2460)) << false;
-        QTest::newRow("moved together") << usual << "R." << false;
-        QTest::newRow("ligature") << "Kestrel Ligature"
-                                  << "10" << false;
-        QTest::newRow("no ligature") << "Kestrel Ligature"
-                                     << "-2.25" << true;
-        QTest::newRow("another shape beside its like") << "Kestrel Alternates"
-                                                       << "22" << false;
-        QTest::newRow("the usual shape") << "Kestrel Alternates"
-                                         << "21.2" << true;
+        row("number", usual, "-12345.67", true);
+        row("name", usual, "MR10", true);
+        row("as long as it may be", usual, QString(32, '1'), true);
+        row("too long", usual, QString(33, '1'), false);
+        row("empty", usual, "", false);
+        row("another character", usual, "1,5", false);
+        row("beyond Latin-1", usual, QString(QChar(0x2460)), false);
+        row("moved together", usual, "R.", false);
+        row("ligature", "Kestrel Ligature", "10", false);
+        row("no ligature", "Kestrel Ligature", "-2.25", true);
+        row("another shape beside its like", "Kestrel Alternates", "22", false);
+        row("the usual shape", "Kestrel Alternates", "21.2", true);
     }
     void onlyPlainTextsAreMeasured() {
         QFETCH(QString, family);
@@ -70,7 +66,7 @@ private Q_SLOTS:
     void aMeasuredTextIsDrawnAsALayoutDrawsIt_data() {
         QTest::addColumn<QString>("family");
         for (const char* family : {"DejaVu Sans", "DejaVu Serif", "Kestrel Ligature"}) {
-            QTest::newRow(family) << family;
+            row(family, family);
         }
     }
     void aMeasuredTextIsDrawnAsALayoutDrawsIt() {
@@ -92,8 +88,8 @@ private Q_SLOTS:
 
     void aFontWithoutOneGlyphPerCharacterIsNotUsed_data() {
         QTest::addColumn<QString>("family");
-        QTest::newRow("a letter of two glyphs") << "Kestrel Parts";
-        QTest::newRow("letters of another font") << "Kestrel Digits";
+        row("a letter of two glyphs", "Kestrel Parts");
+        row("letters of another font", "Kestrel Digits");
     }
     void aFontWithoutOneGlyphPerCharacterIsNotUsed() {
         QFETCH(QString, family);
@@ -108,3 +104,4 @@ private Q_SLOTS:
 
 QTEST_MAIN(TestNumberGlyphs)
 #include "test_numberglyphs.moc"
+#include "tests/support/datarows.h"

@@ -1,4 +1,5 @@
 #include "SourceFiles/bodycount.h"
+#include "tests/support/datarows.h"
 #include "tests/support/scriptedhost.h"
 
 #include <QtTest>
@@ -71,10 +72,10 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isTools");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("log");
-        QTest::newRow("tools") << true << QString::fromStdString(tools)
-                               << "Error: Unable to set number of mea tools = %1";
-        QTest::newRow("references") << false << QString::fromStdString(references)
-                                    << "Error: Unable to set number of references = %1";
+        row("tools", true, QString::fromStdString(tools),
+            "Error: Unable to set number of mea tools = %1");
+        row("references", false, QString::fromStdString(references),
+            "Error: Unable to set number of references = %1");
     }
     void anEditReachesTheControllerAndIsTakenBackOnce() {
         QFETCH(bool, isTools);

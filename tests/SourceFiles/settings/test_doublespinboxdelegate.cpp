@@ -35,15 +35,15 @@ private Q_SLOTS:
     void theTextOfTheCellOpensTheEditor_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("value");
-        QTest::newRow("one decimal") << "1.5" << 1.5;
-        QTest::newRow("two decimals") << "2.34" << 2.3;
-        QTest::newRow("above the range") << "41.0" << 40.0;
-        QTest::newRow("below the range") << "-3.0" << 0.0;
-        QTest::newRow("no number") << "wide" << 0.0;
-        QTest::newRow("a comma is no point") << "1,5" << 0.0;
-        QTest::newRow("empty") << "" << 0.0;
-        QTest::newRow("nan") << "nan" << 0.0;
-        QTest::newRow("overflow") << "1e999" << 0.0;
+        row("one decimal", "1.5", 1.5);
+        row("two decimals", "2.34", 2.3);
+        row("above the range", "41.0", 40.0);
+        row("below the range", "-3.0", 0.0);
+        row("no number", "wide", 0.0);
+        row("a comma is no point", "1,5", 0.0);
+        row("empty", "", 0.0);
+        row("nan", "nan", 0.0);
+        row("overflow", "1e999", 0.0);
     }
     void theTextOfTheCellOpensTheEditor() {
         QFETCH(QString, text);
@@ -69,14 +69,10 @@ private Q_SLOTS:
     void aConfirmedValueIsStoredWithOneDecimalAndAPoint_data() {
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("after");
-        QTest::newRow("two decimals") << "2.34"
-                                      << "2.3";
-        QTest::newRow("whole") << "7"
-                               << "7.0";
-        QTest::newRow("above the range") << "123.4"
-                                         << "40.0";
-        QTest::newRow("no number") << "x"
-                                   << "0.0";
+        row("two decimals", "2.34", "2.3");
+        row("whole", "7", "7.0");
+        row("above the range", "123.4", "40.0");
+        row("no number", "x", "0.0");
     }
     void aConfirmedValueIsStoredWithOneDecimalAndAPoint() {
         QFETCH(QString, before);
@@ -91,12 +87,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         const QLocale german(QLocale::German, QLocale::Germany);
         const QLocale english(QLocale::English, QLocale::UnitedStates);
-        QTest::newRow("German, comma") << german << "3,5";
-        QTest::newRow("German, point") << german << "3.5";
-        QTest::newRow("English, comma") << english << "3,5";
-        QTest::newRow("English, point") << english << "3.5";
-        QTest::newRow("C, comma") << QLocale::c() << "3,5";
-        QTest::newRow("of this run, point") << QLocale() << "3.5";
+        row("German, comma", german, "3,5");
+        row("German, point", german, "3.5");
+        row("English, comma", english, "3,5");
+        row("English, point", english, "3.5");
+        row("C, comma", QLocale::c(), "3,5");
+        row("of this run, point", QLocale(), "3.5");
     }
     void aTypedPointAndATypedCommaMeanTheSameInEveryLocale() {
         QFETCH(QLocale, locale);
@@ -128,3 +124,4 @@ private:
 
 QTEST_MAIN(TestDoubleSpinboxDelegate)
 #include "test_doublespinboxdelegate.moc"
+#include "tests/support/datarows.h"

@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
+#include "tests/support/datarows.h"
 
 #include <QCheckBox>
 #include <QSpinBox>
@@ -159,8 +160,8 @@ private Q_SLOTS:
     void anUnreadStartSimulationIsWrittenWhateverTheBoxShows_data() {
         QTest::addColumn<bool>("checked");
         QTest::addColumn<QString>("written");
-        QTest::newRow("checked") << true << "yes";
-        QTest::newRow("unchecked") << false << "no";
+        row("checked", true, "yes");
+        row("unchecked", false, "no");
     }
     void anUnreadStartSimulationIsWrittenWhateverTheBoxShows() {
         QFETCH(bool, checked);
@@ -178,9 +179,9 @@ private Q_SLOTS:
     void aStateThatIsNeitherYesNorNoCountsAsOff_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<bool>("written");
-        QTest::newRow("maybe") << "maybe" << false;
-        QTest::newRow("no") << "no" << false;
-        QTest::newRow("yes") << "yes" << true;
+        row("maybe", "maybe", false);
+        row("no", "no", false);
+        row("yes", "yes", true);
     }
     void aStateThatIsNeitherYesNorNoCountsAsOff() {
         QFETCH(QString, reply);
@@ -199,18 +200,12 @@ private Q_SLOTS:
         QTest::addColumn<bool>("old");
         QTest::addColumn<QString>("controller");
         QTest::addColumn<QString>("written");
-        QTest::newRow("new on new") << false << "no"
-                                    << "";
-        QTest::newRow("new on old") << false << "yes"
-                                    << "set measurementtool output_6dmt no";
-        QTest::newRow("old on new") << true << "no"
-                                    << "set measurementtool output_6dmt yes";
-        QTest::newRow("old on old") << true << "yes"
-                                    << "";
-        QTest::newRow("new, unread") << false << "(fails)"
-                                     << "set measurementtool output_6dmt no";
-        QTest::newRow("old, unread") << true << "(fails)"
-                                     << "";
+        row("new on new", false, "no", "");
+        row("new on old", false, "yes", "set measurementtool output_6dmt no");
+        row("old on new", true, "no", "set measurementtool output_6dmt yes");
+        row("old on old", true, "yes", "");
+        row("new, unread", false, "(fails)", "set measurementtool output_6dmt no");
+        row("old, unread", true, "(fails)", "");
     }
     void theOutputFormatIsWrittenOnlyWhenItDiffers() {
         QFETCH(bool, old);

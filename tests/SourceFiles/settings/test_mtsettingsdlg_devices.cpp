@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
+#include "tests/support/datarows.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -57,7 +58,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QStringList>("cells");
         const auto row = [](const char* name, const char* reply, const QStringList& cells) {
-            QTest::newRow(name) << QString::fromUtf8(reply) << cells;
+            row(name, QString::fromUtf8(reply), cells);
         };
         row("short serial", "V M 12", {"VM00012", "V", "M", "desc M", "00012"});
         row("five characters", "V M A2345", {"VMA2345", "V", "M", "desc M", "A2345"});
@@ -88,22 +89,14 @@ private Q_SLOTS:
     void anAssignedDeviceIsReadFromTheReply_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QString>("serial");
-        QTest::newRow("padded") << "zelwpan V M 123"
-                                << "00123";
-        QTest::newRow("four characters") << "zelwpan V M 1234"
-                                         << "01234";
-        QTest::newRow("five characters") << "zelwpan V M 12345"
-                                         << "12345";
-        QTest::newRow("a long one is kept") << "zelwpan V M 1234567"
-                                            << "1234567";
-        QTest::newRow("empty") << "zelwpan V M "
-                               << "00000";
-        QTest::newRow("none") << "none"
-                              << "";
-        QTest::newRow("no serial") << "zelwpan V M"
-                                   << "";
-        QTest::newRow("empty reply") << ""
-                                     << "";
+        row("padded", "zelwpan V M 123", "00123");
+        row("four characters", "zelwpan V M 1234", "01234");
+        row("five characters", "zelwpan V M 12345", "12345");
+        row("a long one is kept", "zelwpan V M 1234567", "1234567");
+        row("empty", "zelwpan V M ", "00000");
+        row("none", "none", "");
+        row("no serial", "zelwpan V M", "");
+        row("empty reply", "", "");
     }
     void anAssignedDeviceIsReadFromTheReply() {
         QFETCH(QString, reply);

@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
+#include "tests/support/datarows.h"
 
 #include <QtTest>
 
@@ -45,28 +46,26 @@ private Q_SLOTS:
         const QStringList all = counts + tables + point + simulation + format + ok + buttons;
         const QStringList allButSimulation = counts + tables + point + format + ok + buttons;
 
-        QTest::newRow("normal") << today << normal << normal << all;
-        QTest::newRow("start simulation off") << today << normal << off << allButSimulation;
-        QTest::newRow("no tools") << today << normal << noTools << counts + tables + ok;
-        QTest::newRow("unavailable") << today << normal << unavailable << QStringList();
-        QTest::newRow("locked") << today << normal << locked << countLabels;
-        QTest::newRow("locked and unavailable")
-            << today << normal << lockedUnavailable << countLabels;
-        QTest::newRow("1.13") << VersionInfo(1, 13, 0) << normal << normal << all;
-        QTest::newRow("1.13, unknown patch") << VersionInfo(1, 13, -1) << normal << normal << all;
-        QTest::newRow("1.12") << old << normal << normal
-                              << counts + tables + point + simulation + ok + buttons;
-        QTest::newRow("1.12, no tools") << old << normal << noTools << counts + tables + ok;
-        QTest::newRow("1.12, locked") << old << normal << locked << countLabels;
-        QTest::newRow("1.12, unavailable") << old << normal << unavailable << QStringList();
-        QTest::newRow("1.2") << ancient << normal << normal << QStringList();
-        QTest::newRow("1.8 has no lock") << VersionInfo(1, 8, 0) << normal << locked
-                                         << counts + tables + point + simulation + ok + buttons;
+        row("normal", today, normal, normal, all);
+        row("start simulation off", today, normal, off, allButSimulation);
+        row("no tools", today, normal, noTools, counts + tables + ok);
+        row("unavailable", today, normal, unavailable, QStringList());
+        row("locked", today, normal, locked, countLabels);
+        row("locked and unavailable", today, normal, lockedUnavailable, countLabels);
+        row("1.13", VersionInfo(1, 13, 0), normal, normal, all);
+        row("1.13, unknown patch", VersionInfo(1, 13, -1), normal, normal, all);
+        row("1.12", old, normal, normal, counts + tables + point + simulation + ok + buttons);
+        row("1.12, no tools", old, normal, noTools, counts + tables + ok);
+        row("1.12, locked", old, normal, locked, countLabels);
+        row("1.12, unavailable", old, normal, unavailable, QStringList());
+        row("1.2", ancient, normal, normal, QStringList());
+        row("1.8 has no lock", VersionInfo(1, 8, 0), normal, locked,
+            counts + tables + point + simulation + ok + buttons);
 
-        QTest::newRow("unlocked again") << today << locked << normal << all;
-        QTest::newRow("available again") << today << unavailable << normal << all;
-        QTest::newRow("no longer available") << today << off << unavailable << QStringList();
-        QTest::newRow("tools again") << today << noTools << normal << all;
+        row("unlocked again", today, locked, normal, all);
+        row("available again", today, unavailable, normal, all);
+        row("no longer available", today, off, unavailable, QStringList());
+        row("tools again", today, noTools, normal, all);
     }
     void eachStateEnablesTheseControls() {
         QFETCH(VersionInfo, protocol);
@@ -111,14 +110,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("changeable");
         QTest::addColumn<QString>("available");
         QTest::addColumn<bool>("single");
-        QTest::newRow("normal") << "yes"
-                                << "yes" << true;
-        QTest::newRow("unavailable") << "yes"
-                                     << "no" << true;
-        QTest::newRow("locked") << "no"
-                                << "yes" << false;
-        QTest::newRow("locked and unavailable") << "no"
-                                                << "no" << false;
+        row("normal", "yes", "yes", true);
+        row("unavailable", "yes", "no", true);
+        row("locked", "no", "yes", false);
+        row("locked and unavailable", "no", "no", false);
     }
     void theSelectionModeTellsALock() {
         QFETCH(QString, changeable);

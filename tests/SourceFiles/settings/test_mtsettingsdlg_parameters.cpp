@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
+#include "tests/support/datarows.h"
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
@@ -35,22 +36,14 @@ private Q_SLOTS:
     void theDiameterIsTwiceTheRadius_data() {
         QTest::addColumn<QString>("radius");
         QTest::addColumn<QString>("diameter");
-        QTest::newRow("0.75") << "0.75"
-                              << "1.5";
-        QTest::newRow("zero") << "0"
-                              << "0.0";
-        QTest::newRow("rounded") << "0.768"
-                                 << "1.5";
-        QTest::newRow("negative") << "-1.5"
-                                  << "0.0";
-        QTest::newRow("negative zero") << "-0.0"
-                                       << "0.0";
-        QTest::newRow("nan") << "nan"
-                             << "0.0";
-        QTest::newRow("infinite") << "inf"
-                                  << "0.0";
-        QTest::newRow("infinite when doubled") << "1e308"
-                                               << "0.0";
+        row("0.75", "0.75", "1.5");
+        row("zero", "0", "0.0");
+        row("rounded", "0.768", "1.5");
+        row("negative", "-1.5", "0.0");
+        row("negative zero", "-0.0", "0.0");
+        row("nan", "nan", "0.0");
+        row("infinite", "inf", "0.0");
+        row("infinite when doubled", "1e308", "0.0");
     }
     void theDiameterIsTwiceTheRadius() {
         QFETCH(QString, radius);
@@ -66,12 +59,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("question");
         const VersionInfo now(1, 14, 0);
         const QString question = "get_double measurementtool tip_radius b01";
-        QTest::newRow("the first tool") << now << 1 << 1.5 << question;
-        QTest::newRow("1.13 knows it") << VersionInfo(1, 13, -1) << 1 << 1.5 << question;
-        QTest::newRow("1.12 does not") << VersionInfo(1, 12, 9) << 1 << 0.0 << "";
-        QTest::newRow("no tool") << now << 0 << 0.0 << "";
-        QTest::newRow("less than none") << now << -1 << 0.0 << "";
-        QTest::newRow("far less") << now << std::numeric_limits<int>::min() << 0.0 << "";
+        row("the first tool", now, 1, 1.5, question);
+        row("1.13 knows it", VersionInfo(1, 13, -1), 1, 1.5, question);
+        row("1.12 does not", VersionInfo(1, 12, 9), 1, 0.0, "");
+        row("no tool", now, 0, 0.0, "");
+        row("less than none", now, -1, 0.0, "");
+        row("far less", now, std::numeric_limits<int>::min(), 0.0, "");
     }
     void aDiameterIsAskedForOnlyForATool() {
         QFETCH(VersionInfo, protocol);
@@ -102,12 +95,12 @@ private Q_SLOTS:
 
     void anEditedDiameterSurvivesEveryRefill_data() {
         QTest::addColumn<int>("edit");
-        QTest::newRow("more tools") << 0;
-        QTest::newRow("fewer references") << 1;
-        QTest::newRow("more references") << 2;
-        QTest::newRow("select") << 3;
-        QTest::newRow("deselect") << 4;
-        QTest::newRow("tools lowered and raised") << 5;
+        row("more tools", 0);
+        row("fewer references", 1);
+        row("more references", 2);
+        row("select", 3);
+        row("deselect", 4);
+        row("tools lowered and raised", 5);
     }
     void anEditedDiameterSurvivesEveryRefill() {
         QFETCH(int, edit);
@@ -153,8 +146,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("log");
         QTest::addColumn<QString>("shown");
         const auto row = [](const char* name, const char* log, const char* shown) {
-            QTest::newRow(name) << QString("measurementtool measurement_%1 b01").arg(name) << log
-                                << shown;
+            row(name, QString("measurementtool measurement_%1 b01").arg(name), log, shown);
         };
         row("duration", "Error: Unable to get mea duration", "1.0 2.5 on 45 0.5");
         row("tip_tolerance", "Error: Unable to get mea tip tolerance", "2.0 1.5 on 45 0.5");
@@ -176,16 +168,11 @@ private Q_SLOTS:
     void theStartAngleIsTruncatedAndEveryValueKeptInRange_data() {
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("truncated") << "45.99"
-                                   << "5.0 5.0 on 45 0.5";
-        QTest::newRow("above") << "2000000000"
-                               << "5.0 5.0 on 120 0.5";
-        QTest::newRow("far above") << "1e300"
-                                   << "5.0 5.0 on 120 0.5";
-        QTest::newRow("below") << "-1e300"
-                               << "5.0 5.0 on 10 0.5";
-        QTest::newRow("not a number") << "nan"
-                                      << "5.0 5.0 on 30 0.5";
+        row("truncated", "45.99", "5.0 5.0 on 45 0.5");
+        row("above", "2000000000", "5.0 5.0 on 120 0.5");
+        row("far above", "1e300", "5.0 5.0 on 120 0.5");
+        row("below", "-1e300", "5.0 5.0 on 10 0.5");
+        row("not a number", "nan", "5.0 5.0 on 30 0.5");
     }
     void theStartAngleIsTruncatedAndEveryValueKeptInRange() {
         QFETCH(QString, value);
@@ -199,11 +186,11 @@ private Q_SLOTS:
     void onlyYesChecksTheStartSimulation_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<bool>("checked");
-        QTest::newRow("yes") << "yes" << true;
-        QTest::newRow("no") << "no" << false;
-        QTest::newRow("Yes") << "Yes" << false;
-        QTest::newRow("yes with a blank") << "yes " << false;
-        QTest::newRow("empty") << "" << false;
+        row("yes", "yes", true);
+        row("no", "no", false);
+        row("Yes", "Yes", false);
+        row("yes with a blank", "yes ", false);
+        row("empty", "", false);
     }
     void onlyYesChecksTheStartSimulation() {
         QFETCH(QString, reply);
@@ -217,11 +204,11 @@ private Q_SLOTS:
     void onlyNoUnchecksTheOldFormat_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<bool>("checked");
-        QTest::newRow("no") << "no" << false;
-        QTest::newRow("yes") << "yes" << true;
-        QTest::newRow("no with a blank") << "no " << true;
-        QTest::newRow("empty") << "" << true;
-        QTest::newRow("failed") << "(fails)" << true;
+        row("no", "no", false);
+        row("yes", "yes", true);
+        row("no with a blank", "no ", true);
+        row("empty", "", true);
+        row("failed", "(fails)", true);
     }
     void onlyNoUnchecksTheOldFormat() {
         QFETCH(QString, reply);
@@ -283,10 +270,8 @@ private Q_SLOTS:
     void onlyTheValuesReadAfterAnActiveStartSimulationCountAsEdited_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("on") << "yes"
-                            << "1.0 1.5 on 45 0.5";
-        QTest::newRow("off") << "no"
-                             << "1.0 1.5 off 30 0.2";
+        row("on", "yes", "1.0 1.5 on 45 0.5");
+        row("off", "no", "1.0 1.5 off 30 0.2");
     }
     void onlyTheValuesReadAfterAnActiveStartSimulationCountAsEdited() {
         QFETCH(QString, reply);

@@ -1,4 +1,5 @@
 #include "tests/SourceFiles/settings/settingsrig.h"
+#include "tests/support/datarows.h"
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
@@ -89,9 +90,9 @@ private Q_SLOTS:
 
     void anUnavailableMeasurementToolIsNotReadAndNoTimerRuns_data() {
         QTest::addColumn<QString>("reply");
-        QTest::newRow("no") << "no";
-        QTest::newRow("a blank behind yes") << "yes ";
-        QTest::newRow("empty") << "";
+        row("no", "no");
+        row("a blank behind yes", "yes ");
+        row("empty", "");
     }
     void anUnavailableMeasurementToolIsNotReadAndNoTimerRuns() {
         QFETCH(QString, reply);
@@ -202,28 +203,17 @@ private Q_SLOTS:
     void theReferenceOfAToolIsReadFromTheReply_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("b03") << "b03"
-                             << "MR3";
-        QTest::newRow("none") << "none"
-                              << "none";
-        QTest::newRow("decimal") << "b010"
-                                 << "MR10";
-        QTest::newRow("leading zero is not octal") << "b08"
-                                                   << "MR8";
-        QTest::newRow("any first character") << "x02"
-                                             << "MR2";
-        QTest::newRow("no number") << "bxy"
-                                   << "none";
-        QTest::newRow("only the letter") << "b"
-                                         << "none";
-        QTest::newRow("empty") << ""
-                               << "none";
-        QTest::newRow("zero") << "b0"
-                              << "none";
-        QTest::newRow("negative") << "b-2147483648"
-                                  << "none";
-        QTest::newRow("none with a blank is no number either") << "none "
-                                                               << "none";
+        row("b03", "b03", "MR3");
+        row("none", "none", "none");
+        row("decimal", "b010", "MR10");
+        row("leading zero is not octal", "b08", "MR8");
+        row("any first character", "x02", "MR2");
+        row("no number", "bxy", "none");
+        row("only the letter", "b", "none");
+        row("empty", "", "none");
+        row("zero", "b0", "none");
+        row("negative", "b-2147483648", "none");
+        row("none with a blank is no number either", "none ", "none");
     }
     void theReferenceOfAToolIsReadFromTheReply() {
         QFETCH(QString, reply);
@@ -251,10 +241,10 @@ private Q_SLOTS:
         QTest::addColumn<int>("rows");
         QTest::addColumn<int>("last");
         QTest::addColumn<int>("corrected");
-        QTest::newRow("inside") << 3 << 1 << 1;
-        QTest::newRow("one beyond") << 3 << 3 << 2;
-        QTest::newRow("far beyond") << 3 << 5 << 2;
-        QTest::newRow("only row") << 1 << 1 << 0;
+        row("inside", 3, 1, 1);
+        row("one beyond", 3, 3, 2);
+        row("far beyond", 3, 5, 2);
+        row("only row", 1, 1, 0);
     }
     void theLastSelectionIsCorrectedToTheTable() {
         QFETCH(int, rows);

@@ -1,5 +1,6 @@
 #include "SourceFiles/toolparameters.h"
 #include "host_api/backendversions.h"
+#include "tests/support/datarows.h"
 #include "tests/support/scriptedhost.h"
 
 #include <QtTest>
@@ -52,7 +53,7 @@ void addRows() {
     QTest::addColumn<int>("row");
     int i = 0;
     for (const Row& row : rows) {
-        QTest::newRow(row.name) << i;
+        row(row.name, i);
         ++i;
     }
 }
@@ -183,18 +184,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("log");
         const char* const no = "set measurementtool output_6dmt no";
         const char* const yes = "set measurementtool output_6dmt yes";
-        QTest::newRow("old to old") << "yes" << true << ""
-                                    << "";
-        QTest::newRow("new to new") << "no" << false << ""
-                                    << "";
-        QTest::newRow("old to new")
-            << "yes" << false << no << "Error: Unable to (un)set to old output format";
-        QTest::newRow("new to old")
-            << "no" << true << yes << "Error: Unable to set to old output format";
-        QTest::newRow("unread to new")
-            << "(fails)" << false << no << "Error: Unable to (un)set to old output format";
-        QTest::newRow("unread to old") << "(fails)" << true << ""
-                                       << "";
+        row("old to old", "yes", true, "", "");
+        row("new to new", "no", false, "", "");
+        row("old to new", "yes", false, no, "Error: Unable to (un)set to old output format");
+        row("new to old", "no", true, yes, "Error: Unable to set to old output format");
+        row("unread to new", "(fails)", false, no, "Error: Unable to (un)set to old output format");
+        row("unread to old", "(fails)", true, "", "");
     }
     void theOutputFormatIsWrittenWhenItIsAnother() {
         QFETCH(QString, reply);
@@ -220,10 +215,10 @@ private Q_SLOTS:
     void aDiameterIsTwiceThePositiveRadius_data() {
         QTest::addColumn<QString>("radius");
         QTest::addColumn<double>("diameter");
-        QTest::newRow("0.75") << "0.75" << 1.5;
-        QTest::newRow("negative") << "-1" << 0.0;
-        QTest::newRow("nan") << "nan" << 0.0;
-        QTest::newRow("infinite when doubled") << "1e308" << 0.0;
+        row("0.75", "0.75", 1.5);
+        row("negative", "-1", 0.0);
+        row("nan", "nan", 0.0);
+        row("infinite when doubled", "1e308", 0.0);
     }
     void aDiameterIsTwiceThePositiveRadius() {
         QFETCH(QString, radius);

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/workbench/backendfixture.h"
 #include "tests/workbench/scriptedcontroller.h"
 
@@ -84,25 +85,22 @@ private Q_SLOTS:
         QTest::addColumn<int>("asInt");
         QTest::addColumn<bool>("isDouble");
         QTest::addColumn<double>("asDouble");
-        QTest::newRow("whole") << QByteArray("4") << true << 4 << true << 4.0;
-        QTest::newRow("negative") << QByteArray("-12") << true << -12 << true << -12.0;
-        QTest::newRow("hex") << QByteArray("0x10") << true << 16 << true << 16.0;
-        QTest::newRow("fraction") << QByteArray("2.5") << false << 0 << true << 2.5;
-        QTest::newRow("exponent") << QByteArray("1e3") << false << 0 << true << 1000.0;
-        QTest::newRow("comma") << QByteArray("2,5") << false << 0 << false << 0.0;
-        QTest::newRow("unit") << QByteArray("5 mm") << false << 0 << false << 0.0;
-        QTest::newRow("two") << QByteArray("5 6") << false << 0 << false << 0.0;
-        QTest::newRow("word") << QByteArray("none") << false << 0 << false << 0.0;
-        QTest::newRow("nothing") << QByteArray("") << false << 0 << false << 0.0;
-        QTest::newRow("largest") << QByteArray("2147483647") << true << 2147483647 << true
-                                 << 2147483647.0;
-        QTest::newRow("beyond int")
-            << QByteArray("2147483648") << false << 0 << true << 2147483648.0;
-        QTest::newRow("beyond long")
-            << QByteArray("99999999999999999999") << false << 0 << true << 1e20;
-        QTest::newRow("beyond double") << QByteArray("1e999") << false << 0 << false << 0.0;
-        QTest::newRow("not a number") << QByteArray("nan") << false << 0 << false << 0.0;
-        QTest::newRow("infinite") << QByteArray("-inf") << false << 0 << false << 0.0;
+        row("whole", QByteArray("4"), true, 4, true, 4.0);
+        row("negative", QByteArray("-12"), true, -12, true, -12.0);
+        row("hex", QByteArray("0x10"), true, 16, true, 16.0);
+        row("fraction", QByteArray("2.5"), false, 0, true, 2.5);
+        row("exponent", QByteArray("1e3"), false, 0, true, 1000.0);
+        row("comma", QByteArray("2,5"), false, 0, false, 0.0);
+        row("unit", QByteArray("5 mm"), false, 0, false, 0.0);
+        row("two", QByteArray("5 6"), false, 0, false, 0.0);
+        row("word", QByteArray("none"), false, 0, false, 0.0);
+        row("nothing", QByteArray(""), false, 0, false, 0.0);
+        row("largest", QByteArray("2147483647"), true, 2147483647, true, 2147483647.0);
+        row("beyond int", QByteArray("2147483648"), false, 0, true, 2147483648.0);
+        row("beyond long", QByteArray("99999999999999999999"), false, 0, true, 1e20);
+        row("beyond double", QByteArray("1e999"), false, 0, false, 0.0);
+        row("not a number", QByteArray("nan"), false, 0, false, 0.0);
+        row("infinite", QByteArray("-inf"), false, 0, false, 0.0);
     }
     void numbersAreWhollyNumbers() {
         QFETCH(QByteArray, value);

@@ -1,4 +1,5 @@
 #include "host_api/iomanager.h"
+#include "tests/support/datarows.h"
 #include "tests/workbench/backendfixture.h"
 #include "workbench/modules/modulehost.h"
 
@@ -78,22 +79,24 @@ private Q_SLOTS:
     void whatIsNoModuleIsListedWithItsReason_data() {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("missing") << QStringLiteral("/no/such/file.so")
-                                 << QStringLiteral("there is no such file");
-        QTest::newRow("text") << write(QStringLiteral("text.so"), "I am a text\n")
-                              << QStringLiteral("it is not a Qt plug-in");
-        QTest::newRow("empty") << write(QStringLiteral("empty.so"), "")
-                               << QStringLiteral("it is not a Qt plug-in");
-        QTest::newRow("folder") << m_folder.path() << QStringLiteral("there is no such file");
-        QTest::newRow("plain library")
-            << QStringLiteral(PLAIN_LIBRARY) << QStringLiteral("it is not a Qt plug-in");
-        QTest::newRow("other plug-in")
-            << QStringLiteral(OTHER_PLUGIN) << QStringLiteral("does not have the interface");
-        QTest::newRow("cut module") << [this] {
-            QFile file(QStringLiteral(FAKE_MODULE));
-            static_cast<void>(file.open(QIODevice::ReadOnly));
-            return write(QStringLiteral("cut.so"), file.read(file.size() / 2));
-        }() << QString();
+        row("missing", QStringLiteral("/no/such/file.so"), QStringLiteral("there is no such file"));
+        row("text", write(QStringLiteral("text.so"), "I am a text\n"),
+            QStringLiteral("it is not a Qt plug-in"));
+        row("empty", write(QStringLiteral("empty.so"), ""),
+            QStringLiteral("it is not a Qt plug-in"));
+        row("folder", m_folder.path(), QStringLiteral("there is no such file"));
+        row("plain library", QStringLiteral(PLAIN_LIBRARY),
+            QStringLiteral("it is not a Qt plug-in"));
+        row("other plug-in", QStringLiteral(OTHER_PLUGIN),
+            QStringLiteral("does not have the interface"));
+        row(
+            "cut module",
+            [this] {
+                QFile file(QStringLiteral(FAKE_MODULE));
+                static_cast<void>(file.open(QIODevice::ReadOnly));
+                return write(QStringLiteral("cut.so"), file.read(file.size() / 2));
+            }(),
+            QString());
     }
     void whatIsNoModuleIsListedWithItsReason() {
         QFETCH(QString, file);

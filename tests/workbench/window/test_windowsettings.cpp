@@ -119,20 +119,20 @@ private Q_SLOTS:
 
     void damagedFilesGiveDefaultsAndOneNotice_data() {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2\xff\xfe rubbish\n]][[\n", 24);
-        QTest::newRow("no keys") << QByteArray("this is no settings file\nat all\n");
-        QTest::newRow("rect is a word") << QByteArray("[window]\nrect=wide\n");
-        QTest::newRow("rect is empty") << QByteArray("[window]\nrect=@Rect(0 0 0 0)\n");
-        QTest::newRow("rect is negative") << QByteArray("[window]\nrect=@Rect(0 0 -5 -5)\n");
-        QTest::newRow("rect is huge") << QByteArray("[window]\nrect=@Rect(0 0 2000000000 1000)\n");
-        QTest::newRow("rect is far away")
-            << QByteArray("[window]\nrect=@Rect(2000000000 -2000000000 1000 800)\n");
-        QTest::newRow("rect overflows")
-            << QByteArray("[window]\nrect=@Rect(2147483647 2147483647 2147483647 2147483647)\n");
-        QTest::newRow("docks") << QByteArray("[window]\ndocks=rubbish\n");
-        QTest::newRow("port") << QByteArray("[connection]\nport=many\n");
-        QTest::newRow("port too large") << QByteArray("[connection]\nport=70000\n");
-        QTest::newRow("host") << QByteArray("[connection]\nhosts=a b c\n");
+        row("binary", QByteArray("\x7f\x45LF\0\1\2\xff\xfe rubbish\n]][[\n", 24));
+        row("no keys", QByteArray("this is no settings file\nat all\n"));
+        row("rect is a word", QByteArray("[window]\nrect=wide\n"));
+        row("rect is empty", QByteArray("[window]\nrect=@Rect(0 0 0 0)\n"));
+        row("rect is negative", QByteArray("[window]\nrect=@Rect(0 0 -5 -5)\n"));
+        row("rect is huge", QByteArray("[window]\nrect=@Rect(0 0 2000000000 1000)\n"));
+        row("rect is far away",
+            QByteArray("[window]\nrect=@Rect(2000000000 -2000000000 1000 800)\n"));
+        row("rect overflows",
+            QByteArray("[window]\nrect=@Rect(2147483647 2147483647 2147483647 2147483647)\n"));
+        row("docks", QByteArray("[window]\ndocks=rubbish\n"));
+        row("port", QByteArray("[connection]\nport=many\n"));
+        row("port too large", QByteArray("[connection]\nport=70000\n"));
+        row("host", QByteArray("[connection]\nhosts=a b c\n"));
     }
     void damagedFilesGiveDefaultsAndOneNotice() {
         QFETCH(QByteArray, content);
