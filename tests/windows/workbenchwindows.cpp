@@ -3,6 +3,7 @@
 #include "tests/support/modalwatchdog.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/connectdialog.h"
+#include "workbench/window/guidedialog.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/modulelistdialog.h"
 
@@ -149,6 +150,11 @@ std::vector<TourStop> workbenchStops() {
         {"module list, none",
          [](const Look& look) {
              ModuleListDialog dialog({}, nullptr);
+             showAndLook(dialog, look);
+         }},
+        {"user guide",
+         [](const Look& look) {
+             GuideDialog dialog(QStringLiteral(USER_GUIDE), nullptr);
              showAndLook(dialog, look);
          }},
         {"about",
