@@ -1,4 +1,5 @@
 #include "general/bodytexts.h"
+#include "tests/support/datarows.h"
 
 #include <QtTest>
 
@@ -110,4 +111,3 @@ private Q_SLOTS:
 
 QTEST_GUILESS_MAIN(TestBodyTexts)
 #include "test_bodytexts.moc"
-#include "tests/support/datarows.h"

@@ -4,6 +4,7 @@
 #include "host_api/metatypes.h"
 #include "host_api/moduleinterface.h"
 #include "host_api/requester.h"
+#include "tests/support/datarows.h"
 
 #include <QtTest>
 
@@ -163,4 +164,3 @@ private Q_SLOTS:
 
 QTEST_MAIN(TestHostApi)
 #include "test_host_api.moc"
-#include "tests/support/datarows.h"

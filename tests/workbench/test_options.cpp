@@ -1,5 +1,6 @@
 #include "workbench/controller/controlleraddress.h"
 #include "workbench/options.h"
+#include "tests/support/datarows.h"
 
 #include <QtTest>
 
@@ -125,4 +126,3 @@ private Q_SLOTS:
 
 QTEST_GUILESS_MAIN(TestOptions)
 #include "test_options.moc"
-#include "tests/support/datarows.h"

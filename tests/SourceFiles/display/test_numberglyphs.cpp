@@ -1,4 +1,5 @@
 #include "SourceFiles/numberglyphs.h"
+#include "tests/support/datarows.h"
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
@@ -104,4 +105,3 @@ private Q_SLOTS:
 
 QTEST_MAIN(TestNumberGlyphs)
 #include "test_numberglyphs.moc"
-#include "tests/support/datarows.h"

@@ -1,4 +1,5 @@
 #include "SourceFiles/doublespinboxdelegate.h"
+#include "tests/support/datarows.h"
 
 #include <QDoubleSpinBox>
 #include <QStandardItemModel>
@@ -124,4 +125,3 @@ private:
 
 QTEST_MAIN(TestDoubleSpinboxDelegate)
 #include "test_doublespinboxdelegate.moc"
-#include "tests/support/datarows.h"

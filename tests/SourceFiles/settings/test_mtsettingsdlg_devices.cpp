@@ -57,20 +57,20 @@ private Q_SLOTS:
     void aListedDeviceIsReadFromTheReply_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QStringList>("cells");
-        const auto row = [](const char* name, const char* reply, const QStringList& cells) {
+        const auto device = [](const char* name, const char* reply, const QStringList& cells) {
             row(name, QString::fromUtf8(reply), cells);
         };
-        row("short serial", "V M 12", {"VM00012", "V", "M", "desc M", "00012"});
-        row("five characters", "V M A2345", {"VMA2345", "V", "M", "desc M", "A2345"});
-        row("a long serial is cut", "V M 1234567", {"VM12345", "V", "M", "desc M", "12345"});
-        row("more fields are not used", "V M 12 x y", {"VM00012", "V", "M", "desc M", "00012"});
-        row("an empty field counts", "V  12", {"V00012", "V", "", "desc ", "00012"});
-        row("an empty serial is padded", "V M ", {"VM00000", "V", "M", "desc M", "00000"});
-        row("UTF-8", "Vé M 1", {"VéM00001", "Vé", "M", "M", "00001"});
-        row("none", "none", {"", "", "", "", ""});
-        row("no serial", "V M", {"", "", "", "", ""});
-        row("empty reply", "", {"", "", "", "", ""});
-        row("a percent sign is text", "%n %s %d", {"%n%s000%d", "%n", "%s", "desc %s", "000%d"});
+        device("short serial", "V M 12", {"VM00012", "V", "M", "desc M", "00012"});
+        device("five characters", "V M A2345", {"VMA2345", "V", "M", "desc M", "A2345"});
+        device("a long serial is cut", "V M 1234567", {"VM12345", "V", "M", "desc M", "12345"});
+        device("more fields are not used", "V M 12 x y", {"VM00012", "V", "M", "desc M", "00012"});
+        device("an empty field counts", "V  12", {"V00012", "V", "", "desc ", "00012"});
+        device("an empty serial is padded", "V M ", {"VM00000", "V", "M", "desc M", "00000"});
+        device("UTF-8", "Vé M 1", {"VéM00001", "Vé", "M", "M", "00001"});
+        device("none", "none", {"", "", "", "", ""});
+        device("no serial", "V M", {"", "", "", "", ""});
+        device("empty reply", "", {"", "", "", "", ""});
+        device("a percent sign is text", "%n %s %d", {"%n%s000%d", "%n", "%s", "desc %s", "000%d"});
     }
     void aListedDeviceIsReadFromTheReply() {
         QFETCH(QString, reply);

@@ -145,15 +145,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("parameter");
         QTest::addColumn<QString>("log");
         QTest::addColumn<QString>("shown");
-        const auto row = [](const char* name, const char* log, const char* shown) {
+        const auto parameter = [](const char* name, const char* log, const char* shown) {
             row(name, QString("measurementtool measurement_%1 b01").arg(name), log, shown);
         };
-        row("duration", "Error: Unable to get mea duration", "1.0 2.5 on 45 0.5");
-        row("tip_tolerance", "Error: Unable to get mea tip tolerance", "2.0 1.5 on 45 0.5");
-        row("start_simulation", "Error: Unable to get state of measurement start simulation",
-            "2.0 2.5 off 45 0.5");
-        row("start_angle", "Error: Unable to get mea angular speed", "2.0 2.5 on 30 0.5");
-        row("start_lead_time", "Error: Unable to get mea start lead time", "2.0 2.5 on 45 0.2");
+        parameter("duration", "Error: Unable to get mea duration", "1.0 2.5 on 45 0.5");
+        parameter("tip_tolerance", "Error: Unable to get mea tip tolerance", "2.0 1.5 on 45 0.5");
+        parameter("start_simulation", "Error: Unable to get state of measurement start simulation",
+                  "2.0 2.5 off 45 0.5");
+        parameter("start_angle", "Error: Unable to get mea angular speed", "2.0 2.5 on 30 0.5");
+        parameter("start_lead_time", "Error: Unable to get mea start lead time",
+                  "2.0 2.5 on 45 0.2");
     }
     void aFailedReadIsLoggedAndShowsTheDefault() {
         QFETCH(QString, parameter);

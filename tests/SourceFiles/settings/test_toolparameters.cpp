@@ -52,8 +52,8 @@ const Row rows[] = {
 void addRows() {
     QTest::addColumn<int>("row");
     int i = 0;
-    for (const Row& row : rows) {
-        row(row.name, i);
+    for (const Row& one : rows) {
+        row(one.name, i);
         ++i;
     }
 }
