@@ -1,10 +1,11 @@
 #include "probecheck/points/pointrecord.h"
 
+#include "general/bodytexts.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 namespace points {
@@ -20,12 +21,12 @@ PointRecord recordOf(const kestrel_probe::CapturedPoint& captured) {
 }
 
 QString toolLabel(int tool) {
-    return QStringLiteral("M%1").arg(tool + 1);
+    return bodytexts::toolName(tool);
 }
 
 QString referenceLabel(int reference) {
     if (reference >= 0) {
-        return QStringLiteral("MR%1").arg(reference + 1);
+        return bodytexts::referenceName(reference);
     }
     return reference == noReference ? QCoreApplication::translate("points", "none")
                                     : QCoreApplication::translate("points", "unknown");
@@ -44,19 +45,15 @@ QString verdictText(kestrel_probe::Verdict verdict) {
 }
 
 QString fixedText(double value, int decimals) {
-    char digits[400]; // the largest double has 309 before the point
     if (!std::isfinite(value)) {
         return QStringLiteral("-");
     }
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
-    const char* begin = digits;
-    if (*begin == '-' &&
-        std::all_of(begin + 1, static_cast<const char*>(end.ptr),
-                    [](char character) { return character == '0' || character == '.'; })) {
-        ++begin;
-    }
-    return QString::fromLatin1(begin, static_cast<int>(end.ptr - begin));
+    const QString text = bodytexts::fixed(value, decimals);
+    const bool isZero = std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character == QLatin1Char('-') || character == QLatin1Char('.') ||
+               character == QLatin1Char('0');
+    });
+    return isZero && text.startsWith(QLatin1Char('-')) ? text.mid(1) : text;
 }
 
 QString utcText(qint64 utcMs) {

@@ -1,0 +1,372 @@
+#include "probecheck/points/pointsession.h"
+#include "samplepoints.h"
+#include "tests/support/datarows.h"
+
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <mutex>
+#include <sys/resource.h>
+
+Q_DECLARE_METATYPE(std::vector<points::PointRecord>)
+
+using points::PointRecord;
+using points::PointSession;
+
+namespace {
+
+constexpr int patienceMs = 20000;
+
+QStringList filesIn(const QString& folder) {
+    return QDir(folder).entryList(QDir::Files);
+}
+
+QByteArray contentOf(const QString& folder) {
+    QByteArray all;
+    const QStringList names = filesIn(folder);
+    for (const QString& name : names) {
+        QFile file(QDir(folder).filePath(name));
+        all += file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+    }
+    return all;
+}
+
+void putFile(const QString& folder, const QString& name, const QByteArray& content) {
+    QFile file(QDir(folder).filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), qint64(content.size()));
+}
+
+std::vector<int> numbersOf(const std::vector<PointRecord>& points) {
+    std::vector<int> numbers;
+    for (const PointRecord& point : points) {
+        numbers.push_back(point.number);
+    }
+    return numbers;
+}
+
+bool waitUntilOnDisk(const PointSession& session) {
+    return QTest::qWaitFor([&] { return session.stepsOnDisk() == session.steps(); }, patienceMs);
+}
+
+/// What a new instance is offered; nothing when it is offered nothing.
+std::vector<PointRecord> offeredIn(const QString& folder) {
+    PointSession session(folder);
+    QSignalSpy found(&session, &PointSession::leftFound);
+    session.lookForLeft();
+    session.addRenaming(1, "marks the end of the search");
+    const bool isOnDisk = waitUntilOnDisk(session);
+    session.removeAtEnd();
+    return !isOnDisk || found.isEmpty() ? std::vector<PointRecord>()
+                                        : found.at(0).at(0).value<std::vector<PointRecord>>();
+}
+
+/// Files cannot grow beyond this as long as it lives: as on a full disk.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes) {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit now = m_before;
+        now.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+/// Writes two points, says so, and waits to be killed.
+int playVictim(const char* folder) {
+    PointSession session(QString::fromLocal8Bit(folder));
+    session.addPoints(samplePoints(2));
+    if (!waitUntilOnDisk(session)) {
+        return 1;
+    }
+    std::puts("written");
+    std::fflush(stdout);
+    return QTest::qWaitFor([] { return false; }, patienceMs) ? 1 : 0;
+}
+
+} // namespace
+
+class TestPointSession : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void whatHappenedIsFoundAgain();
+    void aKilledProgramLeavesWhatItReported();
+    void aLastLineWithoutEndIsCut();
+    void linesWithoutSenseArePassedOver();
+    void twoInstancesDoNotMeet();
+    void severalSessionsAreOfferedOneAfterTheOther();
+    void whatWasAddedHereGoesThere();
+    void whatIsNotOnTheDiskHereStaysThere();
+    void aFullDiskIsToldAndWrittenLater();
+    void whatWasNotSyncedIsWrittenAgain();
+    void aFolderThatCannotBeMadeIsTold();
+    void aFileThatCannotBeMadeIsTold();
+    void aSlowDiskHoldsNobodyUp();
+    void fileAndFolderAreSynced();
+    void aSessionThatNobodyWantsGoes();
+    void withoutPointsThereIsNoFile();
+    void theFolderIsTheHosts();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestPointSession::init() {
+    qRegisterMetaType<std::vector<PointRecord>>("std::vector<points::PointRecord>");
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+}
+
+void TestPointSession::whatHappenedIsFoundAgain() {
+    {
+        PointSession session(m_folder->path());
+        session.addPoints(samplePoints(5));
+        session.addRenaming(2, "edge");
+        session.addRenaming(77, "nobody");
+        session.addDeletion({1, 3, 4});
+        session.addRestoring({3});
+    }
+    const std::vector<PointRecord> offered = offeredIn(m_folder->path());
+    QCOMPARE(numbersOf(offered), (std::vector<int>{2, 3, 5}));
+    QCOMPARE(offered[0].name, QString("edge"));
+    QCOMPARE(offered[1].position[0], 30.0);
+}
+
+void TestPointSession::aKilledProgramLeavesWhatItReported() {
+    QProcess victim;
+    victim.start(QCoreApplication::applicationFilePath(), {"--victim", m_folder->path()});
+    QVERIFY(victim.waitForReadyRead(patienceMs));
+    QCOMPARE(victim.readAll().trimmed(), QByteArray("written"));
+    QVERIFY(offeredIn(m_folder->path()).empty()); // it lives and holds its file
+    victim.kill();
+    QVERIFY(victim.waitForFinished(patienceMs));
+    QCOMPARE(victim.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1, 2}));
+}
+
+void TestPointSession::aLastLineWithoutEndIsCut() {
+    const QByteArray whole = points::pointLine(samplePoint(1));
+    putFile(m_folder->path(), "points-a.jsonl",
+            whole + points::pointLine(samplePoint(2)).chopped(1));
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1}));
+    QCOMPARE(contentOf(m_folder->path()), whole);
+}
+
+void TestPointSession::linesWithoutSenseArePassedOver() {
+    putFile(m_folder->path(), "points-a.jsonl",
+            "\n{\"type\":\"point\"}\nnonsense\n" + points::pointLine(samplePoint(3)) +
+                "{\"type\":\"later\"}\n[1]\n");
+    putFile(m_folder->path(), "points-b.jsonl", "nonsense\n");
+    putFile(m_folder->path(), "notes.txt", points::pointLine(samplePoint(4)));
+    QDir(m_folder->path()).mkdir("points-c.jsonl");
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{3}));
+    QVERIFY(offeredIn(m_folder->filePath("nowhere")).empty());
+}
+
+void TestPointSession::twoInstancesDoNotMeet() {
+    PointSession one(m_folder->path());
+    PointSession other(m_folder->path());
+    one.addPoints({samplePoint(1)});
+    other.addPoints({samplePoint(1)});
+    QVERIFY(waitUntilOnDisk(one));
+    QVERIFY(waitUntilOnDisk(other));
+    QCOMPARE(filesIn(m_folder->path()).size(), 2);
+    QVERIFY(offeredIn(m_folder->path()).empty());
+}
+
+void TestPointSession::severalSessionsAreOfferedOneAfterTheOther() {
+    putFile(m_folder->path(), "points-a.jsonl", points::pointLine(samplePoint(2)));
+    putFile(m_folder->path(), "points-b.jsonl",
+            points::pointLine(samplePoint(1)) + points::pointLine(samplePoint(4)));
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{2, 3, 6}));
+}
+
+void TestPointSession::whatWasAddedHereGoesThere() {
+    putFile(m_folder->path(), "points-a.jsonl", points::pointLine(samplePoint(1)));
+    PointSession session(m_folder->path());
+    QSignalSpy found(&session, &PointSession::leftFound);
+    session.lookForLeft();
+    QVERIFY(found.wait(patienceMs));
+    QVERIFY(offeredIn(m_folder->path()).empty()); // the first to look holds it
+    session.addPoints(found.at(0).at(0).value<std::vector<PointRecord>>());
+    session.dropLeft();
+    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(m_folder->path()).contains("points-a.jsonl"), patienceMs);
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(contentOf(m_folder->path()), points::pointLine(samplePoint(1)));
+}
+
+void TestPointSession::whatIsNotOnTheDiskHereStaysThere() {
+    putFile(m_folder->path(), "points-a.jsonl", points::pointLine(samplePoint(1)));
+    std::atomic<bool> works{false};
+    const QByteArray before = contentOf(m_folder->path());
+    {
+        PointSession session(m_folder->path(), [&](int) {
+            errno = EIO;
+            return works ? 0 : -1;
+        });
+        QSignalSpy found(&session, &PointSession::leftFound);
+        QSignalSpy failed(&session, &PointSession::failed);
+        session.lookForLeft();
+        QVERIFY(found.wait(patienceMs));
+        session.addPoints(found.at(0).at(0).value<std::vector<PointRecord>>());
+        session.dropLeft();
+        QVERIFY(failed.wait(patienceMs));
+    }
+    QVERIFY(filesIn(m_folder->path()).contains("points-a.jsonl"));
+    QCOMPARE(contentOf(m_folder->path()), before); // nothing half-written beside it
+}
+
+void TestPointSession::aFullDiskIsToldAndWrittenLater() {
+    const QByteArray first = points::pointLine(samplePoint(1));
+    PointSession session(m_folder->path());
+    QSignalSpy failed(&session, &PointSession::failed);
+    session.addPoints({samplePoint(1)});
+    QVERIFY(waitUntilOnDisk(session));
+    {
+        const FullDisk disk(static_cast<rlim_t>(first.size() + 10));
+        session.addPoints({samplePoint(2)});
+        QVERIFY(failed.wait(patienceMs));
+        QVERIFY(!failed.at(0).at(0).toString().isEmpty());
+        QCOMPARE(session.stepsOnDisk(), quint64(1));
+        QCOMPARE(contentOf(m_folder->path()), first); // no half of a line
+        session.addPoints({samplePoint(3)});
+        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 2, patienceMs); // each point is told of
+    }
+    QVERIFY(waitUntilOnDisk(session)); // by itself
+    QCOMPARE(contentOf(m_folder->path()),
+             first + points::pointLine(samplePoint(2)) + points::pointLine(samplePoint(3)));
+    QCOMPARE(failed.size(), 2);
+}
+
+void TestPointSession::whatWasNotSyncedIsWrittenAgain() {
+    std::atomic<int> failures{2}; // of the file, then of its folder
+    PointSession session(m_folder->path(), [&](int) {
+        errno = EIO;
+        return failures-- > 0 ? -1 : 0;
+    });
+    QSignalSpy failed(&session, &PointSession::failed);
+    session.addPoints({samplePoint(1)});
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(failed.size(), 1); // the same reason is told once
+    QCOMPARE(contentOf(m_folder->path()), points::pointLine(samplePoint(1)));
+}
+
+void TestPointSession::aFolderThatCannotBeMadeIsTold() {
+    putFile(m_folder->path(), "file", "");
+    PointSession session(m_folder->filePath("file/folder"));
+    QSignalSpy failed(&session, &PointSession::failed);
+    session.addPoints({samplePoint(1)});
+    QVERIFY(failed.wait(patienceMs));
+    QVERIFY(failed.at(0).at(0).toString().contains("file/folder"));
+    QVERIFY(QFile::remove(m_folder->filePath("file")));
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(contentOf(m_folder->filePath("file/folder")), points::pointLine(samplePoint(1)));
+}
+
+void TestPointSession::aFileThatCannotBeMadeIsTold() {
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit none = before;
+    none.rlim_cur = 3; // what is open stays open
+    PointSession session(m_folder->path());
+    QSignalSpy failed(&session, &PointSession::failed);
+    QSignalSpy settled(&session, &PointSession::settled);
+    setrlimit(RLIMIT_NOFILE, &none);
+    session.addPoints({samplePoint(1)});
+    const bool isTold = failed.wait(patienceMs);
+    setrlimit(RLIMIT_NOFILE, &before);
+    QVERIFY(isTold);
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(contentOf(m_folder->path()), points::pointLine(samplePoint(1)));
+}
+
+void TestPointSession::aSlowDiskHoldsNobodyUp() {
+    std::mutex disk;
+    std::unique_lock<std::mutex> isBusy(disk);
+    PointSession session(m_folder->path(), [&](int) {
+        const std::lock_guard<std::mutex> lock(disk);
+        return 0;
+    });
+    QSignalSpy settled(&session, &PointSession::settled);
+    for (int number = 1; number <= 3; ++number) {
+        session.addPoints({samplePoint(number)});
+    }
+    // All of it was handed over, and nothing is called kept that is not.
+    QTRY_VERIFY_WITH_TIMEOUT(contentOf(m_folder->path()).size() > 0, patienceMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(session.stepsOnDisk(), quint64(0));
+    QVERIFY(settled.isEmpty());
+    isBusy.unlock();
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(numbersOf(points::pointsOfLines(contentOf(m_folder->path()))),
+             (std::vector<int>{1, 2, 3}));
+}
+
+void TestPointSession::fileAndFolderAreSynced() {
+    std::atomic<int> syncs{0};
+    PointSession session(m_folder->path(), [&](int file) {
+        ++syncs;
+        return ::fsync(file);
+    });
+    session.addPoints({samplePoint(1)});
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(syncs.load(), 2); // the new file and its folder
+    session.addPoints({samplePoint(2)});
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(syncs.load(), 3);
+}
+
+void TestPointSession::aSessionThatNobodyWantsGoes() {
+    {
+        PointSession session(m_folder->path());
+        session.addPoints(samplePoints(1));
+        session.removeAtEnd();
+        QVERIFY(waitUntilOnDisk(session));
+        QCOMPARE(filesIn(m_folder->path()).size(), 1);
+    }
+    QVERIFY(filesIn(m_folder->path()).isEmpty());
+}
+
+void TestPointSession::withoutPointsThereIsNoFile() {
+    {
+        PointSession session(m_folder->filePath("folder"));
+        session.lookForLeft();
+        session.dropLeft();
+        session.removeAtEnd();
+    }
+    QVERIFY(!QFileInfo::exists(m_folder->filePath("folder")));
+}
+
+void TestPointSession::theFolderIsTheHosts() {
+    QVERIFY(PointSession::defaultFolder().endsWith(QCoreApplication::applicationName() +
+                                                   "/probecheck"));
+}
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], "--victim") == 0) {
+        return playVictim(argv[2]);
+    }
+    TestPointSession test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_pointsession.moc"
