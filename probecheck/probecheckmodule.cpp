@@ -7,6 +7,7 @@
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
 #include "host_api/metatypes.h"
+#include "probecheck/points/pointspanel.h"
 #include "probecheck/probedata.h"
 #include "probecheck/tipcheckpanel.h"
 
@@ -91,8 +92,13 @@ void ProbeCheckModule::addTipCheck() {
             [](ProbeData* data, QWidget* parent) { return new TipCheckPanel(data, parent); });
 }
 
-// The place of the points: order number 80, "Measurement Tool &points", "ProbePointsDock".
-void ProbeCheckModule::addPoints() {}
+void ProbeCheckModule::addPoints() {
+    addDock(gui_points,
+            {80, tr("Measurement Tool &points"),
+             tr("Capture points with the tip of a Measurement Tool, and list them"),
+             tr("Measurement Tool Points"), "ProbePointsDock"},
+            [](ProbeData* data, QWidget* parent) { return new PointsPanel(data, parent); });
+}
 
 void ProbeCheckModule::addDock(_GuiElement& element, const Entry& entry, const MakePage& makePage) {
     auto* const dock = new QDockWidget(entry.title, mod_parent.data());

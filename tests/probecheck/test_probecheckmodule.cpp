@@ -63,6 +63,9 @@ private Q_SLOTS:
         QTest::newRow("tip check") << 0 << 70 << "Measurement Tool tip &check"
                                    << "Measurement Tool Tip Check"
                                    << "ProbeTipCheckDock";
+        QTest::newRow("points") << 1 << 80 << "Measurement Tool &points"
+                                << "Measurement Tool Points"
+                                << "ProbePointsDock";
     }
     void entriesAreDescribed() {
         QFETCH(int, index);

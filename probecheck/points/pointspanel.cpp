@@ -1,0 +1,377 @@
+#include "probecheck/points/pointspanel.h"
+
+#include "general/hostlink.h"
+#include "host_api/iomanager.h"
+#include "probecheck/points/pointjson.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+
+#include <cmath>
+#include <utility>
+
+using points::Capture;
+using points::Notice;
+
+namespace {
+
+constexpr double defaultDuration = 1.0;  // s
+constexpr double defaultTolerance = 1.5; // mm
+constexpr int mostButtons = 16;
+constexpr int anyButton = -1;
+constexpr int noButton = -2;
+
+QFont largeFont(QFont font) {
+    constexpr double larger = 1.8;
+    if (font.pointSizeF() > 0.0) {
+        font.setPointSizeF(font.pointSizeF() * larger);
+    } else {
+        font.setPixelSize(static_cast<int>(font.pixelSize() * larger));
+    }
+    return font;
+}
+
+void setTextIfNew(QLabel* label, const QString& text) {
+    if (label->text() != text) {
+        label->setText(text);
+    }
+}
+
+} // namespace
+
+PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& folder)
+    : QWidget(parent)
+    , m_data(source)
+    , m_host(source->host())
+    , m_bell(&QApplication::beep)
+    , m_capture([this](Notice notice) { hear(notice); })
+    , m_session(folder) {
+    ui.setupUi(this);
+    ui.frame_left->hide();
+    ui.label_disk->hide();
+    setUpCapture();
+    setUpList();
+    setUpSession();
+    source->serve(this);
+    connect(source, &ProbeData::toolsRead, this, &PointsPanel::followTools);
+    connect(source, &ProbeData::receivingBegan, this, &PointsPanel::followData);
+    connect(source, &ProbeData::receivingEnded, this, &PointsPanel::followData);
+    connect(source, &ProbeData::samplesArrived, this, &PointsPanel::follow);
+    followTools();
+    followData();
+}
+
+PointsPanel::~PointsPanel() {
+    if (!m_data.isNull()) {
+        m_data->forget(this);
+    }
+    if (m_isExported || m_list.rowCount() == 0) {
+        m_session.removeAtEnd();
+    }
+}
+
+void PointsPanel::setUpCapture() {
+    for (QLabel* const label : {ui.label_x, ui.label_y, ui.label_z}) {
+        label->setFont(largeFont(font()));
+    }
+    ui.comboBox_button->addItem(tr("any"), anyButton);
+    for (int button = 0; button < mostButtons; ++button) {
+        ui.comboBox_button->addItem(QString::number(button + 1), button);
+    }
+    ui.comboBox_button->addItem(tr("none"), noButton);
+    m_diskPatience.setSingleShot(true);
+    m_diskPatience.setInterval(diskPatienceMs);
+    connect(&m_diskPatience, &QTimer::timeout, this, [this] {
+        say(tr("The disk does not answer: the last point is in the list only."));
+        answerDisk(false);
+    });
+    connect(ui.pushButton_capture, &QPushButton::clicked, this, &PointsPanel::captureOrCancel);
+    connect(ui.comboBox_tool, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &PointsPanel::chooseTool);
+    connect(
+        ui.comboBox_mode, qOverload<int>(&QComboBox::currentIndexChanged), this, [this](int index) {
+            m_capture.setMode(index == 0 ? Capture::Mode::Trigger : Capture::Mode::HoldingStill);
+            showNow();
+        });
+    connect(ui.doubleSpinBox_duration, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
+            &PointsPanel::chooseHold);
+    connect(ui.doubleSpinBox_tolerance, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
+            &PointsPanel::chooseHold);
+}
+
+void PointsPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!m_data.isNull()) {
+        m_data->setWanted(this, true);
+    }
+    if (!m_hasLooked) {
+        m_hasLooked = true;
+        m_session.lookForLeft();
+    }
+}
+
+void PointsPanel::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!m_data.isNull()) {
+        m_data->setWanted(this, false);
+    }
+}
+
+void PointsPanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
+        if (!event->isAutoRepeat()) {
+            captureOrCancel();
+        }
+    } else if (event->key() == Qt::Key_Escape && m_capture.state() == Capture::State::Holding) {
+        m_capture.cancel();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+// The table would take the space bar for selecting.
+bool PointsPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        auto* const press = static_cast<QKeyEvent*>(event);
+        if (press->key() == Qt::Key_Space && press->modifiers() == Qt::NoModifier) {
+            keyPressEvent(press);
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PointsPanel::followData() {
+    m_buttons.clear();
+    if (!m_data.isNull() && m_data->isReceiving()) {
+        m_capture.start();
+    } else {
+        m_capture.stop();
+    }
+    showNow();
+}
+
+void PointsPanel::followTools() {
+    const QVector<ProbeTool> tools = m_data.isNull() ? QVector<ProbeTool>() : m_data->tools();
+    QVector<bool> calibrated;
+    m_asked.clear();
+    m_referencesUnknown.clear();
+    {
+        const QSignalBlocker blocker(ui.comboBox_tool);
+        ui.comboBox_tool->clear();
+        for (const ProbeTool& tool : tools) {
+            const int number = ui.comboBox_tool->count();
+            ui.comboBox_tool->addItem(
+                tool.calibrated ? points::toolLabel(number)
+                                : tr("%1 (not calibrated)").arg(points::toolLabel(number)));
+            calibrated.append(tool.calibrated);
+        }
+        const int chosen = m_capture.tool() < tools.size() ? m_capture.tool() : 0;
+        ui.comboBox_tool->setCurrentIndex(
+            calibrated.value(chosen) ? chosen : std::max(0, calibrated.indexOf(true)));
+    }
+    m_capture.setCalibrated(calibrated);
+    chooseTool();
+}
+
+void PointsPanel::chooseTool() {
+    const int tool = std::max(0, ui.comboBox_tool->currentIndex());
+    m_capture.setTool(tool);
+    if (!m_asked.contains(tool) && tool < ui.comboBox_tool->count()) {
+        m_asked.insert(tool, askHold(tool));
+        m_referencesUnknown.insert(tool, !askHasNoReference(tool));
+    }
+    const Hold asked = m_asked.value(tool, {defaultDuration, defaultTolerance});
+    const Hold hold = m_wanted.value(tool, asked);
+    {
+        const QSignalBlocker duration(ui.doubleSpinBox_duration);
+        const QSignalBlocker tolerance(ui.doubleSpinBox_tolerance);
+        ui.doubleSpinBox_duration->setValue(hold.duration);
+        ui.doubleSpinBox_tolerance->setValue(hold.tolerance);
+    }
+    applyHold();
+}
+
+void PointsPanel::chooseHold() {
+    m_wanted.insert(m_capture.tool(),
+                    {ui.doubleSpinBox_duration->value(), ui.doubleSpinBox_tolerance->value()});
+    applyHold();
+}
+
+// What the boxes show is in force, also where the controller's value is out of their range.
+void PointsPanel::applyHold() {
+    m_capture.setHold(ui.doubleSpinBox_duration->value(), ui.doubleSpinBox_tolerance->value());
+    showNow();
+}
+
+PointsPanel::Hold PointsPanel::askHold(int tool) {
+    Hold hold{};
+    hold.duration = ask("measurementtool measurement_duration b%2.2d", tool, defaultDuration,
+                        "Error: Unable to get mea duration");
+    hold.tolerance = ask("measurementtool measurement_tip_tolerance b%2.2d", tool, defaultTolerance,
+                         "Error: Unable to get mea tip tolerance");
+    return hold;
+}
+
+// "none" and a failed query look the same in the samples, and are not.
+bool PointsPanel::askHasNoReference(int tool) {
+    hostlink::Reply reply;
+    return m_host->get_parameter_string(reply.buffer(), "measurementtool reference_of_tool b%2.2d",
+                                        tool + 1) == 0 &&
+           reply.is("none");
+}
+
+double PointsPanel::ask(const char* format, int tool, double otherwise, const char* error) {
+    double value = otherwise;
+    if (m_host->get_parameter_double(&value, format, tool + 1) == 0 && std::isfinite(value)) {
+        return value;
+    }
+    hostlink::log(m_host, QString::fromLatin1(error));
+    return otherwise;
+}
+
+void PointsPanel::follow(const ProbeSamples& samples) {
+    const double now = LineTap::now();
+    for (const ProbeSample& sample : samples) {
+        followButtons(sample, now);
+        m_capture.feed(sample, now);
+    }
+    m_capture.wait(now);
+    showNow();
+}
+
+void PointsPanel::followButtons(const ProbeSample& sample, double now) {
+    const auto before = m_buttons.constFind(sample.tool);
+    // A button that is held down when the data begin has not been pressed.
+    const std::uint32_t pressed =
+        before == m_buttons.constEnd() ? 0U : sample.buttons & ~before.value();
+    m_buttons.insert(sample.tool, sample.buttons);
+    const int button = ui.comboBox_button->currentData().toInt();
+    const bool isIt =
+        button == anyButton ? pressed != 0U : button >= 0 && ((pressed >> button) & 1U) != 0U;
+    if (isIt && now - sample.arrival <= Capture::oldestSample) {
+        if (m_capture.state() == Capture::State::Ready) {
+            ui.comboBox_tool->setCurrentIndex(sample.tool); // with this tool's own values
+        }
+        m_capture.trigger(sample.tool, now);
+    }
+}
+
+void PointsPanel::captureOrCancel() {
+    if (m_capture.state() == Capture::State::Holding &&
+        m_capture.mode() == Capture::Mode::Trigger) {
+        m_capture.cancel();
+    } else {
+        m_capture.trigger(LineTap::now());
+    }
+    showNow();
+}
+
+void PointsPanel::hear(Notice notice) {
+    m_words = wordsOf(notice);
+    m_wordsState = m_capture.state();
+    if (notice == Notice::Captured) {
+        takePoint();
+    } else if (notice != Notice::BegunAnew && ui.checkBox_sounds->isChecked()) {
+        m_bell();
+    }
+    showNow();
+}
+
+void PointsPanel::takePoint() {
+    points::PointRecord point = m_capture.record();
+    point.number = m_list.nextNumber();
+    point.name = QStringLiteral("P%1").arg(point.number);
+    if (point.reference < 0 && m_referencesUnknown.value(point.tool, true)) {
+        point.reference = points::unknownReference;
+    }
+    point.utcMs = QDateTime::currentMSecsSinceEpoch();
+    m_isExported = false;
+    m_list.append({point});
+    m_session.addPoints({point});
+    m_awaitedStep = m_session.steps();
+    m_awaited = point;
+    m_diskPatience.start();
+    ui.tableView_points->scrollTo(m_sorted.mapFromSource(m_list.index(m_list.rowCount() - 1, 0)));
+}
+
+void PointsPanel::answerDisk(bool isOnDisk) {
+    m_diskPatience.stop();
+    if (std::exchange(m_awaitedStep, 0U) == 0U) {
+        return;
+    }
+    const QByteArray line = QJsonDocument(points::toJson(m_awaited)).toJson(QJsonDocument::Compact);
+    m_capture.kept(isOnDisk);
+    m_host->write_log("result", "ProbeCheckModule", 1, line.constData());
+}
+
+QString PointsPanel::wordsOf(Notice notice) const {
+    switch (notice) {
+    case Notice::Begun:
+        return tr("Hold the tip still.");
+    case Notice::BegunAnew:
+        return tr("The tip has left the tolerance: begun anew.");
+    case Notice::Captured:
+        return tr("Captured, being written to the disk.");
+    case Notice::Kept:
+        return m_capture.state() == Capture::State::Leaving ? stateWords() : tr("Point captured.");
+    case Notice::NotKept:
+        return tr("Point captured, but it is not on the disk yet.");
+    case Notice::Cancelled:
+        return tr("Cancelled.");
+    case Notice::ToolHidden:
+        return tr("Given up: the tool is hidden.");
+    case Notice::ReferenceLost:
+        return tr("Given up: the reference is lost.");
+    case Notice::ReferenceChanged:
+        return tr("Given up: the tool's reference has changed.");
+    case Notice::Silent:
+        return tr("Given up: no data for a second.");
+    case Notice::MeasurementEnded:
+        return tr("Given up: the measurement has ended.");
+    case Notice::NotMeasuring:
+        return tr("Nothing captured: no measurement is running.");
+    case Notice::NotCalibrated:
+        return tr("Nothing captured: the tool is not calibrated.");
+    case Notice::StillBusy:
+        return tr("One at a time: a point is being captured.");
+    }
+    return {};
+}
+
+QString PointsPanel::stateWords() const {
+    switch (m_capture.state()) {
+    case Capture::State::Off:
+        return tr("No measurement is running.");
+    case Capture::State::Ready:
+        return m_capture.position() ? tr("Ready.") : tr("Waiting for the tool to be seen.");
+    case Capture::State::Holding:
+        return tr("Hold the tip still.");
+    case Capture::State::Keeping:
+        return tr("Captured, being written to the disk.");
+    case Capture::State::Leaving:
+        return tr("Point captured. Move the tip to the next one.");
+    }
+    return {};
+}
+
+void PointsPanel::showNow() {
+    const auto position = m_capture.position();
+    QLabel* const labels[] = {ui.label_x, ui.label_y, ui.label_z};
+    for (std::size_t i = 0; i < 3; ++i) {
+        setTextIfNew(labels[i],
+                     position ? points::fixedText((*position)[i], 2) : QStringLiteral("-"));
+    }
+    ui.captureRing->setShare(m_capture.progress());
+    if (m_capture.state() != m_wordsState) {
+        m_words.clear();
+    }
+    setTextIfNew(ui.label_state, m_words.isEmpty() ? stateWords() : m_words);
+    const int tool = m_capture.tool();
+    if (ui.comboBox_tool->currentIndex() != tool && tool < ui.comboBox_tool->count()) {
+        ui.comboBox_tool->setCurrentIndex(tool);
+    }
+}
