@@ -4,7 +4,6 @@
 #include "host_api/metatypes.h"
 #include "host_api/moduleinterface.h"
 #include "host_api/requester.h"
-#include "tests/support/datarows.h"
 
 #include <QtTest>
 
@@ -102,10 +101,11 @@ private Q_SLOTS:
     void versionsCompareLexicographically_data() {
         QTest::addColumn<VersionInfo>("low");
         QTest::addColumn<VersionInfo>("high");
-        row("major", VersionInfo(1, 99, 99), VersionInfo(2, 0, 0));
-        row("minor", VersionInfo(1, 2, 99), VersionInfo(1, 10, 0));
-        row("patch", VersionInfo(1, 2, 3), VersionInfo(1, 2, 4));
-        row("an unknown patch is below 0", VersionInfo(1, 3, -1), VersionInfo(1, 3, 0));
+        QTest::newRow("major") << VersionInfo(1, 99, 99) << VersionInfo(2, 0, 0);
+        QTest::newRow("minor") << VersionInfo(1, 2, 99) << VersionInfo(1, 10, 0);
+        QTest::newRow("patch") << VersionInfo(1, 2, 3) << VersionInfo(1, 2, 4);
+        QTest::newRow("an unknown patch is below 0")
+            << VersionInfo(1, 3, -1) << VersionInfo(1, 3, 0);
     }
     void versionsCompareLexicographically() {
         QFETCH(VersionInfo, low);
@@ -119,15 +119,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("good");
         QTest::addColumn<VersionInfo>("version");
-        row("three numbers", "1.13.2", true, VersionInfo(1, 13, 2));
-        row("unknown patch", "1.13", true, VersionInfo(1, 13, -1));
-        row("its own spelling", "1.13.-1", true, VersionInfo(1, 13, -1));
-        row("leading v", "v2.0.1", true, VersionInfo(2, 0, 1));
-        row("empty", "", false, VersionInfo());
-        row("one number", "1", false, VersionInfo());
-        row("four numbers", "1.2.3.4", false, VersionInfo());
-        row("a word", "1.x.3", false, VersionInfo());
-        row("negative", "1.-3.3", false, VersionInfo());
+        QTest::newRow("three numbers") << "1.13.2" << true << VersionInfo(1, 13, 2);
+        QTest::newRow("unknown patch") << "1.13" << true << VersionInfo(1, 13, -1);
+        QTest::newRow("its own spelling") << "1.13.-1" << true << VersionInfo(1, 13, -1);
+        QTest::newRow("leading v") << "v2.0.1" << true << VersionInfo(2, 0, 1);
+        QTest::newRow("empty") << "" << false << VersionInfo();
+        QTest::newRow("one number") << "1" << false << VersionInfo();
+        QTest::newRow("four numbers") << "1.2.3.4" << false << VersionInfo();
+        QTest::newRow("a word") << "1.x.3" << false << VersionInfo();
+        QTest::newRow("negative") << "1.-3.3" << false << VersionInfo();
     }
     void versionsAreReadFromText() {
         QFETCH(QString, text);

@@ -1,6 +1,6 @@
+#include "tests/support/datarows.h"
 #include "workbench/controller/controlleraddress.h"
 #include "workbench/options.h"
-#include "tests/support/datarows.h"
 
 #include <QtTest>
 
