@@ -77,3 +77,18 @@ function(kestrel_add_gtest name)
     add_test(NAME ${name} COMMAND ${name})
     kestrel_register_test(${name} ${ARG_THREADED} gtest ${ARG_LABELS})
 endfunction()
+
+# kestrel_add_package_test(<name> <label> <variable>=<value>...)
+# Runs check_package.cmake of this folder, which installs one of our packages and builds the project
+# in consumer/ against it, as a stranger would. The variables say where the package comes from.
+function(kestrel_add_package_test name label)
+    set(definitions ${ARGN} "CONSUMER_DIR=${CMAKE_CURRENT_SOURCE_DIR}/consumer"
+        "WORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/${name}" "GENERATOR=${CMAKE_GENERATOR}"
+        "MAKE_PROGRAM=${CMAKE_MAKE_PROGRAM}" "COMPILER=${CMAKE_CXX_COMPILER}"
+        "BUILD_TYPE=${CMAKE_BUILD_TYPE}")
+    list(TRANSFORM definitions PREPEND -D)
+    list(JOIN kestrel_sanitizers " " flags)
+    add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} ${definitions} "-DFLAGS=${flags}"
+                                  -P "${CMAKE_CURRENT_SOURCE_DIR}/check_package.cmake")
+    kestrel_register_test(${name} FALSE ${label})
+endfunction()

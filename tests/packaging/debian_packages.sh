@@ -23,7 +23,7 @@ files_in_root() { (cd "$root" && find . -path ./var/lib/dpkg -prune -o -print | 
 rm -rf "$work"
 mkdir -p "$work/packages" "$admin/info" "$admin/updates"
 cp /var/lib/dpkg/status "$admin/status"
-for package in kestrel-workbench libkestrelsdk-dev; do # should they be installed here
+for package in kestrel-workbench libkestrelsdk-dev libkestrelprobe-dev; do # should they be installed here
     sed -i "/^Package: $package\$/,/^\$/d" "$admin/status"
 done
 files_in_root >"$work/before"
@@ -32,7 +32,8 @@ files_in_root >"$work/before"
     { tail -30 "$work/log"; fail "cpack"; }
 workbench=$(find "$work/packages" -maxdepth 1 -name 'kestrel-workbench_*.deb')
 sdk=$(find "$work/packages" -maxdepth 1 -name 'libkestrelsdk-dev_*.deb')
-if [ ! -f "$workbench" ] || [ ! -f "$sdk" ]; then fail "not the packages that are expected"; fi
+probe=$(find "$work/packages" -maxdepth 1 -name 'libkestrelprobe-dev_*.deb')
+if [ ! -f "$workbench" ] || [ ! -f "$sdk" ] || [ ! -f "$probe" ]; then fail "not the packages that are expected"; fi
 
 depends=$(dpkg-deb -f "$workbench" Depends)
 for library in libc6 libqt5core5a libqt5network5 libqt5widgets5 libstdc++6; do
@@ -52,6 +53,13 @@ for file in include/kestrel_sdk/KestrelParser.h include/kestrel/host_api/modulei
     [ -s "$root/usr/$file" ] || fail "libkestrelsdk-dev has no $file"
 done
 
-dpkg_here --purge kestrel-workbench libkestrelsdk-dev
+dpkg_here --install "$probe"
+for file in include/kestrel_probe/PivotFit.h include/kestrel_probe/PointCapture.h \
+    include/kestrel_probe/Verdict.h lib/libkestrel_probe.a \
+    lib/cmake/KestrelProbe/KestrelProbeConfig.cmake share/doc/libkestrelprobe-dev/tip_check.md; do
+    [ -s "$root/usr/$file" ] || fail "libkestrelprobe-dev has no $file"
+done
+
+dpkg_here --purge kestrel-workbench libkestrelsdk-dev libkestrelprobe-dev
 files_in_root | diff "$work/before" - || fail "the packages leave something behind"
 rm -rf "$root"
