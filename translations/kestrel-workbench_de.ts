@@ -479,6 +479,45 @@
     </message>
 </context>
 <context>
+    <name>workbench::LiveState</name>
+    <message>
+        <source>%1. No live data until it is back; check that the controller is switched on and its cable plugged in.</source>
+        <translation>%1. Bis sie wieder besteht, gibt es keine Live-Daten; prüfen Sie, ob der Controller eingeschaltet und sein Kabel eingesteckt ist.</translation>
+    </message>
+    <message>
+        <source>No data for %1 s: %2</source>
+        <translation>Seit %1 s keine Daten: %2</translation>
+    </message>
+    <message>
+        <source>%1 – no data for %2 s</source>
+        <translation>%1 – seit %2 s keine Daten</translation>
+    </message>
+    <message>
+        <source>the port for the data could not be opened. Connect again, with another data port.</source>
+        <translation>Der Port für die Daten ließ sich nicht öffnen. Verbinden Sie neu, mit einem anderen Datenport.</translation>
+    </message>
+    <message>
+        <source>the controller waits for its sync signal. Check its source and the cable.</source>
+        <translation>Der Controller wartet auf sein Synchronsignal. Prüfen Sie dessen Quelle und das Kabel.</translation>
+    </message>
+    <message>
+        <source>data lines arrive, but cannot be read. Check the network, and that the controller&apos;s version is supported.</source>
+        <translation>Es kommen Datenzeilen an, sie sind aber nicht lesbar. Prüfen Sie das Netz und ob die Version des Controllers unterstützt wird.</translation>
+    </message>
+    <message>
+        <source>data arrive from another address than the controller&apos;s and are refused. Check whether two controllers use the same data port.</source>
+        <translation>Es kommen Daten von einer anderen Adresse als der des Controllers an; sie werden abgewiesen. Prüfen Sie, ob zwei Controller denselben Datenport benutzen.</translation>
+    </message>
+    <message>
+        <source>the controller says that it measures, but nothing arrives at UDP port %1. Check that no firewall blocks it.</source>
+        <translation>Der Controller meldet, dass er misst, aber am UDP-Port %1 kommt nichts an. Prüfen Sie, ob eine Firewall ihn sperrt.</translation>
+    </message>
+    <message>
+        <source>the controller says that it measures, but its data no longer arrive at UDP port %1. Check the network; if another program uses the controller too, connect again.</source>
+        <translation>Der Controller meldet, dass er misst, aber seine Daten kommen nicht mehr am UDP-Port %1 an. Prüfen Sie das Netz; benutzt ein anderes Programm den Controller auch, verbinden Sie neu.</translation>
+    </message>
+</context>
+<context>
     <name>workbench::LogDock</name>
     <message>
         <source>Save the log</source>
@@ -654,6 +693,14 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     <message>
         <source>The user guide is not installed</source>
         <translation>Das Benutzerhandbuch ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>%1 frames/s, last %2 s ago, about %3 lost</source>
+        <translation>%1 Hz, vor %2 s, etwa %3 verloren</translation>
+    </message>
+    <message>
+        <source>, %1 frames garbled</source>
+        <translation>, %1 Frames verstümmelt</translation>
     </message>
 </context>
 <context>

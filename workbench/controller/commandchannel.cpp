@@ -12,7 +12,6 @@ namespace workbench {
 
 namespace {
 
-constexpr int connectTimeoutMs = 3000;
 constexpr qint64 socketBufferSize = 256 * 1024;
 constexpr std::size_t readSize = 4096;
 // So many replies in a row that do not fit their command mean that replies and commands are out of
@@ -52,13 +51,13 @@ CommandChannel::~CommandChannel() {
     m_socket.abort();
 }
 
-void CommandChannel::open(const QString& host, quint16 port) {
+void CommandChannel::open(const QString& host, quint16 port, int timeoutMs) {
     close();
     m_framer.clear();
     m_malformedInARow = 0;
     m_unexpectedSeen = false;
     m_state = State::Opening;
-    m_headTimer.start(connectTimeoutMs);
+    m_headTimer.start(timeoutMs);
     m_socket.connectToHost(host, port);
 }
 

@@ -32,6 +32,7 @@ class CommandChannel : public QObject {
 
 public:
     static constexpr int defaultTimeoutMs = 2000;
+    static constexpr int connectTimeoutMs = 3000;
     static constexpr std::size_t maxPending = 1000; ///< commands that may wait for replies
 
     /// What became of a command.
@@ -49,7 +50,7 @@ public:
     ~CommandChannel() override;
 
     /// Begins to connect; opened() or lost() follows. An open connection is closed silently.
-    void open(const QString& host, quint16 port);
+    void open(const QString& host, quint16 port, int timeoutMs = connectTimeoutMs);
 
     /// Closes; commands under way fail. No lost() follows.
     void close();

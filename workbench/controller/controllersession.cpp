@@ -10,6 +10,9 @@ namespace workbench {
 
 namespace {
 
+// Of a controller that has answered before: a network that is back is found out by the next packet
+// alone, and the system itself repeats one only after a second.
+constexpr int quickConnectTimeoutMs = 700;
 constexpr int maxReported = 1000;
 constexpr const char* outputPrefix = "kestrel2 set output active ";
 
@@ -98,7 +101,8 @@ QString ControllerSession::stateText() const {
 
 void ControllerSession::openChannel() {
     m_polling = false;
-    m_channel.open(m_address.host, m_address.port);
+    m_channel.open(m_address.host, m_address.port,
+                   m_wasReady ? quickConnectTimeoutMs : CommandChannel::connectTimeoutMs);
 }
 
 void ControllerSession::onLost(const QString& reason) {
@@ -106,6 +110,7 @@ void ControllerSession::onLost(const QString& reason) {
     const bool known = m_state == state && m_reason == reason;
     m_pollTimer.stop();
     setState(state, reason);
+    m_monitor.forget();
     if (!known) {
         m_log.problem(stateText());
     }

@@ -20,8 +20,9 @@ class LogModel;
 class MeasurementMonitor;
 
 /// The connection to the controller that the user has chosen, for as long as he wants it: connects,
-/// reads the versions, names the data port, asks about once a second whether a measurement runs,
-/// and comes back by itself when the connection was lost. Nothing of that blocks.
+/// reads the versions, names the data port, asks twice a second whether a measurement runs,
+/// and comes back by itself when the connection was lost. Nothing of that blocks. While it is lost
+/// nothing measures, as far as anybody here is concerned.
 ///
 /// On the way back the versions are read again into the same record, and the output channels that
 /// were switched through this session are switched again: a controller that was restarted meanwhile
@@ -38,8 +39,8 @@ public:
         Failed,     ///< could not connect; tries again
         Lost        ///< was ready before; tries again
     };
-    static constexpr int retryIntervalMs = 1000;
-    static constexpr int pollIntervalMs = 1000;
+    static constexpr int retryIntervalMs = 500;
+    static constexpr int pollIntervalMs = 500;
 
     ControllerSession(DataReceiver& receiver, MeasurementMonitor& monitor, LogModel& log,
                       QObject* parent = nullptr);

@@ -1,6 +1,7 @@
 #include "workbench/controller/datareceiver.h"
 
 #include "libs/kestrel_wire/recording.h"
+#include "workbench/controller/measurementteller.h"
 #include "workbench/controller/requesterregistry.h"
 #include "workbench/outlets/recorder.h"
 
@@ -101,9 +102,11 @@ private:
     std::vector<char> m_buffer;
 };
 
-DataReceiver::DataReceiver(RequesterRegistry& registry, Recorder& recorder)
+DataReceiver::DataReceiver(RequesterRegistry& registry, Recorder& recorder,
+                           MeasurementTeller* teller)
     : m_registry(registry)
-    , m_recorder(recorder) {}
+    , m_recorder(recorder)
+    , m_teller(teller) {}
 
 DataReceiver::~DataReceiver() {
     stop();
@@ -135,6 +138,13 @@ void DataReceiver::stop() {
 void DataReceiver::handOut(std::string_view frame) {
     const std::vector<std::string_view> lines = linesOf(frame);
     m_recorder.frame(lines);
+    if (lines.empty()) {
+        return;
+    }
+    const bool isReadable = m_check.isReadable(lines);
+    if (isReadable && m_teller != nullptr) {
+        m_teller->dataCame();
+    }
     std::int64_t counter = -1;
     std::string line;
     for (const std::string_view text : lines) {
@@ -148,8 +158,10 @@ void DataReceiver::handOut(std::string_view frame) {
             m_statistics.addRejectedLine(line.size());
         }
     }
-    if (!lines.empty()) {
+    if (isReadable) {
         m_statistics.addFrame(counter);
+    } else {
+        m_statistics.addUnreadableFrame();
     }
 }
 

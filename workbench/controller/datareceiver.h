@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workbench/controller/framecheck.h"
 #include "workbench/controller/framestatistics.h"
 
 #include <QHostAddress>
@@ -12,6 +13,7 @@
 
 namespace workbench {
 
+class MeasurementTeller;
 class Recorder;
 class RequesterRegistry;
 
@@ -22,7 +24,9 @@ class RequesterRegistry;
 /// and dropped.
 class DataReceiver {
 public:
-    DataReceiver(RequesterRegistry& registry, Recorder& recorder);
+    /// `teller` hears of each readable frame before the requesters get it; it may be null.
+    DataReceiver(RequesterRegistry& registry, Recorder& recorder,
+                 MeasurementTeller* teller = nullptr);
     ~DataReceiver();
     DataReceiver(const DataReceiver&) = delete;
     DataReceiver& operator=(const DataReceiver&) = delete;
@@ -35,6 +39,8 @@ public:
     /// Waits for a frame that is being handed out.
     void stop();
 
+    bool isReceiving() const { return m_thread != nullptr; }
+
     FrameStatistics& statistics() { return m_statistics; }
 
     /// Cuts a frame at "\r\n" (a lone "\n" counts as well) and hands it out; the receiving thread's
@@ -46,7 +52,9 @@ private:
 
     RequesterRegistry& m_registry;
     Recorder& m_recorder;
+    MeasurementTeller* m_teller;
     FrameStatistics m_statistics;
+    FrameCheck m_check;
     std::unique_ptr<ReceivingThread> m_thread;
 };
 

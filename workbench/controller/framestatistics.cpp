@@ -11,10 +11,6 @@ namespace {
 
 constexpr double rateInterval = 1.0;
 
-double seconds(FrameStatistics::Clock::duration duration) {
-    return std::chrono::duration<double>(duration).count();
-}
-
 } // namespace
 
 void FrameStatistics::reset() {
@@ -22,6 +18,12 @@ void FrameStatistics::reset() {
     m_counts = Snapshot();
     m_gaps.reset();
     m_framesThen = 0;
+    m_controllersRate = 0.0;
+}
+
+void FrameStatistics::setMeasuring(bool measuring) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_measuring = measuring;
 }
 
 void FrameStatistics::addFrame(std::int64_t counter, Clock::time_point now) {
@@ -29,12 +31,44 @@ void FrameStatistics::addFrame(std::int64_t counter, Clock::time_point now) {
     if (m_counts.frames == 0) {
         m_rateSince = now;
     }
+    const bool wasSilent =
+        m_counts.frames == 0 || BootClock::seconds(now - m_lastFrame) > longestSilence;
     ++m_counts.frames;
     m_lastFrame = now;
     if (counter >= 0) {
         m_gaps.add(static_cast<std::uint32_t>(counter));
         m_counts.lostFrames = m_gaps.lost();
     }
+    if (wasSilent) {
+        m_producedSince = now;
+        m_producedThen = produced();
+    }
+    measureRate(now);
+}
+
+// What came late makes fewer of those that were lost.
+void FrameStatistics::measureRate(Clock::time_point now) {
+    const double interval = BootClock::seconds(now - m_producedSince);
+    if (interval >= rateInterval) {
+        m_controllersRate =
+            static_cast<double>(std::max(produced(), m_producedThen) - m_producedThen) / interval;
+        m_producedSince = now;
+        m_producedThen = produced();
+    }
+}
+
+// Over the first second there is no full interval.
+double FrameStatistics::rateBefore() const {
+    const double interval = BootClock::seconds(m_lastFrame - m_producedSince);
+    if (m_controllersRate > 0.0 || interval <= 0.0 || produced() <= m_producedThen) {
+        return m_controllersRate;
+    }
+    return static_cast<double>(produced() - m_producedThen) / interval;
+}
+
+void FrameStatistics::addUnreadableFrame() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_counts.unreadable;
 }
 
 void FrameStatistics::addForeign() {
@@ -51,8 +85,8 @@ void FrameStatistics::addRejectedLine(std::size_t length) {
 FrameStatistics::Snapshot FrameStatistics::snapshot(Clock::time_point now) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_counts.frames > 0) {
-        m_counts.lastFrameAge = seconds(now - m_lastFrame);
-        const double interval = seconds(now - m_rateSince);
+        m_counts.lastFrameAge = BootClock::seconds(now - m_lastFrame);
+        const double interval = BootClock::seconds(now - m_rateSince);
         if (interval >= rateInterval) {
             m_counts.framesPerSecond =
                 static_cast<double>(m_counts.frames - m_framesThen) / interval;
@@ -60,7 +94,12 @@ FrameStatistics::Snapshot FrameStatistics::snapshot(Clock::time_point now) {
             m_rateSince = now;
         }
     }
-    return m_counts;
+    Snapshot counts = m_counts;
+    if (m_measuring && counts.lastFrameAge > longestSilence && rateBefore() > 0.0) {
+        counts.lostFrames += static_cast<std::uint64_t>(counts.lastFrameAge * rateBefore());
+        counts.lossIsEstimated = true;
+    }
+    return counts;
 }
 
 std::int64_t FrameStatistics::frameCounter(std::string_view line) {

@@ -1,6 +1,6 @@
 #include "workbench/controller/measurementmonitor.h"
 
-#include "workbench/controller/requesterregistry.h"
+#include "workbench/controller/measurementteller.h"
 
 namespace workbench {
 
@@ -22,9 +22,9 @@ std::string withSingleBlanks(const std::string& text) {
 
 } // namespace
 
-MeasurementMonitor::MeasurementMonitor(RequesterRegistry& registry, QObject* parent)
+MeasurementMonitor::MeasurementMonitor(MeasurementTeller& teller, QObject* parent)
     : QObject(parent)
-    , m_registry(registry) {}
+    , m_teller(teller) {}
 
 void MeasurementMonitor::observe(const std::string& command, const CommandChannel::Answer& answer) {
     // Most commands need no closer look.
@@ -39,12 +39,18 @@ void MeasurementMonitor::observe(const std::string& command, const CommandChanne
         learn(false);
     } else if (words == "kestrel2 get status active") {
         const std::string& value = answer.reply.value;
+        m_status = value;
         if (value == "none" || value == "err" || value == "cal") {
             learn(false);
         } else if (!value.empty()) {
             learn(true);
         }
     }
+}
+
+void MeasurementMonitor::forget() {
+    m_status.clear();
+    learn(false);
 }
 
 void MeasurementMonitor::learn(bool measuring) {
@@ -61,11 +67,7 @@ void MeasurementMonitor::notify() {
         const bool measuring = m_changes.front();
         m_changes.pop_front();
         Q_EMIT changed(measuring);
-        if (measuring) {
-            m_registry.notifyStarted();
-        } else {
-            m_registry.notifyStopped();
-        }
+        m_teller.setMeasuring(measuring);
     }
 }
 

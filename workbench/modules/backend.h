@@ -2,7 +2,9 @@
 
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/datareceiver.h"
+#include "workbench/controller/datawatch.h"
 #include "workbench/controller/measurementmonitor.h"
+#include "workbench/controller/measurementteller.h"
 #include "workbench/controller/requesterregistry.h"
 #include "workbench/modules/hostio.h"
 #include "workbench/outlets/recorder.h"
@@ -15,8 +17,10 @@ struct Backend {
     LogModel log;
     RequesterRegistry registry;
     Recorder recorder;
-    DataReceiver receiver{registry, recorder};
-    MeasurementMonitor monitor{registry};
+    MeasurementTeller teller{registry};
+    DataReceiver receiver{registry, recorder, &teller};
+    MeasurementMonitor monitor{teller};
+    DataWatch watch{receiver, monitor, teller};
     ControllerSession session{receiver, monitor, log};
     HostIo io{session, registry, log};
 };

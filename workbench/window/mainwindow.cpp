@@ -7,6 +7,7 @@
 #include "workbench/window/commanddock.h"
 #include "workbench/window/connectdialog.h"
 #include "workbench/window/guidedialog.h"
+#include "workbench/window/livestate.h"
 #include "workbench/window/logdock.h"
 #include "workbench/window/modulelistdialog.h"
 #include "workbench/window/screenpixels.h"
@@ -42,6 +43,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     m_ui->setupUi(this);
     m_menus = new MenuArranger(m_ui->menubar);
     m_banner = new Banner(this);
+    m_liveState = new LiveState(m_backend.watch, m_backend.session, *m_banner, this);
     m_logDock = new LogDock(m_backend.log, this);
     m_commandDock = new CommandDock(m_backend.session, this);
     m_commandDock->history().setCommands(m_settings.commandHistory());
@@ -183,6 +185,7 @@ void MainWindow::addDock(QDockWidget* dock) {
         dock->setObjectName(QStringLiteral("moduleDock_") + dock->windowTitle());
     }
     m_moduleDocks += dock;
+    m_liveState->addDock(dock);
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->show();
@@ -220,7 +223,10 @@ void MainWindow::onMeasuring(bool measuring) {
         m_backend.receiver.statistics().reset();
     }
     m_menus->setMeasuring(measuring);
-    m_backend.log.info(measuring ? tr("Measurement started") : tr("Measurement stopped"));
+    // What a controller does that nobody reaches is not known.
+    if (measuring || m_backend.session.state() != ControllerSession::State::Lost) {
+        m_backend.log.info(measuring ? tr("Measurement started") : tr("Measurement stopped"));
+    }
     showState();
 }
 

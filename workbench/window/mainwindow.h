@@ -24,6 +24,7 @@ namespace workbench {
 
 class Banner;
 class CommandDock;
+class LiveState;
 class LogDock;
 
 /// The workbench's window: connection, measurement and recording by hand, the state in words, the
@@ -101,6 +102,7 @@ private:
     ModuleHost m_modules;
     MenuArranger* m_menus = nullptr;
     Banner* m_banner = nullptr;
+    LiveState* m_liveState = nullptr;
     LogDock* m_logDock = nullptr;
     CommandDock* m_commandDock = nullptr;
     QLabel* m_connectionLabel = nullptr;

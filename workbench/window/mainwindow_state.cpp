@@ -48,7 +48,8 @@ void MainWindow::showNumbers() {
     const FrameStatistics::Snapshot counts = m_backend.receiver.statistics().snapshot();
     QString text = tr("no frames");
     if (counts.lastFrameAge >= 0.0) {
-        text = tr("%1 frames/s, last %2 s ago, %3 lost")
+        text = (counts.lossIsEstimated ? tr("%1 frames/s, last %2 s ago, about %3 lost")
+                                       : tr("%1 frames/s, last %2 s ago, %3 lost"))
                    .arg(QString::number(counts.framesPerSecond, 'f', 1),
                         QString::number(counts.lastFrameAge, 'f', 1),
                         QString::number(counts.lostFrames));
@@ -57,6 +58,9 @@ void MainWindow::showNumbers() {
     QString more = text;
     if (counts.rejectedLines > 0) {
         more += tr(", %1 lines unreadable").arg(counts.rejectedLines);
+    }
+    if (counts.unreadable > 0) {
+        more += tr(", %1 frames garbled").arg(counts.unreadable);
     }
     if (counts.foreign > 0) {
         more += tr(", %1 datagrams from elsewhere refused").arg(counts.foreign);

@@ -1,5 +1,6 @@
 #include "workbench/controller/framestatistics.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -36,6 +37,78 @@ TEST(FrameStatistics, theRateIsThatOfTheLastSecond) {
     now += std::chrono::seconds(2);
     EXPECT_NEAR(statistics.snapshot(now).framesPerSecond, 0.0, 1e-9);
     EXPECT_NEAR(statistics.snapshot(now).lastFrameAge, 2.02, 1e-6);
+}
+
+// What the statistics say so long after `frames` frames of `interval`, every other one lost.
+FrameStatistics::Snapshot silence(int frames, double seconds, bool measuring) {
+    FrameStatistics statistics;
+    statistics.setMeasuring(measuring);
+    Clock::time_point now = Clock::now();
+    for (int i = 0; i < frames; ++i) {
+        now += frameInterval;
+        statistics.addFrame(2 * i, now);
+    }
+    return statistics.snapshot(now + std::chrono::microseconds(std::llround(seconds * 1e6)));
+}
+
+TEST(FrameStatistics, aSilenceWithinAMeasurementIsALossWhileItLasts) {
+    constexpr int frames = 200;
+    constexpr double rate = 100.0; // of the controller
+    EXPECT_EQ(silence(frames, 0.4, true).lostFrames, frames - 1U);
+    EXPECT_FALSE(silence(frames, 0.4, true).lossIsEstimated);
+    for (const double seconds : {0.6, 3.0, 30.0, 86400.0}) {
+        const auto counts = silence(frames, seconds, true);
+        EXPECT_NEAR(static_cast<double>(counts.lostFrames), frames - 1 + seconds * rate,
+                    1.0 + seconds * rate * 0.01);
+        EXPECT_TRUE(counts.lossIsEstimated);
+    }
+}
+
+TEST(FrameStatistics, aShortMeasurementHasARateToo) {
+    EXPECT_NEAR(static_cast<double>(silence(20, 10.0, true).lostFrames), 19 + 1000, 1.0);
+    EXPECT_EQ(silence(1, 10.0, true).lostFrames, 0U); // nobody knows how many
+    EXPECT_EQ(silence(0, 10.0, true).lostFrames, 0U);
+}
+
+TEST(FrameStatistics, whereNothingIsMeasuredNothingIsLost) {
+    EXPECT_EQ(silence(200, 30.0, false).lostFrames, 199U);
+    EXPECT_FALSE(silence(200, 30.0, false).lossIsEstimated);
+}
+
+TEST(FrameStatistics, theNextFrameTellsWhatWasLost) {
+    FrameStatistics statistics;
+    statistics.setMeasuring(true);
+    Clock::time_point now = Clock::now();
+    int counter = 0;
+    for (; counter < 200; ++counter) {
+        now += frameInterval;
+        statistics.addFrame(counter, now);
+    }
+    now += std::chrono::seconds(10);
+    EXPECT_NEAR(static_cast<double>(statistics.snapshot(now).lostFrames), 500.0, 5.0);
+    statistics.addFrame(counter + 321, now);
+    EXPECT_EQ(statistics.snapshot(now).lostFrames, 321U);
+    EXPECT_FALSE(statistics.snapshot(now).lossIsEstimated);
+    // The silence is no part of the rate that the next one is estimated from.
+    for (int i = 0; i < 100; ++i) {
+        now += frameInterval;
+        statistics.addFrame(++counter + 321, now);
+    }
+    now += std::chrono::seconds(10);
+    EXPECT_NEAR(static_cast<double>(statistics.snapshot(now).lostFrames), 321.0 + 500.0, 5.0);
+}
+
+TEST(FrameStatistics, aFrameThatCannotBeReadIsNoSignOfLife) {
+    FrameStatistics statistics;
+    const Clock::time_point start = Clock::now();
+    statistics.addFrame(1, start);
+    statistics.addUnreadableFrame();
+    const auto counts = statistics.snapshot(start + std::chrono::seconds(1));
+    EXPECT_EQ(counts.frames, 1U);
+    EXPECT_EQ(counts.unreadable, 1U);
+    EXPECT_NEAR(counts.lastFrameAge, 1.0, 1e-6);
+    statistics.reset();
+    EXPECT_EQ(statistics.snapshot().unreadable, 0U);
 }
 
 TEST(FrameStatistics, gapsAreLossesAndNewBeginningsAreNot) {

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "workbench/controller/bootclock.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+namespace workbench {
+
+class DataReceiver;
+class MeasurementMonitor;
+class MeasurementTeller;
+
+/// Sees while the controller measures that its data come. Without a readable frame for `oldAfter`
+/// the data are old and age() says so; after `stoppedAfter` the requesters are told that the
+/// measurement stopped, until the next frame. Lives on the GUI thread.
+class DataWatch : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr double oldAfter = 0.5;     ///< seconds
+    static constexpr double stoppedAfter = 2.0; ///< seconds
+
+    /// What most likely keeps the data away, as far as it can be told from here.
+    enum class Cause {
+        NoPort,       ///< none could be opened
+        WaitsForSync, ///< the controller says that it waits for its sync signal
+        Unreadable,   ///< frames arrive that cannot be read
+        Foreign,      ///< datagrams arrive from somebody else
+        NeverCame,    ///< none since the connection was made
+        Stopped       ///< they came before
+    };
+
+    DataWatch(DataReceiver& receiver, const MeasurementMonitor& monitor, MeasurementTeller& teller,
+              QObject* parent = nullptr);
+
+    /// Seconds without a readable frame while the controller measures; 0 while the data are not
+    /// old.
+    double age() const { return m_age; }
+    Cause cause() const { return m_cause; } ///< while age() is above 0
+
+    /// age() as it is shown: tenths below a second, then whole seconds.
+    QString ageText() const;
+
+Q_SIGNALS:
+    /// ageText() or cause() has another value.
+    void changed();
+
+private:
+    friend struct DataWatchProbe; // lets a test drive the time
+
+    void onMeasuring(bool measuring);
+    void look() { lookAt(BootClock::now()); }
+    void lookAt(BootClock::time_point now);
+    Cause likelyCause() const;
+    void show(double age);
+
+    DataReceiver& m_receiver;
+    const MeasurementMonitor& m_monitor;
+    MeasurementTeller& m_teller;
+    QTimer m_timer;
+    BootClock::time_point m_since; // begin of the measurement
+    double m_age = 0.0;
+    Cause m_cause = Cause::Stopped;
+    bool m_told = false;
+    quint64 m_unreadableThen = 0; // counts when the data became old
+    quint64 m_foreignThen = 0;
+};
+
+} // namespace workbench

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDockWidget>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <vector>
+
+namespace workbench {
+
+class Banner;
+class ControllerSession;
+class DataWatch;
+
+/// Says over the docks, and in the titles of the modules' docks, that what they show is not live:
+/// the connection is lost, or the data have stopped. Titles and entries are as the modules gave
+/// them before and afterwards, whatever the modules make of them meanwhile.
+class LiveState : public QObject {
+    Q_OBJECT
+
+public:
+    LiveState(const DataWatch& watch, const ControllerSession& session, Banner& banner,
+              QObject* parent = nullptr);
+
+    /// The dock of a module; may be deleted at any time.
+    void addDock(QDockWidget* dock);
+
+private:
+    struct Titled {
+        QPointer<QDockWidget> dock;
+        QString own;   ///< the module's title while another one is shown
+        QString shown; ///< by us; empty while the title is the module's
+    };
+
+    void showConnection();
+    void showData();
+    QString sentence() const;
+    static void entitle(Titled& titled, const QString& age);
+
+    const DataWatch& m_watch;
+    const ControllerSession& m_session;
+    Banner& m_banner;
+    std::vector<Titled> m_docks;
+};
+
+} // namespace workbench
