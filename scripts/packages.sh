@@ -4,7 +4,7 @@ build_packages=(
     build-essential cmake ninja-build ccache python3
     qtbase5-dev qttools5-dev qttools5-dev-tools libfast-float-dev libeigen3-dev
     libgtest-dev libbenchmark-dev
-    fonts-dejavu-core fakeroot
+    fonts-dejavu-core fakeroot iproute2
 )
 analysis_packages=(clang-format-14 clang-tidy-14 clazy clang-14 lld-14)
 clang_packages=(clang-14 lld-14 libclang-rt-14-dev)

@@ -516,6 +516,18 @@
         <source>the controller says that it measures, but its data no longer arrive at UDP port %1. Check the network; if another program uses the controller too, connect again.</source>
         <translation>Der Controller meldet, dass er misst, aber seine Daten kommen nicht mehr am UDP-Port %1 an. Prüfen Sie das Netz; benutzt ein anderes Programm den Controller auch, verbinden Sie neu.</translation>
     </message>
+    <message>
+        <source>The controller was started anew while a dialog was open. A calibration that was under way is lost: repeat it. Settings that the dialog shows may be out of date: close it and open it again.</source>
+        <translation>Der Controller wurde neu gestartet, während ein Dialog offen war. Eine laufende Kalibrierung ist verloren: Wiederholen Sie sie. Einstellungen im Dialog können veraltet sein: Schließen Sie ihn und öffnen Sie ihn neu.</translation>
+    </message>
+    <message>
+        <source>The connection was interrupted while a dialog was open. Repeat a calibration that was under way. Settings that the dialog shows may be out of date: close it and open it again.</source>
+        <translation>Die Verbindung war unterbrochen, während ein Dialog offen war. Wiederholen Sie eine laufende Kalibrierung. Einstellungen im Dialog können veraltet sein: Schließen Sie ihn und öffnen Sie ihn neu.</translation>
+    </message>
+    <message>
+        <source>Waiting for the controller…</source>
+        <translation>Warten auf den Controller…</translation>
+    </message>
 </context>
 <context>
     <name>workbench::LogDock</name>

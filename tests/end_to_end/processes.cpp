@@ -4,15 +4,23 @@
 
 namespace processes {
 
-Simulator::Simulator(const QStringList& options) {
+Simulator::Simulator(const QStringList& options)
+    : Simulator(QStringList(), options) {}
+
+Simulator::Simulator(const QStringList& before, const QStringList& options) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral(KESTREL_SIMULATOR),
-                    QStringList{QStringLiteral("--port"), QStringLiteral("0")} + options);
+    QStringList command = before;
+    command << QStringLiteral(KESTREL_SIMULATOR) << QStringLiteral("--port") << QStringLiteral("0")
+            << options;
+    m_process.start(command.takeFirst(), command);
     while (!m_process.canReadLine() && m_process.waitForReadyRead(startTimeoutMs)) {
     }
     const QByteArray line = m_process.readLine().trimmed();
-    if (line.startsWith("listening on ")) {
-        m_port = line.mid(line.lastIndexOf(':') + 1).toUShort();
+    const QByteArray greeting("listening on ");
+    if (line.startsWith(greeting)) {
+        const int colon = line.lastIndexOf(':');
+        m_host = QString::fromLatin1(line.mid(greeting.size(), colon - greeting.size()));
+        m_port = line.mid(colon + 1).toUShort();
     }
 }
 
@@ -30,7 +38,7 @@ void Simulator::kill() {
 
 QString Simulator::ask(const QString& command) {
     if (m_control.state() != QAbstractSocket::ConnectedState) {
-        m_control.connectToHost(QStringLiteral("127.0.0.1"), m_port);
+        m_control.connectToHost(m_host, m_port);
         m_control.waitForConnected(replyTimeoutMs);
     }
     m_control.write("kestrel2 " + command.toUtf8() + "\n");

@@ -18,17 +18,21 @@ inline constexpr int slowness = 1;
 inline constexpr int startTimeoutMs = 5000 * slowness;
 inline constexpr int replyTimeoutMs = 3000 * slowness;
 inline constexpr int rowsTimeoutMs = 10000 * slowness;
+inline constexpr int rowsIntervalMs = 500; ///< between two pictures of the tables, as printed
 inline constexpr int stopTimeoutMs = 5000 * slowness;
 
 /// A kestrel-simulator on a free port of 127.0.0.1. Stopped at the end of its life.
 class Simulator {
 public:
     explicit Simulator(const QStringList& options = {});
+    /// `before` is a program with its options that in turn starts the simulator.
+    Simulator(const QStringList& before, const QStringList& options);
     ~Simulator();
 
     bool isListening() const { return m_port != 0; }
     quint16 port() const { return m_port; }
     QString address() const { return QStringLiteral("127.0.0.1:%1").arg(m_port); }
+    qint64 processId() const { return m_process.processId(); }
 
     /// Sends a command without its protocol word ("get sim pose tool b01") over a connection of its
     /// own and returns the reply line; empty when there is none in time.
@@ -46,6 +50,7 @@ public:
 private:
     QProcess m_process;
     QTcpSocket m_control;
+    QString m_host;
     quint16 m_port = 0;
 };
 
@@ -72,6 +77,7 @@ public:
 
     const Rows& rows() const { return m_rows; }
     bool isRunning() const { return m_process.state() == QProcess::Running; }
+    qint64 processId() const { return m_process.processId(); }
     bool waitForEnd();
     int exitCode() const { return m_process.exitCode(); }
     QString output() const { return m_output; } ///< all that was printed, to explain a failure

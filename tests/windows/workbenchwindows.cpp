@@ -2,6 +2,7 @@
 
 #include "tests/support/modalwatchdog.h"
 #include "tests/workbench/scriptedcontroller.h"
+#include "workbench/window/banner.h"
 #include "workbench/window/connectdialog.h"
 #include "workbench/window/guidedialog.h"
 #include "workbench/window/mainwindow.h"
@@ -63,6 +64,10 @@ public:
         QVERIFY(measured());
     }
 
+    void waitUntilDataAreOld() {
+        QTRY_VERIFY_WITH_TIMEOUT(!window.banner().text(BannerTopic::NoData).isEmpty(), patience);
+    }
+
 private:
     static constexpr const char* lines =
         "\r\n6dmt2 2 2 [0 1.0 1 1.5][-12345.67 -12345.67 -12345.67][-1 0 0 0 -1 0 0 0 1][1][0 0 0 "
@@ -122,6 +127,18 @@ std::vector<TourStop> workbenchStops() {
              rig.window.show();
              rig.connectToMeasuringController();
              rig.measure();
+             showAndLook(rig.window, look);
+         }},
+        {"main window, no data",
+         [](const Look& look) {
+             MainWindowRig rig;
+             rig.window.show();
+             rig.connectToMeasuringController();
+             rig.measure();
+             rig.waitUntilDataAreOld();
+             Banner& banner = rig.window.banner();
+             banner.set(BannerTopic::Restart, BannerLevel::Warning,
+                        Banner::word(BannerLevel::Warning), Banner::Ending::ByUser);
              showAndLook(rig.window, look);
          }},
         {"main window, commands",

@@ -171,8 +171,17 @@ bool CommandChannel::dropStaleInput() {
 
 CommandChannel::Answer CommandChannel::ask(const std::string& command, int timeoutMs) {
     const RequestPtr request = enqueue(command, timeoutMs, {});
+    const QDeadlineTimer soon(longWaitMs);
+    bool isTold = false;
     while (!request->done) {
-        const auto left = static_cast<int>(m_headDeadline.remainingTime());
+        auto left = static_cast<int>(m_headDeadline.remainingTime());
+        if (left > 0 && !isTold && m_waitObserver) {
+            isTold = soon.hasExpired();
+            if (isTold) {
+                m_waitObserver(true);
+            }
+            left = std::min(left, isTold ? left : static_cast<int>(soon.remainingTime()) + 1);
+        }
         if (left <= 0) {
             onHeadTimeout();
         } else if (m_socket.bytesAvailable() > 0) {
@@ -180,6 +189,9 @@ CommandChannel::Answer CommandChannel::ask(const std::string& command, int timeo
         } else if (m_socket.bytesToWrite() > 0 || !waitAndRead(left)) {
             waitWithSocket(left);
         }
+    }
+    if (isTold) {
+        m_waitObserver(false);
     }
     return std::move(request->answer);
 }

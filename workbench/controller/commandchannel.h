@@ -46,6 +46,11 @@ public:
     /// must not call the channel.
     using Observer = std::function<void(const std::string& command, const Answer& answer)>;
 
+    /// Hears in ask() that a reply takes long (true), and that the waiting is over (false). It must
+    /// neither call the channel nor run events.
+    using WaitObserver = std::function<void(bool isWaiting)>;
+    static constexpr int longWaitMs = 300;
+
     explicit CommandChannel(QObject* parent = nullptr);
     ~CommandChannel() override;
 
@@ -65,6 +70,8 @@ public:
                   int timeoutMs = defaultTimeoutMs);
 
     void setObserver(Observer observer) { m_observer = std::move(observer); }
+
+    void setWaitObserver(WaitObserver observer) { m_waitObserver = std::move(observer); }
 
     QHostAddress localAddress() const { return m_socket.localAddress(); }
     QHostAddress peerAddress() const { return m_socket.peerAddress(); }
@@ -116,6 +123,7 @@ private:
     QTimer m_headTimer; // of the oldest command, or of the connecting
     QDeadlineTimer m_headDeadline;
     Observer m_observer;
+    WaitObserver m_waitObserver;
     int m_connectionNumber = 0;
     int m_malformedInARow = 0;
     bool m_unexpectedSeen = false;

@@ -15,6 +15,7 @@ namespace {
 constexpr int quickConnectTimeoutMs = 700;
 constexpr int maxReported = 1000;
 constexpr const char* outputPrefix = "kestrel2 set output active ";
+constexpr const char* outputQuestion = "kestrel2 get output active ";
 
 QString text(const std::string& bytes) {
     return QString::fromUtf8(bytes.data(), static_cast<int>(bytes.size()));
@@ -177,11 +178,26 @@ void ControllerSession::nameDataPort() {
 }
 
 void ControllerSession::restoreOutputs() {
+    m_startedAnew.reset();
     for (const auto& [output, value] : m_outputs) {
+        if (value == "yes") {
+            askForOutput(output);
+        }
         std::string command = output;
         command.append(" ").append(value);
         m_channel.askLater(command);
     }
+}
+
+// Before it is switched again: only a controller that was started anew has switched it off.
+void ControllerSession::askForOutput(const std::string& setting) {
+    const std::string parameter = setting.substr(std::string_view("kestrel2 set ").size());
+    m_channel.askLater(
+        kestrel_wire::getCommand(parameter), [this](const CommandChannel::Answer& answer) {
+            if (answer.result == Success) {
+                m_startedAnew = m_startedAnew.value_or(false) || answer.reply.value == "no";
+            }
+        });
 }
 
 // From here on the controller answers. What a connection has told that was lost before is
@@ -216,7 +232,7 @@ void ControllerSession::observe(const std::string& command, const CommandChannel
         if (command.rfind(outputPrefix, 0) == 0 && valueAt != std::string::npos) {
             m_outputs[command.substr(0, valueAt)] = command.substr(valueAt + 1);
         }
-    } else {
+    } else if (isReady() || command.rfind(outputQuestion, 0) != 0) { // not every one can tell
         report(command, answer);
     }
 }

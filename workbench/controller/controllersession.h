@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <map>
+#include <optional>
 #include <string>
 
 namespace workbench {
@@ -55,6 +56,11 @@ public:
     const ControllerAddress& address() const { return m_address; }
     quint16 boundDataPort() const { return m_boundDataPort; } ///< 0: no data can be received
 
+    /// While isReady(), after the connection was lost: whether the controller has forgotten
+    /// meanwhile what it was told before, as one does that was started anew. Nothing when nobody
+    /// can tell.
+    std::optional<bool> wasStartedAnew() const { return m_startedAnew; }
+
     /// One record for the session's whole life; its content follows the controller.
     BackendVersions* versions() { return &m_versions; }
 
@@ -80,6 +86,7 @@ private:
     quint16 bindDataPort(quint16 port, QString* error);
     void nameDataPort();
     void restoreOutputs();
+    void askForOutput(const std::string& setting);
     void finishHandshake(const VersionTexts& texts);
     void poll();
     void observe(const std::string& command, const CommandChannel::Answer& answer);
@@ -99,6 +106,7 @@ private:
     quint16 m_boundDataPort = 0;
     bool m_wasReady = false;
     bool m_polling = false;
+    std::optional<bool> m_startedAnew;
     std::map<std::string, std::string>
         m_outputs;            // "output active chmon 6dmt" and its "yes" or "no"
     QSet<QString> m_reported; // problems that the log has since the last success

@@ -27,7 +27,7 @@ DataWatch::DataWatch(DataReceiver& receiver, const MeasurementMonitor& monitor,
 }
 
 void DataWatch::onMeasuring(bool measuring) {
-    m_receiver.statistics().setMeasuring(measuring);
+    m_receiver.statistics().setMeasuring(measuring && !m_paused);
     m_since = BootClock::now();
     m_told = false;
     if (measuring) {
@@ -38,8 +38,15 @@ void DataWatch::onMeasuring(bool measuring) {
     show(0.0);
 }
 
+void DataWatch::setPaused(bool paused) {
+    m_paused = paused;
+    m_since = BootClock::now();
+    m_receiver.statistics().setMeasuring(m_monitor.isMeasuring() && !paused);
+    show(0.0);
+}
+
 void DataWatch::lookAt(BootClock::time_point now) {
-    if (!m_monitor.isMeasuring()) {
+    if (!m_monitor.isMeasuring() || m_paused) {
         return;
     }
     const FrameStatistics::Snapshot counts = m_receiver.statistics().snapshot(now);
@@ -47,7 +54,7 @@ void DataWatch::lookAt(BootClock::time_point now) {
     if (counts.lastFrameAge >= 0.0) {
         age = std::min(age, counts.lastFrameAge);
     }
-    if (age < oldAfter) {
+    if (age < std::max(oldAfter, 2.0 * counts.usualInterval)) {
         m_told = false;
         m_unreadableThen = counts.unreadable;
         m_foreignThen = counts.foreign;
@@ -55,7 +62,7 @@ void DataWatch::lookAt(BootClock::time_point now) {
         return;
     }
     show(age);
-    if (age >= stoppedAfter && !m_told) {
+    if (age >= std::max(stoppedAfter, 3.0 * counts.usualInterval) && !m_told) {
         m_told = true;
         m_teller.stopData();
     }

@@ -14,7 +14,8 @@ class MeasurementTeller;
 
 /// Sees while the controller measures that its data come. Without a readable frame for `oldAfter`
 /// the data are old and age() says so; after `stoppedAfter` the requesters are told that the
-/// measurement stopped, until the next frame. Lives on the GUI thread.
+/// measurement stopped, until the next frame. A controller whose frames come that seldom is given
+/// the time of two frames, and of three. Lives on the GUI thread.
 class DataWatch : public QObject {
     Q_OBJECT
 
@@ -40,6 +41,10 @@ public:
     double age() const { return m_age; }
     Cause cause() const { return m_cause; } ///< while age() is above 0
 
+    /// Frames are not to be expected though the controller measures: a replay that the user has
+    /// paused. Once they are expected again, ages are counted from that moment.
+    void setPaused(bool paused);
+
     /// age() as it is shown: tenths below a second, then whole seconds.
     QString ageText() const;
 
@@ -60,9 +65,10 @@ private:
     const MeasurementMonitor& m_monitor;
     MeasurementTeller& m_teller;
     QTimer m_timer;
-    BootClock::time_point m_since; // begin of the measurement
+    BootClock::time_point m_since; // begin of the measurement, end of a pause
     double m_age = 0.0;
     Cause m_cause = Cause::Stopped;
+    bool m_paused = false;
     bool m_told = false;
     quint64 m_unreadableThen = 0; // counts when the data became old
     quint64 m_foreignThen = 0;

@@ -19,6 +19,7 @@ void FrameStatistics::reset() {
     m_gaps.reset();
     m_framesThen = 0;
     m_controllersRate = 0.0;
+    m_lastInterval = 0.0;
 }
 
 void FrameStatistics::setMeasuring(bool measuring) {
@@ -31,8 +32,11 @@ void FrameStatistics::addFrame(std::int64_t counter, Clock::time_point now) {
     if (m_counts.frames == 0) {
         m_rateSince = now;
     }
-    const bool wasSilent =
-        m_counts.frames == 0 || BootClock::seconds(now - m_lastFrame) > longestSilence;
+    const double interval = m_counts.frames == 0 ? 0.0 : BootClock::seconds(now - m_lastFrame);
+    const bool wasSilent = m_counts.frames == 0 || interval > longestSilence;
+    // The shorter of two: a single silence is nothing usual.
+    m_counts.usualInterval = std::min(interval, m_lastInterval);
+    m_lastInterval = interval;
     ++m_counts.frames;
     m_lastFrame = now;
     if (counter >= 0) {

@@ -27,6 +27,7 @@ public:
         std::uint64_t rejectedLines = 0; ///< lines that a receiver could not read
         std::size_t longestRejected = 0; ///< characters of the longest of them
         double framesPerSecond = 0.0;    ///< over the last second or so
+        double usualInterval = 0.0;      ///< seconds between frames; 0: not known yet
         double lastFrameAge = -1.0;      ///< seconds since a readable one; below 0: none yet
     };
 
@@ -58,6 +59,7 @@ private:
     Snapshot m_counts;
     kestrel_wire::FrameGaps m_gaps;
     bool m_measuring = false;
+    double m_lastInterval = 0.0;    // 0: not known
     double m_controllersRate = 0.0; // frames/s, lost ones among them; 0: not known yet
     Clock::time_point m_producedSince;
     std::uint64_t m_producedThen = 0;

@@ -10,6 +10,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace workbench {
 
 namespace {
@@ -46,17 +48,18 @@ QColor tinted(const QColor& window, const QColor& hue) {
 
 class Banner::Line : public QWidget {
 public:
-    explicit Line(Banner& banner, BannerTopic topic)
-        : QWidget(banner.m_content)
+    Line(QWidget& parent, const QString& name)
+        : QWidget(&parent)
         , m_symbol(new QLabel(this))
         , m_label(new QLabel(this))
         , m_dismiss(new QToolButton(this)) {
-        setObjectName(QStringLiteral("bannerLine%1").arg(int(topic)));
-        m_label->setObjectName(QStringLiteral("bannerText%1").arg(int(topic)));
+        setObjectName(QLatin1String("bannerLine") + name);
+        m_label->setObjectName(QLatin1String("bannerText") + name);
+        setAttribute(Qt::WA_OpaquePaintEvent); // what lies below need not be painted for it
         m_label->setTextFormat(Qt::PlainText);
         m_label->setWordWrap(true);
         m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
-        m_dismiss->setObjectName(QStringLiteral("bannerDismiss%1").arg(int(topic)));
+        m_dismiss->setObjectName(QLatin1String("bannerDismiss") + name);
         m_dismiss->setText(Banner::tr("Dismiss"));
         m_dismiss->setToolTip(Banner::tr("Take this line away"));
         m_dismiss->setFocusPolicy(Qt::StrongFocus);
@@ -143,7 +146,7 @@ QString Banner::word(BannerLevel level) {
 void Banner::set(BannerTopic topic, BannerLevel level, const QString& text, Ending ending) {
     const bool isNew = m_lines.count(topic) == 0;
     if (isNew) {
-        auto* const line = new Line(*this, topic);
+        auto* const line = new Line(*m_content, QString::number(int(topic)));
         const auto place = m_lines.emplace(topic, line).first;
         m_layout->insertWidget(int(std::distance(m_lines.begin(), place)), line);
         connect(line->dismissButton(), &QToolButton::clicked, this, [this, topic] {
@@ -184,6 +187,9 @@ QStringList Banner::lines() const {
     QStringList texts;
     for (const auto& [topic, line] : m_lines) {
         texts += line->shownText();
+    }
+    if (m_overlay) {
+        texts += static_cast<const Line*>(m_overlay.data())->shownText();
     }
     return texts;
 }
@@ -234,21 +240,39 @@ void Banner::changeEvent(QEvent* event) {
     }
 }
 
-void Banner::paintNow() {
+int Banner::upperEdgeOfDocks() const {
+    const auto* const window = qobject_cast<const QMainWindow*>(this->window());
+    int edge = 0;
+    if (window != nullptr && window->menuWidget() != nullptr) {
+        edge = window->menuWidget()->geometry().bottom() + 1;
+    }
+    const auto bars =
+        this->window()->findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QToolBar* const bar : bars) {
+        const bool isAbove = window != nullptr && bar->isVisible() && !bar->isFloating() &&
+                             window->toolBarArea(bar) == Qt::TopToolBarArea;
+        edge = isAbove ? std::max(edge, bar->geometry().bottom() + 1) : edge;
+    }
+    return edge;
+}
+
+// Nothing else is laid out or painted: what a module shows may be half done while it asks.
+void Banner::showAtOnce(BannerLevel level, const QString& text) {
     QWidget* const top = window();
-    if (!top->isVisible()) {
-        return;
-    }
-    // Twice: only a strip that stands in the window knows its width, and with it its height.
-    for (int i = 0; i < 2; ++i) {
-        m_layout->activate();
-        layout()->activate();
-        if (top->layout() != nullptr) {
-            top->layout()->activate();
-        }
-        fitHeight();
-    }
-    top->repaint();
+    hideAtOnce();
+    auto* const line = new Line(*top, QStringLiteral("AtOnce"));
+    m_overlay = line;
+    line->tell(level, text, Ending::ByOwner);
+    line->setGeometry(0, upperEdgeOfDocks(), top->width(),
+                      line->layout()->totalHeightForWidth(top->width()));
+    line->layout()->activate();
+    line->show();
+    line->raise();
+    line->repaint();
+}
+
+void Banner::hideAtOnce() {
+    delete m_overlay;
 }
 
 } // namespace workbench

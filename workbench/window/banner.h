@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QToolBar>
 
@@ -17,7 +18,6 @@ enum class BannerTopic {
     Restart,    ///< the controller was started anew in the middle of something
     Recording,  ///< a recording ended by itself, or is about to
     Replay,     ///< a recording is shown, not a controller
-    Waiting,    ///< a reply takes long
     Notice      ///< anything else
 };
 
@@ -52,10 +52,13 @@ public:
     void clear(BannerTopic topic);
 
     QString text(BannerTopic topic) const; ///< as it was set; empty without a line
-    QStringList lines() const;             ///< as they are read, level in words, from the top
+    QStringList
+    lines() const; ///< as they are read, level in words, from the top; the overlaid one last
 
-    /// Paints what was set now, without the event loop: for a line that a blocked GUI thread owes.
-    void paintNow();
+    /// A line that is painted at once, without the event loop, for a GUI thread that is about to
+    /// wait. It lies on what stands under the strip and moves nothing.
+    void showAtOnce(BannerLevel level, const QString& text);
+    void hideAtOnce();
 
     /// A strip with lines is visible, one without is not, whatever a saved state says.
     void setVisible(bool visible) override;
@@ -73,12 +76,14 @@ protected:
 private:
     class Line;
 
+    int upperEdgeOfDocks() const;
     void showLines();
     void fitHeight();
 
     QWidget* m_content;
     QVBoxLayout* m_layout;
     std::map<BannerTopic, Line*> m_lines;
+    QPointer<QWidget> m_overlay;
 };
 
 } // namespace workbench

@@ -2,11 +2,15 @@
 
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/datawatch.h"
+#include "workbench/text/logmodel.h"
 #include "workbench/window/banner.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QFileDialog>
 
 #include <algorithm>
+#include <utility>
 
 namespace workbench {
 
@@ -20,16 +24,28 @@ void setTitleAlone(QDockWidget& dock, const QString& title) {
     entry->setText(text);
 }
 
+// The workbench's own dialogs do not mind a controller that is gone.
+bool isDialogOfModuleOpen() {
+    const QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog != nullptr && qobject_cast<const QFileDialog*>(dialog) == nullptr &&
+           dialog->objectName() != QLatin1String("messageBox_about") &&
+           !QLatin1String(dialog->metaObject()->className())
+                .startsWith(QLatin1String("workbench::"));
+}
+
 } // namespace
 
-LiveState::LiveState(const DataWatch& watch, const ControllerSession& session, Banner& banner,
-                     QObject* parent)
+LiveState::LiveState(const DataWatch& watch, ControllerSession& session, LogModel& log,
+                     Banner& banner, QObject* parent)
     : QObject(parent)
     , m_watch(watch)
     , m_session(session)
+    , m_log(log)
     , m_banner(banner) {
     connect(&m_watch, &DataWatch::changed, this, &LiveState::showData);
     connect(&m_session, &ControllerSession::stateChanged, this, &LiveState::showConnection);
+    connect(&m_session, &ControllerSession::ready, this, &LiveState::tellOfInterruption);
+    m_session.channel().setWaitObserver([this](bool isWaiting) { showWaiting(isWaiting); });
 }
 
 void LiveState::addDock(QDockWidget* dock) {
@@ -41,12 +57,41 @@ void LiveState::addDock(QDockWidget* dock) {
 
 void LiveState::showConnection() {
     if (m_session.state() == ControllerSession::State::Lost) {
+        m_dialogInterrupted = m_dialogInterrupted || isDialogOfModuleOpen();
         m_banner.set(BannerTopic::Connection, BannerLevel::Error,
                      tr("%1. No live data until it is back; check that the controller is switched "
                         "on and its cable plugged in.")
                          .arg(m_session.stateText()));
     } else {
         m_banner.clear(BannerTopic::Connection);
+    }
+}
+
+void LiveState::tellOfInterruption(bool first) {
+    const bool isToTell = std::exchange(m_dialogInterrupted, false) && !first;
+    if (!isToTell) {
+        return;
+    }
+    const QString text =
+        m_session.wasStartedAnew().value_or(false)
+            ? tr("The controller was started anew while a dialog was open. A calibration that was "
+                 "under way is lost: repeat it. Settings that the dialog shows may be out of "
+                 "date: close it and open it again.")
+            : tr("The connection was interrupted while a dialog was open. Repeat a calibration "
+                 "that was under way. Settings that the dialog shows may be out of date: close it "
+                 "and open it again.");
+    m_log.problem(text);
+    m_banner.set(BannerTopic::Restart, BannerLevel::Warning, text, Banner::Ending::ByUser);
+}
+
+// Called while the GUI thread waits: nothing but this is painted, and no event is handled.
+void LiveState::showWaiting(bool isWaiting) {
+    if (isWaiting) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        m_banner.showAtOnce(BannerLevel::Information, tr("Waiting for the controller…"));
+    } else {
+        m_banner.hideAtOnce();
+        QApplication::restoreOverrideCursor();
     }
 }
 

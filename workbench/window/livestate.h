@@ -12,6 +12,7 @@ namespace workbench {
 class Banner;
 class ControllerSession;
 class DataWatch;
+class LogModel;
 
 /// Says over the docks, and in the titles of the modules' docks, that what they show is not live:
 /// the connection is lost, or the data have stopped. Titles and entries are as the modules gave
@@ -20,7 +21,7 @@ class LiveState : public QObject {
     Q_OBJECT
 
 public:
-    LiveState(const DataWatch& watch, const ControllerSession& session, Banner& banner,
+    LiveState(const DataWatch& watch, ControllerSession& session, LogModel& log, Banner& banner,
               QObject* parent = nullptr);
 
     /// The dock of a module; may be deleted at any time.
@@ -35,13 +36,17 @@ private:
 
     void showConnection();
     void showData();
+    void showWaiting(bool isWaiting);
+    void tellOfInterruption(bool first);
     QString sentence() const;
     static void entitle(Titled& titled, const QString& age);
 
     const DataWatch& m_watch;
-    const ControllerSession& m_session;
+    ControllerSession& m_session;
+    LogModel& m_log;
     Banner& m_banner;
     std::vector<Titled> m_docks;
+    bool m_dialogInterrupted = false;
 };
 
 } // namespace workbench

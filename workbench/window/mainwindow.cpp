@@ -43,7 +43,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     m_ui->setupUi(this);
     m_menus = new MenuArranger(m_ui->menubar);
     m_banner = new Banner(this);
-    m_liveState = new LiveState(m_backend.watch, m_backend.session, *m_banner, this);
+    m_liveState = new LiveState(m_backend.watch, m_backend.session, m_backend.log, *m_banner, this);
     m_logDock = new LogDock(m_backend.log, this);
     m_commandDock = new CommandDock(m_backend.session, this);
     m_commandDock->history().setCommands(m_settings.commandHistory());

@@ -347,6 +347,45 @@ private Q_SLOTS:
         QCOMPARE(seen, (std::vector<std::string>{"kestrel2 a > kestrel2 ok",
                                                  "kestrel2 b > kestrel2 ok"}));
     }
+
+    void aLongWaitIsToldWithItsEnd_data() {
+        QTest::addColumn<int>("delay");
+        QTest::addColumn<int>("timeout");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("quick") << 0 << patience << int(workbench::Success) << "";
+        QTest::newRow("slow") << 600 << patience << int(workbench::Success) << "waits goes on ";
+        QTest::newRow("time-out") << -1 << 700 << int(workbench::TimedOut) << "waits goes on ";
+        QTest::newRow("short time-out") << -1 << shortTimeout << int(workbench::TimedOut) << "";
+    }
+    void aLongWaitIsToldWithItsEnd() {
+        QFETCH(int, delay);
+        QFETCH(int, timeout);
+        QFETCH(int, result);
+        QFETCH(QString, told);
+        QVERIFY(open());
+        QString heard;
+        QElapsedTimer clock;
+        clock.start();
+        qint64 firstWord = -1;
+        m_channel->setWaitObserver([&](bool isWaiting) {
+            firstWord = firstWord < 0 ? clock.elapsed() : firstWord;
+            heard += isWaiting ? "waits " : "goes on ";
+        });
+        m_controller->answer("a", "1");
+        m_controller->setSilent(delay < 0);
+        m_controller->setDelay(std::max(0, delay));
+        QCOMPARE(m_channel->ask("kestrel2 get a", timeout).result, result);
+        if (heard.isEmpty() && told.isEmpty()) {
+            return;
+        }
+        // The quick ones may be slow on a loaded machine: then it is told, and rightly.
+        QVERIFY2(heard == "waits goes on ", qPrintable(heard));
+        QVERIFY(!told.isEmpty() || clock.elapsed() >= CommandChannel::longWaitMs);
+        QVERIFY2(firstWord >= CommandChannel::longWaitMs &&
+                     firstWord < CommandChannel::longWaitMs + slack,
+                 qPrintable(QString::number(firstWord)));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestCommandChannel)

@@ -90,6 +90,32 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(m_controller->count("kestrel2 get status active"), 1, patience);
     }
 
+    void aControllerThatForgotItsOutputsWasStartedAnew_data() {
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<int>("startedAnew"); // below 0: nobody can tell
+        QTest::newRow("still on") << "yes" << 0;
+        QTest::newRow("forgotten") << "no" << 1;
+        QTest::newRow("not told") << "" << -1;
+    }
+    void aControllerThatForgotItsOutputsWasStartedAnew() {
+        QFETCH(QString, output);
+        QFETCH(int, startedAnew);
+        becomeReady();
+        QSignalSpy ready(&m_parts->session, &ControllerSession::ready);
+        QCOMPARE(m_parts->host().set_parameter("output active chmon 6dmt2 yes"), 0);
+        QCOMPARE(m_parts->host().set_parameter("output active chmon 6dmt no"), 0);
+        if (!output.isEmpty()) {
+            m_controller->answer("output active chmon 6dmt2", output.toStdString());
+        }
+        m_controller->answer("output active chmon 6dmt", "no"); // says nothing
+        m_controller->dropConnections();
+        QVERIFY(ready.wait(patience));
+        const auto told = m_parts->session.wasStartedAnew();
+        QCOMPARE(told.has_value() ? int(*told) : -1, startedAnew);
+        QCOMPARE(m_controller->count("kestrel2 set output active chmon 6dmt2 yes"), 2);
+        QVERIFY(!m_parts->log.toText().contains("get output active"));
+    }
+
     void aFrozenControllerDoesNotFreezeTheCallerAgainWhileItIsTried() {
         becomeReady();
         char reply[200];

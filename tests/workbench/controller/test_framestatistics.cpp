@@ -98,6 +98,25 @@ TEST(FrameStatistics, theNextFrameTellsWhatWasLost) {
     EXPECT_NEAR(static_cast<double>(statistics.snapshot(now).lostFrames), 321.0 + 500.0, 5.0);
 }
 
+TEST(FrameStatistics, aSingleSilenceIsNotTheUsualInterval) {
+    FrameStatistics statistics;
+    Clock::time_point now = Clock::now();
+    const auto usualAfter = [&](double seconds) {
+        now += std::chrono::milliseconds(std::llround(seconds * 1000.0));
+        statistics.addFrame(-1, now);
+        return statistics.snapshot(now).usualInterval;
+    };
+    EXPECT_EQ(usualAfter(1.0), 0.0);
+    EXPECT_EQ(usualAfter(30.0), 0.0);
+    EXPECT_NEAR(usualAfter(1.0), 1.0, 1e-6);
+    EXPECT_NEAR(usualAfter(1.0), 1.0, 1e-6);
+    EXPECT_NEAR(usualAfter(60.0), 1.0, 1e-6);
+    EXPECT_NEAR(usualAfter(0.02), 0.02, 1e-6);
+    statistics.reset();
+    EXPECT_EQ(usualAfter(1.0), 0.0);
+    EXPECT_EQ(usualAfter(1.0), 0.0);
+}
+
 TEST(FrameStatistics, aFrameThatCannotBeReadIsNoSignOfLife) {
     FrameStatistics statistics;
     const Clock::time_point start = Clock::now();

@@ -332,6 +332,37 @@ private Q_SLOTS:
         QCOMPARE(rig.state(), QString("O"));
     }
 
+    void aControllerWithFewFramesIsGivenItsTime() {
+        MeasurementRig rig;
+        QVERIFY(rig.bring("M"));
+        rig.backend().receiver.statistics().reset();
+        const BootClock::time_point now = BootClock::now();
+        for (int second = -3; second <= 0; ++second) {
+            rig.backend().receiver.statistics().addFrame(second + 10,
+                                                         now + std::chrono::seconds(second));
+        }
+        DataWatchProbe::lookAfter(rig.watch(), 1.5);
+        QCOMPARE(rig.state(), QString("M"));
+        DataWatchProbe::lookAfter(rig.watch(), stopped);
+        QCOMPARE(rig.state(), QString("O"));
+        DataWatchProbe::lookAfter(rig.watch(), 3.5);
+        QCOMPARE(rig.state(), QString("S"));
+    }
+
+    void aPausedReplayIsNotMissed() {
+        MeasurementRig rig;
+        QVERIFY(rig.bring("O"));
+        rig.watch().setPaused(true);
+        QCOMPARE(rig.state(), QString("M"));
+        DataWatchProbe::lookAfter(rig.watch(), stopped);
+        QCOMPARE(rig.state(), QString("M"));
+        rig.watch().setPaused(false);
+        DataWatchProbe::lookAfter(rig.watch(), 0.2);
+        QCOMPARE(rig.state(), QString("M"));
+        DataWatchProbe::lookAfter(rig.watch(), old);
+        QCOMPARE(rig.state(), QString("O"));
+    }
+
     void theWatchLooksByItself() {
         ConnectionRig rig;
         QVERIFY(rig.bring(Place::Ready, false));

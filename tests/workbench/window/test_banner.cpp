@@ -46,6 +46,15 @@ QPalette dark() {
     return palette;
 }
 
+/// Counts what is painted.
+struct Painted : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
 } // namespace
 
 class TestBanner : public QObject {
@@ -180,16 +189,16 @@ private Q_SLOTS:
     }
 
     void theMostImportantLineStandsOnTop() {
-        m_banner->set(BannerTopic::Waiting, BannerLevel::Information, "waiting");
+        m_banner->set(BannerTopic::Notice, BannerLevel::Information, "notice");
         m_banner->set(BannerTopic::Connection, BannerLevel::Error, "lost");
         m_banner->set(BannerTopic::Replay, BannerLevel::Information, "replay");
         m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "no data");
         showWindow();
-        const QStringList lines{"Error: lost", "Warning: no data", "Note: replay", "Note: waiting"};
+        const QStringList lines{"Error: lost", "Warning: no data", "Note: replay", "Note: notice"};
         QCOMPARE(m_banner->lines(), lines);
         int bottom = -1;
         for (const BannerTopic topic : {BannerTopic::Connection, BannerTopic::NoData,
-                                        BannerTopic::Replay, BannerTopic::Waiting}) {
+                                        BannerTopic::Replay, BannerTopic::Notice}) {
             QTRY_VERIFY_WITH_TIMEOUT(place(label(topic)).top() > bottom, patience);
             bottom = place(label(topic)).bottom();
         }
@@ -276,17 +285,35 @@ private Q_SLOTS:
         QVERIFY(!m_banner->toggleViewAction()->isVisible());
     }
 
-    void aLineCanBePaintedWithoutTheEventLoop() {
+    void aLineCanBePaintedWithoutTheEventLoopAndMovesNothing_data() {
+        QTest::addColumn<bool>("withStrip");
+        QTest::newRow("alone") << false;
+        QTest::newRow("under the strip") << true;
+    }
+    void aLineCanBePaintedWithoutTheEventLoopAndMovesNothing() {
+        QFETCH(bool, withStrip);
+        if (withStrip) {
+            m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "no data");
+        }
         showWindow();
-        QCoreApplication::processEvents();
-        m_banner->set(BannerTopic::Waiting, BannerLevel::Information, "Waiting");
-        m_banner->paintNow();
-        QVERIFY(isBetweenMenuAndDocks());
-        QVERIFY(label(BannerTopic::Waiting)->height() >=
-                label(BannerTopic::Waiting)->fontMetrics().height());
-        m_banner->clear(BannerTopic::Waiting);
-        m_banner->paintNow();
-        QVERIFY(place(m_dock).top() - place(m_toolBar).bottom() < 10);
+        QTRY_VERIFY_WITH_TIMEOUT(!withStrip || isBetweenMenuAndDocks(), patience);
+        const QRect before = place(m_dock);
+        Painted painted;
+        m_dock->widget()->installEventFilter(&painted);
+        m_banner->showAtOnce(BannerLevel::Information, "Waiting");
+        auto* const line = m_window->findChild<QWidget*>("bannerLineAtOnce");
+        QVERIFY(line->isVisible());
+        QCOMPARE(place(line).width(), m_window->width());
+        QVERIFY(std::abs(place(line).top() - before.top()) < 10);
+        QVERIFY(!withStrip || place(line).top() > place(m_banner).bottom() - 2);
+        QVERIFY(line->height() >= line->fontMetrics().height());
+        QCOMPARE(place(m_dock), before);
+        QCOMPARE(painted.count, 0);
+        QCOMPARE(m_banner->lines().constLast(), QString("Note: Waiting"));
+        m_banner->hideAtOnce();
+        QCOMPARE(m_window->findChild<QWidget*>("bannerLineAtOnce"), nullptr);
+        QCOMPARE(m_banner->lines().size(), withStrip ? 1 : 0);
+        QCOMPARE(place(m_dock), before);
     }
 };
 

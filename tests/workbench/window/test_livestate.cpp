@@ -1,21 +1,40 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/banner.h"
+#include "workbench/window/connectdialog.h"
 #include "workbench/window/mainwindow.h"
 
+#include <QApplication>
 #include <QDockWidget>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <QtTest>
 
 using workbench::Banner;
 using workbench::BannerTopic;
 using workbench::ControllerAddress;
+using workbench::ControllerSession;
 using workbench::MainWindow;
 
 namespace {
 
 constexpr int patience = 8000;
 const QString ownTitle = QStringLiteral("Fake display");
+
+/// Counts how often the line of a waiting GUI thread is painted, and with which cursor.
+struct PaintedLine : QObject {
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Paint && object->objectName() == "bannerLineAtOnce") {
+            ++count;
+            const QCursor* const cursor = QApplication::overrideCursor();
+            underWaitCursor = cursor != nullptr && cursor->shape() == Qt::WaitCursor;
+        }
+        return false;
+    }
+    int count = 0;
+    bool underWaitCursor = false;
+};
 
 } // namespace
 
@@ -42,6 +61,17 @@ class TestLiveState : public QObject {
             QTest::qWait(20);
         } while (!noData().isEmpty() && !deadline.hasExpired());
         QVERIFY(noData().isEmpty());
+    }
+
+    // The connection is lost and comes back.
+    void interrupt(const QString& output) {
+        if (!output.isEmpty()) {
+            m_controller->answer("output active chmon 6dmt2", output.toStdString());
+        }
+        QSignalSpy ready(&m_window->backend().session, &ControllerSession::ready);
+        m_controller->dropConnections();
+        QVERIFY(ready.wait(patience));
+        QCOMPARE(ready.first().first().toBool(), false);
     }
 
 private Q_SLOTS:
@@ -129,6 +159,74 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("stopped"), patience);
         QVERIFY(!m_window->backend().log.toText().contains("Measurement stopped"));
         QVERIFY(m_window->backend().log.toText().contains(" lost ("));
+    }
+
+    void aSlowReplyIsToldWhileItIsWaitedFor() {
+        PaintedLine painted;
+        qApp->installEventFilter(&painted);
+        m_controller->answer("slow", "1");
+        m_controller->setDelay(700);
+        int value = 0;
+        QCOMPARE(m_window->backend().io.get_parameter_int(&value, "slow"), 0);
+        QCOMPARE(value, 1);
+        QCOMPARE(painted.count, 1);
+        QVERIFY(painted.underWaitCursor);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        QVERIFY(m_window->banner().lines().filter("Waiting").isEmpty());
+        m_controller->setDelay(0);
+    }
+
+    void aDeadControllerIsWaitedForOnce() {
+        m_controller->setSilent(true);
+        int value = 0;
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(m_window->backend().io.get_parameter_int(&value, "slow") < 0);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        clock.restart();
+        QVERIFY(m_window->backend().io.get_parameter_int(&value, "slow") < 0);
+        QVERIFY(clock.elapsed() < 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("stopped"), patience);
+    }
+
+    void anInterruptionInTheMiddleOfADialogIsTold_data() {
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("started anew") << "no"
+                                      << "The controller was started anew while a dialog";
+        QTest::newRow("went on") << "yes"
+                                 << "The connection was interrupted while a dialog";
+        QTest::newRow("nobody knows") << ""
+                                      << "The connection was interrupted while a dialog";
+    }
+    void anInterruptionInTheMiddleOfADialogIsTold() {
+        QFETCH(QString, output);
+        QFETCH(QString, told);
+        QCOMPARE(m_window->backend().io.set_parameter("output active chmon 6dmt2 yes"), 0);
+        QDialog dialog(m_window.get());
+        dialog.setModal(true);
+        dialog.show();
+        interrupt(output);
+        const QString line = m_window->banner().text(BannerTopic::Restart);
+        QVERIFY2(line.startsWith(told), qPrintable(line));
+        QVERIFY(line.contains("alibration"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().log.toText().contains(line), patience);
+        QVERIFY(m_window->banner().findChild<QToolButton*>(
+                    QStringLiteral("bannerDismiss%1").arg(int(BannerTopic::Restart))) != nullptr);
+    }
+
+    void withoutADialogOfAModuleItIsNot_data() {
+        QTest::addColumn<bool>("ownDialog");
+        QTest::newRow("no dialog") << false;
+        QTest::newRow("a dialog of the workbench") << true;
+    }
+    void withoutADialogOfAModuleItIsNot() {
+        QFETCH(bool, ownDialog);
+        workbench::ConnectDialog dialog({}, {}, m_window.get());
+        dialog.setModal(true);
+        dialog.setVisible(ownDialog);
+        interrupt(QString());
+        QVERIFY(m_window->banner().text(BannerTopic::Restart).isEmpty());
     }
 };
 

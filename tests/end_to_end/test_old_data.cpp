@@ -1,0 +1,226 @@
+#include "tests/end_to_end/networkcut.h"
+#include "tests/end_to_end/processes.h"
+#include "workbench/commandlinerun.h"
+#include "workbench/window/banner.h"
+#include "workbench/window/mainwindow.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+
+using namespace processes;
+using workbench::BannerTopic;
+using workbench::MainWindow;
+
+namespace {
+
+constexpr int patienceMs = 15000 * slowness;
+constexpr int goneWithinMs = 2500 * slowness;
+constexpr int liveWithinMs = 2000 * slowness;
+constexpr int toldWithinMs = 1000 * slowness;
+constexpr int suspendedMs = 30000;
+constexpr int lastingMs = 3000; // of a cause: long enough for a lost connection to be tried again
+
+} // namespace
+
+/// What the tables of the plug-in show when their data cease, for each way in which they can: a
+/// simulator process, the plug-in as a binary, the workbench's window in this process. The times
+/// are those of the user guide.
+class TestOldData : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<NetworkCut> m_network;
+    std::unique_ptr<Simulator> m_simulator;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<workbench::CommandLineRun> m_run;
+
+    const QTableWidget* tools() const { return m_window->findChild<QTableWidget*>(toolTable); }
+    const QTableWidget* references() const {
+        return m_window->findChild<QTableWidget*>(referenceTable);
+    }
+    QString position() const {
+        const QTableWidgetItem* const cell =
+            tools()->rowCount() == 0 ? nullptr : tools()->item(0, toolPoseColumn);
+        return cell == nullptr ? QString() : cell->text();
+    }
+    bool areCellsGone() const { return tools()->rowCount() == 0 && references()->rowCount() == 0; }
+
+    // Until `condition` holds; -1 when it never does.
+    static int timeUntil(const std::function<bool()>& condition, int longest = patienceMs) {
+        QElapsedTimer clock;
+        clock.start();
+        while (!condition()) {
+            if (clock.elapsed() > longest) {
+                return -1;
+            }
+            QTest::qWait(5);
+        }
+        return static_cast<int>(clock.elapsed());
+    }
+
+    // The first tool is put at a place that it has not had, and is shown there.
+    bool holdsAt(double x) {
+        return m_simulator->ask(QStringLiteral("sim place tool b01 %1 2 3 4 5 6").arg(x)) ==
+               QLatin1String("kestrel2 ok");
+    }
+    bool isShownAt(double x) const { return position() == QString::number(x, 'f', 2); }
+
+    void start(const QStringList& before, const QString& host) {
+        m_simulator = std::make_unique<Simulator>(
+            before, QStringList{"--no-occlusion", "--noise", "0", "--listen", host});
+        QVERIFY(m_simulator->isListening());
+    }
+
+    void open(const QStringList& before = {}, const QString& host = "127.0.0.1") {
+        start(before, host);
+        QVERIFY(holdsAt(1.0));
+        workbench::Options options;
+        options.pluginFolder = QStringLiteral(KESTREL_PLUGINS);
+        options.connectTo = {host, m_simulator->port()};
+        options.measure = true;
+        m_window = std::make_unique<MainWindow>(
+            MainWindow::Setup{m_folder->filePath(QStringLiteral("workbench.ini")), false, true});
+        m_run = std::make_unique<workbench::CommandLineRun>(*m_window, options);
+        m_window->show();
+        m_run->start();
+        QTRY_VERIFY_WITH_TIMEOUT(tools() != nullptr && isShownAt(1.0), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(references()->rowCount() > 0, patienceMs);
+    }
+
+    // The cause begins, lasts and ends; `place` says what is to be shown afterwards.
+    void goesAndComes(const std::function<void()>& begin, const std::function<void()>& end) {
+        begin();
+        const auto isTold = [this] { return !m_window->banner().lines().isEmpty(); };
+        const int told = timeUntil(isTold);
+        const int gone = timeUntil([this] { return areCellsGone(); });
+        QVERIFY(told >= 0 && gone >= 0);
+        QVERIFY(gone + told <= goneWithinMs);
+        QVERIFY2(told <= toldWithinMs, qPrintable(QString::number(told)));
+        QTest::qWait(lastingMs);
+        QVERIFY(areCellsGone());
+        QVERIFY(isTold());
+        end();
+        const int live = timeUntil([this] { return isShownAt(2.0) && !areCellsGone(); });
+        qInfo("told after %d ms, gone after %d ms, live again after %d ms", told, told + gone,
+              live);
+        QVERIFY2(live >= 0 && live <= liveWithinMs, qPrintable(QString::number(live)));
+        QTRY_VERIFY_WITH_TIMEOUT(!isTold(), patienceMs);
+    }
+
+    void signalSimulator(int number) {
+        QCOMPARE(::kill(static_cast<pid_t>(m_simulator->processId()), number), 0);
+    }
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void cleanup() {
+        m_run.reset();
+        m_window.reset();
+        m_simulator.reset();
+        m_network.reset();
+        m_folder.reset();
+    }
+
+    void theProcessIsKilled() {
+        open();
+        const QString port = QString::number(m_simulator->port());
+        goesAndComes([this] { m_simulator->kill(); },
+                     [&] {
+                         m_simulator = std::make_unique<Simulator>(
+                             QStringList{"--no-occlusion", "--noise", "0", "--port", port});
+                         QVERIFY(holdsAt(2.0));
+                         QCOMPARE(m_simulator->ask("tracking start"), QString("kestrel2 ok"));
+                     });
+    }
+
+    void theProcessIsStopped() {
+        open();
+        goesAndComes([this] { signalSimulator(SIGSTOP); },
+                     [this] {
+                         signalSimulator(SIGCONT);
+                         QVERIFY(holdsAt(2.0));
+                     });
+    }
+
+    void theNetworkIsCut() {
+        m_network = std::make_unique<NetworkCut>();
+        if (!m_network->isThere()) {
+            QSKIP(qPrintable(m_network->whyNot()));
+        }
+        open(m_network->command(), NetworkCut::simulatorsAddress());
+        goesAndComes(
+            [this] {
+                QVERIFY(holdsAt(2.0));
+                m_network->cut();
+            },
+            [this] { m_network->mend(); });
+    }
+
+    void theDataAreLostOrGarbled_data() {
+        QTest::addColumn<QString>("misbehaviour");
+        QTest::newRow("lost") << "lost-data";
+        QTest::newRow("garbled") << "garbled-data";
+    }
+    void theDataAreLostOrGarbled() {
+        QFETCH(QString, misbehaviour);
+        open();
+        goesAndComes(
+            [&] {
+                QCOMPARE(m_simulator->ask("sim misbehave " + misbehaviour + " 100"),
+                         QString("kestrel2 ok"));
+            },
+            [&] {
+                QVERIFY(holdsAt(2.0));
+                QCOMPARE(m_simulator->ask("sim behave"), QString("kestrel2 ok"));
+            });
+    }
+
+    // Both programs stand still as a suspended computer's do. Before they are let go the tool is
+    // held elsewhere: what was shown before must not be shown any longer than the time for new
+    // data.
+    void theComputerIsSuspended() {
+        Simulator simulator({"--no-occlusion", "--noise", "0"});
+        QVERIFY(simulator.isListening());
+        QCOMPARE(simulator.ask("sim place tool b01 1 2 3 4 5 6"), QString("kestrel2 ok"));
+        Workbench workbench({"--connect", simulator.address(), "--measure"},
+                            m_folder->filePath("workbench.ini"));
+        const auto shows = [](const Rows& rows, const char* x) {
+            const QVector<Row> found = rows.value(toolTable);
+            return !found.isEmpty() &&
+                   found.first().texts.value(toolPoseColumn) == QLatin1String(x);
+        };
+        workbench.waitForRows([&](const Rows& rows) { return shows(rows, "1.00"); });
+        QVERIFY2(shows(workbench.rows(), "1.00"), qPrintable(workbench.output()));
+
+        const auto both = [&](int number) {
+            QCOMPARE(::kill(static_cast<pid_t>(workbench.processId()), number), 0);
+            QCOMPARE(::kill(static_cast<pid_t>(simulator.processId()), number), 0);
+        };
+        both(SIGSTOP);
+        QTest::qWait(suspendedMs);
+        both(SIGCONT);
+        QCOMPARE(simulator.ask("sim place tool b01 7 2 3 4 5 6"), QString("kestrel2 ok"));
+        QElapsedTimer clock;
+        clock.start();
+        workbench.waitForRows([&](const Rows& rows) { return shows(rows, "7.00"); });
+        const qint64 live = clock.elapsed();
+        qInfo("live again after %lld ms", live);
+        QVERIFY2(shows(workbench.rows(), "7.00"), qPrintable(workbench.output()));
+        QVERIFY2(live <= liveWithinMs + rowsIntervalMs, qPrintable(QString::number(live)));
+    }
+};
+
+int main(int argc, char** argv) {
+    NetworkCut::enter();
+    QApplication application(argc, argv);
+    TestOldData test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_old_data.moc"
