@@ -707,12 +707,12 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <translation>Das Benutzerhandbuch ist nicht installiert</translation>
     </message>
     <message>
-        <source>%1 frames/s, last %2 s ago, about %3 lost</source>
-        <translation>%1 Hz, vor %2 s, etwa %3 verloren</translation>
-    </message>
-    <message>
         <source>, %1 frames garbled</source>
         <translation>, %1 Frames verstümmelt</translation>
+    </message>
+    <message>
+        <source>last frame %1 s ago, about %2 lost</source>
+        <translation>vor %1 s, etwa %2 verloren</translation>
     </message>
 </context>
 <context>

@@ -139,6 +139,7 @@ std::vector<TourStop> workbenchStops() {
              Banner& banner = rig.window.banner();
              banner.set(BannerTopic::Restart, BannerLevel::Warning,
                         Banner::word(BannerLevel::Warning), Banner::Ending::ByUser);
+             QCoreApplication::processEvents(); // the lines get their room
              showAndLook(rig.window, look);
          }},
         {"main window, commands",

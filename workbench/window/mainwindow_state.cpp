@@ -48,11 +48,12 @@ void MainWindow::showNumbers() {
     const FrameStatistics::Snapshot counts = m_backend.receiver.statistics().snapshot();
     QString text = tr("no frames");
     if (counts.lastFrameAge >= 0.0) {
-        text = (counts.lossIsEstimated ? tr("%1 frames/s, last %2 s ago, about %3 lost")
-                                       : tr("%1 frames/s, last %2 s ago, %3 lost"))
-                   .arg(QString::number(counts.framesPerSecond, 'f', 1),
-                        QString::number(counts.lastFrameAge, 'f', 1),
-                        QString::number(counts.lostFrames));
+        const QString age = QString::number(counts.lastFrameAge, 'f', 1);
+        const QString lost = QString::number(counts.lostFrames);
+        text = counts.lossIsEstimated
+                   ? tr("last frame %1 s ago, about %2 lost").arg(age, lost)
+                   : tr("%1 frames/s, last %2 s ago, %3 lost")
+                         .arg(QString::number(counts.framesPerSecond, 'f', 1), age, lost);
     }
     m_dataLabel->setText(text);
     QString more = text;
