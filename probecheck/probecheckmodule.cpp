@@ -9,7 +9,7 @@
 #include "host_api/metatypes.h"
 #include "probecheck/points/pointspanel.h"
 #include "probecheck/probedata.h"
-#include "probecheck/tipcheckpanel.h"
+#include "probecheck/tipcheck/tipcheckpanel.h"
 
 #include <QAction>
 #include <QDockWidget>

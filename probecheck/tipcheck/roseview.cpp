@@ -1,0 +1,112 @@
+#include "probecheck/tipcheck/roseview.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double degreesPerSector = 360.0 / static_cast<double>(TiltRose::sectors);
+constexpr double rimShare = 0.82;      // of the radius; outside are the triangles
+constexpr double outermostTilt = 24.0; // degrees at the rim
+
+double radiusOf(double tilt, double rim) {
+    return rim * std::min(tilt / outermostTilt, 1.0);
+}
+
+QPainterPath cell(std::size_t sector, std::size_t ring, double rim) {
+    const double inner = radiusOf(TiltRose::ringBegins[ring], rim);
+    const double outer =
+        ring + 1 < TiltRose::rings ? radiusOf(TiltRose::ringBegins[ring + 1], rim) : rim;
+    const double begin = (static_cast<double>(sector) - 0.5) * degreesPerSector;
+    const QRectF innerBox(-inner, -inner, 2 * inner, 2 * inner);
+    const QRectF outerBox(-outer, -outer, 2 * outer, 2 * outer);
+    QPainterPath path;
+    path.arcMoveTo(outerBox, begin);
+    path.arcTo(outerBox, begin, degreesPerSector);
+    path.arcTo(innerBox, begin + degreesPerSector, -degreesPerSector);
+    path.closeSubpath();
+    return path;
+}
+
+QList<double> anglesOf(TiltRose::Missing missing) {
+    switch (missing) {
+    case TiltRose::Missing::AllSides:
+        return {0.0, 90.0, 180.0, 270.0};
+    case TiltRose::Missing::LeftRight:
+        return {0.0, 180.0};
+    case TiltRose::Missing::FrontBack:
+        return {90.0, 270.0};
+    case TiltRose::Missing::FrontRightBackLeft:
+        return {45.0, 225.0};
+    case TiltRose::Missing::FrontLeftBackRight:
+        return {135.0, 315.0};
+    case TiltRose::Missing::Nothing:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+RoseView::RoseView(QWidget* parent)
+    : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setAccessibleName(tr("Directions of tilt"));
+    setToolTip(tr("Directions in which the tool has been tilted, seen from above: filled ones are "
+                  "reached, the triangles point to those that are missing, the ring is the tool."));
+}
+
+void RoseView::display(const TiltRose::View& view, bool isLive) {
+    m_view = view;
+    m_isLive = isLive;
+    update();
+}
+
+QSize RoseView::sizeHint() const {
+    const int side = 14 * fontMetrics().height();
+    return {side, side};
+}
+
+QSize RoseView::minimumSizeHint() const {
+    return sizeHint() / 2;
+}
+
+void RoseView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(width() / 2.0, height() / 2.0);
+    const double radius = std::min(width(), height()) / 2.0 - 1.0;
+    const double rim = radius * rimShare;
+    painter.setPen(QPen(palette().color(QPalette::WindowText), std::max(1.0, radius / 120.0)));
+    for (std::size_t sector = 0; sector < TiltRose::sectors; ++sector) {
+        for (std::size_t ring = 0; ring < TiltRose::rings; ++ring) {
+            painter.setBrush(m_view.reached[sector][ring] ? palette().brush(QPalette::Highlight)
+                                                          : palette().brush(QPalette::Base));
+            painter.drawPath(cell(sector, ring, rim));
+        }
+    }
+    if (!m_isLive) {
+        return;
+    }
+    painter.setBrush(palette().color(QPalette::WindowText));
+    const double size = (radius - rim) * 0.9;
+    for (const double angle : anglesOf(m_view.missing)) {
+        painter.save();
+        painter.rotate(-angle);
+        painter.drawPolygon(QPolygonF({QPointF(radius, 0.0), QPointF(radius - size, -size / 1.5),
+                                       QPointF(radius - size, size / 1.5)}));
+        painter.restore();
+    }
+    const double tilt = std::hypot(m_view.current.right, m_view.current.front);
+    const double scale = tilt > 0.0 ? radiusOf(tilt, rim) / tilt : 0.0;
+    const QPointF place(m_view.current.right * scale, -m_view.current.front * scale);
+    const double dot = std::max(radius / 14.0, 4.0);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(palette().color(QPalette::Base), dot / 1.4));
+    painter.drawEllipse(place, dot, dot);
+    painter.setPen(QPen(palette().color(QPalette::WindowText), dot / 2.5));
+    painter.drawEllipse(place, dot, dot);
+}

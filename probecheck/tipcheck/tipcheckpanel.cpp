@@ -1,0 +1,314 @@
+#include "probecheck/tipcheck/tipcheckpanel.h"
+
+#include "general/bodytexts.h"
+#include "general/hostlink.h"
+#include "general/spinboxes.h"
+#include "host_api/iomanager.h"
+#include "probecheck/tipcheck/roseview.h"
+#include "probecheck/tipcheck/tipchecktexts.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTime>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace {
+
+constexpr double usualTolerance = 1.5; // mm; the controller's own default
+constexpr double leastTolerance = 0.01;
+constexpr double greatestTolerance = 100.0;
+
+QLabel* textLabel(const char* name, QWidget* parent) {
+    auto* const label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return label;
+}
+
+} // namespace
+
+TipCheckPanel::TipCheckPanel(ProbeData* probeData, QWidget* parent)
+    : QWidget(parent)
+    , m_data(probeData)
+    , m_tool(new QComboBox(this))
+    , m_tolerance(new DecimalSpinBox(this))
+    , m_start(new QPushButton(tr("&Start"), this))
+    , m_stop(new QPushButton(tr("S&top"), this))
+    , m_startByButton(new QCheckBox(tr("Start with the tool's &first button"), this))
+    , m_rose(new RoseView(this))
+    , m_words(textLabel("label_words", this))
+    , m_figures(textLabel("label_figures", this))
+    , m_table(textLabel("label_result", this)) {
+    build();
+    m_data->serve(this);
+    connect(m_data, &ProbeData::toolsRead, this, [this] {
+        readTolerances();
+        listTools();
+        showState();
+    });
+    connect(m_data, &ProbeData::receivingBegan, this, &TipCheckPanel::showState);
+    connect(m_data, &ProbeData::receivingEnded, this, &TipCheckPanel::loseMeasurement);
+    connect(m_data, &ProbeData::samplesArrived, this, &TipCheckPanel::takeSamples);
+    showState();
+}
+
+// A host may delete the dock itself.
+TipCheckPanel::~TipCheckPanel() {
+    if (!m_data.isNull()) {
+        m_data->forget(this);
+    }
+}
+
+void TipCheckPanel::build() {
+    m_tool->setObjectName(QLatin1String("comboBox_tool"));
+    m_tolerance->setObjectName(QLatin1String("doubleSpinBox_tolerance"));
+    m_start->setObjectName(QLatin1String("pushButton_start"));
+    m_stop->setObjectName(QLatin1String("pushButton_stop"));
+    m_startByButton->setObjectName(QLatin1String("checkBox_startByButton"));
+    m_rose->setObjectName(QLatin1String("roseView"));
+    m_tolerance->setRange(leastTolerance, greatestTolerance);
+    m_tolerance->setSingleStep(0.1);
+    m_tolerance->setValue(usualTolerance);
+    m_tolerance->setToolTip(tr("The tool's tip tolerance on the controller, or yours for this "
+                               "session; nothing is written to the controller"));
+    m_startByButton->setChecked(true);
+    m_words->setAccessibleName(tr("What to do"));
+    m_figures->setAccessibleName(tr("How far the check is"));
+    m_table->setAccessibleName(tr("Figures of the result"));
+    QFont bold = m_words->font();
+    bold.setBold(true);
+    m_words->setFont(bold);
+    m_table->setTextFormat(Qt::RichText);
+
+    auto* const content = new QWidget(this);
+    auto* const form = new QFormLayout;
+    auto* const toolLabel = new QLabel(tr("T&ool:"), content);
+    toolLabel->setBuddy(m_tool);
+    form->addRow(toolLabel, m_tool);
+    auto* const toleranceLabel = new QLabel(tr("To&lerance [mm]:"), content);
+    toleranceLabel->setBuddy(m_tolerance);
+    form->addRow(toleranceLabel, m_tolerance);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(m_start);
+    buttons->addWidget(m_stop);
+    buttons->addStretch();
+    auto* const page = new QVBoxLayout(content);
+    page->addLayout(form);
+    page->addWidget(m_startByButton);
+    page->addLayout(buttons);
+    page->addWidget(m_words);
+    page->addWidget(m_rose, 1);
+    page->addWidget(m_figures);
+    page->addWidget(m_table);
+    auto* const scrolled = new QScrollArea(this);
+    scrolled->setFrameShape(QFrame::NoFrame);
+    scrolled->setWidgetResizable(true);
+    scrolled->setFocusPolicy(Qt::NoFocus);
+    scrolled->setWidget(content);
+    auto* const whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(scrolled);
+    setTabOrder(m_tool, m_tolerance);
+    setTabOrder(m_tolerance, m_startByButton);
+    setTabOrder(m_startByButton, m_start);
+    setTabOrder(m_start, m_stop);
+
+    connect(m_start, &QPushButton::clicked, this, &TipCheckPanel::start);
+    connect(m_stop, &QPushButton::clicked, this, &TipCheckPanel::stop);
+    connect(m_tool, qOverload<int>(&QComboBox::currentIndexChanged), this, [this] {
+        chooseTolerance();
+        showState();
+    });
+    connect(m_tolerance, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
+            [this](double value) {
+                m_tolerances.insert(chosenTool(), value);
+                m_editedTolerances.insert(chosenTool(), true);
+            });
+}
+
+void TipCheckPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    updateWanted();
+}
+
+void TipCheckPanel::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    updateWanted();
+}
+
+// A check goes on in a dock that is covered by another one.
+void TipCheckPanel::updateWanted() {
+    if (!m_data.isNull()) {
+        m_data->setWanted(this, isVisible() || m_check.isRunning());
+    }
+}
+
+int TipCheckPanel::chosenTool() const {
+    const QVariant tool = m_tool->currentData();
+    return tool.isValid() ? tool.toInt() : -1;
+}
+
+bool TipCheckPanel::canStart(int tool) const {
+    return !m_data.isNull() && m_data->isReceiving() && !m_check.isRunning() && tool >= 0 &&
+           tool < m_data->tools().size() && m_data->tools().at(tool).calibrated;
+}
+
+void TipCheckPanel::readTolerances() {
+    const HostPointer host = m_data->host();
+    const int count = m_data->tools().size();
+    for (int tool = 0; tool < count; ++tool) {
+        if (m_editedTolerances.value(tool, false) || !m_data->tools().at(tool).calibrated) {
+            continue;
+        }
+        double tolerance = usualTolerance;
+        if (host->get_parameter_double(
+                &tolerance, "measurementtool measurement_tip_tolerance b%2.2d", tool + 1) != 0 ||
+            !std::isfinite(tolerance) || tolerance < leastTolerance ||
+            tolerance > greatestTolerance) {
+            hostlink::log(host, QStringLiteral("Error: Unable to get mea tip tolerance"));
+            tolerance = usualTolerance;
+        }
+        if (host.isHungUp()) {
+            return;
+        }
+        m_tolerances.insert(tool, tolerance);
+    }
+}
+
+// A tool that cannot be checked is not offered.
+void TipCheckPanel::listTools() {
+    const int chosen = chosenTool();
+    {
+        const QSignalBlocker blocker(m_tool);
+        m_tool->clear();
+        const QVector<ProbeTool>& tools = m_data->tools();
+        for (int tool = 0; tool < tools.size(); ++tool) {
+            if (tools.at(tool).calibrated) {
+                m_tool->addItem(bodytexts::toolName(tool), tool);
+            }
+        }
+        m_tool->setCurrentIndex(std::max(m_tool->findData(chosen), m_tool->count() > 0 ? 0 : -1));
+    }
+    chooseTolerance();
+}
+
+void TipCheckPanel::chooseTolerance() {
+    const QSignalBlocker blocker(m_tolerance);
+    m_tolerance->setValue(m_tolerances.value(chosenTool(), usualTolerance));
+}
+
+void TipCheckPanel::start() {
+    if (!canStart(chosenTool())) {
+        return;
+    }
+    m_tolerance->interpretText();
+    m_check.start(chosenTool(), m_tolerance->value(), LineTap::now());
+    updateWanted();
+    showState();
+}
+
+void TipCheckPanel::stop() {
+    const TipCheck::State before = m_check.state();
+    m_check.stop(LineTap::now());
+    follow(before);
+}
+
+void TipCheckPanel::loseMeasurement() {
+    m_pressed.clear();
+    const TipCheck::State before = m_check.state();
+    m_check.loseMeasurement(LineTap::now());
+    follow(before);
+    if (before == m_check.state()) {
+        showState();
+    }
+}
+
+void TipCheckPanel::takeSamples(const ProbeSamples& samples) {
+    for (const ProbeSample& sample : samples) {
+        watchButton(sample);
+        m_check.take(sample);
+    }
+    if (!m_check.isRunning()) {
+        return;
+    }
+    const TipCheck::State before = m_check.state();
+    m_check.tick(LineTap::now());
+    if (m_check.isRunning()) {
+        showRunning();
+    } else {
+        follow(before);
+    }
+}
+
+// A button that is held when it is first seen has not been pressed for this.
+void TipCheckPanel::watchButton(const ProbeSample& sample) {
+    const bool isPressed = (sample.buttons & 1U) != 0;
+    const bool wasPressed = m_pressed.value(sample.tool, true);
+    m_pressed.insert(sample.tool, isPressed);
+    if (isPressed && !wasPressed && m_startByButton->isChecked() && isVisible() &&
+        canStart(sample.tool)) {
+        m_tool->setCurrentIndex(m_tool->findData(sample.tool));
+        start();
+    }
+}
+
+void TipCheckPanel::follow(TipCheck::State before) {
+    if (before != m_check.state() && m_check.state() == TipCheck::State::Finished) {
+        showState();
+        updateWanted();
+        tellResult();
+    }
+}
+
+// The last thing that is done: the host may end the module inside.
+void TipCheckPanel::tellResult() {
+    const HostPointer host = m_data->host();
+    const QByteArray line =
+        tipchecktexts::toJson(m_check.result(), QDateTime::currentDateTimeUtc());
+    host->write_log("result", "ProbeCheckModule", 1, line.constData());
+}
+
+void TipCheckPanel::showRunning() {
+    const TipCheck::Result& result = m_check.result();
+    m_words->setText(tipchecktexts::runningWords(m_check));
+    m_rose->display(result.rose, true);
+    m_rose->setAccessibleDescription(m_words->text());
+    m_figures->setText(tr("%1 s, %2 poses, %3 % of the time hidden")
+                           .arg(bodytexts::fixed(result.duration, 0))
+                           .arg(result.poses)
+                           .arg(bodytexts::fixed(100.0 * result.hiddenShare, 0)));
+    m_table->clear();
+}
+
+void TipCheckPanel::showState() {
+    const bool isRunning = m_check.isRunning();
+    m_start->setEnabled(canStart(chosenTool()));
+    m_stop->setEnabled(isRunning);
+    m_tool->setEnabled(!isRunning && m_tool->count() > 0);
+    m_tolerance->setEnabled(!isRunning && m_tool->count() > 0);
+    if (isRunning) {
+        showRunning();
+        return;
+    }
+    m_figures->clear();
+    if (m_check.state() == TipCheck::State::Finished) {
+        m_words->setText(tipchecktexts::resultWords(m_check.result()));
+        m_table->setText(tipchecktexts::resultTable(m_check.result()));
+        m_rose->display(m_check.result().rose, false);
+    } else if (m_data.isNull() || !m_data->isReceiving()) {
+        m_words->setText(tr("No tracking runs. Start it to check a tip."));
+    } else if (m_tool->count() == 0) {
+        m_words->setText(tr("The controller has no calibrated Measurement Tool."));
+    } else {
+        m_words->setText(tr("Put the tip into a hollow, press Start or the tool's first button, "
+                            "and tilt the tool slowly to all sides for some ten seconds."));
+    }
+}
