@@ -410,14 +410,204 @@
     </message>
 </context>
 <context>
-    <name>TipCheckPanel</name>
+    <name>RoseView</name>
     <message>
-        <source>Tracking runs.</source>
-        <translation>Das Tracking läuft.</translation>
+        <source>Directions of tilt</source>
+        <translation>Neigungsrichtungen</translation>
     </message>
     <message>
-        <source>No tracking runs.</source>
-        <translation>Es läuft kein Tracking.</translation>
+        <source>Directions in which the tool has been tilted, seen from above: filled ones are reached, the triangles point to those that are missing, the ring is the tool.</source>
+        <translation>Richtungen, in die das Werkzeug geneigt worden ist, von oben gesehen: gefüllte sind erreicht, die Dreiecke zeigen zu den fehlenden, der Ring ist das Werkzeug.</translation>
+    </message>
+</context>
+<context>
+    <name>TipCheckPanel</name>
+    <message>
+        <source>&amp;Start</source>
+        <translation>&amp;Start</translation>
+    </message>
+    <message>
+        <source>Sto&amp;p</source>
+        <translation>Sto&amp;pp</translation>
+    </message>
+    <message>
+        <source>Start with the tool&apos;s first &amp;button</source>
+        <translation>Mit der ersten Taste des Werkzeugs &amp;beginnen</translation>
+    </message>
+    <message>
+        <source>The tool&apos;s tip tolerance on the controller, or yours for this session; nothing is written to the controller</source>
+        <translation>Die Spitzentoleranz des Werkzeugs auf dem Controller oder Ihre für diese Sitzung; auf den Controller wird nichts geschrieben</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Was zu tun ist</translation>
+    </message>
+    <message>
+        <source>How far the check is</source>
+        <translation>Stand der Prüfung</translation>
+    </message>
+    <message>
+        <source>Figures of the result</source>
+        <translation>Zahlen des Ergebnisses</translation>
+    </message>
+    <message>
+        <source>T&amp;ool:</source>
+        <translation>W&amp;erkzeug:</translation>
+    </message>
+    <message>
+        <source>To&amp;lerance [mm]:</source>
+        <translation>To&amp;leranz [mm]:</translation>
+    </message>
+    <message>
+        <source>%1 s, %2 poses, %3 % of the time hidden</source>
+        <translation>%1 s, %2 Posen, %3 % der Zeit verdeckt</translation>
+    </message>
+    <message>
+        <source>No tracking runs. Start it to check a tip.</source>
+        <translation>Es läuft kein Tracking. Starten Sie es, um eine Spitze zu prüfen.</translation>
+    </message>
+    <message>
+        <source>The controller has no calibrated Measurement Tool.</source>
+        <translation>Der Controller hat kein kalibriertes Messwerkzeug.</translation>
+    </message>
+    <message>
+        <source>Put the tip into a hollow, press Start or the tool&apos;s first button, and tilt the tool slowly to all sides for some ten seconds.</source>
+        <translation>Setzen Sie die Spitze in eine Mulde, drücken Sie Start oder die erste Taste des Werkzeugs und neigen Sie es langsam etwa zehn Sekunden lang nach allen Seiten.</translation>
+    </message>
+</context>
+<context>
+    <name>TipCheckTexts</name>
+    <message>
+        <source>No result: this motion does not determine the tip.</source>
+        <translation>Kein Ergebnis: Diese Bewegung bestimmt die Spitze nicht.</translation>
+    </message>
+    <message>
+        <source>Tilt more slowly.</source>
+        <translation>Neigen Sie langsamer.</translation>
+    </message>
+    <message>
+        <source>Tilt further and for longer.</source>
+        <translation>Neigen Sie weiter und länger.</translation>
+    </message>
+    <message>
+        <source>Tilt the tool to all sides.</source>
+        <translation>Neigen Sie das Werkzeug nach allen Seiten.</translation>
+    </message>
+    <message>
+        <source>Tilt more to left and right.</source>
+        <translation>Neigen Sie mehr nach links und rechts.</translation>
+    </message>
+    <message>
+        <source>Tilt more to front and back.</source>
+        <translation>Neigen Sie mehr nach vorn und hinten.</translation>
+    </message>
+    <message>
+        <source>Tilt more to front right and back left.</source>
+        <translation>Neigen Sie mehr nach vorn rechts und hinten links.</translation>
+    </message>
+    <message>
+        <source>Tilt more to front left and back right.</source>
+        <translation>Neigen Sie mehr nach vorn links und hinten rechts.</translation>
+    </message>
+    <message>
+        <source>The tool is hidden.</source>
+        <translation>Das Werkzeug ist verdeckt.</translation>
+    </message>
+    <message>
+        <source>The reference %1 is lost.</source>
+        <translation>Die Referenz %1 ist verloren.</translation>
+    </message>
+    <message>
+        <source>No data come.</source>
+        <translation>Es kommen keine Daten.</translation>
+    </message>
+    <message>
+        <source>The tip seems to slip.</source>
+        <translation>Die Spitze scheint zu rutschen.</translation>
+    </message>
+    <message>
+        <source>Go on. So far: %1 mm.</source>
+        <translation>Weiter so. Bisher: %1 mm.</translation>
+    </message>
+    <message>
+        <source>Go on.</source>
+        <translation>Weiter so.</translation>
+    </message>
+    <message>
+        <source>A tolerance would decide.</source>
+        <translation>Eine Toleranz würde entscheiden.</translation>
+    </message>
+    <message>
+        <source>The error is too close to the tolerance to be told from it.</source>
+        <translation>Der Fehler ist zu nah an der Toleranz, um ihn davon zu unterscheiden.</translation>
+    </message>
+    <message>
+        <source>Tilt by %1 degrees instead of %2.</source>
+        <translation>Neigen Sie um %1 Grad statt um %2.</translation>
+    </message>
+    <message>
+        <source>Tilt by %1 degrees instead of %2, and for longer.</source>
+        <translation>Neigen Sie um %1 Grad statt um %2, und länger.</translation>
+    </message>
+    <message>
+        <source>Tilt for longer.</source>
+        <translation>Neigen Sie länger.</translation>
+    </message>
+    <message>
+        <source>No result: the tip has slipped by %1 mm. Hold it in the hollow and start again.</source>
+        <translation>Kein Ergebnis: Die Spitze ist um %1 mm gerutscht. Halten Sie sie in der Mulde und beginnen Sie von vorn.</translation>
+    </message>
+    <message>
+        <source>The tip conforms: wrong by %1 mm, tolerance %2 mm.</source>
+        <translation>Die Spitze stimmt: Abweichung %1 mm, Toleranz %2 mm.</translation>
+    </message>
+    <message>
+        <source>The tip does not conform: wrong by %1 mm, tolerance %2 mm: calibrate again, menu Tracking, &quot;Measurement Tool tip calibration&quot;.</source>
+        <translation>Die Spitze stimmt nicht: Abweichung %1 mm, Toleranz %2 mm: neu kalibrieren, Menü Tracking, „Kalibrierung der Tasterspitze“.</translation>
+    </message>
+    <message>
+        <source>Undecided: wrong by %1 mm, tolerance %2 mm.</source>
+        <translation>Unentschieden: Abweichung %1 mm, Toleranz %2 mm.</translation>
+    </message>
+    <message>
+        <source>Error of the tip x, y, z [mm]</source>
+        <translation>Abweichung der Spitze x, y, z [mm]</translation>
+    </message>
+    <message>
+        <source>Its length ± radius of the 95 % region [mm]</source>
+        <translation>Ihre Länge ± Radius des 95-%-Bereichs [mm]</translation>
+    </message>
+    <message>
+        <source>Residual (RMS distance from the resting point) [mm]</source>
+        <translation>Restfehler (RMS-Abstand vom Ruhepunkt) [mm]</translation>
+    </message>
+    <message>
+        <source>Resting point x, y, z [mm]</source>
+        <translation>Ruhepunkt x, y, z [mm]</translation>
+    </message>
+    <message>
+        <source>Slip [mm]</source>
+        <translation>Rutschen [mm]</translation>
+    </message>
+    <message>
+        <source>Coverage (0 to 1)</source>
+        <translation>Abdeckung (0 bis 1)</translation>
+    </message>
+    <message>
+        <source>Tilt [degrees]</source>
+        <translation>Neigung [Grad]</translation>
+    </message>
+    <message>
+        <source>Poses</source>
+        <translation>Posen</translation>
+    </message>
+    <message>
+        <source>Duration [s]</source>
+        <translation type="unfinished">Dauer [s]</translation>
+    </message>
+    <message>
+        <source>Hidden [%]</source>
+        <translation>Verdeckt [%]</translation>
     </message>
 </context>
 <context>
