@@ -290,6 +290,10 @@ void TipCheckPanel::showRunning() {
 
 void TipCheckPanel::showState() {
     const bool isRunning = m_check.isRunning();
+    // The one that can be pressed next first, so that it gets the focus of the other one.
+    if (isRunning) {
+        m_stop->setEnabled(true);
+    }
     m_start->setEnabled(canStart(chosenTool()));
     m_stop->setEnabled(isRunning);
     m_tool->setEnabled(!isRunning && m_tool->count() > 0);
