@@ -603,7 +603,7 @@
     </message>
     <message>
         <source>Duration [s]</source>
-        <translation type="unfinished">Dauer [s]</translation>
+        <translation>Dauer [s]</translation>
     </message>
     <message>
         <source>Hidden [%]</source>
