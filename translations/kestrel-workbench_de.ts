@@ -468,6 +468,133 @@
     </message>
 </context>
 <context>
+    <name>workbench::CsvExport</name>
+    <message>
+        <source>not a recording of a known format</source>
+        <translation>keine Aufzeichnung in einem bekannten Format</translation>
+    </message>
+    <message>
+        <source>the header has no start</source>
+        <translation>im Kopf fehlt der Beginn</translation>
+    </message>
+    <message>
+        <source>the file ends inside its header</source>
+        <translation>die Datei endet in ihrem Kopf</translation>
+    </message>
+    <message>
+        <source>unreadable start</source>
+        <translation>unlesbarer Beginn</translation>
+    </message>
+    <message>
+        <source>unknown line in the header</source>
+        <translation>unbekannte Zeile im Kopf</translation>
+    </message>
+    <message>
+        <source>unreadable version</source>
+        <translation>unlesbare Version</translation>
+    </message>
+    <message>
+        <source>unreadable parameter</source>
+        <translation>unlesbarer Parameter</translation>
+    </message>
+    <message>
+        <source>too many parameters</source>
+        <translation>zu viele Parameter</translation>
+    </message>
+    <message>
+        <source>unreadable time stamp</source>
+        <translation>unlesbarer Zeitstempel</translation>
+    </message>
+    <message>
+        <source>the time stamp goes backwards</source>
+        <translation>der Zeitstempel läuft rückwärts</translation>
+    </message>
+    <message>
+        <source>unreadable wall clock</source>
+        <translation>unlesbare Uhrzeit</translation>
+    </message>
+    <message>
+        <source>unreadable escape</source>
+        <translation>unlesbare Zeichenumschreibung</translation>
+    </message>
+    <message>
+        <source>the channel is not that of the line</source>
+        <translation>der Kanal ist nicht der der Zeile</translation>
+    </message>
+    <message>
+        <source>the line is too long</source>
+        <translation>die Zeile ist zu lang</translation>
+    </message>
+    <message>
+        <source>the file cannot be read on</source>
+        <translation>die Datei ist nicht weiter lesbar</translation>
+    </message>
+    <message>
+        <source>only an ordinary file can be read, not a folder, pipe or device</source>
+        <translation>nur eine gewöhnliche Datei ist lesbar, kein Ordner, keine Pipe und kein Gerät</translation>
+    </message>
+    <message>
+        <source>Recordings (*.kestrel);;All files (*)</source>
+        <translation>Aufzeichnungen (*.kestrel);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Recording to export</source>
+        <translation>Zu exportierende Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>Export as CSV</source>
+        <translation>Als CSV exportieren</translation>
+    </message>
+    <message>
+        <source>Tables (*.csv);;All files (*)</source>
+        <translation>Tabellen (*.csv);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>%1 is the recording itself</source>
+        <translation>%1 ist die Aufzeichnung selbst</translation>
+    </message>
+    <message>
+        <source>Writing %1</source>
+        <translation>%1 wird geschrieben</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 could not be written to %2: %3</source>
+        <translation>%1 konnte nicht nach %2 geschrieben werden: %3</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 is damaged, %2; %3 has what is before it</source>
+        <translation>%1 ist beschädigt, %2; %3 enthält, was davor steht</translation>
+    </message>
+    <message>
+        <source>%1 is damaged, %2</source>
+        <translation>%1 ist beschädigt, %2</translation>
+    </message>
+    <message>
+        <source>The export to %1 was cancelled</source>
+        <translation>Der Export nach %1 wurde abgebrochen</translation>
+    </message>
+    <message>
+        <source>Wrote %1 rows to %2</source>
+        <translation>%1 Zeilen nach %2 geschrieben</translation>
+    </message>
+    <message>
+        <source>The last line of %1 is cut and left out</source>
+        <translation>Die letzte Zeile von %1 ist abgeschnitten und wurde weggelassen</translation>
+    </message>
+    <message>
+        <source>%1 data lines of %2 could not be read and have no rows</source>
+        <translation>%1 Datenzeilen von %2 waren unlesbar und fehlen in der Tabelle</translation>
+    </message>
+</context>
+<context>
     <name>workbench::GuideDialog</name>
     <message>
         <source>User guide</source>
@@ -713,6 +840,18 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     <message>
         <source>last frame %1 s ago, about %2 lost</source>
         <translation>vor %1 s, etwa %2 verloren</translation>
+    </message>
+    <message>
+        <source>Export recording as &amp;CSV…</source>
+        <translation>Aufzeichnung als &amp;CSV exportieren …</translation>
+    </message>
+    <message>
+        <source>Write the frames of a recording as a table</source>
+        <translation>Die Frames einer Aufzeichnung als Tabelle schreiben</translation>
+    </message>
+    <message>
+        <source>The disk is nearly full: room for %1 of recording</source>
+        <translation>Der Datenträger ist fast voll: Platz für %1 Aufzeichnung</translation>
     </message>
 </context>
 <context>
@@ -963,6 +1102,46 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>, %1 not written</source>
         <translation>, %1 nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>It is whole until then: %1 frames.</source>
+        <translation>Sie ist bis dahin vollständig: %1 Frames.</translation>
+    </message>
+    <message>
+        <source>There are no frames in it.</source>
+        <translation>Sie enthält keine Frames.</translation>
+    </message>
+    <message>
+        <source>less than a minute</source>
+        <translation>weniger als eine Minute</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
+    </message>
+    <message>
+        <source>%1 days</source>
+        <translation>%1 Tage</translation>
+    </message>
+    <message>
+        <source>the controller is gone</source>
+        <translation>der Controller ist verschwunden</translation>
+    </message>
+    <message>
+        <source>the connection was closed</source>
+        <translation>die Verbindung wurde getrennt</translation>
+    </message>
+    <message>
+        <source>, %1 free</source>
+        <translation>, %1 frei</translation>
+    </message>
+    <message>
+        <source>, room for %1</source>
+        <translation>, Platz für %1</translation>
     </message>
 </context>
 <context>

@@ -11,6 +11,7 @@
 #include <pthread.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 #include <utility>
 
@@ -25,6 +26,7 @@ class Texts {
 constexpr mode_t newFileMode = 0666;           // less what the user's mask takes away
 constexpr std::size_t batchBytes = 256 * 1024; // of lines that become one write
 constexpr std::chrono::milliseconds lookInterval{1000};
+constexpr std::size_t rateSamples = 11; // the last ten seconds
 
 QString systemError() {
     return QString::fromLocal8Bit(std::strerror(errno));
@@ -112,7 +114,9 @@ void RecordingWriter::run() {
     blockSignals();
     Batch batch;
     if (begin()) {
+        measure();
         while (takeBatch(batch) && write(batch)) {
+            measure();
         }
         endIfGone();
     }
@@ -194,6 +198,26 @@ bool RecordingWriter::write(const Batch& batch) {
         return false;
     }
     return !endIfGone();
+}
+
+// Once a second: how much room the disk has, and how fast it is used up.
+void RecordingWriter::measure() {
+    const Clock::time_point now = Clock::now();
+    if (!m_samples.empty() && now - m_samples.back().time < lookInterval) {
+        return;
+    }
+    m_samples.push_back({now, m_size});
+    if (m_samples.size() > rateSamples) {
+        m_samples.pop_front();
+    }
+    const std::chrono::duration<double> seconds = now - m_samples.front().time;
+    const auto bytes = static_cast<double>(m_size - m_samples.front().size);
+    struct statvfs disk {};
+    const bool known = timed([&] { return ::fstatvfs(m_file, &disk); }) == 0;
+    const auto room = static_cast<qint64>(disk.f_bavail) * static_cast<qint64>(disk.f_frsize);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_status.freeBytes = known ? room : -1;
+    m_status.bytesPerSecond = seconds.count() > 0.0 ? bytes / seconds.count() : 0.0;
 }
 
 std::size_t RecordingWriter::writeBytes(std::string_view text, QString* error) {

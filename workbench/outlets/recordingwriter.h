@@ -35,11 +35,13 @@ public:
     static constexpr std::chrono::milliseconds patience{2000};
 
     struct Status {
-        bool running = false;  ///< frames are taken, or are still to be written
-        bool begun = false;    ///< the file is open and has its header
-        bool stalled = false;  ///< the disk has not answered for some seconds
-        QString fileName;      ///< of the recording that runs or ran last
-        quint64 frames = 0;    ///< handed to the operating system, whole
+        bool running = false;      ///< frames are taken, or are still to be written
+        bool begun = false;        ///< the file is open and has its header
+        bool stalled = false;      ///< the disk has not answered for some seconds
+        QString fileName;          ///< of the recording that runs or ran last
+        quint64 frames = 0;        ///< handed to the operating system, whole
+        qint64 freeBytes = -1;     ///< on the disk of the file; -1: unknown
+        double bytesPerSecond = 0; ///< that the recording has taken lately
         quint64 unwritten = 0; ///< received and given up: the queue was full or the disk refused
         QString error; ///< not empty: why the recording could not begin or has ended by itself
     };
@@ -84,6 +86,7 @@ private:
     bool write(const Batch& batch);
     std::size_t writeBytes(std::string_view text, QString* error);
     bool endIfGone();
+    void measure();
     void end(const QString& error);
     bool isAbandoned() const;
     bool isStalled() const;
@@ -98,6 +101,12 @@ private:
 
     int m_file = -1;         // run() only
     std::int64_t m_size = 0; // of whole frames; run() only
+
+    struct Sample {
+        Clock::time_point time;
+        std::int64_t size = 0;
+    };
+    std::deque<Sample> m_samples; // of the last seconds; run() only
 
     mutable std::mutex m_mutex; // of what follows; never held during a call to the system
     std::condition_variable m_wake;

@@ -15,7 +15,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStyle>
@@ -62,12 +61,6 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
     connect(&m_backend.monitor, &MeasurementMonitor::changed, this, &MainWindow::onMeasuring);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::onAboutToQuit);
-    connect(&m_recording, &RecordingControl::changed, this,
-            [this](bool running, const QString& error) {
-                showState();
-                showNumbers();
-                Q_EMIT recordingChanged(running, error);
-            });
     connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::showNumbers);
     connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::tellOfLongLines);
     m_numbersTimer.start(numbersIntervalMs);
@@ -113,6 +106,7 @@ void MainWindow::setUpActions() {
     for (const MenuEntry& entry : entries) {
         m_menus->add(entry);
     }
+    setUpRecording();
     m_menus->arrange();
     connect(ui.actionConnect, &QAction::triggered, this, &MainWindow::askForAddress);
     connect(ui.actionDisconnect, &QAction::triggered, &m_backend.session,
@@ -228,19 +222,6 @@ void MainWindow::onMeasuring(bool measuring) {
         m_backend.log.info(measuring ? tr("Measurement started") : tr("Measurement stopped"));
     }
     showState();
-}
-
-void MainWindow::askForRecording() {
-    const QString fileName =
-        QFileDialog::getSaveFileName(this, tr("Record to"), QStringLiteral("session.kestrel"),
-                                     tr("Recordings (*.kestrel);;All files (*)"));
-    if (!fileName.isEmpty()) {
-        startRecording(fileName);
-    }
-}
-
-void MainWindow::startRecording(const QString& fileName) {
-    m_recording.start(fileName);
 }
 
 QStringList MainWindow::moduleRows() const {

@@ -4,6 +4,7 @@
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/window/opendialogs.h"
+#include "workbench/window/csvexport.h"
 #include "workbench/window/recordingcontrol.h"
 #include "workbench/window/windowsettings.h"
 
@@ -80,6 +81,7 @@ private:
     void setUpActions();
     void setUpStatusBar();
     void askForAddress();
+    void setUpRecording();
     void askForRecording();
     void showGuide();
     void showAbout();
@@ -99,6 +101,7 @@ private:
     Backend m_backend;
     WindowSettings m_settings;
     RecordingControl m_recording;
+    CsvExport m_csvExport{m_backend.log, this};
     ModuleHost m_modules;
     MenuArranger* m_menus = nullptr;
     Banner* m_banner = nullptr;

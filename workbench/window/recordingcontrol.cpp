@@ -1,7 +1,17 @@
 #include "workbench/window/recordingcontrol.h"
 
+#include "workbench/controller/controllersession.h"
 #include "workbench/outlets/recorder.h"
 #include "workbench/text/logmodel.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QStandardPaths>
+
+#include <algorithm>
 
 namespace workbench {
 
@@ -9,16 +19,54 @@ namespace {
 
 constexpr int followIntervalMs = 50;
 
+class Texts {
+    Q_DECLARE_TR_FUNCTIONS(workbench::RecordingControl)
+};
+
+QString contentText(quint64 frames) {
+    return frames > 0 ? Texts::tr("It is whole until then: %1 frames.").arg(frames)
+                      : Texts::tr("There are no frames in it.");
+}
+
+} // namespace
+
+qint64 secondsLeft(qint64 freeBytes, double bytesPerSecond) {
+    constexpr double longest = 1e9; // more than anybody waits for
+    if (freeBytes < 0 || !(bytesPerSecond > 0.0)) {
+        return -1;
+    }
+    return static_cast<qint64>(std::min(longest, static_cast<double>(freeBytes) / bytesPerSecond));
+}
+
+QString timeText(qint64 seconds) {
+    constexpr qint64 minute = 60;
+    constexpr qint64 hour = 60 * minute;
+    constexpr qint64 day = 24 * hour;
+    if (seconds < minute) {
+        return Texts::tr("less than a minute");
+    }
+    if (seconds < 2 * hour) {
+        return Texts::tr("%1 min").arg(seconds / minute);
+    }
+    if (seconds < 2 * day) {
+        return Texts::tr("%1 h").arg(seconds / hour);
+    }
+    return Texts::tr("%1 days").arg(std::min<qint64>(seconds / day, 999));
 }
 
 RecordingControl::RecordingControl(ControllerSession& session, Recorder& recorder, LogModel& log,
-                                   QObject* parent)
+                                   QObject* parent, int goneMs)
     : QObject(parent)
+    , m_session(session)
     , m_recorder(recorder)
     , m_log(log)
     , m_headerQuery(session) {
     m_followTimer.setInterval(followIntervalMs);
     connect(&m_followTimer, &QTimer::timeout, this, &RecordingControl::follow);
+    m_goneTimer.setSingleShot(true);
+    m_goneTimer.setInterval(goneMs);
+    connect(&m_goneTimer, &QTimer::timeout, this, [this] { endFor(tr("the controller is gone")); });
+    connect(&session, &ControllerSession::stateChanged, this, &RecordingControl::watchConnection);
 }
 
 bool RecordingControl::isRunning() const {
@@ -38,22 +86,62 @@ void RecordingControl::start(const QString& fileName) {
             m_begun = false;
             m_stalled = false;
             m_incomplete = false;
+            m_folder = QFileInfo(fileName).absolutePath();
+            m_stopping = false;
+            m_endReason.clear();
             m_followTimer.start();
+            watchConnection();
         }
     });
+}
+
+QString RecordingControl::suggestedFile() const {
+    QString folder = m_folder;
+    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
+        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    }
+    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
+        folder = QDir::homePath();
+    }
+    const QDateTime now = QDateTime::currentDateTime();
+    // No colons: not every file system takes them.
+    return QDir(folder).filePath(
+        now.toString(QStringLiteral("'recording_'yyyy-MM-dd_HH-mm-ss'.kestrel'")));
 }
 
 void RecordingControl::refuse(const QString& fileName, const QString& error) {
     m_log.problem(tr("%1 cannot be written: %2").arg(fileName, error));
     Q_EMIT changed(false, error);
+    Q_EMIT failed(tr("%1 cannot be written: %2").arg(fileName, error));
+}
+
+void RecordingControl::watchConnection() {
+    if (!isRunning() || m_session.isReady()) {
+        m_goneTimer.stop();
+    } else if (m_session.state() == ControllerSession::State::Disconnected) {
+        endFor(tr("the connection was closed"));
+    } else if (!m_goneTimer.isActive()) {
+        m_goneTimer.start();
+    }
+}
+
+void RecordingControl::endFor(const QString& reason) {
+    if (isRunning() && !m_stopping) {
+        m_stopping = true;
+        m_endReason = reason;
+        m_recorder.stop();
+        follow();
+    }
 }
 
 void RecordingControl::stop() {
+    m_stopping = true;
     m_recorder.stop();
     follow();
 }
 
 void RecordingControl::finish() {
+    m_stopping = true;
     m_recorder.stop();
     m_recorder.waitForEnd();
     follow();
@@ -64,8 +152,10 @@ void RecordingControl::follow() {
         return;
     }
     tellProgress();
+    tellRoom();
     if (!m_recorder.status().running) {
         m_followTimer.stop();
+        m_goneTimer.stop();
         tellEnd();
     }
 }
@@ -99,17 +189,35 @@ void RecordingControl::tellEnd() {
         return;
     }
     m_log.info(tr("Recorded %1 frames to %2").arg(QString::number(status.frames), status.fileName));
-    QString error = status.error;
+    QString error = status.error.isEmpty() ? m_endReason : status.error;
+    QString sentence;
     if (!error.isEmpty()) {
-        m_log.problem(tr("The recording to %1 ended: %2").arg(status.fileName, error));
+        sentence = tr("The recording to %1 ended: %2").arg(status.fileName, error);
+        m_log.problem(sentence);
+        sentence += QStringLiteral(". ") + contentText(status.frames);
     }
     if (status.unwritten > 0) {
         const QString missing = tr("%1 frames could not be written to %2")
                                     .arg(QString::number(status.unwritten), status.fileName);
         m_log.problem(missing);
+        sentence = sentence.isEmpty() ? missing : sentence;
         error = error.isEmpty() ? missing : error;
     }
     Q_EMIT changed(false, error);
+    if (!sentence.isEmpty()) {
+        Q_EMIT failed(sentence);
+    }
+}
+
+void RecordingControl::tellRoom() {
+    const Recorder::Status status = m_recorder.status();
+    const qint64 seconds = secondsLeft(status.freeBytes, status.bytesPerSecond);
+    const bool isShort = status.running && seconds >= 0 && seconds < shortRoomSeconds;
+    const QString room = isShort ? timeText(seconds) : QString();
+    if (room != m_room) {
+        m_room = room;
+        Q_EMIT roomIsShort(room);
+    }
 }
 
 QString RecordingControl::stateText() const {
@@ -125,7 +233,16 @@ QString RecordingControl::numbersText() const {
     if (!status.running) {
         return tr("none");
     }
-    const QString text = tr("%1 frames to %2").arg(QString::number(status.frames), status.fileName);
+    QString text = tr("%1 frames to %2").arg(QString::number(status.frames), status.fileName);
+    if (status.freeBytes >= 0) {
+        text +=
+            tr(", %1 free")
+                .arg(QLocale().formattedDataSize(status.freeBytes, 1, QLocale::DataSizeSIFormat));
+    }
+    const qint64 seconds = secondsLeft(status.freeBytes, status.bytesPerSecond);
+    if (seconds >= 0) {
+        text += tr(", room for %1").arg(timeText(seconds));
+    }
     return status.unwritten == 0 ? text : text + tr(", %1 not written").arg(status.unwritten);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/workbench/outlets/fulldisk.h"
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "workbench/outlets/recorder.h"
 
@@ -5,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -13,7 +15,6 @@
 #include <fcntl.h>
 #include <future>
 #include <sstream>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -38,28 +39,6 @@ RecordingHeader header() {
 constexpr int patience = 15000;
 constexpr std::size_t smallQueue = 200 * 1024;
 constexpr int unheldMs = 1000; // half of the time for which the disk hangs at least
-
-// The kernel refuses to let a file grow beyond this size, as a full disk does.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t size)
-        : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit tight = m_before;
-        tight.rlim_cur = size;
-        ::setrlimit(RLIMIT_FSIZE, &tight);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    void (*m_handler)(int);
-    rlimit m_before = {};
-};
 
 } // namespace
 
@@ -202,6 +181,24 @@ private Q_SLOTS:
                                        told));
         QVERIFY(told >= QDateTime::currentMSecsSinceEpoch() + 3600000 - patience);
         QVERIFY(told <= QDateTime::currentMSecsSinceEpoch() + 3600000);
+    }
+
+    void theRoomOnTheDiskAndTheRateAreTold() {
+        Recorder recorder;
+        QString error;
+        QCOMPARE(recorder.status().freeBytes, qint64(-1));
+        QVERIFY(start(recorder, path(), &error));
+        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().freeBytes >= 0, patience);
+        const QStorageInfo disk(m_folder.path());
+        QVERIFY(recorder.status().freeBytes <= disk.bytesTotal());
+        QVERIFY(recorder.status().freeBytes > 0);
+        const std::string line(1000, 'x');
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (recorder.frame({line}), recorder.status().bytesPerSecond >= 1000.0), patience);
+        // Nothing more comes: the rate of the last seconds fades away.
+        const double before = recorder.status().bytesPerSecond;
+        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().bytesPerSecond < before, patience);
+        end(recorder);
     }
 
     void framesAreCounted() {

@@ -1,12 +1,18 @@
 #include "tests/workbench/backendfixture.h"
+#include "tests/workbench/outlets/fulldisk.h"
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/recordingcontrol.h"
 
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <limits>
 #include <memory>
 
 using workbench::Recorder;
@@ -28,6 +34,10 @@ class TestRecordingControl : public QObject {
     std::unique_ptr<BackendFixture> m_backend;
 
     QString path() const { return m_folder.filePath(QStringLiteral("r.kestrel")); }
+    QByteArray content() const {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     QString log() const {
         QCoreApplication::processEvents();
         return m_backend->log.toText();
@@ -127,6 +137,137 @@ private Q_SLOTS:
         QVERIFY(changed.wait(patience));
         QCOMPARE(changed.at(1).first().toBool(), false);
         QVERIFY(log().contains(QStringLiteral("ended: the file was removed meanwhile")));
+    }
+
+    void aRecordingThatEndsByItselfIsToldWithItsReasonAndIsWhole_data() {
+        QTest::addColumn<QString>("cause");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("controller gone")
+            << QStringLiteral("gone") << QStringLiteral("the controller is gone");
+        QTest::newRow("connection closed")
+            << QStringLiteral("closed") << QStringLiteral("the connection was closed");
+        QTest::newRow("disk full") << QStringLiteral("full") << QStringLiteral("File too large");
+    }
+    void aRecordingThatEndsByItselfIsToldWithItsReasonAndIsWhole() {
+        QFETCH(QString, cause);
+        QFETCH(QString, reason);
+        constexpr int goneMs = 200;
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log, nullptr,
+                                 goneMs);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        QSignalSpy failed(&control, &RecordingControl::failed);
+        control.start(path());
+        QVERIFY(changed.wait(patience));
+        Recorder& recorder = m_backend->recorder;
+        recorder.frame({"fr 1", "6dmt 0"});
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.status().frames, quint64(1), patience);
+        const QByteArray before = content();
+        if (cause == QStringLiteral("full")) {
+            const FullDisk disk(static_cast<rlim_t>(before.size()) + 5);
+            recorder.frame({"fr 2", "6dmt 0"});
+            QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, patience);
+        } else if (cause == QStringLiteral("gone")) {
+            m_controller->stopListening();
+            m_controller->dropConnections();
+        } else {
+            m_backend->session.disconnectFromController();
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, patience);
+        QCOMPARE(failed.first().first().toString(),
+                 QStringLiteral("The recording to %1 ended: %2. It is whole until then: 1 frames.")
+                     .arg(path(), reason));
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(changed.at(1).at(0).toBool(), false);
+        QCOMPARE(changed.at(1).at(1).toString(), reason);
+        QVERIFY(!control.isRunning());
+        QCOMPARE(content(), before); // to the last whole line
+        QVERIFY(before.endsWith(" 6dmt 6dmt 0\n"));
+        QVERIFY(log().contains(reason));
+    }
+
+    void aConnectionThatComesBackSoonDoesNotEndTheRecording() {
+        constexpr int goneMs = 60000;
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log, nullptr,
+                                 goneMs);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        QSignalSpy failed(&control, &RecordingControl::failed);
+        control.start(path());
+        QVERIFY(changed.wait(patience));
+        m_controller->dropConnections();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_backend->session.isReady(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_backend->session.isReady(), patience);
+        QVERIFY(control.isRunning());
+        m_backend->recorder.frame({"fr 2"});
+        QTRY_COMPARE_WITH_TIMEOUT(m_backend->recorder.status().frames, quint64(1), patience);
+        control.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 2, patience);
+        QCOMPARE(changed.at(1).at(1).toString(), QString());
+        QCOMPARE(failed.size(), 0);
+    }
+
+    void anEndByHandIsNoFailure() {
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        QSignalSpy failed(&control, &RecordingControl::failed);
+        control.start(path());
+        QVERIFY(changed.wait(patience));
+        control.stop();
+        m_backend->session.disconnectFromController();
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 2, patience);
+        QCOMPARE(changed.at(1).at(1).toString(), QString());
+        QCOMPARE(failed.size(), 0);
+    }
+
+    void theRoomOnTheDiskIsInTheStatus() {
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        control.start(path());
+        QVERIFY(changed.wait(patience));
+        QTRY_VERIFY_WITH_TIMEOUT(control.numbersText().contains(QStringLiteral(" free")), patience);
+        const std::string line(1000, 'x');
+        QTRY_VERIFY_WITH_TIMEOUT((m_backend->recorder.frame({line}),
+                                  control.numbersText().contains(QStringLiteral(", room for "))),
+                                 patience);
+        control.stop();
+    }
+
+    void theRoomIsToldAsATime() {
+        QCOMPARE(workbench::secondsLeft(-1, 5.0), qint64(-1));
+        QCOMPARE(workbench::secondsLeft(1000, 0.0), qint64(-1));
+        QCOMPARE(workbench::secondsLeft(1000, 10.0), qint64(100));
+        QCOMPARE(workbench::secondsLeft(0, 10.0), qint64(0));
+        QVERIFY(workbench::secondsLeft(std::numeric_limits<qint64>::max(), 1e-300) > 0);
+        QCOMPARE(workbench::timeText(0), QStringLiteral("less than a minute"));
+        QCOMPARE(workbench::timeText(60), QStringLiteral("1 min"));
+        QCOMPARE(workbench::timeText(7199), QStringLiteral("119 min"));
+        QCOMPARE(workbench::timeText(7200), QStringLiteral("2 h"));
+        QCOMPARE(workbench::timeText(172799), QStringLiteral("47 h"));
+        QCOMPARE(workbench::timeText(172800), QStringLiteral("2 days"));
+        QCOMPARE(workbench::timeText(1000000000), QStringLiteral("999 days"));
+    }
+
+    void theSuggestedNameHasDateTimeAndSuffix() {
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        const QDateTime before = QDateTime::currentDateTime();
+        const QFileInfo first(control.suggestedFile());
+        const QDateTime after = QDateTime::currentDateTime();
+        const QRegularExpression form(
+            QStringLiteral("^recording_(\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d)\\.kestrel$"));
+        const QRegularExpressionMatch match = form.match(first.fileName());
+        QVERIFY2(match.hasMatch(), qPrintable(first.fileName()));
+        const QDateTime named =
+            QDateTime::fromString(match.captured(1), QStringLiteral("yyyy-MM-dd_HH-mm-ss"));
+        QVERIFY(named >= before.addSecs(-1));
+        QVERIFY(named <= after);
+        QVERIFY(first.isAbsolute());
+        QVERIFY(first.dir().exists());
+
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        control.start(path());
+        QVERIFY(changed.wait(patience));
+        control.finish();
+        QCOMPARE(QFileInfo(control.suggestedFile()).path(),
+                 m_folder.path()); // where the last one is
     }
 };
 

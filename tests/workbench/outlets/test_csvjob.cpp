@@ -1,0 +1,159 @@
+#include "tests/workbench/outlets/fulldisk.h"
+#include "workbench/outlets/csvjob.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+using kestrel_recording::Outcome;
+using workbench::CsvJob;
+
+namespace {
+
+constexpr int patience = 30000;
+constexpr const char* tool =
+    "6dmt2 1 1 [0 1.000 4 0.750][1 2 3][1 0 0 0 1 0 0 0 1][0][0 0 0 0 0 0]";
+
+} // namespace
+
+class TestCsvJob : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QString recording() const { return m_folder.filePath(QStringLiteral("r.kestrel")); }
+    QString table() const { return m_folder.filePath(QStringLiteral("t.csv")); }
+    QByteArray content() const {
+        QFile file(table());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    void write(int frames, const std::string& rest = {}) const {
+        kestrel_wire::RecordingHeader header = {"1", "2", "3", "m", {}};
+        header.start = 0;
+        std::string text = kestrel_wire::formatRecordingHeader(header);
+        for (int i = 1; i <= frames; ++i) {
+            text += kestrel_wire::formatRecord(static_cast<std::uint64_t>(i), tool);
+        }
+        text += rest;
+        QFile file(recording());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(text.data(), static_cast<qint64>(text.size())), qint64(text.size()));
+    }
+
+    // Files besides the recording, temporary ones too.
+    QStringList others() const {
+        QStringList names = QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden);
+        names.removeAll(QStringLiteral("r.kestrel"));
+        return names;
+    }
+
+private Q_SLOTS:
+    void cleanup() { QFile::remove(table()); }
+
+    void theTableIsThatOfTheRecording() {
+        write(3);
+        CsvJob job(recording(), table());
+        QTRY_VERIFY_WITH_TIMEOUT(job.isOver(), patience);
+        QCOMPARE(job.result().error, QString());
+        QVERIFY(job.result().report.outcome.ending == Outcome::Ending::Whole);
+        QCOMPARE(job.result().report.rows, std::uint64_t(3));
+        QCOMPARE(content().count('\n'), 4);
+        QVERIFY(content().startsWith("seconds_s,utc,frame,tool,"));
+        QVERIFY(content().contains("\n0.000003,1970-01-01T00:00:00.000Z,,M1,1,1,2,3,"));
+    }
+
+    void aCancelledJobLeavesNothing_data() {
+        QTest::addColumn<bool>("before");
+        QTest::newRow("no table before") << false;
+        QTest::newRow("another table before") << true;
+    }
+    void aCancelledJobLeavesNothing() {
+        QFETCH(bool, before);
+        write(400000);
+        if (before) {
+            QFile old(table());
+            QVERIFY(old.open(QIODevice::WriteOnly));
+            old.write("old");
+        }
+        CsvJob job(recording(), table());
+        QTRY_VERIFY_WITH_TIMEOUT(job.progress() > 0.0, patience);
+        QVERIFY(job.progress() <= 1.0);
+        job.cancel();
+        QTRY_VERIFY_WITH_TIMEOUT(job.isOver(), patience);
+        QVERIFY(job.isCancelled());
+        QVERIFY(job.result().report.outcome.ending == Outcome::Ending::Stopped);
+        QCOMPARE(content(), before ? QByteArray("old") : QByteArray());
+        QCOMPARE(others(), before ? QStringList{QStringLiteral("t.csv")} : QStringList());
+    }
+
+    void aJobThatIsDeletedLeavesNothing() {
+        write(400000);
+        {
+            const CsvJob job(recording(), table());
+            QTRY_VERIFY_WITH_TIMEOUT(job.progress() > 0.0, patience);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(others(), QStringList(), patience);
+    }
+
+    void aDamagedRecordingHasATableOfWhatIsBeforeTheFault() {
+        write(3, "hello\n");
+        CsvJob job(recording(), table());
+        QTRY_VERIFY_WITH_TIMEOUT(job.isOver(), patience);
+        QVERIFY(job.result().report.outcome.ending == Outcome::Ending::Malformed);
+        QCOMPARE(job.result().report.outcome.line, std::size_t(11));
+        QCOMPARE(content().count('\n'), 4);
+    }
+
+    void whatIsNoRecordingHasNoTable_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("garbage") << m_folder.filePath(QStringLiteral("garbage"));
+        QTest::newRow("empty") << m_folder.filePath(QStringLiteral("empty"));
+        QTest::newRow("missing") << m_folder.filePath(QStringLiteral("missing"));
+        QTest::newRow("folder") << m_folder.path();
+        QTest::newRow("pipe") << m_folder.filePath(QStringLiteral("pipe"));
+        QTest::newRow("device") << QStringLiteral("/dev/zero");
+    }
+    void whatIsNoRecordingHasNoTable() {
+        QFETCH(QString, name);
+        QTemporaryDir output;
+        if (name.endsWith(QStringLiteral("pipe"))) {
+            QCOMPARE(::mkfifo(QFile::encodeName(name).constData(), S_IRUSR | S_IWUSR), 0);
+        } else if (!name.endsWith(QStringLiteral("missing")) && !QFileInfo::exists(name)) {
+            QFile file(name);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(name.endsWith(QStringLiteral("garbage")) ? "\xff\0\n\x80\n" : "");
+        }
+        CsvJob job(name, output.filePath(QStringLiteral("t.csv")));
+        QTRY_VERIFY_WITH_TIMEOUT(job.isOver(), patience);
+        QVERIFY(!job.result().error.isEmpty() ||
+                job.result().report.outcome.ending == Outcome::Ending::Malformed);
+        QCOMPARE(QDir(output.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        QFile::remove(name);
+    }
+
+    void aTableThatCannotBeWrittenIsToldWithAReason() {
+        write(3);
+        CsvJob job(recording(), QStringLiteral("/no/such/folder/t.csv"));
+        QTRY_VERIFY_WITH_TIMEOUT(job.isOver(), patience);
+        QVERIFY(job.result().report.outcome.ending == Outcome::Ending::NotWritten);
+        QVERIFY(!job.result().error.isEmpty());
+    }
+
+    void aDiskThatIsFullLeavesNothing() {
+        write(20000);
+        const FullDisk disk(100000);
+        CsvJob job(recording(), table());
+        const bool over = QTest::qWaitFor([&] { return job.isOver(); }, patience);
+        QVERIFY(over);
+        QVERIFY(job.result().report.outcome.ending == Outcome::Ending::NotWritten);
+        QVERIFY(!job.result().error.isEmpty());
+        QCOMPARE(others(), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCsvJob)
+#include "test_csvjob.moc"
