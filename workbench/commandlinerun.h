@@ -1,7 +1,7 @@
 #pragma once
 
+#include "workbench/controller/simulatorprocess.h"
 #include "workbench/options.h"
-#include "workbench/simulatorprocess.h"
 
 #include <QObject>
 #include <QTimer>

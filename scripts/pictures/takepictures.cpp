@@ -1,4 +1,4 @@
-#include "workbench/simulatorprocess.h"
+#include "workbench/controller/simulatorprocess.h"
 #include "workbench/startup.h"
 #include "workbench/translations.h"
 #include "workbench/window/mainwindow.h"

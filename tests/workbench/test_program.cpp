@@ -1,7 +1,7 @@
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
+#include "workbench/controller/simulatorprocess.h"
 #include "workbench/options.h"
-#include "workbench/simulatorprocess.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "workbench/simulatorprocess.h"
+#include "workbench/controller/simulatorprocess.h"
 
 #include <QCoreApplication>
 #include <QDir>
