@@ -292,6 +292,14 @@
         <source>Show the user guide</source>
         <translation>Das Benutzerhandbuch zeigen</translation>
     </message>
+    <message>
+        <source>Try the &amp;simulator</source>
+        <translation>&amp;Simulator ausprobieren</translation>
+    </message>
+    <message>
+        <source>Start a simulated controller on this computer and connect to it</source>
+        <translation>Einen simulierten Controller auf diesem Rechner starten und sich mit ihm verbinden</translation>
+    </message>
 </context>
 <context>
     <name>ModuleListDialog</name>
@@ -853,6 +861,34 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <source>The disk is nearly full: room for %1 of recording</source>
         <translation>Der Datenträger ist fast voll: Platz für %1 Aufzeichnung</translation>
     </message>
+    <message>
+        <source>Co&amp;nnect…</source>
+        <translation>Ve&amp;rbinden …</translation>
+    </message>
+    <message>
+        <source>To a controller in the network.</source>
+        <translation>Mit einem Controller im Netzwerk.</translation>
+    </message>
+    <message>
+        <source>Try the s&amp;imulator</source>
+        <translation>S&amp;imulator ausprobieren</translation>
+    </message>
+    <message>
+        <source>A controller of our own on this computer: moving tools, calibrations and faults, without any hardware.</source>
+        <translation>Ein eigener Controller auf diesem Rechner: bewegte Werkzeuge, Kalibrierungen und Fehler, ganz ohne Geräte.</translation>
+    </message>
+    <message>
+        <source>&amp;User guide</source>
+        <translation>&amp;Benutzerhandbuch</translation>
+    </message>
+    <message>
+        <source>What there is and how it is used, with pictures.</source>
+        <translation>Was es gibt und wie man es benutzt, mit Bildern.</translation>
+    </message>
+    <message>
+        <source>Starting the simulated controller</source>
+        <translation>Der simulierte Controller wird gestartet</translation>
+    </message>
 </context>
 <context>
     <name>workbench::ModuleHost</name>
@@ -1161,6 +1197,25 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>%1 has ended (exit code %2) %3</source>
         <translation>%1 hat sich beendet (Exitcode %2) %3</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::StartPage</name>
+    <message>
+        <source>Start page</source>
+        <translation>Startseite</translation>
+    </message>
+    <message>
+        <source>State of the connection</source>
+        <translation>Zustand der Verbindung</translation>
+    </message>
+    <message>
+        <source>Last controllers:</source>
+        <translation>Letzte Controller:</translation>
+    </message>
+    <message>
+        <source>Connect to %1</source>
+        <translation>Mit %1 verbinden</translation>
     </message>
 </context>
 <context>

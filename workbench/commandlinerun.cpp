@@ -47,6 +47,18 @@ CommandLineRun::CommandLineRun(MainWindow& window, const Options& options)
                            tr("cannot record to %1: %2").arg(m_options.recordFile, error));
                 }
             });
+    connect(&m_window, &MainWindow::simulatorFailed, this, [this](const QString& reason) {
+        if (m_options.simulate) {
+            giveUp(ExitNoSimulator, reason);
+        }
+    });
+    // The window stays, for the log in it may be what its user needs now.
+    connect(&m_window, &MainWindow::simulatorEnded, this, [this](const QString& reason) {
+        if (m_options.simulate) {
+            m_simulatorEnded = true;
+            complain(reason);
+        }
+    });
     connect(&m_rowTimer, &QTimer::timeout, this, &CommandLineRun::printRows);
 }
 
@@ -55,7 +67,7 @@ CommandLineRun::~CommandLineRun() = default;
 void CommandLineRun::start() {
     loadModules();
     if (m_options.simulate) {
-        startSimulator();
+        m_window.simulate(m_options.simulatorOptions);
     } else if (m_options.connectTo) {
         m_window.connectTo(*m_options.connectTo);
     }
@@ -81,14 +93,6 @@ void CommandLineRun::loadModules() {
         m_window.modules().loadFolder(folder);
     }
     m_window.modulesLoaded();
-}
-
-void CommandLineRun::startSimulator() {
-    m_simulator = std::make_unique<SimulatorProcess>();
-    connect(m_simulator.get(), &SimulatorProcess::listening, &m_window, &MainWindow::connectTo);
-    connect(m_simulator.get(), &SimulatorProcess::failed, this,
-            [this](const QString& reason) { giveUp(ExitNoSimulator, reason); });
-    m_simulator->start(m_options.simulatorOptions);
 }
 
 void CommandLineRun::onModulesBuilt() {
@@ -133,6 +137,9 @@ void CommandLineRun::quit() {
 int CommandLineRun::finish(int code) const {
     if (code != ExitSuccess) {
         return code;
+    }
+    if (m_simulatorEnded) {
+        return ExitNoSimulator;
     }
     if (!m_options.screenshotFile.isEmpty() && !m_pictureTried) {
         complain(tr("no picture: the program ended before it was due"));

@@ -1,12 +1,9 @@
 #pragma once
 
-#include "workbench/controller/simulatorprocess.h"
 #include "workbench/options.h"
 
 #include <QObject>
 #include <QTimer>
-
-#include <memory>
 
 namespace workbench {
 
@@ -33,7 +30,6 @@ public:
 
 private:
     void loadModules();
-    void startSimulator();
     void onModulesBuilt();
     void printRows();
     void takePicture();
@@ -42,11 +38,11 @@ private:
 
     MainWindow& m_window;
     const Options m_options;
-    std::unique_ptr<SimulatorProcess> m_simulator;
     QTimer m_rowTimer;
     bool m_first = true;
     bool m_pictureTried = false;
     bool m_recordingMade = false;
+    bool m_simulatorEnded = false;
 };
 
 } // namespace workbench

@@ -1,4 +1,3 @@
-#include "workbench/controller/simulatorprocess.h"
 #include "workbench/startup.h"
 #include "workbench/translations.h"
 #include "workbench/window/mainwindow.h"
@@ -58,6 +57,13 @@ private:
     }
 
     void describe(bool all) {
+        step(
+            "start page", [this] { return m_window.isVisible(); },
+            [this] {
+                m_window.backend().log.clear(); // of the places of this build
+                take(m_window, "start");
+                m_window.simulate(QString::fromLatin1(simulatorOptions).split(QLatin1Char(' ')));
+            });
         describeLiveView();
         if (all) {
             describeSmallDialogs();
@@ -278,12 +284,8 @@ int main(int argc, char* argv[]) {
         window.modules().loadFolder(folder);
     }
     window.modulesLoaded();
-    workbench::SimulatorProcess simulator;
-    QObject::connect(&simulator, &workbench::SimulatorProcess::listening, &window,
-                     &workbench::MainWindow::connectTo);
     QObject::connect(&window, &workbench::MainWindow::modulesBuilt, &window,
                      &workbench::MainWindow::startMeasurement);
-    simulator.start(QString::fromLatin1(simulatorOptions).split(QLatin1Char(' ')));
     const QSize size(workbench::screenPixels(windowSize.width(), window),
                      workbench::screenPixels(windowSize.height(), window));
     window.resize(size.expandedTo(window.sizeHint())); // more with a large font

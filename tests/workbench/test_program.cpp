@@ -63,6 +63,18 @@ class TestProgram : public QObject {
         return children;
     }
 
+    // The simulator sends data to nobody who has not connected, and has a socket for each who has.
+    static bool isConnectedTo(qint64 simulator) {
+        int sockets = 0;
+        const QFileInfoList files =
+            QDir(QStringLiteral("/proc/%1/fd").arg(simulator))
+                .entryInfoList(QDir::Files | QDir::System | QDir::NoDotAndDotDot);
+        for (const QFileInfo& file : files) {
+            sockets += file.symLinkTarget().contains(QStringLiteral("socket:")) ? 1 : 0;
+        }
+        return sockets >= 3; // commands, data, the client
+    }
+
     QString script(const QByteArray& content) const {
         const QString path = m_folder.filePath(QStringLiteral("script.sh"));
         QFile file(path);
@@ -216,8 +228,6 @@ private Q_SLOTS:
         row("ends", QByteArray("echo too bad >&2\nexit 7\n"), "(exit code 7) too bad");
         row("says something else", QByteArray("echo hello\nexec sleep 60\n"), "says \"hello\"");
         row("bad address", QByteArray("echo listening on nowhere:x\nexec sleep 60\n"), "says");
-        row("ends later", QByteArray("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n"),
-            "(exit code 0)");
     }
     void aSimulatorThatMisbehavesIsTold() {
         QFETCH(QByteArray, content);
@@ -229,6 +239,39 @@ private Q_SLOTS:
         QCOMPARE(failed.count(), 1);
         QVERIFY2(failed.first().first().toString().contains(part),
                  qPrintable(failed.first().first().toString()));
+    }
+
+    void aSimulatorThatEndsLaterIsToldAsThat() {
+        workbench::SimulatorProcess simulator(
+            script("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n"));
+        QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
+        QSignalSpy ended(&simulator, &workbench::SimulatorProcess::ended);
+        simulator.start({});
+        QVERIFY(simulator.isStarting());
+        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
+        QVERIFY(ended.first().first().toString().contains(QStringLiteral("(exit code 0)")));
+        QVERIFY(!simulator.isListening());
+        QCOMPARE(failed.count(), 0);
+    }
+
+    void theWindowOutlivesItsSimulator() {
+        QProcess process;
+        process.start(QStringLiteral(WORKBENCH), with({QStringLiteral("--simulate")}));
+        QVERIFY(process.waitForStarted(patience));
+        QTRY_COMPARE_WITH_TIMEOUT(childrenOf(process.processId()).size(), 1, patience);
+        const qint64 simulator = childrenOf(process.processId()).constFirst();
+        // Once it listens: before, its end is a start that failed.
+        QTRY_VERIFY_WITH_TIMEOUT(isConnectedTo(simulator), patience);
+        QCOMPARE(::kill(static_cast<pid_t>(simulator), SIGKILL), 0);
+        QByteArray errors;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (errors += process.readAllStandardError()).contains("has ended (exit code 9)"),
+            patience);
+        QCOMPARE(process.state(), QProcess::Running);
+        QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), int(workbench::ExitNoSimulator));
     }
 
     void aSimulatorThatIsNotThereIsTold() {

@@ -96,8 +96,14 @@ void SimulatorProcess::onFinished() {
 }
 
 void SimulatorProcess::fail(const QString& reason) {
-    if (!m_isStopping) {
-        stop();
+    if (m_isStopping) {
+        return;
+    }
+    const bool listened = m_isListening;
+    stop();
+    if (listened) {
+        Q_EMIT ended(reason.trimmed());
+    } else {
         Q_EMIT failed(reason.trimmed());
     }
 }

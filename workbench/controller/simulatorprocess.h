@@ -26,9 +26,16 @@ public:
     void start(const QStringList& options);
     void stop();
 
+    /// Between start() and listening() or failed().
+    bool isStarting() const { return m_startTimer.isActive(); }
+
+    /// Since listening(), until it ends or is stopped.
+    bool isListening() const { return m_isListening && !m_isStopping; }
+
 Q_SIGNALS:
     void listening(const workbench::ControllerAddress& address);
-    void failed(const QString& reason); ///< could not be started, or has ended by itself
+    void failed(const QString& reason); ///< could not be started
+    void ended(const QString& reason);  ///< has listened, and ended by itself
 
 private:
     class Process;

@@ -5,7 +5,6 @@
 #include "workbench/text/rowprinter.h"
 #include "workbench/window/banner.h"
 #include "workbench/window/commanddock.h"
-#include "workbench/window/connectdialog.h"
 #include "workbench/window/guidedialog.h"
 #include "workbench/window/livestate.h"
 #include "workbench/window/logdock.h"
@@ -20,6 +19,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace workbench {
 
@@ -36,6 +36,7 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     , m_ui(std::make_unique<Ui::MainWindow>())
     , m_setup(setup)
     , m_settings(setup.settingsFile)
+    , m_simulator(setup.simulatorProgram)
     , m_recording(m_backend.session, m_backend.recorder, m_backend.log)
     , m_modules({&m_backend.io, this, m_backend.session.versions(), setup.observerMode},
                 m_backend.log) {
@@ -53,8 +54,8 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     m_logDock->raise();
     setUpActions();
     setUpStatusBar();
-    // The docks get what room there is.
-    centralWidget()->setMaximumHeight(centralWidget()->sizeHint().height());
+    setUpStartPage();
+    setUpSimulator();
     m_settings.restore(*this);
     m_banner->placeIn(*this);
     connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
@@ -94,6 +95,7 @@ void MainWindow::setUpActions() {
         {tr("&File"), 100, 900, ui.actionQuit},
         {tr("&Connection"), 200, 10, ui.actionConnect},
         {tr("&Connection"), 200, 20, ui.actionDisconnect},
+        {tr("&Connection"), 200, 110, ui.actionSimulate},
         {tr("&Measurement"), 250, 10, ui.actionStart},
         {tr("&Measurement"), 250, 20, ui.actionStop},
         {tr("&View"), 400, 10, m_logDock->toggleViewAction()},
@@ -109,8 +111,8 @@ void MainWindow::setUpActions() {
     setUpRecording();
     m_menus->arrange();
     connect(ui.actionConnect, &QAction::triggered, this, &MainWindow::askForAddress);
-    connect(ui.actionDisconnect, &QAction::triggered, &m_backend.session,
-            &ControllerSession::disconnectFromController);
+    connect(ui.actionDisconnect, &QAction::triggered, this, &MainWindow::disconnectByHand);
+    connect(ui.actionSimulate, &QAction::triggered, this, &MainWindow::trySimulator);
     connect(ui.actionStart, &QAction::triggered, this, &MainWindow::startMeasurement);
     connect(ui.actionStop, &QAction::triggered, this, &MainWindow::stopMeasurement);
     connect(ui.actionRecord, &QAction::triggered, this, &MainWindow::askForRecording);
@@ -139,25 +141,14 @@ void MainWindow::setUpStatusBar() {
     m_recordingLabel = add(new QLabel(this), "statusRecording", tr("Recording"), 0);
 }
 
-void MainWindow::askForAddress() {
-    ConnectDialog dialog(m_settings.address(), m_settings.recentHosts(), this);
-    if (dialog.exec() == QDialog::Accepted) {
-        m_settings.setAddress(dialog.address());
-        connectTo(dialog.address());
-    }
-}
-
-void MainWindow::connectTo(const ControllerAddress& address) {
-    stopRecording();
-    tearDownModules();
-    m_backend.session.connectTo(address);
-}
-
 void MainWindow::onReady(bool first) {
     m_backend.receiver.statistics().reset();
     if (first) {
         buildModules();
         Q_EMIT modulesBuilt();
+    }
+    if (std::exchange(m_measureAtOnce, false)) {
+        startMeasurement();
     }
 }
 
@@ -281,6 +272,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     m_recording.finish();
     tearDownModules();
     m_backend.session.disconnectFromController();
+    m_simulator.stop();
     event->accept();
 }
 

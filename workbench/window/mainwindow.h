@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workbench/controller/simulatorprocess.h"
 #include "workbench/modules/backend.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"
@@ -27,6 +28,7 @@ class Banner;
 class CommandDock;
 class LiveState;
 class LogDock;
+class StartPage;
 
 /// The workbench's window: connection, measurement and recording by hand, the state in words, the
 /// modules' menus and docks.
@@ -40,7 +42,8 @@ public:
     struct Setup {
         QString settingsFile;
         bool observerMode = false;
-        bool openDocks = false; ///< open all docks of modules, whatever was remembered
+        bool openDocks = false;        ///< open all docks of modules, whatever was remembered
+        QString simulatorProgram = {}; ///< empty for the one beside ours
     };
 
     explicit MainWindow(const Setup& setup, QWidget* parent = nullptr);
@@ -56,6 +59,10 @@ public:
     /// Gives the present controller up and connects to this one; the modules' entries are built
     /// anew when the connection is there.
     void connectTo(const ControllerAddress& address);
+
+    /// The same with a simulated controller of our own, started with these options; it ends with
+    /// the connection. simulatorFailed() or modulesBuilt() follows.
+    void simulate(const QStringList& options);
 
     void startMeasurement();
     void stopMeasurement();
@@ -73,6 +80,8 @@ Q_SIGNALS:
     void modulesBuilt();
     /// See RecordingControl::changed().
     void recordingChanged(bool running, const QString& error);
+    void simulatorFailed(const QString& reason); ///< could not be started
+    void simulatorEnded(const QString& reason);  ///< while we were connected to it
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -80,6 +89,8 @@ protected:
 private:
     void setUpActions();
     void setUpStatusBar();
+    void setUpStartPage();
+    void setUpSimulator();
     void askForAddress();
     void setUpRecording();
     void askForRecording();
@@ -92,6 +103,10 @@ private:
     void addDock(QDockWidget* dock);
     void tearDownModules();
     void showState();
+    void showStartPage();
+    void openConnection(const ControllerAddress& address);
+    void disconnectByHand();
+    void trySimulator();
     void showNumbers();
     void tellOfLongLines();
     void showModules();
@@ -100,12 +115,14 @@ private:
     Setup m_setup;
     Backend m_backend;
     WindowSettings m_settings;
+    SimulatorProcess m_simulator;
     RecordingControl m_recording;
     CsvExport m_csvExport{m_backend.log, this};
     ModuleHost m_modules;
     MenuArranger* m_menus = nullptr;
     Banner* m_banner = nullptr;
     LiveState* m_liveState = nullptr;
+    StartPage* m_startPage = nullptr;
     LogDock* m_logDock = nullptr;
     CommandDock* m_commandDock = nullptr;
     QLabel* m_connectionLabel = nullptr;
@@ -116,6 +133,8 @@ private:
     QPointer<QDialog> m_guide;
     OpenDialogs m_openDialogs;
     bool m_longLinesTold = false;
+    bool m_measureAtOnce = false; // as soon as the simulator is there
+    QString m_simulatorTrouble;   // why the last one is not there, until the next try
     QTimer m_numbersTimer;
 };
 

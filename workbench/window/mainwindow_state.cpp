@@ -42,6 +42,7 @@ void MainWindow::showState() {
                                                    versionText(versions.systemPt()),
                                                    versionText(versions.systemCt()))
                                         : tr("unknown"));
+    showStartPage();
 }
 
 void MainWindow::showNumbers() {

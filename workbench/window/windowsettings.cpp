@@ -16,6 +16,7 @@ namespace {
 
 constexpr int stateVersion = 1;
 constexpr int maxRecentHosts = 8;
+constexpr int maxRecentControllers = 3;
 constexpr int maxCommands = 100;
 constexpr QSize defaultSize(1080, 820); // at 96 dpi
 constexpr int usualLines = 34;
@@ -52,6 +53,19 @@ bool isPlausible(const QRect& rect) {
 
 int area(const QRect& rect) {
     return rect.isEmpty() ? 0 : rect.width() * rect.height();
+}
+
+// "192.168.1.5:47300/5000", the data port last.
+QString storedText(const ControllerAddress& address) {
+    return address.toString() + QLatin1Char('/') + QString::number(address.dataPort);
+}
+
+bool readStored(const QString& text, ControllerAddress& address) {
+    const int slash = text.indexOf(QLatin1Char('/'));
+    bool good = false;
+    const uint dataPort = text.mid(slash + 1).toUInt(&good);
+    address.dataPort = static_cast<quint16>(dataPort);
+    return good && slash > 0 && dataPort <= 0xffff && address.parse(text.left(slash));
 }
 
 } // namespace
@@ -197,7 +211,34 @@ QStringList WindowSettings::recentHosts() {
     return hosts.mid(0, maxRecentHosts);
 }
 
+QVector<ControllerAddress> WindowSettings::recentControllers() {
+    const QString key = QStringLiteral("connection/controllers");
+    if (!m_settings.contains(key) && !recentHosts().isEmpty()) {
+        return {address()}; // a file of a time when only hosts were kept
+    }
+    QVector<ControllerAddress> controllers;
+    const QStringList stored = m_settings.value(key).toStringList();
+    for (const QString& text : stored) {
+        ControllerAddress address;
+        if (!readStored(text, address)) {
+            dropBroken(key);
+            return {};
+        }
+        controllers += address;
+    }
+    return controllers.mid(0, maxRecentControllers);
+}
+
 void WindowSettings::setAddress(const ControllerAddress& address) {
+    QStringList controllers{storedText(address)};
+    const QVector<ControllerAddress> before = recentControllers();
+    for (const ControllerAddress& other : before) {
+        if (other.toString() != address.toString()) {
+            controllers += storedText(other);
+        }
+    }
+    m_settings.setValue(QStringLiteral("connection/controllers"),
+                        QStringList(controllers.mid(0, maxRecentControllers)));
     QStringList hosts = recentHosts();
     hosts.removeAll(address.host);
     hosts.prepend(address.host);

@@ -25,6 +25,8 @@ public:
 
     ControllerAddress address();
     QStringList recentHosts(); ///< the last one first
+    /// With their ports, the last one first; at most three.
+    QVector<ControllerAddress> recentControllers();
     void setAddress(const ControllerAddress& address);
 
     QStringList commandHistory();

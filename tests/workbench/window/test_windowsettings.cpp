@@ -56,6 +56,49 @@ private Q_SLOTS:
         QTEST(WindowSettings::clamped(rect, screens), "expected");
     }
 
+    void theLastThreeControllersComeBackWithTheirPorts() {
+        const auto texts = [](const QVector<ControllerAddress>& controllers) {
+            QStringList list;
+            for (const ControllerAddress& address : controllers) {
+                list += address.toString() + QStringLiteral(" data %1").arg(address.dataPort);
+            }
+            return list;
+        };
+        {
+            WindowSettings settings(path());
+            QVERIFY(settings.recentControllers().isEmpty());
+            for (const char* text : {"first:1", "a:47300", "[::1]:47301", "a:47302", "a:47300"}) {
+                ControllerAddress address;
+                QVERIFY(address.parse(QLatin1String(text)));
+                address.dataPort = 5000;
+                settings.setAddress(address);
+            }
+        }
+        QCOMPARE(texts(WindowSettings(path()).recentControllers()),
+                 QStringList({"a:47300 data 5000", "a:47302 data 5000", "[::1]:47301 data 5000"}));
+    }
+
+    void anOldFileHasOneControllerAndADamagedOneNone_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("controller");
+        row("hosts only", QByteArray("[connection]\nhosts=pi, mu\nport=4711\n"),
+            QStringLiteral("pi:4711"));
+        row("none", QByteArray("[window]\nmaximized=false\n"), QString());
+        row("no port of data", QByteArray("[connection]\ncontrollers=pi:4711\n"), QString());
+        row("a bad port", QByteArray("[connection]\ncontrollers=pi:99999/0\n"), QString());
+        row("a bad port of data", QByteArray("[connection]\ncontrollers=pi:1/65536\n"), QString());
+        row("no host", QByteArray("[connection]\ncontrollers=/1\n"), QString());
+    }
+    void anOldFileHasOneControllerAndADamagedOneNone() {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, controller);
+        write(content);
+        WindowSettings settings(path());
+        const QVector<ControllerAddress> controllers = settings.recentControllers();
+        QCOMPARE(controllers.isEmpty() ? QString() : controllers.first().toString(), controller);
+        QCOMPARE(!settings.takeNotice().isEmpty(), content.contains("controllers"));
+    }
+
     void windowAndDocksComeBack() {
         {
             Window window;
