@@ -34,7 +34,10 @@ void CaptureRing::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double width = height() / 10.0;
     const QRectF circle = QRectF(rect()).adjusted(width, width, -width, -width);
-    painter.setPen(QPen(palette().mid(), width / 3.0));
+    // Half way to the text's colour: seen in a dark palette as in a light one.
+    QColor empty = palette().color(QPalette::WindowText);
+    empty.setAlphaF(0.4);
+    painter.setPen(QPen(empty, width / 3.0));
     painter.drawEllipse(circle);
     if (m_share > 0.0) {
         QPen pen(palette().highlight(), width);

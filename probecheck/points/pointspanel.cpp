@@ -76,6 +76,8 @@ PointsPanel::~PointsPanel() {
 void PointsPanel::setUpCapture() {
     for (QLabel* const label : {ui.label_x, ui.label_y, ui.label_z}) {
         label->setFont(largeFont(font()));
+        label->setMinimumSize(label->fontMetrics().horizontalAdvance(QStringLiteral("-00000.00")),
+                              label->fontMetrics().height());
     }
     ui.comboBox_button->addItem(tr("any"), anyButton);
     for (int button = 0; button < mostButtons; ++button) {
