@@ -1,5 +1,6 @@
 #include "probecheck/points/pointsession.h"
 
+#include <QFile>
 #include <QStandardPaths>
 
 #include <chrono>
