@@ -250,12 +250,13 @@ void ProbeData::subscribe() {
     std::for_each(std::begin(toolqueries::channels), std::end(toolqueries::channels), subscribeTo);
 }
 
+// A host may end the module inside one of these calls: the others are made all the same.
 void ProbeData::unsubscribe() {
     if (!std::exchange(m_isSubscribed, false)) {
         return;
     }
     const auto unsubscribeFrom = [this](const char* channel) {
-        m_iom->unregister_data_requester(channel, this);
+        m_iom.afterHangingUp()->unregister_data_requester(channel, this);
     };
     std::for_each(std::begin(frameChannels), std::end(frameChannels), unsubscribeFrom);
     std::for_each(std::begin(toolqueries::channels), std::end(toolqueries::channels),

@@ -2,6 +2,8 @@
 
 #include <QLineEdit>
 
+#include <cmath>
+
 PointsFixture::PointsFixture()
     : data(std::make_unique<ProbeData>(&controller.host, &controller.versions)) {
     data->enter();
@@ -37,8 +39,8 @@ void PointsFixture::measure() {
 
 void PointsFixture::send(double seconds) {
     constexpr double rate = 60.0;
-    const auto frames = static_cast<int>(seconds * rate + 0.5);
-    for (int i = 0; i < frames; ++i) {
+    const auto frames = std::lround(seconds * rate);
+    for (long i = 0; i < frames; ++i) {
         ++frame;
         controller.deliverFrame(frame, frame / rate, tools);
         controller.host.deliver(probelines::references({1.0}));
