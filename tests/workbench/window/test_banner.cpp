@@ -8,10 +8,12 @@
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QStyle>
 #include <QStyleFactory>
 #include <QToolButton>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 using workbench::Banner;
