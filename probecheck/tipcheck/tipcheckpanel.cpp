@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -108,7 +109,9 @@ void TipCheckPanel::build() {
     page->addWidget(m_rose, 1);
     page->addWidget(m_figures);
     page->addWidget(m_table);
+    // Scrolled up and down alone: it is as wide as what stands in it needs.
     auto* const scrolled = new QScrollArea(this);
+    scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrolled->setFrameShape(QFrame::NoFrame);
     scrolled->setWidgetResizable(true);
     scrolled->setFocusPolicy(Qt::NoFocus);
@@ -116,6 +119,8 @@ void TipCheckPanel::build() {
     auto* const whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(scrolled);
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, scrolled);
+    scrolled->setMinimumWidth(content->minimumSizeHint().width() + 2 * scrollBar);
     setTabOrder(m_tool, m_tolerance);
     setTabOrder(m_tolerance, m_startByButton);
     setTabOrder(m_startByButton, m_start);
