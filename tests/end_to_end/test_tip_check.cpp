@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QStandardPaths>
 #include <QtTest>
 
 #include <cmath>
@@ -114,6 +115,8 @@ class TestTipCheck : public QObject {
     }
 
 private Q_SLOTS:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
     void cleanup() {
         m_run.reset();
         m_window.reset();

@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QStandardPaths>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(VersionInfo)
@@ -40,6 +41,8 @@ class TestProbeCheckModule : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
     void nameAndVersionAreTold() {
         ProbeCheckModule module;
         QCOMPARE(module.get_module_name(), QString("GUI Measurement Tool check"));

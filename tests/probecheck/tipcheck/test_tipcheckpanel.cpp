@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QtTest>
 
 namespace {
@@ -100,6 +101,8 @@ class TestTipCheckPanel : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
     void withoutMeasurementNothingCanBeStarted() {
         PanelFixture f;
         QTRY_COMPARE_WITH_TIMEOUT(f.find<QComboBox>("comboBox_tool")->count(), 2, patienceMs);
@@ -318,8 +321,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor(
             [&f, buttons] {
                 for (const unsigned second : {0U, 1U}) {
-                    f.controller.deliverFrame(++f.frame, 200.0, {{{}, {}, -1.0, buttons},
-                                                                 {{}, {}, -1.0, second}});
+                    f.controller.deliverFrame(++f.frame, 200.0,
+                                              {{{}, {}, -1.0, buttons}, {{}, {}, -1.0, second}});
                 }
                 return f.isRunning();
             },
