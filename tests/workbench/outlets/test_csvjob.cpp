@@ -115,7 +115,7 @@ private Q_SLOTS:
         QTest::newRow("missing") << m_folder.filePath(QStringLiteral("missing"));
         QTest::newRow("folder") << m_folder.path();
         QTest::newRow("pipe") << m_folder.filePath(QStringLiteral("pipe"));
-        QTest::newRow("device") << QStringLiteral("/dev/zero");
+        QTest::newRow("device") << QStringLiteral("/dev/zero"); // never to be written or removed
     }
     void whatIsNoRecordingHasNoTable() {
         QFETCH(QString, name);
@@ -132,7 +132,9 @@ private Q_SLOTS:
         QVERIFY(!job.result().error.isEmpty() ||
                 job.result().report.outcome.ending == Outcome::Ending::Malformed);
         QCOMPARE(QDir(output.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
-        QFile::remove(name);
+        if (QFileInfo(name).path() == m_folder.path()) {
+            QFile::remove(name);
+        }
     }
 
     void aTableThatCannotBeWrittenIsToldWithAReason() {
