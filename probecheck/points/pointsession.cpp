@@ -1,6 +1,9 @@
 #include "probecheck/points/pointsession.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QFile>
+#include <QPointer>
 #include <QStandardPaths>
 
 #include <chrono>
@@ -89,7 +92,25 @@ void PointSession::post(Job job) {
 }
 
 void PointSession::tell(Job report) {
-    QMetaObject::invokeMethod(this, std::move(report), Qt::QueuedConnection);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_reports.push_back(std::move(report));
+    }
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void PointSession::customEvent(QEvent* /*event*/) {
+    std::deque<Job> reports;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        reports.swap(m_reports);
+    }
+    const QPointer<PointSession> self = this;
+    for (const Job& report : reports) {
+        if (!self.isNull()) {
+            report();
+        }
+    }
 }
 
 void PointSession::run() {

@@ -66,6 +66,9 @@ Q_SIGNALS:
     /// Points that others have left, in the order of their sessions, numbers ascending.
     void leftFound(const std::vector<points::PointRecord>& points);
 
+protected:
+    void customEvent(QEvent* event) override;
+
 private:
     using Job = std::function<void()>;
 
@@ -79,9 +82,10 @@ private:
     quint64 m_stepsOnDisk = 0;
     bool m_removeAtEnd = false;
 
-    std::mutex m_mutex; ///< guards the next two
+    std::mutex m_mutex; ///< guards the next three
     std::condition_variable m_wake;
     std::deque<Job> m_jobs;
+    std::deque<Job> m_reports; ///< for the event loop
     bool m_isEnding = false;
 
     // The writing thread's.
