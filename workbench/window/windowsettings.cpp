@@ -63,7 +63,7 @@ QString storedText(const ControllerAddress& address) {
 bool readStored(const QString& text, ControllerAddress& address) {
     const int slash = text.indexOf(QLatin1Char('/'));
     bool good = false;
-    const uint dataPort = text.mid(slash + 1).toUInt(&good);
+    const uint dataPort = text.midRef(slash + 1).toUInt(&good);
     address.dataPort = static_cast<quint16>(dataPort);
     return good && slash > 0 && dataPort <= 0xffff && address.parse(text.left(slash));
 }

@@ -3,6 +3,7 @@
 #include "workbench/window/startpage.h"
 #include "workbench/window/windowsettings.h"
 
+#include <QAction>
 #include <QDockWidget>
 #include <QFile>
 #include <QLabel>
@@ -11,6 +12,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <memory>
 
 using workbench::ControllerAddress;
 using workbench::MainWindow;
