@@ -65,6 +65,7 @@ PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& fold
 }
 
 PointsPanel::~PointsPanel() {
+    m_list.undoStack().disconnect(this); // it tells of its own end
     if (!m_data.isNull()) {
         m_data->forget(this);
     }
