@@ -4,7 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
-// A tool that turns about its resting tip, which it believes (0.3, -0.4, 0) mm away from where it is.
+// A tool that turns about its resting tip, which it believes (0.3, -0.4, 0) mm away from where it
+// is.
 static kestrel_probe::Pose poseAt(double seconds) {
     const double angle = 0.4;
     const double turn = 2.0 * 3.14159265358979 * seconds / 2.0;
