@@ -94,7 +94,8 @@ private Q_SLOTS:
         }
         f.window->show();
         QVERIFY(QTest::qWaitForWindowExposed(f.window.get()));
-        for (_GuiElement* element : f.module.get_gui_elements()) {
+        const QList<_GuiElement*> elements = f.module.get_gui_elements();
+        for (_GuiElement* element : elements) {
             QVERIFY(!element->content->isVisible());
             element->menu_entry->trigger();
             QVERIFY(element->content->isVisible());
