@@ -39,6 +39,27 @@ function(kestrel_build_quickly name)
     endif()
 endfunction()
 
+# kestrel_generate_mocs(<name> <file>...)
+# "file.moc" for each of these sources that includes it, without AUTOMOC, which would compile one more
+# file and run one more program for each test.
+add_custom_target(test_mocs) # the analysers need them
+function(kestrel_generate_mocs name)
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTORCC OFF)
+    set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}_moc")
+    target_include_directories(${name} PRIVATE "${folder}")
+    foreach(source IN LISTS ARGN)
+        cmake_path(GET source STEM stem)
+        cmake_path(ABSOLUTE_PATH source)
+        file(STRINGS "${source}" included REGEX "^#include \"${stem}.moc\"$")
+        if(included)
+            qt5_generate_moc("${source}" "${folder}/${stem}.moc" TARGET ${name})
+            target_sources(${name} PRIVATE "${folder}/${stem}.moc")
+            add_custom_target(${name}_${stem}_moc DEPENDS "${folder}/${stem}.moc")
+            add_dependencies(test_mocs ${name}_${stem}_moc)
+        endif()
+    endforeach()
+endfunction()
+
 # kestrel_add_qt_test(<name> [THREADED] [GUILESS] SOURCES <file>... [LIBS <target>...]
 #                     [LABELS <label>...])
 # A QtTest program; its main is in the source (QTEST_MAIN or QTEST_GUILESS_MAIN). GUILESS: neither
@@ -51,6 +72,9 @@ function(kestrel_add_qt_test name)
         target_link_libraries(${name} PRIVATE Qt5::Widgets)
     endif()
     kestrel_target(${name} QT)
+    if(NOT "${ARG_SOURCES}" MATCHES "\\.h(;|$)")
+        kestrel_generate_mocs(${name} ${ARG_SOURCES})
+    endif()
     kestrel_build_quickly(${name})
     add_test(NAME ${name} COMMAND ${name})
     kestrel_register_test(${name} ${ARG_THREADED} qt ${ARG_LABELS})

@@ -93,7 +93,8 @@ void RoseView::paintEvent(QPaintEvent* /*event*/) {
     }
     painter.setBrush(palette().color(QPalette::WindowText));
     const double size = (radius - rim) * 0.9;
-    for (const double angle : anglesOf(m_view.missing)) {
+    const auto angles = anglesOf(m_view.missing);
+    for (const double angle : angles) {
         painter.save();
         painter.rotate(-angle);
         painter.drawPolygon(QPolygonF({QPointF(radius, 0.0), QPointF(radius - size, -size / 1.5),
