@@ -221,7 +221,8 @@ private Q_SLOTS:
         f.stop()->click();
         QVERIFY(f.words().startsWith("No result: "));
         QVERIFY(f.words().endsWith(advice));
-        QVERIFY(!f.words().contains(QRegularExpression("[0-9]")));
+        static const QRegularExpression digit("[0-9]");
+        QVERIFY(!f.words().contains(digit));
         QVERIFY(!f.table().contains("Error of the tip"));
         const QJsonObject result = f.result();
         QCOMPARE(result.value("determined"), QJsonValue(false));
