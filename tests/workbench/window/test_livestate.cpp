@@ -110,7 +110,7 @@ private Q_SLOTS:
         display->setFloating(true);
         QTRY_VERIFY_WITH_TIMEOUT(noData().startsWith("No data for 2 s: "), patience);
         QCOMPARE(display->windowTitle(), ownTitle + " – no data for 2 s");
-        QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("stopped"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().constLast(), QString("stopped"), patience);
 
         sendFramesUntilLive();
         QCOMPARE(display->windowTitle(), ownTitle);
@@ -146,17 +146,17 @@ private Q_SLOTS:
         const auto lost = [this] { return m_window->banner().text(BannerTopic::Connection); };
         m_controller->stopListening();
         QTRY_VERIFY_WITH_TIMEOUT(lost().contains("reconnecting"), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("stopped"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().constLast(), QString("stopped"), patience);
         QVERIFY(noData().isEmpty());
         QVERIFY(m_controller->listenAgain());
         QTRY_VERIFY_WITH_TIMEOUT(lost().isEmpty(), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("started"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().constLast(), QString("started"), patience);
     }
 
     void whatNobodyKnowsIsNotLoggedAsAStop() {
         m_controller->stopListening();
         QTRY_VERIFY_WITH_TIMEOUT(!m_window->backend().monitor.isMeasuring(), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("stopped"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().constLast(), QString("stopped"), patience);
         QVERIFY(!m_window->backend().log.toText().contains("Measurement stopped"));
         QVERIFY(m_window->backend().log.toText().contains(" lost ("));
     }
@@ -186,7 +186,7 @@ private Q_SLOTS:
         clock.restart();
         QVERIFY(m_window->backend().io.get_parameter_int(&value, "slow") < 0);
         QVERIFY(clock.elapsed() < 1000);
-        QTRY_COMPARE_WITH_TIMEOUT(calls().last(), QString("stopped"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().constLast(), QString("stopped"), patience);
     }
 
     void anInterruptionInTheMiddleOfADialogIsTold_data() {
