@@ -50,7 +50,8 @@ class TestTipCheck : public QObject {
     void triggerEntry(const QString& text) {
         const auto menus = m_window->menuBar()->findChildren<QMenu*>();
         for (const QMenu* menu : menus) {
-            for (QAction* action : menu->actions()) {
+            const QList<QAction*> actions = menu->actions();
+            for (QAction* action : actions) {
                 if (action->text() == text) {
                     action->trigger();
                     return;
@@ -147,7 +148,8 @@ private Q_SLOTS:
         QVERIFY(seconds(6.0));
         stop()->click();
         QVERIFY2(words().startsWith("No result: "), qPrintable(words()));
-        QVERIFY2(!words().contains(QRegularExpression("[0-9]")), qPrintable(words()));
+        static const QRegularExpression digit("[0-9]");
+        QVERIFY2(!words().contains(digit), qPrintable(words()));
     }
 
     void aSlipIsTold() {
