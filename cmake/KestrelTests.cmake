@@ -21,6 +21,12 @@ function(kestrel_register_test name threaded)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${KESTREL_TEST_TIMEOUT} LABELS "${labels}"
                                             ENVIRONMENT "${kestrel_test_environment}")
+    # A pool of each test's own: programs that are told apart by the sizes of their parts only would
+    # spoil each other's.
+    if(KESTREL_COVERAGE)
+        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+                     "LLVM_PROFILE_FILE=${PROJECT_BINARY_DIR}/profiles/${name}-%4m.profraw")
+    endif()
 endfunction()
 
 # A test program is built more often than it runs: little time for it in the compiler and linker. What
