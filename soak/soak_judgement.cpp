@@ -67,11 +67,12 @@ void Soak::onFinished(Watched& watched, int exitCode, QProcess::ExitStatus statu
 
 void Soak::findLeftOvers(Watched& watched) {
     ProcessFigures now = ProcessFigures::of(watched.process.processId());
-    // Somebody has captured a point: the file of its session is open as long as its module lives.
+    // Somebody has captured a point: the file of its session is open as long as its module lives, and
+    // those that are offered of sessions before.
     static const QRegularExpression session(QStringLiteral("/probecheck/points-[^/]*\\.jsonl$"));
-    const int at = now.files.indexOf(session);
-    if (at >= 0) {
-        now.files.removeAt(at);
+    const QStringList sessions = now.files.filter(session);
+    for (const QString& file : sessions) {
+        now.files.removeOne(file);
     }
     watched.leftOver = ProcessFigures::added(watched.atRest.files, now.files) +
                        ProcessFigures::added(watched.atRest.threads, now.threads);

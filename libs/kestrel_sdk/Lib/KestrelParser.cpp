@@ -94,6 +94,10 @@ bool KestrelParser::parseLine(char** line) {
     }
 }
 
+bool KestrelParser::parseLine(std::nullptr_t /*line*/) {
+    return false;
+}
+
 bool KestrelParser::parseLine(const char* line) {
     char* position = const_cast<char*>(line); // nothing writes to it
     return parseLine(&position);

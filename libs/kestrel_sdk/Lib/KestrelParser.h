@@ -40,7 +40,7 @@ public:
     /// The same for text that is const; where reading stopped is not told. By way of the operation
     /// above, also when a parser that derives from this one has another.
     bool parseLine(const char* line);
-    bool parseLine(std::nullptr_t) { return false; } ///< no line
+    bool parseLine(std::nullptr_t); ///< no line: false
 
     unsigned int getFrameCounter() const; ///< 0 when unknown
     double getTimeStamp() const;          ///< in seconds; -1 when unknown
