@@ -67,8 +67,8 @@ void Soak::onFinished(Watched& watched, int exitCode, QProcess::ExitStatus statu
 
 void Soak::findLeftOvers(Watched& watched) {
     ProcessFigures now = ProcessFigures::of(watched.process.processId());
-    // Somebody has captured a point: the file of its session is open as long as its module lives, and
-    // those that are offered of sessions before.
+    // Somebody has captured a point: the file of its session is open as long as its module lives,
+    // and those that are offered of sessions before.
     static const QRegularExpression session(QStringLiteral("/probecheck/points-[^/]*\\.jsonl$"));
     const QStringList sessions = now.files.filter(session);
     for (const QString& file : sessions) {
