@@ -71,8 +71,9 @@ TEST(NumberText, secondsHaveSixDecimals) {
 TEST(Quaternion, isThatOfTheRotation) {
     // All sixteen corners and the axes: each of the four numbers is the largest once.
     for (int i = 1; i < 3 * 3 * 3 * 3; ++i) {
-        std::array<double, 4> q = {double(i % 3 - 1), double(i / 3 % 3 - 1), double(i / 9 % 3 - 1),
-                                   double(i / 27 - 1)};
+        const auto digit = [i](int power) { return i / power % 3 - 1; };
+        std::array<double, 4> q = {double(digit(1)), double(digit(3)), double(digit(9)),
+                                   double(digit(27))};
         const double length = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
         if (length == 0.0) {
             continue;
