@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
 #include <limits>
 #include <memory>
 
@@ -146,7 +147,7 @@ private Q_SLOTS:
             << QStringLiteral("gone") << QStringLiteral("the controller is gone");
         QTest::newRow("connection closed")
             << QStringLiteral("closed") << QStringLiteral("the connection was closed");
-        QTest::newRow("disk full") << QStringLiteral("full") << QStringLiteral("File too large");
+        QTest::newRow("disk full") << QStringLiteral("full") << qt_error_string(EFBIG);
     }
     void aRecordingThatEndsByItselfIsToldWithItsReasonAndIsWhole() {
         QFETCH(QString, cause);
