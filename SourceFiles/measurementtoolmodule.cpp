@@ -3,12 +3,12 @@
 #include "SourceFiles/mtcalibrationdlg.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtsettingsdlg.h"
+#include "general/hostparameters.h"
 #include "general/menuentry.h"
 #include "general/toolqueries.h"
 #include "general/underway.h"
 #include "general/widgetending.h"
 #include "host_api/iomanager.h"
-#include "host_api/metatypes.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -39,13 +39,8 @@ QString MeasurementToolModule::get_module_version() {
 }
 
 void MeasurementToolModule::set_param(QString key, QVariant value) {
-    if (key == QLatin1String("CommandManager")) {
-        iom = value.value<IOManager*>();
-    } else if (key == QLatin1String("ModuleParent")) {
-        mod_parent = value.value<QWidget*>();
-    } else if (key == QLatin1String("BackendVersions")) {
-        beVers = value.value<BackendVersions*>();
-    } else if (key == QLatin1String("ObserverMode")) {
+    hostparameters::take(key, value, iom, mod_parent, beVers);
+    if (key == QLatin1String("ObserverMode")) {
         bObserverMode = value.toBool();
     }
 }

@@ -1,12 +1,12 @@
 #include "probecheck/probecheckmodule.h"
 
+#include "general/hostparameters.h"
 #include "general/menuentry.h"
 #include "general/toolqueries.h"
 #include "general/underway.h"
 #include "general/widgetending.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
-#include "host_api/metatypes.h"
 #include "probecheck/points/pointspanel.h"
 #include "probecheck/probedata.h"
 #include "probecheck/tipcheck/tipcheckpanel.h"
@@ -36,13 +36,7 @@ QString ProbeCheckModule::get_module_version() {
 }
 
 void ProbeCheckModule::set_param(QString key, QVariant value) {
-    if (key == QLatin1String("CommandManager")) {
-        iom = value.value<IOManager*>();
-    } else if (key == QLatin1String("ModuleParent")) {
-        mod_parent = value.value<QWidget*>();
-    } else if (key == QLatin1String("BackendVersions")) {
-        beVers = value.value<BackendVersions*>();
-    }
+    hostparameters::take(key, value, iom, mod_parent, beVers);
 }
 
 QList<_GuiElement*> ProbeCheckModule::get_gui_elements() {

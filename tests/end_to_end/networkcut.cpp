@@ -1,5 +1,7 @@
 #include "tests/end_to_end/networkcut.h"
 
+#include "tests/support/kernelfile.h"
+
 #include <QFile>
 #include <QProcess>
 
@@ -23,14 +25,6 @@ QString reason; // why there is no network of our own; empty when there is
 constexpr const char* ourAddress = "10.77.0.1";
 constexpr const char* theirAddress = "10.77.0.2";
 constexpr const char* nobodysHardware = "02:00:00:00:00:99"; // frames to it are nobody's
-
-bool write(const char* file, const std::string& text) {
-    const int descriptor = ::open(file, O_WRONLY | O_CLOEXEC);
-    const bool good = descriptor >= 0 && ::write(descriptor, text.data(), text.size()) ==
-                                             static_cast<ssize_t>(text.size());
-    ::close(descriptor);
-    return good;
-}
 
 // What the other tests of the process talk over.
 bool switchLoopbackOn() {
@@ -71,9 +65,9 @@ void NetworkCut::enter() {
                      .arg(QString::fromLocal8Bit(std::strerror(errno)));
         return;
     }
-    write("/proc/self/setgroups", "deny");
-    if (!switchLoopbackOn() || !write("/proc/self/uid_map", "0 " + user + " 1") ||
-        !write("/proc/self/gid_map", "0 " + group + " 1")) {
+    writeKernelFile("/proc/self/setgroups", "deny");
+    if (!switchLoopbackOn() || !writeKernelFile("/proc/self/uid_map", "0 " + user + " 1") ||
+        !writeKernelFile("/proc/self/gid_map", "0 " + group + " 1")) {
         reason = QStringLiteral("the kernel refuses to be root in a network of our own");
     }
 }

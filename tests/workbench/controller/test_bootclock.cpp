@@ -1,10 +1,9 @@
+#include "tests/support/kernelfile.h"
 #include "workbench/controller/bootclock.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <string>
-#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,14 +18,6 @@ namespace {
 constexpr double suspended = 1000000.0; // seconds
 constexpr int noNamespace = 77;
 
-bool write(const char* file, std::string_view text) {
-    const int descriptor = ::open(file, O_WRONLY | O_CLOEXEC);
-    const bool good = descriptor >= 0 && ::write(descriptor, text.data(), text.size()) ==
-                                             static_cast<ssize_t>(text.size());
-    ::close(descriptor);
-    return good;
-}
-
 // How far the clock is ahead of the one that stands still while the computer is suspended.
 double ahead() {
     return BootClock::seconds(BootClock::now().time_since_epoch()) -
@@ -37,8 +28,8 @@ double ahead() {
 // In a time namespace whose computer was suspended that long: 0 when the clock has gone on.
 int inTheNamespace(double before) {
     if (::unshare(CLONE_NEWUSER | CLONE_NEWTIME) != 0 ||
-        !write("/proc/self/timens_offsets",
-               "boottime " + std::to_string(static_cast<long>(suspended)) + " 0")) {
+        !writeKernelFile("/proc/self/timens_offsets",
+                         "boottime " + std::to_string(static_cast<long>(suspended)) + " 0")) {
         return noNamespace;
     }
     const pid_t child = ::fork(); // the namespace is for children
