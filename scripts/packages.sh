@@ -40,5 +40,7 @@ install_locale() {
 
 # Precompiled headers and ccache go together only with these; the locale is that of warnings.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime,locale
+# What a file depends on is known after it is compiled: it need not be preprocessed before.
+export CCACHE_DEPEND=1
 # A second clone, or a desktop in another language, finds what was compiled before.
 export CCACHE_BASEDIR=$PWD
