@@ -21,7 +21,7 @@ namespace trackingcells {
 namespace {
 
 constexpr int headerHeight = 28;
-constexpr int rowHeight = 20;
+constexpr int cellRowHeight = 20;
 constexpr int narrowestColumn = 10; // below the style's own minimum
 constexpr int decimals = 2;
 
@@ -40,7 +40,7 @@ void fit(QTableWidget* table, const Column* columns, int count) {
     QHeaderView* const header = table->horizontalHeader();
     header->setMinimumSectionSize(scaledToDpi(narrowestColumn, *table));
     header->setMinimumHeight(scaledToDpi(headerHeight, *table));
-    const int height = rowHeightFor(rowHeight, *table);
+    const int height = rowHeightFor(cellRowHeight, *table);
     table->verticalHeader()->setMinimumSectionSize(height);
     table->verticalHeader()->setDefaultSectionSize(height);
     for (int column = 0; column < count; ++column) {

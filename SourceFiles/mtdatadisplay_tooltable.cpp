@@ -15,14 +15,14 @@ using trackingcells::BodyState;
 
 namespace {
 
-constexpr int nameColumn = 0;
+constexpr int toolColumn = 0;
 constexpr int referenceColumn = 2;
 constexpr int firstButtonColumn = 4;
 constexpr int buttonColumnStep = 2;
 constexpr int buttonColumns = 4;
-constexpr int poseColumn = 12;
+constexpr int toolPoseColumn = 12;
 
-constexpr trackingcells::Column columns[] = {
+constexpr trackingcells::Column toolColumns[] = {
     {QT_TRANSLATE_NOOP("MtDataDisplay", "tool ID"), 80},
     {"", 10},
     {QT_TRANSLATE_NOOP("MtDataDisplay", "reference ID"), 80},
@@ -52,8 +52,8 @@ int buttonColumn(int button) {
 
 void MtDataDisplay::setupTableWidget6dmt() {
     Q_ASSERT(QThread::currentThread() == thread());
-    trackingcells::setUp(ui.tableWidget6dmt, columns, static_cast<int>(std::size(columns)),
-                         poseColumn);
+    trackingcells::setUp(ui.tableWidget6dmt, toolColumns, static_cast<int>(std::size(toolColumns)),
+                         toolPoseColumn);
     settledTools.watch(ui.tableWidget6dmt);
 }
 
@@ -82,12 +82,12 @@ bool MtDataDisplay::fillMeaBody(int row, unsigned generation) {
         return false;
     }
     QTableWidget* const table = ui.tableWidget6dmt;
-    trackingcells::putName(table, row, nameColumn, bodytexts::toolName(row));
+    trackingcells::putName(table, row, toolColumn, bodytexts::toolName(row));
     trackingcells::putName(table, row, referenceColumn, reference);
     for (int button = 0; button < buttonColumns; ++button) {
         table->setItem(row, buttonColumn(button), new QTableWidgetItem);
     }
-    trackingcells::putValues(table, row, poseColumn,
+    trackingcells::putValues(table, row, toolPoseColumn,
                              calibrated ? QStringLiteral("-") : QStringLiteral(" "));
     return true;
 }
@@ -118,10 +118,10 @@ void MtDataDisplay::showMeaBody(int row, const trackingcells::RowContent& conten
         trackingcells::setBackground(table->item(row, buttonColumn(button)),
                                      isPressed ? Qt::blue : Qt::transparent);
     }
-    trackingcells::setState(table->item(row, nameColumn), content.body);
+    trackingcells::setState(table->item(row, toolColumn), content.body);
     if (content.body == BodyState::Tracked) {
         const auto& tool = tools[static_cast<std::size_t>(row)];
-        trackingcells::showPose(table, row, poseColumn, tool.loc, tool.rot);
+        trackingcells::showPose(table, row, toolPoseColumn, tool.loc, tool.rot);
     }
 }
 

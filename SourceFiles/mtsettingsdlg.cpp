@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int refreshIntervalMs = 1000;
-constexpr int rowHeight = 28;
+constexpr int settingsRowHeight = 28;
 
 template <typename... Widgets>
 void setAllEnabled(bool enable, Widgets*... widgets) {
@@ -83,7 +83,8 @@ void MtSettingsDlg::arrange() {
         columns += table->columnWidth(column);
     }
     const QSize hint = table->sizeHint().expandedTo(table->minimumSize());
-    const int rows = header->sizeHint().height() + roomyRows * rowHeightFor(rowHeight, *table);
+    const int rows =
+        header->sizeHint().height() + roomyRows * rowHeightFor(settingsRowHeight, *table);
     const QSize more(std::max(0, columns - hint.width()), std::max(0, rows - hint.height()));
     resize(size().expandedTo(sizeHint() + more));
 }
@@ -302,7 +303,7 @@ void MtSettingsDlg::setUpTable(QTableWidget* table, const QStringList& headers) 
     table->setColumnCount(headers.size());
     table->setHorizontalHeaderLabels(headers);
     table->horizontalHeader()->setSectionsClickable(false);
-    const int height = rowHeightFor(rowHeight, *table);
+    const int height = rowHeightFor(settingsRowHeight, *table);
     table->verticalHeader()->setMinimumSectionSize(height); // Qt's own grows with the font
     table->verticalHeader()->setDefaultSectionSize(height);
 }

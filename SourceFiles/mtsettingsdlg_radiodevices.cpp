@@ -9,7 +9,7 @@
 namespace {
 
 enum DeviceColumn { SortKey, Vendor, InternalModel, Description, Serial };
-constexpr int modelExtraWidth = 85;
+constexpr int deviceExtraWidth = 85;
 
 // A refresh makes a cell of a hidden column the current one, from which no arrow key leads on: a
 // key press starts from the row's first visible cell.
@@ -49,7 +49,7 @@ void MtSettingsDlg::setupTablesDevices() {
     new VisibleCursor(table);
     table->resizeColumnsToContents();
     table->setColumnWidth(Description,
-                          table->columnWidth(Description) + scaledToDpi(modelExtraWidth, *table));
+                          table->columnWidth(Description) + scaledToDpi(deviceExtraWidth, *table));
 }
 
 int MtSettingsDlg::getAssignedMtDeviceFromHub(int toolIndex, MtRadioDevice& device) {

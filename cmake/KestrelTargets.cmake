@@ -45,8 +45,7 @@ function(kestrel_run_clazy target)
     endif()
     target_compile_options(${target} PRIVATE
         "SHELL:-Xclang -load -Xclang ClazyPlugin.so -Xclang -add-plugin -Xclang clazy"
-        "SHELL:-Xclang -plugin-arg-clazy -Xclang level1,no-connect-by-name"
-        "SHELL:-Xclang -plugin-arg-clazy -Xclang ignore-included-files")
+        "SHELL:-Xclang -plugin-arg-clazy -Xclang level1,no-connect-by-name")
 endfunction()
 
 # A test program is built more often than it runs: little time for it in the compiler and linker. What
@@ -82,6 +81,10 @@ function(kestrel_target target)
     endif()
     if(KESTREL_CLAZY)
         kestrel_run_clazy(${target})
+    endif()
+    kestrel_is_check(is_check)
+    if(KESTREL_UNITY AND NOT is_check)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
     endif()
     if(ARG_QT)
         set_target_properties(${target} PROPERTIES AUTOMOC ON AUTORCC ON)
@@ -128,5 +131,5 @@ function(kestrel_make_qt_headers target)
     target_link_libraries(${target} PRIVATE Qt5::Widgets)
     target_precompile_headers(${target} PRIVATE <QtWidgets> <memory> <string> <vector>)
     kestrel_target(${target} QT)
-    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTORCC OFF)
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTORCC OFF UNITY_BUILD OFF)
 endfunction()

@@ -1,5 +1,7 @@
 #include "PivotFit.h"
 
+#include "ClockRounding.h"
+
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
@@ -15,7 +17,6 @@ using Eigen::Vector3d;
 using Matrix = Eigen::Map<const Matrix3d>;
 using Vector = Eigen::Map<const Vector3d>;
 
-constexpr double rounding = 1e-6; // s; times are differences of a clock's large numbers
 constexpr std::size_t blocks = 12;
 // Below this many poses with instruments a block holds too few to tell its scatter.
 constexpr std::size_t fewestWithInstruments = 30;

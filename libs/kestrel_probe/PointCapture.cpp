@@ -1,13 +1,13 @@
 #include "PointCapture.h"
 
+#include "ClockRounding.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace kestrel_probe {
 
 namespace {
-
-constexpr double rounding = 1e-6; // s; times are differences of a clock's large numbers
 
 double orZero(double value) {
     return value > 0.0 ? value : 0.0;

@@ -15,7 +15,6 @@ namespace {
 
 using kestrel_wire::Record;
 
-constexpr std::size_t pieceSize = 256 * 1024; // that goes to the sink at once
 constexpr int angleDecimals = 6;
 constexpr int quaternionDecimals = 9;
 constexpr std::string_view referenceParameter = "measurementtool reference_of_tool ";

@@ -2,12 +2,6 @@
 
 namespace kestrel_recording {
 
-namespace {
-
-constexpr std::size_t pieceSize = 256 * 1024; // that goes to the sink at once
-
-}
-
 CutReport cut(std::istream& stream, const TimeRange& range, const Sink& sink, const Watch& watch) {
     CutReport report;
     Walk walk(stream, watch);

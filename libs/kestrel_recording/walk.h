@@ -30,6 +30,8 @@ struct Outcome {
 /// Takes what a walk makes, piece by piece. False: it could not be written, the walk ends.
 using Sink = std::function<bool(std::string_view)>;
 
+constexpr std::size_t pieceSize = 256 * 1024; ///< that goes to a sink at once
+
 /// Is told the bytes that were taken from the recording, about once for every MiB. False: the walk
 /// ends.
 using Watch = std::function<bool(std::uint64_t)>;

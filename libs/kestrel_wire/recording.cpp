@@ -1,5 +1,7 @@
 #include "libs/kestrel_wire/recording.h"
 
+#include "libs/kestrel_wire/startswith.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -26,15 +28,11 @@ constexpr std::size_t maxRecordLength = 8 * maxLineLength + 64;
 constexpr std::size_t chunkSize = 64 * 1024;
 constexpr std::string_view hexDigits = "0123456789abcdef";
 
-std::string_view takeWord(std::string_view& text) {
+std::string_view takeField(std::string_view& text) {
     const std::size_t blank = text.find(' ');
     const std::string_view word = text.substr(0, blank);
     text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
     return word;
-}
-
-bool startsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
 }
 
 bool unescapeHeaderText(std::string_view text, std::string& result) {
@@ -58,7 +56,7 @@ bool isSendable(const RecordingHeader& header) {
 }
 
 bool parseVersion(std::string_view text, RecordingHeader& header) {
-    const std::string_view name = takeWord(text);
+    const std::string_view name = takeField(text);
     for (const auto& [known, member] : versions) {
         if (name == known) {
             return unescapeHeaderText(text, header.*member);
@@ -293,7 +291,7 @@ RecordingReader::Result RecordingReader::next(Record& record) {
     if (result != Result::Ok) {
         return result;
     }
-    const std::string_view channel = takeWord(rest);
+    const std::string_view channel = takeField(rest);
     if (!unescape(channel, record.channel) || !unescape(rest, record.line)) {
         return malformed("unreadable escape");
     }
@@ -326,7 +324,7 @@ RecordingReader::Result RecordingReader::takeClockMark(std::string_view text) {
 // Takes the first word.
 RecordingReader::Result RecordingReader::takeTime(std::string_view& text,
                                                   std::uint64_t& microseconds) {
-    const std::string_view number = takeWord(text);
+    const std::string_view number = takeField(text);
     const char* const numberEnd = number.data() + number.size();
     const auto [stop, failure] = std::from_chars(number.data(), numberEnd, microseconds);
     if (number.empty() || failure != std::errc() || stop != numberEnd) {

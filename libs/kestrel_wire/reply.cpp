@@ -1,6 +1,7 @@
 #include "libs/kestrel_wire/reply.h"
 
 #include "KestrelParse.h"
+#include "libs/kestrel_wire/startswith.h"
 
 #include <algorithm>
 #include <charconv>
@@ -11,10 +12,6 @@ namespace {
 
 constexpr std::string_view valueIntroduction = "kestrel2 set ";
 constexpr std::string_view errorIntroduction = "kestrel2 err ";
-
-bool startsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
-}
 
 bool matches(std::string_view text, const std::string& parameter) {
     std::string buffer(text); // the scanners want a terminated text that they may write to

@@ -12,7 +12,6 @@ constexpr double pressFrom = 0.7;
 constexpr double pressTo = 0.85;
 constexpr double occlusionPeriod = 12.0;
 constexpr double occlusionLength = 1.2;
-constexpr double fullTurn = 6.28318530717958647692;
 
 enum Purpose : std::uint64_t {
     PositionX,

@@ -8,7 +8,6 @@ namespace kestrel_simulator {
 
 namespace {
 
-constexpr double fullTurn = 6.28318530717958647692;
 constexpr double swingAngle = 0.45; // rad, from where it began
 constexpr double twistAngle = 1.0;  // rad, either way
 constexpr double softShare = 0.05;  // of a period

@@ -4,6 +4,8 @@
 
 namespace kestrel_simulator {
 
+constexpr double fullTurn = 6.28318530717958647692; ///< rad
+
 /// Position (mm) and orientation of a body in some frame: maps the body's coordinates into it.
 struct Pose {
     Eigen::Vector3d position = Eigen::Vector3d::Zero();

@@ -12,8 +12,8 @@ namespace workbench {
 
 namespace {
 
-constexpr int widthInCharacters = 110;
-constexpr int heightInLines = 40;
+constexpr int guideWidth = 110; // characters
+constexpr int guideHeight = 40; // lines
 
 } // namespace
 
@@ -31,8 +31,7 @@ GuideDialog::GuideDialog(const QString& file, QWidget* parent)
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(browser);
     layout->addWidget(buttons);
-    resize(widthInCharacters * fontMetrics().averageCharWidth(),
-           heightInLines * fontMetrics().height());
+    resize(guideWidth * fontMetrics().averageCharWidth(), guideHeight * fontMetrics().height());
 }
 
 QString GuideDialog::usualFile() {
