@@ -12,7 +12,7 @@ using hostlink::Reply;
 
 namespace {
 
-enum Column { ToolColumn, ReferenceColumn, ResidualColumn };
+enum Column { ResultTool, ResultReference, ResultResidual };
 constexpr int rowHeight = 28;
 constexpr int discarded = -1;
 
@@ -39,8 +39,8 @@ int MtResultDlg::update_and_exec() {
 
 int MtResultDlg::widthOfColumns() const {
     const QHeaderView* const header = ui.tableWidget->horizontalHeader();
-    return ui.tableWidget->columnWidth(ToolColumn) + ui.tableWidget->columnWidth(ReferenceColumn) +
-           header->sectionSizeHint(ResidualColumn) + 2 * ui.tableWidget->frameWidth();
+    return ui.tableWidget->columnWidth(ResultTool) + ui.tableWidget->columnWidth(ResultReference) +
+           header->sectionSizeHint(ResultResidual) + 2 * ui.tableWidget->frameWidth();
 }
 
 void MtResultDlg::showBodies() {
@@ -60,8 +60,8 @@ void MtResultDlg::showBodies() {
                 bodytexts::referenceName(bodytexts::bodyNumber(reference.toString()) - 1);
         }
     }
-    ui.tableWidget->setItem(0, ToolColumn, new QTableWidgetItem(toolLabel));
-    ui.tableWidget->setItem(0, ReferenceColumn, new QTableWidgetItem(referenceLabel));
+    ui.tableWidget->setItem(0, ResultTool, new QTableWidgetItem(toolLabel));
+    ui.tableWidget->setItem(0, ResultReference, new QTableWidgetItem(referenceLabel));
 }
 
 void MtResultDlg::showResidual() {
@@ -72,7 +72,7 @@ void MtResultDlg::showResidual() {
     }
     auto* const item = new QTableWidgetItem(bodytexts::fixed(residual, 2));
     item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    ui.tableWidget->setItem(0, ResidualColumn, item);
+    ui.tableWidget->setItem(0, ResultResidual, item);
 }
 
 void MtResultDlg::on_pushButton_accept_clicked() {
