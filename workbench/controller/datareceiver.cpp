@@ -8,6 +8,7 @@
 #include <QThread>
 #include <QUdpSocket>
 
+#include <atomic>
 #include <future>
 
 namespace workbench {
@@ -49,8 +50,21 @@ public:
     };
     std::future<Bound> bound() { return m_bound.get_future(); }
 
+    // What the thread wrote is seen by who goes on. QThread::wait() says so too, but not to a
+    // thread sanitizer that does not look into Qt.
+    void join() {
+        wait();
+        static_cast<void>(m_left.load(std::memory_order_acquire));
+    }
+
 protected:
     void run() override {
+        receive();
+        m_left.store(true, std::memory_order_release);
+    }
+
+private:
+    void receive() {
         QUdpSocket socket;
         if (!socket.bind(m_address, m_port, QAbstractSocket::DontShareAddress)) {
             m_bound.set_value({0, socket.errorString()});
@@ -62,7 +76,6 @@ protected:
         exec();
     }
 
-private:
     void take(QUdpSocket& socket) {
         while (socket.hasPendingDatagrams()) {
             m_buffer.resize(
@@ -100,6 +113,7 @@ private:
     quint16 m_controllerPort = 0; // of the first datagram
     std::promise<Bound> m_bound;
     std::vector<char> m_buffer;
+    std::atomic<bool> m_left{false};
 };
 
 DataReceiver::DataReceiver(RequesterRegistry& registry, Recorder& recorder,
@@ -130,7 +144,7 @@ quint16 DataReceiver::start(const QHostAddress& address, quint16 port,
 void DataReceiver::stop() {
     if (m_thread != nullptr) {
         m_thread->quit();
-        m_thread->wait();
+        m_thread->join();
         m_thread.reset();
     }
 }
