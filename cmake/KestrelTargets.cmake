@@ -27,7 +27,7 @@ endfunction()
 function(kestrel_count_coverage target)
     # A file of each process's own: programs that are told apart by the sizes of their parts only would
     # spoil each other's. Not by LLVM_PROFILE_FILE, which each unloaded plug-in would leave as a leak.
-    set(profile "-fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%p-%m.profraw")
+    set(profile "-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%p-%m.profraw")
     target_link_options(${target} PRIVATE ${profile})
     kestrel_is_check(is_check)
     if(NOT is_check)
