@@ -17,32 +17,28 @@ endif()
 option(KESTREL_COVERAGE "Count which lines and branches are reached, into profiles/ (clang only)" OFF)
 option(KESTREL_CLAZY "Let clazy look at what is compiled (clang only)" OFF)
 
-# What is said of a program that only we run: it checks or measures the others.
-function(kestrel_is_check variable)
+# Which folder of what only we run, to check or measure the rest, is the current one: "tests". Empty for
+# what is a product.
+function(kestrel_checking_folder variable)
     file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
     string(REGEX MATCH "^(tests|benchmarks|fuzz|soak|scripts)(/|$)" found "${folder}")
-    set(${variable} "${found}" PARENT_SCOPE)
+    set(${variable} "${CMAKE_MATCH_1}" PARENT_SCOPE)
 endfunction()
 
-function(kestrel_count_coverage target)
+function(kestrel_count_coverage target is_product)
     # A file of each process's own: programs that are told apart by the sizes of their parts only would
     # spoil each other's. Not by LLVM_PROFILE_FILE, which each unloaded plug-in would leave as a leak.
     set(profile "-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%p-%m.profraw")
     target_link_options(${target} PRIVATE ${profile})
-    kestrel_is_check(is_check)
-    if(NOT is_check)
+    if(is_product)
         target_compile_options(${target} PRIVATE ${profile} -fcoverage-mapping)
     endif()
 endfunction()
 
 # Clang has the source before it anyway, and parsing Qt's headers costs more than all the checks. The
 # dialogs' slots are connected by name on purpose: the names are what hosts and tests know. What it
-# finds is slow or detaches, which does no harm in programs that only check.
+# finds is slow or detaches, which does no harm in programs that only check: it looks at products.
 function(kestrel_run_clazy target)
-    kestrel_is_check(is_check)
-    if(is_check)
-        return()
-    endif()
     target_compile_options(${target} PRIVATE
         "SHELL:-Xclang -load -Xclang ClazyPlugin.so -Xclang -add-plugin -Xclang clazy"
         "SHELL:-Xclang -plugin-arg-clazy -Xclang level1,no-connect-by-name")
@@ -56,9 +52,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
 else()
     set(kestrel_quick_linker -fuse-ld=gold)
 endif()
-check_linker_flag(CXX ${kestrel_quick_linker} kestrel_has_quick_linker)
 function(kestrel_build_quickly target)
     target_compile_options(${target} PRIVATE -O0)
+    check_linker_flag(CXX ${kestrel_quick_linker} kestrel_has_quick_linker) # asked once
     if(kestrel_has_quick_linker)
         target_link_options(${target} PRIVATE ${kestrel_quick_linker})
     endif()
@@ -69,6 +65,11 @@ endfunction()
 # and the commonest Qt headers are precompiled.
 function(kestrel_target target)
     cmake_parse_arguments(ARG "QT" "" "" ${ARGN})
+    kestrel_checking_folder(checks)
+    set(is_product ON)
+    if(checks)
+        set(is_product OFF)
+    endif()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                              $<$<BOOL:${KESTREL_WERROR}>:-Werror>)
     if(kestrel_sanitizers)
@@ -77,13 +78,12 @@ function(kestrel_target target)
         target_compile_definitions(${target} PRIVATE KESTREL_SLOW_BUILD) # waits take longer
     endif()
     if(KESTREL_COVERAGE)
-        kestrel_count_coverage(${target})
+        kestrel_count_coverage(${target} ${is_product})
     endif()
-    if(KESTREL_CLAZY)
+    if(KESTREL_CLAZY AND is_product)
         kestrel_run_clazy(${target})
     endif()
-    kestrel_is_check(is_check)
-    if(KESTREL_UNITY AND NOT is_check)
+    if(KESTREL_UNITY AND is_product)
         set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
     endif()
     if(ARG_QT)
@@ -92,8 +92,7 @@ function(kestrel_target target)
                                                      QT_DEPRECATED_WARNINGS)
     endif()
     set(headers kestrel_qt_headers)
-    file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
-    if(folder MATCHES "^tests(/|$)")
+    if(checks STREQUAL "tests")
         kestrel_build_quickly(${target})
         set(headers kestrel_test_headers)
     elseif(KESTREL_SANITIZE AND NOT ARG_QT)
