@@ -1,7 +1,7 @@
 #pragma once
 
-#include "general/hostlink.h"
-#include "general/hostpointer.h"
+#include "general/host/hostlink.h"
+#include "general/host/hostpointer.h"
 
 #include <algorithm>
 #include <optional>

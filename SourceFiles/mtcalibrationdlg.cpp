@@ -6,7 +6,7 @@
 #include "general/bodytexts.h"
 #include "general/dpiscaling.h"
 #include "general/growtofit.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "general/modalrun.h"
 #include "general/widgetending.h"
 #include "host_api/iomanager.h"

@@ -2,8 +2,8 @@
 
 #include "KestrelParser.h"
 #include "general/dpiscaling.h"
-#include "general/hostlink.h"
-#include "general/toolqueries.h"
+#include "general/host/hostlink.h"
+#include "general/host/toolqueries.h"
 #include "general/widgetending.h"
 #include "host_api/iomanager.h"
 

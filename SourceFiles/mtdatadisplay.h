@@ -2,7 +2,7 @@
 
 #include "SourceFiles/mtdatadisplay_cells.h"
 #include "SourceFiles/mtdatadisplay_settledrows.h"
-#include "general/hostpointer.h"
+#include "general/host/hostpointer.h"
 #include "host_api/requester.h"
 #include "ui_mtdatadisplay.h"
 

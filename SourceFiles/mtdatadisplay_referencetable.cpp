@@ -2,7 +2,7 @@
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtdatadisplay_cells.h"
 #include "general/bodytexts.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <QThread>

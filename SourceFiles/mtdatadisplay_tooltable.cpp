@@ -2,7 +2,7 @@
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtdatadisplay_cells.h"
 #include "general/bodytexts.h"
-#include "general/toolqueries.h"
+#include "general/host/toolqueries.h"
 
 #include <QBrush>
 #include <QThread>

@@ -2,7 +2,7 @@
 
 #include "general/bodytexts.h"
 #include "general/dpiscaling.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "general/modalrun.h"
 #include "general/widgetending.h"
 

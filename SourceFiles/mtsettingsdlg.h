@@ -5,8 +5,8 @@
 #include "SourceFiles/radiodevices.h"
 #include "SourceFiles/toolassignments.h"
 #include "SourceFiles/toolparameters.h"
-#include "general/hostlink.h"
-#include "general/hostpointer.h"
+#include "general/host/hostlink.h"
+#include "general/host/hostpointer.h"
 #include "host_api/requester.h"
 #include "ui_mtsettingsdlg.h"
 

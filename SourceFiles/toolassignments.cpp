@@ -1,7 +1,7 @@
 #include "SourceFiles/toolassignments.h"
 
 #include "general/bodytexts.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <algorithm>

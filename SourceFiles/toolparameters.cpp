@@ -1,6 +1,6 @@
 #include "SourceFiles/toolparameters.h"
 
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
 
 #include <algorithm>

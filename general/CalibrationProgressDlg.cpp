@@ -3,9 +3,9 @@
 #include "general/CountdownDlg.h"
 #include "general/dpiscaling.h"
 #include "general/growtofit.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
+#include "general/host/replyreading.h"
 #include "general/openbeside.h"
-#include "general/replyreading.h"
 #include "host_api/iomanager.h"
 
 #include <QEvent>

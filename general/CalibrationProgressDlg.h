@@ -1,6 +1,6 @@
 #pragma once
 
-#include "general/hostpointer.h"
+#include "general/host/hostpointer.h"
 #include "general/modalrun.h"
 #include "ui_calibrationprogressdlg.h"
 

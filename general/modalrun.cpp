@@ -1,6 +1,6 @@
 #include "general/modalrun.h"
 
-#include "general/hostpointer.h"
+#include "general/host/hostpointer.h"
 #include "general/underway.h"
 
 int runModally(QDialog& dialog, const HostPointer& host) {

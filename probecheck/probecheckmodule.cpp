@@ -1,8 +1,8 @@
 #include "probecheck/probecheckmodule.h"
 
-#include "general/hostparameters.h"
+#include "general/host/hostparameters.h"
+#include "general/host/toolqueries.h"
 #include "general/menuentry.h"
-#include "general/toolqueries.h"
 #include "general/underway.h"
 #include "general/widgetending.h"
 #include "host_api/backendversions.h"

@@ -1,7 +1,7 @@
 #include "probecheck/probedata.h"
 
-#include "general/hostlink.h"
-#include "general/toolqueries.h"
+#include "general/host/hostlink.h"
+#include "general/host/toolqueries.h"
 #include "host_api/iomanager.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "probecheck/points/pointspanel.h"
 
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
 #include "probecheck/points/pointjson.h"
 

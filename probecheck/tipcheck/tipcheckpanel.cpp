@@ -1,7 +1,7 @@
 #include "probecheck/tipcheck/tipcheckpanel.h"
 
 #include "general/bodytexts.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "general/spinboxes.h"
 #include "host_api/iomanager.h"
 #include "probecheck/tipcheck/roseview.h"

@@ -1,5 +1,5 @@
 #include "SourceFiles/radiodevices.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "host_api/backendversions.h"
 #include "tests/support/scriptedhost.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "general/replyreading.h"
+#include "general/host/replyreading.h"
 
 #include "KestrelParse.h"
 

@@ -1,4 +1,4 @@
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"

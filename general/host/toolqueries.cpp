@@ -1,7 +1,7 @@
-#include "general/toolqueries.h"
+#include "general/host/toolqueries.h"
 
 #include "general/bodytexts.h"
-#include "general/hostlink.h"
+#include "general/host/hostlink.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
 

@@ -1,4 +1,4 @@
-#include "general/hostpointer.h"
+#include "general/host/hostpointer.h"
 
 #include "host_api/iomanager.h"
 

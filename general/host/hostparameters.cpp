@@ -1,4 +1,4 @@
-#include "general/hostparameters.h"
+#include "general/host/hostparameters.h"
 
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
