@@ -1,7 +1,7 @@
 #include "SourceFiles/doublespinboxdelegate.h"
 
 #include "general/bodytexts.h"
-#include "general/spinboxes.h"
+#include "general/widgets/spinboxes.h"
 
 #include <cmath>
 

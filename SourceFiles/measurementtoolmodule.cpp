@@ -5,9 +5,9 @@
 #include "SourceFiles/mtsettingsdlg.h"
 #include "general/host/hostparameters.h"
 #include "general/host/toolqueries.h"
-#include "general/menuentry.h"
 #include "general/underway.h"
-#include "general/widgetending.h"
+#include "general/widgets/menuentry.h"
+#include "general/widgets/widgetending.h"
 #include "host_api/iomanager.h"
 
 #include <QAction>

@@ -4,11 +4,11 @@
 #include "SourceFiles/mtresultdlg.h"
 #include "general/CalibrationProgressDlg.h"
 #include "general/bodytexts.h"
-#include "general/dpiscaling.h"
-#include "general/growtofit.h"
 #include "general/host/hostlink.h"
-#include "general/modalrun.h"
-#include "general/widgetending.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/growtofit.h"
+#include "general/widgets/modalrun.h"
+#include "general/widgets/widgetending.h"
 #include "host_api/iomanager.h"
 
 #include <QEvent>

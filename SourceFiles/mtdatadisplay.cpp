@@ -1,10 +1,10 @@
 #include "SourceFiles/mtdatadisplay.h"
 
 #include "KestrelParser.h"
-#include "general/dpiscaling.h"
 #include "general/host/hostlink.h"
 #include "general/host/toolqueries.h"
-#include "general/widgetending.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/widgetending.h"
 #include "host_api/iomanager.h"
 
 #include <QCoreApplication>

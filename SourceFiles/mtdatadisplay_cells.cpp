@@ -3,7 +3,7 @@
 #include "KestrelAngles.h"
 #include "SourceFiles/mtdatadisplay_plaincelldelegate.h"
 #include "general/bodytexts.h"
-#include "general/dpiscaling.h"
+#include "general/widgets/dpiscaling.h"
 
 #include <QBrush>
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "SourceFiles/mthelpdlg.h"
 
-#include "general/dpiscaling.h"
+#include "general/widgets/dpiscaling.h"
 
 #include <QPixmap>
 

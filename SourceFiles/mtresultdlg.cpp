@@ -1,9 +1,9 @@
 #include "SourceFiles/mtresultdlg.h"
 
 #include "general/bodytexts.h"
-#include "general/dpiscaling.h"
 #include "general/host/hostlink.h"
-#include "general/modalrun.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/modalrun.h"
 #include "host_api/iomanager.h"
 
 #include <utility>

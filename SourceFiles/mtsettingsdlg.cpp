@@ -1,10 +1,10 @@
 #include "SourceFiles/mtsettingsdlg.h"
 
 #include "general/bodytexts.h"
-#include "general/dpiscaling.h"
 #include "general/host/hostlink.h"
-#include "general/modalrun.h"
-#include "general/widgetending.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/modalrun.h"
+#include "general/widgets/widgetending.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>

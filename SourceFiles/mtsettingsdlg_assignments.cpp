@@ -1,6 +1,6 @@
 #include "SourceFiles/mtsettingsdlg.h"
 #include "general/bodytexts.h"
-#include "general/dpiscaling.h"
+#include "general/widgets/dpiscaling.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 #include "SourceFiles/mtsettingsdlg.h"
-#include "general/dpiscaling.h"
+#include "general/widgets/dpiscaling.h"
 
 #include <QEvent>
 #include <QScopedValueRollback>

@@ -1,11 +1,11 @@
 #include "general/CalibrationProgressDlg.h"
 
 #include "general/CountdownDlg.h"
-#include "general/dpiscaling.h"
-#include "general/growtofit.h"
 #include "general/host/hostlink.h"
 #include "general/host/replyreading.h"
-#include "general/openbeside.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/growtofit.h"
+#include "general/widgets/openbeside.h"
 #include "host_api/iomanager.h"
 
 #include <QEvent>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "general/host/hostpointer.h"
-#include "general/modalrun.h"
+#include "general/widgets/modalrun.h"
 #include "ui_calibrationprogressdlg.h"
 
 #include <QByteArray>

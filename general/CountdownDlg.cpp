@@ -1,7 +1,7 @@
 #include "general/CountdownDlg.h"
 
-#include "general/dpiscaling.h"
-#include "general/growtofit.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/growtofit.h"
 
 #include <QEvent>
 

@@ -1,6 +1,6 @@
 #include "probecheck/points/capturering.h"
 
-#include "general/dpiscaling.h"
+#include "general/widgets/dpiscaling.h"
 
 #include <QPaintEvent>
 #include <QPainter>

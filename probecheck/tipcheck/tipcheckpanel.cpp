@@ -2,7 +2,7 @@
 
 #include "general/bodytexts.h"
 #include "general/host/hostlink.h"
-#include "general/spinboxes.h"
+#include "general/widgets/spinboxes.h"
 #include "host_api/iomanager.h"
 #include "probecheck/tipcheck/roseview.h"
 #include "probecheck/tipcheck/tipchecktexts.h"

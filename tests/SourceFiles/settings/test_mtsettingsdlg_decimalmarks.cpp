@@ -1,4 +1,4 @@
-#include "general/spinboxes.h"
+#include "general/widgets/spinboxes.h"
 #include "tests/SourceFiles/settings/settingsrig.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "general/growtofit.h"
+#include "general/widgets/growtofit.h"
 #include "pointsfixture.h"
 #include "samplepoints.h"
 #include "tests/support/datarows.h"

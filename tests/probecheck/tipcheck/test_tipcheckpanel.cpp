@@ -1,4 +1,4 @@
-#include "general/spinboxes.h"
+#include "general/widgets/spinboxes.h"
 #include "host_api/metatypes.h"
 #include "probecheck/probecheckmodule.h"
 #include "probecheck/tipcheck/tipcheckpanel.h"

@@ -1,4 +1,4 @@
-#include "general/modalrun.h"
+#include "general/widgets/modalrun.h"
 
 #include "general/host/hostpointer.h"
 #include "general/underway.h"

@@ -1,4 +1,4 @@
-#include "general/growtofit.h"
+#include "general/widgets/growtofit.h"
 
 #include <QLayout>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "general/menuentry.h"
+#include "general/widgets/menuentry.h"
 
 #include "host_api/guielement.h"
 

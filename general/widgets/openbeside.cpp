@@ -1,4 +1,4 @@
-#include "general/openbeside.h"
+#include "general/widgets/openbeside.h"
 
 #include <QScreen>
 #include <QWidget>

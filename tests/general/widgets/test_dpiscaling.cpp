@@ -1,5 +1,5 @@
-#include "general/dpiscaling.h"
-#include "general/growtofit.h"
+#include "general/widgets/dpiscaling.h"
+#include "general/widgets/growtofit.h"
 
 #include <QLabel>
 #include <QPixmap>

@@ -1,4 +1,4 @@
-#include "general/openbeside.h"
+#include "general/widgets/openbeside.h"
 #include "tests/general/progressrig.h"
 
 #include <QScreen>

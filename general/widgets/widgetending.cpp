@@ -1,4 +1,4 @@
-#include "general/widgetending.h"
+#include "general/widgets/widgetending.h"
 
 #include "general/underway.h"
 

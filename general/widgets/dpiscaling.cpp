@@ -1,4 +1,4 @@
-#include "general/dpiscaling.h"
+#include "general/widgets/dpiscaling.h"
 
 #include <QPixmap>
 #include <QWidget>
