@@ -1,4 +1,4 @@
-#include "probecheck/points/pointcsv.h"
+#include "probecheck/points/files/pointcsv.h"
 #include "probecheck/points/pointlistmodel.h"
 #include "tests/probecheck/points/samplepoints.h"
 

@@ -2,7 +2,7 @@
 
 #include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
-#include "probecheck/points/pointjson.h"
+#include "probecheck/points/files/pointjson.h"
 
 #include <QApplication>
 #include <QDateTime>

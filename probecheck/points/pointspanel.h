@@ -1,8 +1,8 @@
 #pragma once
 
 #include "probecheck/points/capture.h"
+#include "probecheck/points/files/pointsession.h"
 #include "probecheck/points/pointlistmodel.h"
-#include "probecheck/points/pointsession.h"
 #include "probecheck/probedata.h"
 #include "ui_pointspanel.h"
 

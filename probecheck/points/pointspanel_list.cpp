@@ -1,4 +1,4 @@
-#include "probecheck/points/pointcsv.h"
+#include "probecheck/points/files/pointcsv.h"
 #include "probecheck/points/pointdistance.h"
 #include "probecheck/points/pointspanel.h"
 

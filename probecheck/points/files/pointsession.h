@@ -1,6 +1,6 @@
 #pragma once
 
-#include "probecheck/points/sessionfile.h"
+#include "probecheck/points/files/sessionfile.h"
 
 #include <QObject>
 #include <QString>

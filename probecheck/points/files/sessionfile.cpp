@@ -1,6 +1,6 @@
-#include "probecheck/points/sessionfile.h"
+#include "probecheck/points/files/sessionfile.h"
 
-#include "probecheck/points/pointjson.h"
+#include "probecheck/points/files/pointjson.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

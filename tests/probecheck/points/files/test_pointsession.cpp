@@ -1,4 +1,4 @@
-#include "probecheck/points/pointsession.h"
+#include "probecheck/points/files/pointsession.h"
 #include "samplepoints.h"
 #include "tests/support/datarows.h"
 

@@ -1,6 +1,6 @@
-#include "probecheck/points/pointcsv.h"
+#include "probecheck/points/files/pointcsv.h"
+#include "probecheck/points/files/pointjson.h"
 #include "probecheck/points/pointdistance.h"
-#include "probecheck/points/pointjson.h"
 #include "samplepoints.h"
 #include "tests/support/datarows.h"
 

@@ -1,4 +1,4 @@
-#include "probecheck/points/pointjson.h"
+#include "probecheck/points/files/pointjson.h"
 
 #include "probecheck/points/pointdistance.h"
 
