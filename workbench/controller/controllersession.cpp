@@ -1,7 +1,7 @@
 #include "workbench/controller/controllersession.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "workbench/controller/datareceiver.h"
+#include "workbench/controller/data/datareceiver.h"
 #include "workbench/controller/measurementmonitor.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/text/versiontext.h"

@@ -1,6 +1,6 @@
 #include "workbench/controller/measurementteller.h"
 
-#include "workbench/controller/requesterregistry.h"
+#include "workbench/controller/data/requesterregistry.h"
 
 namespace workbench {
 

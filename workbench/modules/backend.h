@@ -1,11 +1,11 @@
 #pragma once
 
 #include "workbench/controller/controllersession.h"
-#include "workbench/controller/datareceiver.h"
-#include "workbench/controller/datawatch.h"
+#include "workbench/controller/data/datareceiver.h"
+#include "workbench/controller/data/datawatch.h"
+#include "workbench/controller/data/requesterregistry.h"
 #include "workbench/controller/measurementmonitor.h"
 #include "workbench/controller/measurementteller.h"
-#include "workbench/controller/requesterregistry.h"
 #include "workbench/modules/hostio.h"
 #include "workbench/outlets/recorder.h"
 #include "workbench/text/logmodel.h"

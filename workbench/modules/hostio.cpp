@@ -2,8 +2,8 @@
 
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/controllersession.h"
+#include "workbench/controller/data/requesterregistry.h"
 #include "workbench/controller/replyrules.h"
-#include "workbench/controller/requesterregistry.h"
 #include "workbench/text/logmodel.h"
 
 #include <QThread>

@@ -1,7 +1,7 @@
 #include "workbench/window/livestate.h"
 
 #include "workbench/controller/controllersession.h"
-#include "workbench/controller/datawatch.h"
+#include "workbench/controller/data/datawatch.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/window/banner.h"
 

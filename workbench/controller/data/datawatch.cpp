@@ -1,6 +1,6 @@
-#include "workbench/controller/datawatch.h"
+#include "workbench/controller/data/datawatch.h"
 
-#include "workbench/controller/datareceiver.h"
+#include "workbench/controller/data/datareceiver.h"
 #include "workbench/controller/measurementmonitor.h"
 #include "workbench/controller/measurementteller.h"
 

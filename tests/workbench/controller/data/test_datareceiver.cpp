@@ -1,5 +1,5 @@
-#include "workbench/controller/datareceiver.h"
-#include "workbench/controller/requesterregistry.h"
+#include "workbench/controller/data/datareceiver.h"
+#include "workbench/controller/data/requesterregistry.h"
 #include "workbench/outlets/recorder.h"
 
 #include <QUdpSocket>

@@ -1,4 +1,4 @@
-#include "workbench/controller/framestatistics.h"
+#include "workbench/controller/data/framestatistics.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

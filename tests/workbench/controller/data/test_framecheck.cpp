@@ -1,4 +1,4 @@
-#include "workbench/controller/framecheck.h"
+#include "workbench/controller/data/framecheck.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "workbench/controller/framecheck.h"
-#include "workbench/controller/framestatistics.h"
+#include "workbench/controller/data/framecheck.h"
+#include "workbench/controller/data/framestatistics.h"
 
 #include <QHostAddress>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "workbench/controller/requesterregistry.h"
+#include "workbench/controller/data/requesterregistry.h"
 
 #include "workbench/controller/channelresult.h"
 

@@ -1,8 +1,8 @@
-#include "workbench/controller/datareceiver.h"
+#include "workbench/controller/data/datareceiver.h"
 
 #include "libs/kestrel_wire/recording.h"
+#include "workbench/controller/data/requesterregistry.h"
 #include "workbench/controller/measurementteller.h"
-#include "workbench/controller/requesterregistry.h"
 #include "workbench/outlets/recorder.h"
 
 #include <QThread>

@@ -1,4 +1,4 @@
-#include "workbench/controller/framecheck.h"
+#include "workbench/controller/data/framecheck.h"
 
 #include "KestrelParser.h"
 #include "libs/kestrel_wire/recording.h"
