@@ -1,6 +1,6 @@
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/controller/simulatorprocess.h"
+#include "workbench/controller/simulator/simulatorprocess.h"
 #include "workbench/options.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/simulatorprocess.h"
+#include "workbench/controller/simulator/simulatorprocess.h"
 #include "workbench/modules/backend.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"

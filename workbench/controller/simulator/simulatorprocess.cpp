@@ -1,4 +1,4 @@
-#include "workbench/controller/simulatorprocess.h"
+#include "workbench/controller/simulator/simulatorprocess.h"
 
 #include <QCoreApplication>
 #include <QDir>
