@@ -1,8 +1,8 @@
 #include "tests/end_to_end/networkcut.h"
 #include "tests/end_to_end/processes.h"
 #include "workbench/commandlinerun.h"
-#include "workbench/window/banner.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/state/banner.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

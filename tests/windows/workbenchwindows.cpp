@@ -2,11 +2,11 @@
 
 #include "tests/support/modalwatchdog.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/window/banner.h"
 #include "workbench/window/connectdialog.h"
 #include "workbench/window/guidedialog.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/modulelistdialog.h"
+#include "workbench/window/state/banner.h"
 
 #include <QAction>
 #include <QDockWidget>

@@ -3,13 +3,13 @@
 #include "ui_mainwindow.h"
 #include "workbench/text/elidedlabel.h"
 #include "workbench/text/rowprinter.h"
-#include "workbench/window/banner.h"
 #include "workbench/window/commanddock.h"
 #include "workbench/window/guidedialog.h"
-#include "workbench/window/livestate.h"
 #include "workbench/window/logdock.h"
 #include "workbench/window/modulelistdialog.h"
 #include "workbench/window/screenpixels.h"
+#include "workbench/window/state/banner.h"
+#include "workbench/window/state/livestate.h"
 
 #include <QApplication>
 #include <QCloseEvent>

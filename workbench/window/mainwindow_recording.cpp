@@ -1,6 +1,6 @@
-#include "workbench/window/banner.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/savefile.h"
+#include "workbench/window/state/banner.h"
 
 #include <QAction>
 

@@ -1,7 +1,7 @@
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/window/banner.h"
 #include "workbench/window/connectdialog.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/state/banner.h"
 
 #include <QApplication>
 #include <QDockWidget>

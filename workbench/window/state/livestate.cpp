@@ -1,9 +1,9 @@
-#include "workbench/window/livestate.h"
+#include "workbench/window/state/livestate.h"
 
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/datawatch.h"
 #include "workbench/text/logmodel.h"
-#include "workbench/window/banner.h"
+#include "workbench/window/state/banner.h"
 
 #include <QAction>
 #include <QApplication>

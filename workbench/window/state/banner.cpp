@@ -1,4 +1,4 @@
-#include "workbench/window/banner.h"
+#include "workbench/window/state/banner.h"
 
 #include <QAccessible>
 #include <QEvent>
