@@ -4,9 +4,9 @@
 #include "workbench/modules/backend.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/modulehost.h"
-#include "workbench/window/csvexport.h"
 #include "workbench/window/opendialogs.h"
-#include "workbench/window/recordingcontrol.h"
+#include "workbench/window/recording/csvexport.h"
+#include "workbench/window/recording/recordingcontrol.h"
 #include "workbench/window/windowsettings.h"
 
 #include <QDockWidget>

@@ -1,5 +1,5 @@
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/savefile.h"
+#include "workbench/window/recording/savefile.h"
 #include "workbench/window/state/banner.h"
 
 #include <QAction>

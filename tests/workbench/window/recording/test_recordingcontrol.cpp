@@ -2,7 +2,7 @@
 #include "tests/workbench/outlets/fulldisk.h"
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/window/recordingcontrol.h"
+#include "workbench/window/recording/recordingcontrol.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "workbench/window/savefile.h"
+#include "workbench/window/recording/savefile.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "workbench/window/recordingcontrol.h"
+#include "workbench/window/recording/recordingcontrol.h"
 
 #include "workbench/controller/controllersession.h"
 #include "workbench/outlets/recorder.h"
