@@ -1,5 +1,5 @@
 #include "workbench/text/logmodel.h"
-#include "workbench/window/logdock.h"
+#include "workbench/window/log/logdock.h"
 
 #include <QLineEdit>
 #include <QPushButton>

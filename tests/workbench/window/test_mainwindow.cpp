@@ -1,6 +1,6 @@
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/window/commanddock.h"
-#include "workbench/window/logdock.h"
+#include "workbench/window/log/commanddock.h"
+#include "workbench/window/log/logdock.h"
 #include "workbench/window/mainwindow.h"
 
 #include <QLabel>

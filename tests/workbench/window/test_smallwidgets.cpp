@@ -2,8 +2,8 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/text/rowprinter.h"
-#include "workbench/window/commanddock.h"
 #include "workbench/window/connectdialog.h"
+#include "workbench/window/log/commanddock.h"
 #include "workbench/window/modulelistdialog.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/window/commandhistory.h"
+#include "workbench/window/log/commandhistory.h"
 
 #include <QDockWidget>
 

@@ -1,4 +1,4 @@
-#include "workbench/window/commandhistory.h"
+#include "workbench/window/log/commandhistory.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "workbench/window/commanddock.h"
+#include "workbench/window/log/commanddock.h"
 
 #include "ui_commanddock.h"
 #include "workbench/controller/controllersession.h"

@@ -1,4 +1,4 @@
-#include "workbench/window/logdock.h"
+#include "workbench/window/log/logdock.h"
 
 #include "ui_logdock.h"
 #include "workbench/text/logmodel.h"
