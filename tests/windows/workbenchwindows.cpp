@@ -2,10 +2,10 @@
 
 #include "tests/support/modalwatchdog.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/window/connectdialog.h"
-#include "workbench/window/guidedialog.h"
+#include "workbench/window/dialogs/connectdialog.h"
+#include "workbench/window/dialogs/guidedialog.h"
+#include "workbench/window/dialogs/modulelistdialog.h"
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/modulelistdialog.h"
 #include "workbench/window/state/banner.h"
 
 #include <QAction>

@@ -2,9 +2,9 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/text/rowprinter.h"
-#include "workbench/window/connectdialog.h"
+#include "workbench/window/dialogs/connectdialog.h"
+#include "workbench/window/dialogs/modulelistdialog.h"
 #include "workbench/window/log/commanddock.h"
-#include "workbench/window/modulelistdialog.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

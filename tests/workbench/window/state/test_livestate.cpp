@@ -1,5 +1,5 @@
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/window/connectdialog.h"
+#include "workbench/window/dialogs/connectdialog.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/state/banner.h"
 

@@ -1,4 +1,4 @@
-#include "workbench/window/modulelistdialog.h"
+#include "workbench/window/dialogs/modulelistdialog.h"
 
 #include "ui_modulelistdialog.h"
 #include "workbench/modules/modulehost.h"

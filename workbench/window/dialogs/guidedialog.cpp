@@ -1,4 +1,4 @@
-#include "workbench/window/guidedialog.h"
+#include "workbench/window/dialogs/guidedialog.h"
 
 #include <QCoreApplication>
 #include <QDialogButtonBox>

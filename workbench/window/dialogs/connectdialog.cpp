@@ -1,4 +1,4 @@
-#include "workbench/window/connectdialog.h"
+#include "workbench/window/dialogs/connectdialog.h"
 
 #include "ui_connectdialog.h"
 
