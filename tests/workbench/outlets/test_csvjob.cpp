@@ -1,4 +1,4 @@
-#include "tests/workbench/outlets/fulldisk.h"
+#include "tests/support/fulldisk.h"
 #include "workbench/outlets/csvjob.h"
 
 #include <QDir>

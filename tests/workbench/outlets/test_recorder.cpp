@@ -1,4 +1,4 @@
-#include "tests/workbench/outlets/fulldisk.h"
+#include "tests/support/fulldisk.h"
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "workbench/outlets/recorder.h"
 

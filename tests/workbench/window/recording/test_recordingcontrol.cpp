@@ -1,5 +1,5 @@
+#include "tests/support/fulldisk.h"
 #include "tests/workbench/backendfixture.h"
-#include "tests/workbench/outlets/fulldisk.h"
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/recording/recordingcontrol.h"
