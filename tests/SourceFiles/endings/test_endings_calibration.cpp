@@ -1,5 +1,5 @@
-#include "tests/SourceFiles/endings/endingsweep.h"
 #include "tests/support/children.h"
+#include "tests/support/endings/endingsweep.h"
 #include "tests/support/faultsweep.h"
 
 #include <QApplication>

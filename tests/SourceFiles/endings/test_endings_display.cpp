@@ -1,4 +1,4 @@
-#include "tests/SourceFiles/endings/endingsweep.h"
+#include "tests/support/endings/endingsweep.h"
 #include "tests/support/faultsweep.h"
 
 #include <QtTest>
