@@ -2,16 +2,19 @@
 
 find_package(GTest REQUIRED)
 include(GoogleTest)
+include(KestrelJoinedTests)
 
 # Builds all tests that start threads: the ones that the thread sanitizer runs.
 add_custom_target(threaded_tests)
 
-set(KESTREL_TEST_TIMEOUT 120 CACHE STRING "Seconds after which a hanging test is killed")
+set(KESTREL_TEST_TIMEOUT 300 CACHE STRING "Seconds after which a hanging test is killed")
 
 set(kestrel_test_environment
     "QT_QPA_PLATFORM=offscreen"
     "QT_FONT_DPI=96" # what the platform says of itself is another number
-    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
+    "PULSE_RUNTIME_PATH=/nonexistent/pulse" # nobody hears a test
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0"
+    "TSAN_OPTIONS=ignore_noninstrumented_modules=1:halt_on_error=1:die_after_fork=0:suppressions=${PROJECT_SOURCE_DIR}/tests/support/threads.supp:print_suppressions=0")
 
 function(kestrel_register_test name threaded)
     set(labels ${ARGN})
@@ -45,22 +48,45 @@ function(kestrel_generate_mocs name)
 endfunction()
 
 # kestrel_add_qt_test(<name> [THREADED] [GUILESS] SOURCES <file>... [LIBS <target>...]
-#                     [LABELS <label>...])
+#                     [DEFINITIONS <definition>...] [DEPENDS <target>...] [LABELS <label>...])
 # A QtTest program; its main is in the source (QTEST_MAIN or QTEST_GUILESS_MAIN). GUILESS: neither
-# it nor what it links knows QtWidgets.
+# it nor what it links knows QtWidgets. DEPENDS: what it starts or loads is built before it. The target
+# may be made later, and be shared: what it needs is said here.
 function(kestrel_add_qt_test name)
-    cmake_parse_arguments(ARG "THREADED;GUILESS" "" "SOURCES;LIBS;LABELS" ${ARGN})
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt5::Test)
-    if(NOT ARG_GUILESS)
-        target_link_libraries(${name} PRIVATE Qt5::Widgets)
+    cmake_parse_arguments(ARG "THREADED;GUILESS" "" "SOURCES;LIBS;DEFINITIONS;DEPENDS;LABELS" ${ARGN})
+    set(guiless)
+    if(ARG_GUILESS)
+        set(guiless GUILESS)
     endif()
-    kestrel_target(${name} QT)
-    if(NOT "${ARG_SOURCES}" MATCHES "\\.h(;|$)")
-        kestrel_generate_mocs(${name} ${ARG_SOURCES})
+    set(building ${guiless} LIBS ${ARG_LIBS} DEFINITIONS ${ARG_DEFINITIONS} DEPENDS ${ARG_DEPENDS})
+    kestrel_can_join(joins ${ARG_SOURCES})
+    if(KESTREL_UNITY AND joins)
+        kestrel_join_test(${name} ${ARG_SOURCES} ${building})
+    else()
+        kestrel_build_qt_test(${name} SOURCES ${ARG_SOURCES} ${building})
     endif()
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}")
     kestrel_register_test(${name} ${ARG_THREADED} qt ${ARG_LABELS})
+endfunction()
+
+function(kestrel_build_qt_test program)
+    cmake_parse_arguments(ARG "GUILESS" "" "SOURCES;JOINED;LIBS;DEFINITIONS;DEPENDS" ${ARGN})
+    add_executable(${program} ${ARG_SOURCES})
+    target_link_libraries(${program} PRIVATE ${ARG_LIBS} Qt5::Test)
+    if(NOT ARG_GUILESS)
+        target_link_libraries(${program} PRIVATE Qt5::Widgets)
+    endif()
+    target_compile_definitions(${program} PRIVATE ${ARG_DEFINITIONS})
+    if(ARG_DEPENDS)
+        add_dependencies(${program} ${ARG_DEPENDS})
+    endif()
+    kestrel_target(${program} QT APART)
+    if(NOT "${ARG_SOURCES}" MATCHES "\\.h(;|$)")
+        kestrel_generate_mocs(${program} ${ARG_SOURCES} ${ARG_JOINED})
+    endif()
+    if(ARG_JOINED)
+        kestrel_join_sources(${program} QT SOURCES ${ARG_JOINED})
+    endif()
 endfunction()
 
 # kestrel_run_again(<name> PROGRAM <Qt test> ENVIRONMENT <VARIABLE=value>... [FUNCTIONS <name>...]
@@ -68,7 +94,7 @@ endfunction()
 # Some or all functions of a Qt test once more, in other surroundings.
 function(kestrel_run_again name)
     cmake_parse_arguments(ARG "" "PROGRAM" "ENVIRONMENT;FUNCTIONS;LABELS" ${ARGN})
-    add_test(NAME ${name} COMMAND ${ARG_PROGRAM} ${ARG_FUNCTIONS})
+    add_test(NAME ${name} COMMAND "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${ARG_PROGRAM}" ${ARG_FUNCTIONS})
     kestrel_register_test(${name} FALSE qt ${ARG_LABELS})
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT ${ARG_ENVIRONMENT})
 endfunction()
@@ -79,7 +105,16 @@ function(kestrel_add_gtest name)
     cmake_parse_arguments(ARG "THREADED" "" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest_main)
-    kestrel_target(${name})
+    kestrel_target(${name} APART)
+    if(KESTREL_UNITY)
+        set(tests ${ARG_SOURCES})
+        list(FILTER tests INCLUDE REGEX "(^|/)test_[^/]*\\.cpp$")
+        list(LENGTH tests count)
+        if(count GREATER 1)
+            kestrel_join_sources(${name} SOURCES ${tests})
+            set_source_files_properties(${tests} PROPERTIES HEADER_FILE_ONLY ON)
+        endif()
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     kestrel_register_test(${name} ${ARG_THREADED} gtest ${ARG_LABELS})
 endfunction()

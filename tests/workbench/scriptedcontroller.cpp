@@ -242,7 +242,7 @@ quint16 ScriptedController::dataPort() const {
 void ScriptedController::sendFrame(const std::string& frame) {
     if (m_dataSocket == nullptr) {
         m_dataSocket = std::make_unique<QUdpSocket>();
-        m_dataSocket->bind(QHostAddress::LocalHost);
+        m_dataSocket->bind(QHostAddress(QHostAddress::LocalHost));
     }
     m_dataSocket->writeDatagram(frame.data(), static_cast<qint64>(frame.size()),
                                 QHostAddress::LocalHost, dataPort());

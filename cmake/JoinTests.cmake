@@ -1,0 +1,32 @@
+# cmake -DROOT=<folder> -DOUTPUT=<file> "-DSOURCES=<file>;..." -P JoinTests.cmake
+# Writes a source that is several tests: what they include, once, and then each of them in a namespace of
+# its own, for they have names in common, "main" among them. What moc writes stays where it is included.
+# All are named from the root, so that the compiler's cache knows them in every clone.
+
+set(included)
+if(QT)
+    set(included "#include <QtCore/QMetaType>" "#include <memory>")
+endif()
+set(bodies "")
+foreach(source IN LISTS SOURCES)
+    cmake_path(GET source PARENT_PATH folder)
+    cmake_path(GET source STEM name)
+    cmake_path(RELATIVE_PATH source BASE_DIRECTORY "${ROOT}")
+    file(STRINGS "${ROOT}/${source}" lines REGEX "^#include ")
+    foreach(line IN LISTS lines)
+        if(line MATCHES "^#include \"(.*)\"")
+            set(beside "${folder}/${CMAKE_MATCH_1}")
+            if(EXISTS "${beside}")
+                cmake_path(RELATIVE_PATH beside BASE_DIRECTORY "${ROOT}")
+                set(line "#include \"${beside}\"")
+            endif()
+        endif()
+        if(NOT line MATCHES "\\.moc\"$")
+            list(APPEND included "${line}")
+        endif()
+    endforeach()
+    string(APPEND bodies "namespace joined_${name} {\n#include \"${source}\"\n}\n")
+endforeach()
+list(REMOVE_DUPLICATES included)
+list(JOIN included "\n" included)
+file(CONFIGURE OUTPUT "${OUTPUT}" CONTENT "${included}\n${bodies}" @ONLY)
