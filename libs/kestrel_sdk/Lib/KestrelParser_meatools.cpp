@@ -1,9 +1,11 @@
 #include "KestrelParser.h"
+#include "KestrelPick.h"
 #include "LineReader.h"
 #include "Tables.h"
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 using namespace KestrelSDK_Datatypes;
 
@@ -11,8 +13,9 @@ namespace {
 
 constexpr int mostToolButtons = 16;
 constexpr int oldToolButtons = 4;
+constexpr int blocksOfTool2 = 5;
 
-/// Reads the five blocks of tool `index` of a "6dmt2" line.
+/// Reads the first four of the five blocks of tool `index` of a "6dmt2" line.
 bool readTool2(KestrelSDK_Parse::LineReader& line, Kestrel_MeaTool_Type_d& tool, int index) {
     int id = 0;
     double quality = 0;
@@ -37,10 +40,39 @@ bool readTool2(KestrelSDK_Parse::LineReader& line, Kestrel_MeaTool_Type_d& tool,
         return false;
     }
     Tables::setButtons(tool.button, static_cast<unsigned int>(word), tool.num_button);
-    return line.block(tool.cov);
+    return true;
+}
+
+// The line tells the defined tools first; only the listed ones count.
+bool readCount2(KestrelSDK_Parse::LineReader& line, int& tools) {
+    return line.number(tools) && line.number(tools) && !Tables::tooMany(tools);
 }
 
 } // namespace
+
+KestrelSDK_Pick::Found KestrelSDK_Pick::meaTool(const char* line, int index,
+                                                Kestrel_MeaTool_Type_d& tool) {
+    char* position = const_cast<char*>(line); // nothing writes to it
+    for (const char c : std::string_view("6dmt2 ")) {
+        if (*position++ != c) {
+            return Found::NotListed;
+        }
+    }
+    KestrelSDK_Parse::LineReader reader(position);
+    int tools = 0;
+    if (!readCount2(reader, tools)) {
+        return Found::Malformed;
+    }
+    if (index < 0 || index >= tools) {
+        return Found::NotListed;
+    }
+    for (int i = 0; i < blocksOfTool2 * index; ++i) {
+        if (!reader.block()) {
+            return Found::Malformed;
+        }
+    }
+    return readTool2(reader, tool, index) && reader.block() ? Found::Yes : Found::Malformed;
+}
 
 bool KestrelParser::parseMeaTools(Reader& line) {
     int tools = 0;
@@ -72,15 +104,15 @@ bool KestrelParser::parseMeaTools(Reader& line) {
 }
 
 bool KestrelParser::parseMeaTools2(Reader& line) {
-    // The line tells the defined tools first; only the listed ones count.
     int tools = 0;
-    if (!line.number(tools) || !line.number(tools) || Tables::tooMany(tools)) {
+    if (!readCount2(line, tools)) {
         return false;
     }
     loc_num_meatool = 0;
     Tables::resize(act_meatool, act_num_meatool, tools);
     for (int i = 0; i < tools; ++i) {
-        if (!readTool2(line, act_meatool[static_cast<std::size_t>(i)], i)) {
+        Kestrel_MeaTool_Type_d& tool = act_meatool[static_cast<std::size_t>(i)];
+        if (!readTool2(line, tool, i) || !line.block(tool.cov)) {
             return false;
         }
     }

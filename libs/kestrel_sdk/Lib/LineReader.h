@@ -19,7 +19,7 @@ public:
     explicit LineReader(char*& position)
         : m_position(position) {}
 
-    bool number(int& value) { return moveTo(Numbers::scanAnyInt(m_position, value)); }
+    bool number(int& value) { return moveTo(Numbers::scanInt(m_position, value)); }
     bool number(unsigned int& value) { return moveTo(Numbers::scanAnyUnsigned(m_position, value)); }
     bool number(double& value) { return moveTo(Numbers::scanAnyDouble(m_position, value)); }
 
@@ -31,7 +31,7 @@ public:
         if (at == nullptr || !(read(at, items) && ...)) {
             return false;
         }
-        closeBlock(at);
+        closeBlock();
         return true;
     }
 
@@ -48,29 +48,31 @@ private:
 
     /// Start of the numbers of the next block; null when there is no complete one.
     const char* openBlock() {
-        if (m_lastClose == nullptr) {
-            findLastClose();
+        // As good as always it is here, or behind a blank.
+        const char* open = m_position + (*m_position == ' ' ? 1 : 0);
+        if (*open != '[') {
+            open = std::strchr(open, '[');
         }
-        const char* open = *m_position == '[' ? m_position : std::strchr(m_position, '[');
-        return open == nullptr || open >= m_lastClose ? nullptr : open + 1;
+        m_close = open == nullptr ? nullptr : std::strchr(open, ']');
+        return m_close == nullptr ? nullptr : open + 1;
     }
 
-    /// No number goes on over a "]", so the first one from `at` on is the block's own.
-    void closeBlock(const char* at) {
-        const char* close = *at == ']' ? at : std::strchr(at, ']');
-        m_position += close + 1 - m_position;
-    }
-
-    void findLastClose() {
-        const char* close = std::strrchr(m_position, ']');
-        m_lastClose = close == nullptr ? m_position : close;
-    }
+    /// No number goes on over a "]".
+    void closeBlock() { m_position += m_close + 1 - m_position; }
 
     bool read(const char*& at, int& value) const {
         return (at = Numbers::scanInt(at, value)) != nullptr;
     }
     bool read(const char*& at, double& value) const {
         return (at = Numbers::scanDouble(at, value)) != nullptr;
+    }
+    bool read(const char*& at, double (&rotation)[9]) const {
+        for (double& value : rotation) {
+            if ((at = Numbers::scanFraction(at, m_close + 1, value)) == nullptr) {
+                return false;
+            }
+        }
+        return true;
     }
     template <std::size_t count>
     bool read(const char*& at, double (&values)[count]) const {
@@ -90,8 +92,7 @@ private:
     }
 
     char*& m_position;
-    /// The last "]" of the line, or a position before all blocks; null until the first block.
-    const char* m_lastClose = nullptr;
+    const char* m_close = nullptr; ///< "]" of the block in hand
 };
 
 } // namespace KestrelSDK_Parse

@@ -112,4 +112,44 @@ inline const char* scanDouble(const char* text, double& value) noexcept {
     return end;
 }
 
+/// Bytes "0.000000" as a number, and what makes the highest bit of each byte that is neither a
+/// digit nor the point appear when those are subtracted.
+inline constexpr std::uint64_t zeroFraction = 0x3030303030302e30U;
+inline constexpr std::uint64_t aboveNine = 0x7676767676767f76U;
+inline constexpr std::uint64_t highestBits = 0x8080808080808080U;
+
+/// Eight decimal digits, the first in the lowest byte, as a number.
+inline std::uint64_t eightDigits(std::uint64_t digits) noexcept {
+    constexpr std::uint64_t pairs = 0x000000ff000000ffU;
+    digits = digits * 10 + (digits >> 8U); // pairs, in every other byte
+    digits = (digits & pairs) * (100U + (1000000ULL << 32U)) +
+             ((digits >> 16U) & pairs) * (1U + (10000ULL << 32U));
+    return digits >> 32U;
+}
+
+/// As scanDouble(), and faster where it finds the spelling of a rotation's numbers, "-0.123456".
+/// The bytes before `end` can be read. It has one shape, so that it is no guess where the next one
+/// begins.
+inline const char* scanFraction(const char* text, const char* end, double& value) noexcept {
+    constexpr std::ptrdiff_t size = 8;
+    text += *text == ' ' ? 1 : 0;
+    const std::uint64_t negative = *text == '-' ? 1 : 0;
+    const char* first = text + negative;
+    const bool isLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+    if (!isLittleEndian || end - first <= size || (first[size] != ' ' && first[size] != ']')) {
+        return scanDouble(text, value);
+    }
+    std::uint64_t digits = 0;
+    std::memcpy(&digits, first, sizeof digits);
+    digits -= zeroFraction;
+    if ((((digits + aboveNine) | digits) & highestBits) != 0) {
+        return scanDouble(text, value);
+    }
+    // The point counts as a zero among the decimals.
+    const std::uint64_t whole = digits & 0xffU;
+    const std::uint64_t millionths = eightDigits(digits) - whole * 9000000U;
+    value = withSign(exactDouble(millionths), negative) / powersOfTen[6];
+    return first + size;
+}
+
 } // namespace KestrelSDK_Parse::Numbers

@@ -1,4 +1,5 @@
 #include "KestrelParse.h"
+#include "KestrelPick.h"
 #include "tests/libs/kestrel_sdk/agreement.h"
 
 #include <array>
@@ -204,6 +205,53 @@ std::string characterSoup(std::mt19937_64& random) {
     return text;
 }
 
+/// Numbers of the length that rotations have, and those a byte away from one.
+std::vector<std::string> rotationNumbers() {
+    static const std::string bytes = "0459.:/- +\t,eExX]a\x80\xb0\xff";
+    std::vector<std::string> numbers;
+    for (const std::string whole : {"0.123456", "-0.987654", "1.000000", "-0.000000", "9.999999"}) {
+        numbers.push_back(whole);
+        for (std::size_t at = 0; at < whole.size(); ++at) {
+            numbers.push_back(whole.substr(0, at) + whole.substr(at + 1));
+            for (const char c : bytes) {
+                numbers.push_back(whole.substr(0, at) + c + whole.substr(at + 1));
+                numbers.push_back(whole.substr(0, at) + c + whole.substr(at));
+            }
+        }
+        for (const char c : bytes) {
+            numbers.push_back(whole + c);
+        }
+    }
+    return numbers;
+}
+
+/// Empty when a tool's rotation with that number among others is what the C library reads, one
+/// number after the other up to the first "]", and is not read when that finds fewer.
+std::string differenceOfRotation(const std::string& number, std::size_t place) {
+    std::string numbers;
+    for (std::size_t i = 0; i < 9; ++i) {
+        numbers += (i > 0 ? " " : "") + (i == place ? number : "-0." + std::to_string(111111 * i));
+    }
+    const std::string block = numbers.substr(0, numbers.find(']'));
+    std::array<double, 9> expected{};
+    const char* at = block.c_str();
+    std::size_t count = 0;
+    for (; count < expected.size(); ++count) {
+        char* end = nullptr;
+        expected[count] = strtod_l(at, &end, Agreement::cLocale());
+        if (end == at) {
+            break;
+        }
+        at = end;
+    }
+    const std::string line = "6dmt2 1 1 [0 1 0 0][1 2 3][" + numbers + "][][0 0 0 0 0 0]";
+    KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d tool{};
+    const bool isRead =
+        KestrelSDK_Pick::meaTool(line.c_str(), 0, tool) == KestrelSDK_Pick::Found::Yes;
+    const bool isSame = std::memcmp(tool.rot, expected.data(), sizeof expected) == 0;
+    return isRead == (count == expected.size()) && (isSame || !isRead) ? "" : line;
+}
+
 void expectGeneratedTextsToAgree(int count) {
     std::mt19937_64 random(20261120);
     for (int i = 0; i < count && !testing::Test::HasFailure(); ++i) {
@@ -271,6 +319,17 @@ TEST(Agreement, holdsInALocaleWithADecimalComma) {
     expectGeneratedTextsToAgree(5000);
     for (const std::string& text : oddities()) {
         EXPECT_EQ(difference(text), "");
+    }
+}
+
+TEST(Agreement, theNumbersOfARotationAreReadAsTheCLibraryReadsThem) {
+    for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TONEAREST}) {
+        ASSERT_EQ(std::fesetround(mode), 0);
+        for (const std::string& number : rotationNumbers()) {
+            for (const std::size_t place : {0U, 4U, 8U}) {
+                EXPECT_EQ(differenceOfRotation(number, place), "") << "rounding mode " << mode;
+            }
+        }
     }
 }
 
