@@ -1,6 +1,7 @@
 #include "PivotFit.h"
 
 #include "ClockRounding.h"
+#include "PoseChecks.h"
 
 #include <Eigen/Dense>
 #include <algorithm>
@@ -39,18 +40,6 @@ Matrix3d scatterOf(const double* rotationSum, const double* squareSum, std::size
     const double n = static_cast<double>(poses);
     const Matrix3d mean = Matrix(rotationSum) / n;
     return Matrix(squareSum) / n - mean.transpose() * mean;
-}
-
-bool isRotation(const double* rotation) {
-    const Matrix matrix(rotation);
-    const Matrix3d off = matrix.transpose() * matrix - Matrix3d::Identity();
-    return off.cwiseAbs().maxCoeff() <= PivotFit::rotationTolerance && matrix.determinant() > 0.0;
-}
-
-bool isFinite(const Pose& pose) {
-    const auto finite = [](double value) { return std::isfinite(value); };
-    return finite(pose.seconds) && std::all_of(pose.position, pose.position + 3, finite) &&
-           std::all_of(pose.rotation, pose.rotation + 9, finite);
 }
 
 } // namespace
@@ -168,8 +157,7 @@ void PivotFit::clear() {
 }
 
 void PivotFit::add(const Pose& pose) {
-    if (!isFinite(pose) || !isRotation(pose.rotation) ||
-        (!m_samples.empty() && pose.seconds <= m_samples.back().seconds)) {
+    if (!isProper(pose) || (!m_samples.empty() && pose.seconds <= m_samples.back().seconds)) {
         return;
     }
     if (m_samples.empty()) {

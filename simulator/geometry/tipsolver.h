@@ -1,21 +1,15 @@
 #pragma once
 
+#include "libs/kestrel_probe/TipSolver.h"
 #include "simulator/geometry/pose.h"
 
-#include <cstddef>
 #include <vector>
 
 namespace kestrel_simulator {
 
-/// What a least squares fit of a fixed tip to the poses of its body says.
+/// kestrel_probe's solution in the terms of the scene: see there.
 struct TipSolution {
-    enum class Outcome {
-        Solved,
-        TooFewPoses, ///< fewer than tipsolver::minimumPoses
-        Still,       ///< the body did not turn
-        Twist,       ///< it turned about its own axis only: the tip may be anywhere along it
-        Planar       ///< it turned about one axis only: the tip's place along it is open
-    };
+    using Outcome = kestrel_probe::TipSolution::Outcome;
     Outcome outcome = Outcome::TooFewPoses;
     Eigen::Vector3d tip = Eigen::Vector3d::Zero();        ///< in the body's coordinates, mm
     Eigen::Vector3d fixedPoint = Eigen::Vector3d::Zero(); ///< in the room, mm
@@ -27,17 +21,7 @@ struct TipSolution {
     double uncertainty() const;
 };
 
-/// Thresholds between a motion that determines the tip and one that does not. A pose's turn counts
-/// as its deviation from the mean rotation; see docs/calibration.md.
-namespace tipsolver {
-inline constexpr std::size_t minimumPoses = 20;
-inline constexpr double stillness = 0.01;  ///< mean squared deviation of all axes together
-inline constexpr double oneAxis = 0.005;   ///< of the axis that turned least
-inline constexpr double originStill = 3.0; ///< mm, RMS, of the body's origin
-} // namespace tipsolver
-
-/// Finds the tip t and the fixed point c that minimise sum |R_i t + p_i - c|^2 over the poses
-/// (R_i, p_i). Only `outcome` is set when the motion does not determine the tip.
+/// kestrel_probe::solveTip() over these poses of a body.
 TipSolution solveTip(const std::vector<Pose>& poses);
 
 } // namespace kestrel_simulator

@@ -102,7 +102,15 @@ private:
     Vector3d m_state = Vector3d::Zero();
 };
 
+Vector3d shaft() {
+    return Vector3d(0.2, -0.1, 1.0).normalized();
+}
+
 } // namespace
+
+Vector3d tipErrorOf(const Cell& cell) {
+    return cell.alongShaft ? Vector3d(shaft() * tipErrorLength) : Vector3d(tipError);
+}
 
 std::string Cell::name() const {
     std::array<char, 160> text{};
@@ -120,8 +128,8 @@ std::vector<kestrel_probe::Pose> poses(const Cell& cell, std::uint64_t seed) {
     Noise turn(cell.noise * rotationNoise, memory);
     std::uniform_real_distribution<double> chance(0.0, 1.0);
     const Matrix3d upright = rotationFrom({0.3, 2.8, 0.1});
-    const Vector3d trueTip = Vector3d(0.2, -0.1, 1.0).normalized() * cell.lever;
-    const Vector3d knownTip = trueTip - Vector3d(tipError);
+    const Vector3d trueTip = shaft() * cell.lever;
+    const Vector3d knownTip = trueTip - tipErrorOf(cell);
 
     const auto frames = static_cast<int>(std::lround(cell.rate * cell.seconds));
     std::vector<kestrel_probe::Pose> result;
@@ -149,6 +157,26 @@ std::vector<kestrel_probe::Pose> poses(const Cell& cell, std::uint64_t seed) {
     return result;
 }
 
+std::vector<kestrel_probe::Pose> posesOf(const std::function<Vector3d(double)>& turn, double rate,
+                                         double seconds, const Vector3d& tip) {
+    std::vector<kestrel_probe::Pose> result;
+    const auto frames = static_cast<int>(std::lround(rate * seconds));
+    for (int frame = 0; frame <= frames; ++frame) {
+        kestrel_probe::Pose pose{};
+        pose.seconds = frame / rate;
+        const Matrix3d rotation = rotationFrom(turn(pose.seconds));
+        Eigen::Map<Matrix3d>(pose.rotation) = rotation;
+        Eigen::Map<Vector3d>(pose.position) = -(rotation * tip);
+        result.push_back(pose);
+    }
+    return result;
+}
+
+Vector3d cone(double seconds, double tilt, double hertz) {
+    const double direction = fullTurn * hertz * seconds;
+    return {tilt * std::cos(direction), tilt * std::sin(direction), 0.0};
+}
+
 Tally tally(const Cell& cell, int runs, std::uint64_t firstSeed) {
     Tally tally;
     double squares = 0.0;
@@ -165,7 +193,7 @@ Tally tally(const Cell& cell, int runs, std::uint64_t firstSeed) {
         }
         ++tally.solved;
         const Vector3d tip(result->tip);
-        const double off = (tip - Vector3d(tipError)).norm();
+        const double off = (tip - tipErrorOf(cell)).norm();
         squares += off * off;
         tally.meanRadius += result->radius95;
         tally.held += off <= result->radius95 ? 1 : 0;

@@ -2,7 +2,9 @@
 
 #include "libs/kestrel_probe/PivotFit.h"
 
+#include <Eigen/Core>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,7 @@ struct Cell {
     double missing = 0.0;    ///< share of the frames that do not come
     double slip = 0.0;       ///< mm by which the tip moves half-way
     double distance = 0.0;   ///< mm from the room's origin to the resting point, along x
+    bool alongShaft = false; ///< the tip is wrong along the shaft, where it is known least
 
     std::string name() const;
 };
@@ -33,8 +36,20 @@ inline constexpr double rotationNoise = 0.01;
 inline constexpr double tipError[3] = {0.3, -0.4, 0.0};
 inline constexpr double tipErrorLength = 0.5;
 
+/// The same for this cell: of that length too.
+Eigen::Vector3d tipErrorOf(const Cell& cell);
+
 /// The poses of one run. The same seed gives the same run.
 std::vector<kestrel_probe::Pose> poses(const Cell& cell, std::uint64_t seed);
+
+/// A tool that turns as `turn` (a rotation vector in rad at a time in s) says, without noise. Its
+/// tip, which is at `tip` in its axes, rests in the origin.
+std::vector<kestrel_probe::Pose> posesOf(const std::function<Eigen::Vector3d(double)>& turn,
+                                         double rate, double seconds,
+                                         const Eigen::Vector3d& tip = Eigen::Vector3d(tipError));
+
+/// Tilted by `tilt` rad into directions that go round `hertz` times a second.
+Eigen::Vector3d cone(double seconds, double tilt, double hertz);
 
 /// What many runs of one cell came to.
 struct Tally {

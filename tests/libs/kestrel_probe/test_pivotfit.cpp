@@ -13,6 +13,8 @@ using Eigen::Vector3d;
 using kestrel_probe::PivotFit;
 using kestrel_probe::PivotResult;
 using kestrel_probe::Pose;
+using pivotruns::cone;
+using pivotruns::posesOf;
 
 namespace {
 
@@ -32,33 +34,6 @@ pivotruns::Cell exactCell() {
     pivotruns::Cell cell;
     cell.noise = 0.0;
     return cell;
-}
-
-// A tool that turns as `turn` (a rotation vector, rad) says, its wrong tip resting in the origin.
-std::vector<Pose> posesOf(const std::function<Vector3d(double)>& turn, double rate,
-                          double seconds) {
-    const Vector3d error(pivotruns::tipError);
-    std::vector<Pose> poses;
-    const auto frames = static_cast<int>(std::lround(rate * seconds));
-    for (int frame = 0; frame <= frames; ++frame) {
-        Pose pose{};
-        pose.seconds = frame / rate;
-        const Vector3d vector = turn(pose.seconds);
-        const double angle = vector.norm();
-        Matrix3d rotation = Matrix3d::Identity();
-        if (angle > 0.0) {
-            rotation = Eigen::AngleAxisd(angle, vector / angle).toRotationMatrix();
-        }
-        Eigen::Map<Matrix3d>(pose.rotation) = rotation;
-        Eigen::Map<Vector3d>(pose.position) = -(rotation * error);
-        poses.push_back(pose);
-    }
-    return poses;
-}
-
-Vector3d cone(double seconds, double tilt, double hertz) {
-    const double direction = 6.283185307179586 * hertz * seconds;
-    return {tilt * std::cos(direction), tilt * std::sin(direction), 0.0};
 }
 
 Pose still(double seconds) {

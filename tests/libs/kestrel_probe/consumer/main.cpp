@@ -1,8 +1,10 @@
 #include <PivotFit.h>
 #include <PointCapture.h>
+#include <TipSolver.h>
 #include <Verdict.h>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 // A tool that turns about its resting tip, which it believes (0.3, -0.4, 0) mm away from where it
 // is.
@@ -32,8 +34,10 @@ static kestrel_probe::Pose poseAt(double seconds) {
 
 int main() {
     kestrel_probe::PivotFit fit;
+    std::vector<kestrel_probe::Pose> poses;
     for (int i = 0; i < 600; ++i) {
-        fit.add(poseAt(i / 60.0));
+        poses.push_back(poseAt(i / 60.0));
+        fit.add(poses.back());
     }
     const auto result = fit.solve();
     if (!result) {
@@ -45,5 +49,7 @@ int main() {
     const double error = std::sqrt(tip[0] * tip[0] + tip[1] * tip[1] + tip[2] * tip[2]);
     const auto verdict = kestrel_probe::judge(error, result->radius95, 0.3);
     std::printf("conforms: %s\n", verdict == kestrel_probe::Verdict::Conforms ? "yes" : "no");
+    const auto plain = kestrel_probe::solveTip(poses);
+    std::printf("plain fit %.2f %.2f mm\n", plain.tip[0], plain.tip[1]);
     return 0;
 }
