@@ -5,6 +5,8 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace kestrel_wire;
 
@@ -12,6 +14,8 @@ namespace {
 
 using Result = RecordingReader::Result;
 using Contents = RecordingReader::Contents;
+
+constexpr std::size_t maxPlaces = 10; // that are gone back to
 
 void require(bool holds) {
     if (!holds) {
@@ -35,6 +39,8 @@ Reading read(const std::string& bytes, Contents contents) {
         return reading;
     }
     reading.rewritten = formatRecordingHeader(header);
+    RecordingReader::Place place = reader.place();
+    std::vector<std::pair<RecordingReader::Place, Record>> places;
     Record record;
     std::optional<ClockMark> marked = reader.clock();
     Result result = reader.next(record);
@@ -49,15 +55,25 @@ Reading read(const std::string& bytes, Contents contents) {
         require(contents == Contents::Any ||
                 record.line.find_first_of("\r\n") == std::string::npos);
         reading.rewritten += formatRecord(record.microseconds, record.line);
+        if (places.size() < maxPlaces) {
+            places.emplace_back(place, record);
+        }
+        place = reader.place();
     }
     reading.isWhole = result == Result::End && !reader.truncated();
+    for (auto known = places.rbegin(); known != places.rend(); ++known) {
+        reader.goTo(known->first);
+        require(reader.next(record) == Result::Ok);
+        require(record.microseconds == known->second.microseconds);
+        require(record.line == known->second.line);
+    }
     return reading;
 }
 
 } // namespace
 
-/// The bytes are a recording. What the reader takes comes back the same when it is written again;
-/// who reads to send takes no more than that.
+/// The bytes are a recording. What the reader takes comes back the same when it is written again,
+/// and when it is gone back to; who reads to send takes no more than that.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const Reading first = read(bytes, Contents::Any);

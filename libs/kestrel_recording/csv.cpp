@@ -2,34 +2,24 @@
 
 #include "KestrelAngles.h"
 #include "KestrelParser.h"
+#include "libs/kestrel_recording/buttons.h"
 #include "libs/kestrel_recording/numbertext.h"
 #include "libs/kestrel_recording/quaternion.h"
+#include "libs/kestrel_wire/bodynames.h"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 
 namespace kestrel_recording {
 
 namespace {
 
-using kestrel_wire::Record;
+using kestrel_wire::RecordView;
 
 constexpr int angleDecimals = 6;
 constexpr int quaternionDecimals = 9;
 constexpr std::string_view referenceParameter = "measurementtool reference_of_tool ";
 constexpr std::string_view noPose = ",,,,,,,,,,";
-
-// The number of a body's name, "b01"; 0 when it is none.
-int numberOf(std::string_view name) {
-    int number = 0;
-    const char* const end = name.data() + name.size();
-    if (name.size() < 2 || name.front() != 'b' || name[1] == '-' ||
-        std::from_chars(name.data() + 1, end, number).ptr != end) {
-        return 0;
-    }
-    return number;
-}
 
 std::map<int, std::string> referencesOf(const kestrel_wire::RecordingHeader& header) {
     std::map<int, std::string> references;
@@ -37,8 +27,9 @@ std::map<int, std::string> referencesOf(const kestrel_wire::RecordingHeader& hea
         if (name.compare(0, referenceParameter.size(), referenceParameter) != 0) {
             continue;
         }
-        const int tool = numberOf(std::string_view(name).substr(referenceParameter.size()));
-        const int reference = numberOf(value);
+        const int tool =
+            kestrel_wire::bodyNumber(std::string_view(name).substr(referenceParameter.size()));
+        const int reference = kestrel_wire::bodyNumber(value);
         if (tool > 0 && value == "none") {
             references[tool] = value;
         } else if (tool > 0 && reference > 0) {
@@ -46,14 +37,6 @@ std::map<int, std::string> referencesOf(const kestrel_wire::RecordingHeader& hea
         }
     }
     return references;
-}
-
-unsigned pressedButtons(const KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d& tool) {
-    unsigned pressed = 0;
-    for (int i = 0; i < tool.num_button; ++i) {
-        pressed |= tool.button[i] != 0 ? 1U << static_cast<unsigned>(i) : 0U;
-    }
-    return pressed;
 }
 
 class CsvWriter {
@@ -70,7 +53,7 @@ public:
     }
 
     // False when no row can follow or be written any more.
-    bool take(const Record& record, const std::optional<kestrel_wire::ClockMark>& clock) {
+    bool take(const RecordView& record, const std::optional<kestrel_wire::ClockMark>& clock) {
         if (m_inFrame && record.microseconds != m_time && !endFrame()) {
             return false;
         }
@@ -118,10 +101,10 @@ private:
         m_parser.startFrame();
     }
 
-    void parse(const Record& record) {
+    void parse(const RecordView& record) {
         const bool chosen =
             std::find(m_channels.begin(), m_channels.end(), record.channel) != m_channels.end();
-        if (!m_parser.parseLine(record.line.c_str())) {
+        if (!m_parser.parseLine(record.line.data())) {
             m_unreadableLines += chosen ? 1U : 0U;
             return;
         }
@@ -141,7 +124,7 @@ private:
             const auto& tool = *m_parser.getMeaTool(i);
             const auto reference = m_references.find(i + 1);
             if (beginRow("M", i, tool)) {
-                appendInteger(pressedButtons(tool), m_text);
+                appendInteger(pressedButtons(tool.button, tool.num_button), m_text);
                 endRow(tool.quality,
                        reference == m_references.end() ? std::string_view() : reference->second);
             }
@@ -236,7 +219,7 @@ CsvReport writeCsv(std::istream& stream, const CsvOptions& options, const Sink& 
     CsvReport report;
     Walk walk(stream, watch);
     kestrel_wire::RecordingHeader header;
-    Record record;
+    RecordView record;
     bool more = walk.readHeader(header);
     if (!more) {
         report.outcome = walk.outcome();

@@ -6,7 +6,7 @@ CutReport cut(std::istream& stream, const TimeRange& range, const Sink& sink, co
     CutReport report;
     Walk walk(stream, watch);
     kestrel_wire::RecordingHeader header;
-    kestrel_wire::Record record;
+    kestrel_wire::RecordView record;
     if (!walk.readHeader(header)) {
         report.outcome = walk.outcome();
         return report;

@@ -14,14 +14,14 @@ public:
     explicit Summarizer(Summary& summary)
         : m_summary(summary) {}
 
-    void take(const kestrel_wire::Record& record,
+    void take(const kestrel_wire::RecordView& record,
               const std::optional<kestrel_wire::ClockMark>& clock) {
         if (m_summary.frames == 0 || record.microseconds != m_summary.last) {
             beginFrame(record.microseconds);
         }
         m_summary.end = clock ? std::optional(clock->at(record.microseconds)) : std::nullopt;
         count(record.channel);
-        if (!m_parser.parseLine(record.line.c_str())) {
+        if (!m_parser.parseLine(record.line.data())) {
             ++m_summary.unreadableLines;
         } else if (record.channel == "fr") {
             m_gaps.add(m_parser.getFrameCounter());
@@ -44,14 +44,14 @@ private:
         m_parser.startFrame();
     }
 
-    void count(const std::string& name) {
+    void count(std::string_view name) {
         std::vector<Summary::Channel>& channels = m_summary.channels;
         const auto known = std::find_if(channels.begin(), channels.end(),
                                         [&](const auto& channel) { return channel.name == name; });
         if (known != channels.end()) {
             ++known->lines;
         } else if (channels.size() < Summary::maxChannels) {
-            channels.push_back({name, 1});
+            channels.push_back({std::string(name), 1});
         } else {
             ++m_summary.otherLines;
         }
@@ -78,7 +78,7 @@ Outcome summarize(std::istream& stream, Summary& summary, const Watch& watch) {
     summary = Summary();
     Walk walk(stream, watch);
     Summarizer summarizer(summary);
-    kestrel_wire::Record record;
+    kestrel_wire::RecordView record;
     bool more = walk.readHeader(summary.header);
     while (more && (more = walk.next(record))) {
         summarizer.take(record, walk.clock());

@@ -25,7 +25,7 @@ bool Walk::readHeader(kestrel_wire::RecordingHeader& header) {
     return take(m_reader.readHeader(header));
 }
 
-bool Walk::next(kestrel_wire::Record& record) {
+bool Walk::next(kestrel_wire::RecordView& record) {
     return take(m_reader.next(record));
 }
 
@@ -55,7 +55,7 @@ Outcome Walk::outcome() const {
 Outcome check(std::istream& stream, const Watch& watch) {
     Walk walk(stream, watch);
     kestrel_wire::RecordingHeader header;
-    kestrel_wire::Record record;
+    kestrel_wire::RecordView record;
     bool more = walk.readHeader(header);
     while (more) {
         more = walk.next(record);

@@ -53,8 +53,8 @@ public:
     /// To be called once, first. False: the walk is over.
     bool readHeader(kestrel_wire::RecordingHeader& header);
 
-    /// False: the walk is over.
-    bool next(kestrel_wire::Record& record);
+    /// False: the walk is over. What it fills is valid until the next call.
+    bool next(kestrel_wire::RecordView& record);
 
     /// Of the record that was read last.
     const std::optional<kestrel_wire::ClockMark>& clock() const { return m_reader.clock(); }

@@ -74,4 +74,14 @@ std::string setCommand(std::string_view parameterAndValue) {
     return joined(" set ", parameterAndValue);
 }
 
+std::string withSingleBlanks(std::string_view line) {
+    std::string result;
+    for (const char c : trimmed(line)) {
+        if (c != ' ' || result.back() != ' ') {
+            result += c;
+        }
+    }
+    return result;
+}
+
 } // namespace kestrel_wire

@@ -8,6 +8,9 @@ namespace kestrel_wire {
 /// The word that every command and every reply begins with.
 inline constexpr std::string_view protocolWord = "kestrel2";
 
+/// The "version model" of a simulated controller that was not told to pass for another one.
+inline constexpr const char* simulatorModel = "SIMULATOR";
+
 /// The error numbers of "kestrel2 err <number> ...". All are above 0: negative numbers are left to
 /// the client's own failures (no connection, no answer).
 enum class ErrorNumber {
@@ -45,5 +48,9 @@ bool parseCommand(std::string_view line, Command& command, std::string& reason);
 /// "kestrel2 get <parameter>", "kestrel2 set <parameterAndValue>".
 std::string getCommand(std::string_view parameter);
 std::string setCommand(std::string_view parameterAndValue);
+
+/// A line as its reader takes it, however many blanks stand between, before and behind its words:
+/// the form in which lines can be compared.
+std::string withSingleBlanks(std::string_view line);
 
 } // namespace kestrel_wire

@@ -1,11 +1,12 @@
 #include "libs/kestrel_wire/recording.h"
 
+#include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/startswith.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <istream>
+#include <cstring>
 
 namespace kestrel_wire {
 
@@ -25,7 +26,6 @@ constexpr std::array<std::pair<std::string_view, std::string RecordingHeader::*>
 
 // a data line whose every byte is escaped, twice (the channel may be the whole line)
 constexpr std::size_t maxRecordLength = 8 * maxLineLength + 64;
-constexpr std::size_t chunkSize = 64 * 1024;
 constexpr std::string_view hexDigits = "0123456789abcdef";
 
 std::string_view takeField(std::string_view& text) {
@@ -120,6 +120,55 @@ bool parseHex(std::string_view digits, char& byte) {
     return digits.size() == 2 && failure == std::errc() && stop == end;
 }
 
+// The number of digits that `text` begins with; 0 where it may not fit, or does not begin with one.
+std::size_t readDigits(std::string_view text, std::uint64_t& number) {
+    number = 0;
+    std::size_t count = 0;
+    for (; count < text.size() && text[count] >= '0' && text[count] <= '9'; ++count) {
+        number = number * 10 + static_cast<std::uint64_t>(text[count] - '0');
+    }
+    return count <= RecordingReader::plainDigits ? count : 0;
+}
+
+bool readNumber(std::string_view text, std::uint64_t& number) {
+    const char* const end = text.data() + text.size();
+    const auto [stop, failure] = std::from_chars(text.data(), end, number);
+    return failure == std::errc() && stop == end;
+}
+
+// The number of bytes before the first blank in eight; 8 when there is none.
+std::size_t beforeBlank(std::uint64_t eight) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    const std::uint64_t differences = eight ^ (ones * ' ');
+    const std::uint64_t blanks = (differences - ones) & ~differences & (ones << 7U);
+    return blanks == 0 ? 8 : static_cast<std::size_t>(__builtin_ctzll(blanks)) / 8;
+}
+
+// The bits of so many lowest bytes, up to eight.
+std::uint64_t lowBytes(std::size_t count) {
+    constexpr std::uint64_t all = ~std::uint64_t{0};
+    return count == 0 ? 0 : all >> (8 * (sizeof all - count));
+}
+
+// The size of the word that a line of BlockLines says twice, first alone, then as its beginning:
+// "fr fr 1". 0 when it does not do so, and for long words. A search and a comparison as for long
+// texts would take longer.
+std::size_t repeatedWord(std::string_view text) {
+    static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first byte is the lowest");
+    static_assert(BlockLines::readableBehind >= 2 * sizeof(std::uint64_t));
+    std::uint64_t first = 0;
+    std::memcpy(&first, text.data(), sizeof first);
+    const std::size_t size = beforeBlank(first);
+    const std::size_t end = 2 * size + 1;
+    if (size == 0 || size == sizeof first || end > text.size() ||
+        (end < text.size() && text[end] != ' ')) {
+        return 0;
+    }
+    std::uint64_t second = 0;
+    std::memcpy(&second, text.data() + size + 1, sizeof second);
+    return ((first ^ second) & lowBytes(size)) == 0 ? size : 0;
+}
+
 } // namespace
 
 std::string_view channelOf(std::string_view line) {
@@ -210,32 +259,31 @@ std::string formatRecord(std::uint64_t microseconds, std::string_view line) {
     return text;
 }
 
-RecordingReader::RecordingReader(std::istream& stream, Contents contents)
-    : m_stream(stream)
-    , m_contents(contents)
-    , m_framer(maxRecordLength)
-    , m_chunk(chunkSize) {}
-
 std::string formatClockMark(const ClockMark& mark) {
     std::string text(clockIntroduction);
     text.append(std::to_string(mark.microseconds)).append(" ");
     return text.append(formatUtc(mark.utc)).append("\n");
 }
 
+RecordingReader::RecordingReader(std::istream& stream, Contents contents)
+    : m_lines(stream, maxRecordLength)
+    , m_contents(contents) {}
+
 RecordingReader::Result RecordingReader::readHeader(RecordingHeader& header) {
     header = RecordingHeader();
-    Result result = readLine(m_line);
-    const auto* const known = std::find(std::begin(firstLines), std::end(firstLines), m_line);
+    std::string_view line;
+    Result result = readLine(line);
+    const auto* const known = std::find(std::begin(firstLines), std::end(firstLines), line);
     if (result == Result::Ok && known == std::end(firstLines)) {
         return malformed("not a recording of a known format");
     }
     m_version = 1 + static_cast<int>(known - std::begin(firstLines));
     while (result == Result::Ok) {
-        result = readLine(m_line);
-        if (result != Result::Ok || m_line == lastHeaderLine) {
+        result = readLine(line);
+        if (result != Result::Ok || line == lastHeaderLine) {
             break;
         }
-        result = readHeaderLine(m_line, header);
+        result = readHeaderLine(line, header);
     }
     if (result == Result::Ok && m_version > 1 && !header.start) {
         return malformed("the header has no start");
@@ -275,37 +323,69 @@ RecordingReader::Result RecordingReader::readHeaderLine(std::string_view text,
     return Result::Ok;
 }
 
-RecordingReader::Result RecordingReader::next(Record& record) {
-    Result result = readLine(m_line);
-    while (result == Result::Ok && m_version > 1 && startsWith(m_line, clockIntroduction)) {
-        result = takeClockMark(std::string_view(m_line).substr(clockIntroduction.size()));
+[[gnu::flatten]] RecordingReader::Result RecordingReader::next(RecordView& record) {
+    std::string_view rest;
+    Result result = readLine(rest);
+    while (result == Result::Ok && m_version > 1 && !rest.empty() &&
+           rest.front() == clockIntroduction.front() && startsWith(rest, clockIntroduction)) {
+        result = takeClockMark(rest.substr(clockIntroduction.size()));
         if (result == Result::Ok) {
-            result = readLine(m_line);
+            result = readLine(rest);
         }
     }
-    if (result != Result::Ok) {
+    if (result != Result::Ok || (result = takeTime(rest, record.microseconds)) != Result::Ok) {
         return result;
     }
-    std::string_view rest = m_line;
-    result = takeTime(rest, record.microseconds);
-    if (result != Result::Ok) {
+    const std::size_t wordSize = repeatedWord(rest);
+    if (wordSize > 0 && !m_lines.hasBackslash()) {
+        // As good as always there is nothing to unescape.
+        record.channel = rest.substr(0, wordSize);
+        record.line = rest.substr(wordSize + 1);
+    } else if ((result = readEscaped(rest, record)) != Result::Ok) {
         return result;
-    }
-    const std::string_view channel = takeField(rest);
-    if (!unescape(channel, record.channel) || !unescape(rest, record.line)) {
-        return malformed("unreadable escape");
-    }
-    if (record.channel != channelOf(record.line)) {
-        return malformed("the channel is not that of the line");
     }
     if (m_contents == Contents::Sendable &&
-        record.line.find_first_of("\r\n") != std::string::npos) {
+        record.line.find_first_of("\r\n") != std::string_view::npos) {
         return malformed("a line end inside the line");
     }
-    if (record.line.size() > maxLineLength) {
-        return malformed("the line is too long");
+    return record.line.size() > maxLineLength ? malformed("the line is too long") : Result::Ok;
+}
+
+RecordingReader::Result RecordingReader::next(Record& record) {
+    RecordView view;
+    const Result result = next(view);
+    if (result == Result::Ok) {
+        record.microseconds = view.microseconds;
+        record.channel.assign(view.channel);
+        record.line.assign(view.line);
     }
-    return Result::Ok;
+    return result;
+}
+
+RecordingReader::Result RecordingReader::readEscaped(std::string_view line, RecordView& record) {
+    const std::string_view channel = takeField(line);
+    if (!unescape(channel, m_unescaped.channel) || !unescape(line, m_unescaped.line)) {
+        return malformed("unreadable escape");
+    }
+    record.channel = m_unescaped.channel;
+    record.line = m_unescaped.line;
+    return record.channel == channelOf(record.line)
+               ? Result::Ok
+               : malformed("the channel is not that of the line");
+}
+
+RecordingReader::Place RecordingReader::place() const {
+    return {m_lines.offset(), m_lastTime, m_lineNumber, m_clock};
+}
+
+void RecordingReader::goTo(const Place& place) {
+    m_lines.goTo(place.offset);
+    m_lastTime = place.microseconds;
+    m_lastTimeSize = 0;
+    m_lineNumber = place.lineNumber;
+    m_clock = place.clock;
+    m_truncated = false;
+    m_error.clear();
 }
 
 RecordingReader::Result RecordingReader::takeClockMark(std::string_view text) {
@@ -324,10 +404,32 @@ RecordingReader::Result RecordingReader::takeClockMark(std::string_view text) {
 // Takes the first word.
 RecordingReader::Result RecordingReader::takeTime(std::string_view& text,
                                                   std::uint64_t& microseconds) {
-    const std::string_view number = takeField(text);
-    const char* const numberEnd = number.data() + number.size();
-    const auto [stop, failure] = std::from_chars(number.data(), numberEnd, microseconds);
-    if (number.empty() || failure != std::errc() || stop != numberEnd) {
+    // Lines of one frame have the same.
+    if (m_lastTimeSize > 0 && hasLastTime(text)) {
+        text.remove_prefix(m_lastTimeSize);
+        microseconds = m_lastTime;
+        return Result::Ok;
+    }
+    return takeNewTime(text, microseconds);
+}
+
+// The text has no NUL and behind a line stands one, so a line that is shorter differs.
+bool RecordingReader::hasLastTime(std::string_view text) const {
+    std::array<std::uint64_t, 2> first{};
+    static_assert(sizeof first <= BlockLines::readableBehind);
+    std::memcpy(first.data(), text.data(), sizeof first);
+    return (((first[0] ^ m_lastTimeText[0]) & m_lastTimeMask[0]) |
+            ((first[1] ^ m_lastTimeText[1]) & m_lastTimeMask[1])) == 0;
+}
+
+RecordingReader::Result RecordingReader::takeNewTime(std::string_view& text,
+                                                     std::uint64_t& microseconds) {
+    m_lastTimeSize = 0;
+    const std::size_t digits = readDigits(text, microseconds);
+    if (digits > 0 && digits < text.size() && text[digits] == ' ') {
+        keepTimeText(text.substr(0, digits + 1));
+        text.remove_prefix(digits + 1);
+    } else if (!readNumber(takeField(text), microseconds)) {
         return malformed("unreadable time stamp");
     }
     if (microseconds < m_lastTime) {
@@ -337,30 +439,32 @@ RecordingReader::Result RecordingReader::takeTime(std::string_view& text,
     return Result::Ok;
 }
 
-RecordingReader::Result RecordingReader::readLine(std::string& line) {
-    while (m_error.empty() && !m_framer.takeLine(line)) {
-        if (m_framer.overflowed()) {
-            ++m_lineNumber;
-            return malformed("the line is too long");
-        }
-        m_stream.read(m_chunk.data(), static_cast<std::streamsize>(m_chunk.size()));
-        const auto size = static_cast<std::size_t>(m_stream.gcount());
-        if (m_stream.bad()) {
-            ++m_lineNumber;
-            return malformed("the file cannot be read on");
-        }
-        if (size == 0) {
-            m_truncated = m_framer.pendingSize() > 0;
-            return Result::End;
-        }
-        m_bytesTaken += size;
-        m_framer.feed(m_chunk.data(), size);
+void RecordingReader::keepTimeText(std::string_view text) {
+    if (text.size() > sizeof m_lastTimeText) {
+        return; // of more than thirty years
     }
+    m_lastTimeSize = text.size();
+    std::memcpy(m_lastTimeText.data(), text.data(), sizeof m_lastTimeText);
+    constexpr std::size_t word = sizeof(std::uint64_t);
+    m_lastTimeMask[0] = lowBytes(std::min(text.size(), word));
+    m_lastTimeMask[1] = lowBytes(text.size() - std::min(text.size(), word));
+}
+
+RecordingReader::Result RecordingReader::readLine(std::string_view& line) {
     if (!m_error.empty()) {
         return Result::Malformed;
     }
+    const BlockLines::Result result = m_lines.next(line);
+    if (result == BlockLines::Result::End) {
+        m_truncated = m_lines.pendingSize() > 0;
+        return Result::End;
+    }
     ++m_lineNumber;
-    return Result::Ok;
+    if (result == BlockLines::Result::Line) {
+        return Result::Ok;
+    }
+    return malformed(result == BlockLines::Result::TooLong ? "the line is too long"
+                                                           : "the file cannot be read on");
 }
 
 RecordingReader::Result RecordingReader::malformed(const char* reason) {

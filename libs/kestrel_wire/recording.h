@@ -1,8 +1,9 @@
 #pragma once
 
+#include "libs/kestrel_wire/blocklines.h"
 #include "libs/kestrel_wire/clockmarks.h"
-#include "libs/kestrel_wire/lineframer.h"
 
+#include <array>
 #include <cstdint>
 #include <iosfwd>
 #include <optional>
@@ -32,6 +33,13 @@ struct Record {
     std::uint64_t microseconds = 0; ///< monotonic; the zero is the writer's choice
     std::string channel;            ///< the line's first word, "-" when it has none
     std::string line;               ///< the whole line as received, first word included
+};
+
+/// The same where the reader holds it, until its next call. Behind `line` stands a NUL.
+struct RecordView {
+    std::uint64_t microseconds = 0;
+    std::string_view channel;
+    std::string_view line;
 };
 
 /// The data channel of a line: its first word, "-" for a line that is empty or begins with a blank.
@@ -71,8 +79,17 @@ public:
                  ///< sent again they would be lines of their own
     };
 
+    /// A place between two lines behind the header, to come back to.
+    struct Place {
+        std::uint64_t offset = 0;       ///< bytes from the stream's beginning
+        std::uint64_t microseconds = 0; ///< the last time stamp before it
+        std::size_t lineNumber = 0;     ///< of the line before it
+        std::optional<ClockMark> clock; ///< see clock()
+    };
+
     static constexpr std::size_t maxParameters = 10000;
     static constexpr std::size_t maxHeaderText = 4096; ///< bytes of a name or value, unescaped
+    static constexpr std::size_t plainDigits = 19;     ///< of a time stamp that surely fits
 
     explicit RecordingReader(std::istream& stream, Contents contents = Contents::Any);
 
@@ -82,14 +99,23 @@ public:
 
     /// The next record; clock marks on the way are taken. Time stamps that go backwards are
     /// malformed.
-    Result next(Record& record);
+    Result next(RecordView& record);
+    Result next(Record& record); ///< the same as a copy
+
+    /// Where the next line begins. After readHeader(), in a stream that was read from its
+    /// beginning.
+    Place place() const;
+
+    /// Goes on behind a place of the same stream, which must be able to go back; what came after
+    /// it, also a fault, is as if it had not been read yet.
+    void goTo(const Place& place);
 
     /// The last clock mark before the record that was read last, the header's start included. None
     /// in recordings of version 1.
     const std::optional<ClockMark>& clock() const { return m_clock; }
 
     /// Bytes that were taken from the stream so far; some of them may not have been read yet.
-    std::uint64_t bytesTaken() const { return m_bytesTaken; }
+    std::uint64_t bytesTaken() const { return m_lines.bytesTaken(); }
 
     /// True once the file has turned out to end without a line end, as it does when its writer was
     /// killed. The cut line is not handed out.
@@ -101,22 +127,28 @@ public:
     std::size_t lineNumber() const { return m_lineNumber; }
 
 private:
-    Result readLine(std::string& line);
+    Result readLine(std::string_view& line);
     Result readHeaderLine(std::string_view text, RecordingHeader& header);
+    Result readEscaped(std::string_view line, RecordView& record);
     Result takeClockMark(std::string_view text);
+    bool hasLastTime(std::string_view text) const;
     Result takeTime(std::string_view& text, std::uint64_t& microseconds);
+    Result takeNewTime(std::string_view& text, std::uint64_t& microseconds);
+    void keepTimeText(std::string_view text);
     Result malformed(const char* reason);
 
-    std::istream& m_stream;
+    BlockLines m_lines;
     Contents m_contents;
-    LineFramer m_framer;
-    std::vector<char> m_chunk;
     std::string m_error;
     std::size_t m_lineNumber = 0;
-    std::string m_line;
+    Record m_unescaped; // of the record in hand, when it has escapes
     std::optional<ClockMark> m_clock;
-    std::uint64_t m_bytesTaken = 0;
     std::uint64_t m_lastTime = 0;
+    // Its text with the blank behind it, and the bits that count of so many bytes; size 0: not
+    // known.
+    std::array<std::uint64_t, 2> m_lastTimeText{};
+    std::array<std::uint64_t, 2> m_lastTimeMask{};
+    std::size_t m_lastTimeSize = 0;
     int m_version = 0;
     bool m_truncated = false;
 };

@@ -59,6 +59,14 @@ INSTANTIATE_TEST_SUITE_P(Command, Malformed,
                                          "kestrel2 get a\rb", std::string("kestrel2 get a\0b", 16),
                                          "kestrel2 get a\x7f"));
 
+TEST(Command, comparesWithoutRegardToBlanks) {
+    EXPECT_EQ(kestrel_wire::withSingleBlanks("kestrel2 tracking start"), "kestrel2 tracking start");
+    EXPECT_EQ(kestrel_wire::withSingleBlanks("  kestrel2   tracking start "),
+              "kestrel2 tracking start");
+    EXPECT_EQ(kestrel_wire::withSingleBlanks(""), "");
+    EXPECT_EQ(kestrel_wire::withSingleBlanks("   "), "");
+}
+
 TEST(Command, buildersAndReaderAgree) {
     Command command;
     std::string reason;

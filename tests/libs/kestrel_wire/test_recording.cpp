@@ -1,3 +1,4 @@
+#include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/recording.h"
 
 #include <gtest/gtest.h>
@@ -186,6 +187,21 @@ INSTANTIATE_TEST_SUITE_P(Recording, MalformedRecord,
                                          "6 fr fr \\x4", "6 fr fr \\xg0", "6 fr fr \\x-1",
                                          "6 \\f fr 1"));
 
+TEST(Recording, aTimeStampMayBeWrittenInAnyWay) {
+    const ReadAll all = readAll(smallHeader + "5 fr fr 1\n05 fr fr 2\n5 fr fr 3\n" +
+                                std::string(30, '0') + "7 fr fr 4\n7 fr fr 5\n5 fr fr 6\n");
+    ASSERT_EQ(all.records.size(), 5U) << all.error;
+    EXPECT_EQ(all.records[2].microseconds, 5U);
+    EXPECT_EQ(all.records[3].microseconds, 7U);
+    EXPECT_EQ(all.records[4].microseconds, 7U);
+    EXPECT_EQ(all.error, "the time stamp goes backwards");
+    EXPECT_EQ(readAll(smallHeader + std::string(30, '0') + "7 fr fr 1\n6 fr fr 2\n").result,
+              Result::Malformed);
+    EXPECT_EQ(readAll(smallHeader + "5 fr fr 1\n" + std::string(30, '0') + "7 fr fr 2\n5 fr fr 3\n")
+                  .result,
+              Result::Malformed);
+}
+
 TEST(Recording, aMalformedRecordingStaysMalformed) {
     std::istringstream stream(smallHeader + "bad\n5 fr fr 1\n");
     RecordingReader reader(stream);
@@ -339,6 +355,62 @@ protected:
 };
 
 } // namespace
+
+TEST(Recording, aReaderComesBackToAnyPlace) {
+    RecordingHeader header = someHeader();
+    header.start = 1795318812345;
+    std::string text = formatRecordingHeader(header);
+    for (std::uint64_t i = 0; i < 3000; ++i) { // more than is taken from the stream at once
+        if (i % 1000 == 500) {
+            text += kestrel_wire::formatClockMark({i * 10, 1795318812345 + static_cast<int>(i)});
+        }
+        text +=
+            kestrel_wire::formatRecord(i * 10, "6d " + std::to_string(i) + std::string(40, ' '));
+    }
+    text += "30000 fr"; // cut
+    std::istringstream stream(text);
+    RecordingReader reader(stream);
+    ASSERT_EQ(reader.readHeader(header), Result::Ok);
+    std::vector<RecordingReader::Place> places = {reader.place()};
+    std::vector<Record> records;
+    Record record;
+    while (reader.next(record) == Result::Ok) {
+        records.push_back(record);
+        places.push_back(reader.place());
+    }
+    ASSERT_EQ(records.size(), 3000U);
+    EXPECT_TRUE(reader.truncated());
+    for (const std::size_t i : {2999U, 0U, 500U, 1U, 501U, 2500U}) {
+        reader.goTo(places[i]);
+        EXPECT_FALSE(reader.truncated());
+        EXPECT_EQ(reader.place().offset, places[i].offset);
+        ASSERT_EQ(reader.next(record), Result::Ok) << reader.error();
+        EXPECT_EQ(record.microseconds, records[i].microseconds);
+        EXPECT_EQ(record.line, records[i].line);
+        EXPECT_EQ(reader.lineNumber(), places[i + 1].lineNumber);
+        ASSERT_TRUE(reader.clock());
+        EXPECT_EQ(reader.clock()->microseconds, i < 500 ? 0 : i < 1500 ? 5000 : 25000);
+    }
+}
+
+TEST(Recording, aReaderComesBackFromAFault) {
+    std::istringstream stream(formatRecordingHeader(someHeader()) +
+                              kestrel_wire::formatRecord(5, "fr 1") + "nonsense\n");
+    RecordingReader reader(stream);
+    RecordingHeader header;
+    Record record;
+    ASSERT_EQ(reader.readHeader(header), Result::Ok);
+    const RecordingReader::Place place = reader.place();
+    EXPECT_EQ(reader.next(record), Result::Ok);
+    EXPECT_EQ(reader.next(record), Result::Malformed);
+    const std::size_t line = reader.lineNumber();
+    reader.goTo(place);
+    EXPECT_EQ(reader.error(), "");
+    EXPECT_EQ(reader.next(record), Result::Ok);
+    EXPECT_EQ(record.line, "fr 1");
+    EXPECT_EQ(reader.next(record), Result::Malformed);
+    EXPECT_EQ(reader.lineNumber(), line);
+}
 
 TEST(Recording, aFileThatCannotBeReadOnIsNotTakenForItsEnd) {
     std::string text = smallHeader;
