@@ -35,7 +35,7 @@ struct ControllerSetup {
     int devices = 4;
     double rate = 60.0;
     std::uint64_t seed = 1;
-    std::string model = "SIMULATOR";
+    std::string model = kestrel_wire::simulatorModel;
     Version protocol = {1, 14, 0};
     Version system = {3, 1, 0};
     Version systemCt = {3, 1, 0};

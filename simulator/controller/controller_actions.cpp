@@ -1,4 +1,5 @@
 #include "simulator/controller/controller.h"
+#include "simulator/controller/replaycommands.h"
 
 namespace kestrel_simulator {
 
@@ -22,6 +23,10 @@ bool isStatusQuery(const Command& command) {
 } // namespace
 
 Answer Controller::act(const text::Words& words) {
+    if (words.size() > 1 && words[0] == "sim" && words[1] == "replay") {
+        return actOnReplay(m_replay.get(), {words.begin() + 2, words.end()}, m_state.now,
+                           isSending());
+    }
     if (words[0] == "sim") {
         return m_simCommands.act({words.begin() + 1, words.end()});
     }

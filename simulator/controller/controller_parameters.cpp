@@ -1,4 +1,5 @@
 #include "simulator/controller/controller.h"
+#include "simulator/controller/replaycommands.h"
 
 #include <algorithm>
 
@@ -100,6 +101,9 @@ void Controller::addStatus() {
                      readOnly({}, [this] { return text::fixed(m_calibration.progress(), 3); }));
     m_parameters.add("status step_progress",
                      readOnly({}, [this] { return m_calibration.stepProgress(); }));
+    m_parameters.add(
+        "sim replay",
+        {0, {}, [this](const text::Words&) { return describeReplay(m_replay.get()); }, nullptr});
     m_parameters.add("status err",
                      readOnly({}, [this] { return "\"" + m_calibration.failure() + "\""; }));
 }

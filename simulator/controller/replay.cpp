@@ -1,7 +1,9 @@
 #include "simulator/controller/replay.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <limits>
 #include <system_error>
 
@@ -14,7 +16,8 @@ using Contents = kestrel_wire::RecordingReader::Contents;
 
 constexpr double defaultDistance = 1.0 / 60.0; // between the frames of a recording of one frame
 constexpr std::size_t maxFrameLines = 1000;
-constexpr std::size_t maxShown = 40; // bytes of a bad version in a message
+constexpr std::uint64_t indexInterval = 1024 * 1024; // bytes that are read on the way to a place
+constexpr std::size_t maxShown = 40;                 // bytes of a bad version in a message
 
 double seconds(std::uint64_t microseconds) {
     return static_cast<double>(microseconds) * 1e-6;
@@ -45,23 +48,30 @@ bool Replay::check(std::string& error) {
                                  : "the recording cannot be opened";
         return false;
     }
-    kestrel_wire::RecordingReader reader(m_file, Contents::Sendable);
-    Result result = reader.readHeader(m_header);
+    return readThrough(error);
+}
+
+bool Replay::readThrough(std::string& error) {
+    m_reader = std::make_unique<kestrel_wire::RecordingReader>(m_file, Contents::Sendable);
+    Result result = m_reader->readHeader(m_header);
     kestrel_wire::Record record;
-    std::uint64_t first = 0;
-    std::uint64_t last = 0;
     std::size_t frames = 0;
     while (result == Result::Ok) {
-        result = reader.next(record);
-        if (result == Result::Ok && (frames == 0 || record.microseconds != last)) {
-            last = record.microseconds;
-            first = frames == 0 ? last : first;
+        const kestrel_wire::RecordingReader::Place place = m_reader->place();
+        result = m_reader->next(record);
+        if (result == Result::Ok && (frames == 0 || record.microseconds != m_last)) {
+            m_last = record.microseconds;
+            m_first = frames == 0 ? m_last : m_first;
             ++frames;
+            if (m_index.empty() || place.offset - m_index.back().place.offset >= indexInterval) {
+                m_index.push_back({m_last, place});
+            }
         }
     }
     if (result == Result::Malformed) {
-        const std::size_t line = std::max<std::size_t>(1, reader.lineNumber()); // cut in its first
-        error = "line " + std::to_string(line) + ": " + reader.error();
+        // at least 1: it may be cut in its first line
+        const std::size_t line = std::max<std::size_t>(1, m_reader->lineNumber());
+        error = "line " + std::to_string(line) + ": " + m_reader->error();
         return false;
     }
     if (!Version::parse(m_header.protocol, m_protocol)) {
@@ -69,51 +79,165 @@ bool Replay::check(std::string& error) {
                 kestrel_wire::escaped(m_header.protocol.substr(0, maxShown)) + "\"";
         return false;
     }
-    m_truncated = reader.truncated();
-    m_frameDistance =
-        frames > 1 ? seconds(last - first) / static_cast<double>(frames - 1) : defaultDistance;
+    m_truncated = m_reader->truncated();
+    m_frameDistance = frames > 1 ? duration() / static_cast<double>(frames - 1) : defaultDistance;
+    if (rewind()) {
+        showFrame();
+    }
     return true;
 }
 
+double Replay::behindFirst(std::uint64_t microseconds) const {
+    return seconds(microseconds - m_first);
+}
+
 bool Replay::rewind() {
-    m_file.clear();
-    m_file.seekg(0);
-    m_reader = std::make_unique<kestrel_wire::RecordingReader>(m_file, Contents::Sendable);
-    kestrel_wire::RecordingHeader ignored;
-    m_hasAhead =
-        m_reader->readHeader(ignored) == Result::Ok && m_reader->next(m_ahead) == Result::Ok;
-    readFrame();
+    m_frame.clear();
+    if (!m_index.empty()) {
+        readFrom(m_index.front());
+    }
     return !m_frame.empty();
+}
+
+void Replay::readFrom(const Entry& entry) {
+    m_reader->goTo(entry.place);
+    readAhead();
+    readFrame();
+}
+
+// What has been written since the file was opened, behind its end or in its place, is not played.
+void Replay::readAhead() {
+    m_hasAhead = m_reader->next(m_ahead) == Result::Ok && m_ahead.microseconds >= m_first &&
+                 m_ahead.microseconds <= m_last;
+    m_aheadClock = m_reader->clock();
 }
 
 void Replay::readFrame() {
     m_frame.clear();
     if (m_hasAhead) {
         m_frameTime = m_ahead.microseconds;
+        m_frameClock = m_aheadClock;
     }
     while (m_hasAhead && m_ahead.microseconds == m_frameTime && m_frame.size() < maxFrameLines) {
         m_frame.push_back(std::move(m_ahead.line));
-        m_hasAhead = m_reader->next(m_ahead) == Result::Ok;
+        readAhead();
     }
+}
+
+void Replay::showFrame() {
+    m_shownTime = m_frameTime;
+    m_shownClock = m_frameClock;
+}
+
+Replay::State Replay::state() const {
+    if (m_frame.empty()) {
+        return State::Ended;
+    }
+    return m_paused ? State::Paused : State::Playing;
+}
+
+double Replay::position() const {
+    return behindFirst(m_shownTime);
+}
+
+std::optional<kestrel_wire::UtcMilliseconds> Replay::utc() const {
+    return m_shownClock ? std::optional(m_shownClock->at(m_shownTime)) : std::nullopt;
+}
+
+void Replay::anchor(double now, double position) {
+    m_anchorNow = now;
+    m_anchorPosition = position;
+}
+
+double Replay::due() const {
+    return m_anchorNow + (behindFirst(m_frameTime) - m_anchorPosition) / m_speed;
+}
+
+// Somewhere between the frame before and the next one.
+double Replay::playedUntil(double now) const {
+    return m_paused ? m_anchorPosition
+                    : std::min(m_anchorPosition + (now - m_anchorNow) * m_speed,
+                               behindFirst(m_frameTime));
+}
+
+void Replay::play(double now) {
+    double from = playedUntil(now);
+    if (m_frame.empty() && rewind()) {
+        from = 0.0;
+    }
+    m_paused = false;
+    m_single = false;
+    anchor(now, from);
+}
+
+void Replay::pause(double now) {
+    anchor(now, playedUntil(now));
+    m_paused = true;
+    m_single = false;
+}
+
+void Replay::step(double now) {
+    pause(now);
+    m_single = true;
+}
+
+void Replay::setSpeed(double speed, double now) {
+    anchor(now, playedUntil(now));
+    m_speed = speed;
+}
+
+void Replay::seek(double position, double now) {
+    if (m_index.empty()) {
+        return;
+    }
+    m_paused = m_paused || m_frame.empty();
+    const double wanted = std::round(std::max(position, 0.0) / seconds(1)); // microseconds
+    const std::uint64_t length = m_last - m_first;
+    const std::uint64_t time = wanted < static_cast<double>(length)
+                                   ? m_first + static_cast<std::uint64_t>(wanted)
+                                   : m_last;
+    const auto behind = std::upper_bound(
+        m_index.begin(), m_index.end(), time,
+        [](std::uint64_t one, const Entry& entry) { return one < entry.microseconds; });
+    readFrom(behind == m_index.begin() ? *behind : *std::prev(behind));
+    while (!m_frame.empty() && m_frameTime < time) {
+        readFrame();
+    }
+    if (!m_frame.empty()) {
+        showFrame();
+    }
+    m_single = m_paused;
+    anchor(now, behindFirst(m_frameTime));
 }
 
 void Replay::start(double now) {
     if (rewind()) {
-        m_base = now - seconds(m_frameTime);
+        showFrame();
     }
+    m_single = false;
+    anchor(now, 0.0);
 }
 
 double Replay::nextDue() const {
-    return m_frame.empty() ? std::numeric_limits<double>::infinity()
-                           : m_base + seconds(m_frameTime);
+    if (m_frame.empty() || (m_paused && !m_single)) {
+        return std::numeric_limits<double>::infinity();
+    }
+    return m_paused ? m_anchorNow : due();
 }
 
-std::vector<std::string> Replay::take(double) {
+std::vector<std::string> Replay::take(double now) {
     std::vector<std::string> lines = std::move(m_frame);
-    const double due = m_base + seconds(m_frameTime);
+    if (m_paused) {
+        anchor(now, behindFirst(m_frameTime));
+        m_single = false;
+    } else if (now - due() > longestDelay) {
+        m_anchorNow += now - due();
+    }
+    showFrame();
+    const double dueThen = due();
     readFrame();
     if (m_frame.empty() && m_atEnd == AtEnd::Loop && rewind()) {
-        m_base = due + m_frameDistance - seconds(m_frameTime);
+        anchor(dueThen + m_frameDistance / m_speed, 0.0);
     }
     return lines;
 }

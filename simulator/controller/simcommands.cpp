@@ -1,5 +1,7 @@
 #include "simulator/controller/simcommands.h"
 
+#include "simulator/words/datalines.h"
+
 namespace kestrel_simulator {
 
 namespace {
@@ -54,6 +56,7 @@ Answer SimCommands::noSuchBody() {
 void SimCommands::addParameters(ParameterTable& table) {
     addFlags(table);
     addTruths(table);
+    addWords(table);
     addProbes(table);
     addCalibrationSettings(table);
     addCalibrationStates(table);
@@ -134,6 +137,21 @@ void SimCommands::addTruths(ParameterTable& table) {
     table.add(
         "sim calibration",
         {0, {}, [this](const text::Words&) { return m_calibration.describeResult(); }, nullptr});
+}
+
+// What can be said to it, for whoever offers that to a user.
+void SimCommands::addWords(ParameterTable& table) {
+    const auto addList = [&](const char* name, std::string words) {
+        table.add(name,
+                  {0,
+                   {},
+                   [words = std::move(words)](const text::Words&) { return Answer::value(words); },
+                   nullptr});
+    };
+    addList("sim motions", motionNames());
+    addList("sim pivots", pivotNames());
+    addList("sim misbehaviours", misbehaviourNames());
+    addList("sim buttons", std::to_string(datalines::buttonCount));
 }
 
 void SimCommands::addOfTool(ParameterTable& table, const char* name, GetOfTool get, SetOfTool set) {

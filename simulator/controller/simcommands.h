@@ -27,6 +27,7 @@ private:
                    double maximum);
     void addFlags(ParameterTable& table);
     void addTruths(ParameterTable& table);
+    void addWords(ParameterTable& table);
     void addProbes(ParameterTable& table);
     void addCalibrationSettings(ParameterTable& table);
     void addCalibrationStates(ParameterTable& table);
@@ -44,6 +45,7 @@ private:
                    std::function<double(const Probe&)> get,
                    std::function<void(Probe&, double)> set);
 
+    static std::string motionNames();
     static Answer badValue(std::string reason);
     static Answer noSuchBody();
 

@@ -6,7 +6,15 @@ namespace {
 
 constexpr std::size_t maxRefusals = 100;
 
+// Besides the pivots.
+constexpr const char* holdName = "hold";
+constexpr const char* wanderName = "wander";
+
 } // namespace
+
+std::string SimCommands::motionNames() {
+    return pivotNames() + ", " + holdName + ", " + wanderName;
+}
 
 Answer SimCommands::act(const text::Words& words) {
     const std::string verb = words.empty() ? "" : words[0];
@@ -137,8 +145,8 @@ Answer SimCommands::place(const Body& body, const text::Words& words) {
 Answer SimCommands::move(const Body& body, const text::Words& words) {
     const std::string motion = words.size() > 3 ? words[3] : "";
     const std::optional<Pivot> pivot = findPivot(motion);
-    if (!body.isTool || (!pivot && motion != "hold" && motion != "wander")) {
-        return badValue("expected a tool and one of " + pivotNames() + ", hold, wander");
+    if (!body.isTool || (!pivot && motion != holdName && motion != wanderName)) {
+        return badValue("expected a tool and one of " + motionNames());
     }
     double period = Swing::usualPeriod;
     const bool hasPeriod = words.size() == 5 && pivot && text::readDouble(words[4], period);
@@ -150,7 +158,7 @@ Answer SimCommands::move(const Body& body, const text::Words& words) {
     }
     if (pivot) {
         m_scene.swingTool(body.index, *pivot, m_state.now, period);
-    } else if (motion == "hold") {
+    } else if (motion == holdName) {
         m_scene.holdTool(body.index, m_state.now);
     } else {
         m_scene.letToolWander(body.index);

@@ -57,6 +57,14 @@ const std::array<MisbehaviourInfo, 22>& allMisbehaviours() {
     return all;
 }
 
+std::string misbehaviourNames() {
+    std::string names;
+    for (const MisbehaviourInfo& info : allMisbehaviours()) {
+        names.append(names.empty() ? "" : ", ").append(info.name);
+    }
+    return names;
+}
+
 const MisbehaviourInfo* findMisbehaviour(std::string_view name) {
     const auto& all = allMisbehaviours();
     const auto* found = std::find_if(

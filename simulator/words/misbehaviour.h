@@ -52,6 +52,9 @@ struct MisbehaviourInfo {
 /// All of them, in the order of the enumeration.
 const std::array<MisbehaviourInfo, 22>& allMisbehaviours();
 
+/// All names: "silent, wrong-reply, ...".
+std::string misbehaviourNames();
+
 /// Null when there is none of that name.
 const MisbehaviourInfo* findMisbehaviour(std::string_view name);
 

@@ -162,7 +162,7 @@ void TestSimulatorLimits::isNotBlockedByASlowClient() {
     for (int i = 0; i < 20; ++i) {
         QVERIFY(!client.ask("get status active").isEmpty());
     }
-    QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestSimulatorLimits)

@@ -53,6 +53,26 @@ void useTheTrueTip(Talk& talk, const std::string& tool) {
 
 } // namespace
 
+TEST(Movement, ofEachNameIsTaken) {
+    Talk talk(quiet());
+    EXPECT_EQ(talk.get("sim pivots"), "cone, planar, twist, slip, still");
+    EXPECT_EQ(talk.get("sim motions"), talk.get("sim pivots") + ", hold, wander");
+    for (const char* name : {"cone", "planar", "twist", "slip", "still", "hold", "wander"}) {
+        EXPECT_EQ(talk.act("sim move tool b01 " + std::string(name)), "ok") << name;
+    }
+    for (const char* name : {"cone", "planar", "twist", "slip", "still"}) {
+        EXPECT_EQ(talk.set("sim pivot " + std::string(name)), "ok") << name;
+        EXPECT_EQ(talk.get("sim pivot"), name);
+    }
+}
+
+TEST(Movement, leavesAsManyButtonsAsThereAreToBePressed) {
+    Talk talk(quiet());
+    EXPECT_EQ(talk.get("sim buttons"), "4");
+    EXPECT_EQ(talk.act("sim press tool b01 15"), "ok");
+    EXPECT_EQ(talk.act("sim press tool b01 16"), "err 4");
+}
+
 TEST(Movement, ofEachPivotIsInTheDataLinesWhatItsNameSays) {
     EXPECT_EQ(solutionOf("cone").outcome, Outcome::Solved);
     EXPECT_EQ(solutionOf("planar").outcome, Outcome::Planar);

@@ -26,6 +26,16 @@ TEST(Misbehaviours, haveDistinctNamesInTheOrderOfTheEnumeration) {
     EXPECT_EQ(kestrel_simulator::findMisbehaviour("nonsense"), nullptr);
 }
 
+TEST(Misbehaviours, areNamedOnRequest) {
+    std::string names;
+    for (const MisbehaviourInfo& info : allMisbehaviours()) {
+        names += (names.empty() ? "" : ", ") + std::string(info.name);
+    }
+    Talk talk;
+    EXPECT_EQ(talk.get("sim misbehaviours"), names);
+    EXPECT_EQ(talk.set("sim misbehaviours silent"), "err 6");
+}
+
 TEST(Misbehaviours, areSwitchedOnAndOffByCommand) {
     Talk talk;
     EXPECT_EQ(talk.get("sim misbehaviour"), "none");
