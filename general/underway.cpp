@@ -57,14 +57,6 @@ void schedule(Objects& objects) {
     }
 }
 
-void keepMapped() {
-    Dl_info self{};
-    if (dladdr(&state(), &self) != 0) {
-        // The handle is not needed: this is about the flag.
-        dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
-    }
-}
-
 } // namespace
 
 Operation::Operation() {
@@ -112,6 +104,14 @@ void leave() {
         keepMapped();
     } else {
         deleteAll(state().scheduled);
+    }
+}
+
+void keepMapped() {
+    Dl_info self{};
+    if (dladdr(&state(), &self) != 0) {
+        // The handle is not needed: this is about the flag.
+        dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
     }
 }
 

@@ -48,4 +48,7 @@ void retire(QObject* object);
 /// mapped for good, and the event loop finishes the work.
 void leave();
 
+/// The plug-in's library stays mapped for good: something of it goes on that nobody waits for.
+void keepMapped();
+
 } // namespace underway
