@@ -50,6 +50,7 @@ QList<_GuiElement*> MeasurementToolModule::get_gui_elements() {
     if (!gui_elements.isEmpty() || isBeingBuilt || toolqueries::isOldCompactSystem(beVers)) {
         return gui_elements;
     }
+    retireFormerActions();
     if (!bObserverMode) {
         addSettings();
         addCalibration();
@@ -79,18 +80,30 @@ void MeasurementToolModule::exit_module() {
 
 MeasurementToolModule::~MeasurementToolModule() {
     MeasurementToolModule::exit_module();
-    retireActions();
+    retire(actions());
     underway::leave();
 }
 
+QList<QPointer<QAction>> MeasurementToolModule::actions() const {
+    const auto children = findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
+    return QList<QPointer<QAction>>(children.cbegin(), children.cend());
+}
+
 // One of them may have been triggered by the user whose wish is being carried out.
-void MeasurementToolModule::retireActions() {
+void MeasurementToolModule::retire(const QList<QPointer<QAction>>& entries) {
     const underway::Ending ending;
-    const auto actions = findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
-    for (QAction* action : actions) {
-        action->setParent(nullptr);
-        underway::retire(action);
+    for (const QPointer<QAction>& action : entries) {
+        if (!action.isNull()) {
+            action->setParent(nullptr);
+            underway::retire(action);
+        }
     }
+}
+
+// Each build makes others. A host may still hold those of the build before, no older ones.
+void MeasurementToolModule::retireFormerActions() {
+    retire(formerActions);
+    formerActions = actions();
 }
 
 void MeasurementToolModule::addSettings() {

@@ -3,6 +3,7 @@
 #include "host_api/guielement.h"
 #include "host_api/moduleinterface.h"
 
+#include <QAction>
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -42,7 +43,9 @@ private:
     /// Hands a filled record to the host; it forgets its widget and action when the widget dies,
     /// be it with the host's window.
     void add(_GuiElement& element);
-    void retireActions();
+    QList<QPointer<QAction>> actions() const; ///< all that there are
+    static void retire(const QList<QPointer<QAction>>& entries);
+    void retireFormerActions();
 
     QPointer<QWidget> mod_parent; ///< parent of all widgets; the host's
     QList<_GuiElement*> gui_elements;
@@ -52,4 +55,5 @@ private:
     IOManager* iom = nullptr;
     BackendVersions* beVers = nullptr;
     bool bObserverMode = false;
+    QList<QPointer<QAction>> formerActions; ///< not of the last build, but of the one before
 };

@@ -254,6 +254,22 @@ private Q_SLOTS:
         QVERIFY(elements[0]->menu_entry == nullptr);
     }
 
+    void buildingAgainAndAgainLeavesNoMenuEntriesBehind() {
+        ModuleFixture f;
+        const QList<_GuiElement*> elements = f.module.get_gui_elements();
+        constexpr int builds = 5;
+        for (int build = 0; build < builds; ++build) {
+            const QPointer<QAction> before = elements[1]->menu_entry;
+            f.module.exit_module();
+            f.module.get_gui_elements();
+            QVERIFY(!before.isNull()); // a host may take it out of its menu late
+            QVERIFY(elements[1]->menu_entry != nullptr);
+            QVERIFY(elements[1]->menu_entry != before);
+            const int kept = f.module.findChildren<QAction*>().size();
+            QCOMPARE(kept, 4); // settings and calibration, of this build and of the one before
+        }
+    }
+
     void exitingWithAVisibleDisplayEndsItsSubscriptions() {
         ModuleFixture f(true);
         auto* const dock = content<QDockWidget>(f.module.get_gui_elements().constFirst());
