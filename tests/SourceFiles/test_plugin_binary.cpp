@@ -1,13 +1,9 @@
-#include "host_api/metatypes.h"
-#include "host_api/moduleinterface.h"
-#include "tests/support/scriptedhost.h"
+#include "tests/support/loadedplugin.h"
 
 #include <QAction>
 #include <QDockWidget>
 #include <QFile>
 #include <QJsonObject>
-#include <QMainWindow>
-#include <QPluginLoader>
 #include <QTableWidget>
 #include <QTimer>
 #include <QtTest>
@@ -18,47 +14,17 @@ constexpr int patienceMs = 5000;
 const QString pluginFile = QStringLiteral(KESTREL_PLUGIN_FILE);
 
 bool isMapped() {
-    QFile maps(QStringLiteral("/proc/self/maps"));
-    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libMeasurementToolModule.so");
+    return LoadedPlugin::isMapped(QStringLiteral("libMeasurementToolModule.so"));
 }
 
-// The plug-in as a host loads it: nothing of it is linked into this program.
-class Loaded {
-public:
-    Loaded() {
-        loader.setLoadHints(QLibrary::LoadHints()); // really unmap it
-        loader.setFileName(pluginFile);
-        module = qobject_cast<ModuleInterface*>(loader.instance());
+struct Loaded : LoadedPlugin {
+    Loaded()
+        : LoadedPlugin(pluginFile) {
         host.answer("measurementtool available", "yes");
         host.answer("measurementtool output_6dmt", "no");
         host.answer("body calibrated measurementtool b01", "yes");
         host.answer("measurementtool tip_calibrated b01", "yes");
     }
-    ~Loaded() { unload(); }
-
-    void setUp(bool observer) {
-        module->set_param("CommandManager", QVariant::fromValue(static_cast<IOManager*>(&host)));
-        module->set_param("ModuleParent", QVariant::fromValue(static_cast<QWidget*>(&window)));
-        module->set_param("BackendVersions", QVariant::fromValue(&versions));
-        module->set_param("ObserverMode", observer);
-    }
-
-    bool unload() {
-        if (module == nullptr) {
-            return true;
-        }
-        module->about_to_exit_module();
-        module->exit_module();
-        module = nullptr;
-        return loader.unload();
-    }
-
-    ScriptedHost host;
-    BackendVersions versions{VersionInfo(3, 0, 0), VersionInfo(1, 14, 0), VersionInfo(3, 0, 0),
-                             QStringLiteral("KESTREL")};
-    QMainWindow window;
-    QPluginLoader loader;
-    ModuleInterface* module = nullptr;
 };
 
 } // namespace

@@ -5,9 +5,11 @@
 #include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
@@ -21,6 +23,7 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QToolButton>
+#include <QToolTip>
 
 namespace {
 
@@ -28,6 +31,14 @@ constexpr int lineEditMargin = 2; // beside the text, not known to the style
 
 QSize sizeOfText(const QWidget& widget, const QString& text) {
     return widget.fontMetrics().size(Qt::TextShowMnemonic, text);
+}
+
+// As the mouse gets it.
+QString toolTipOf(const QWidget& widget) {
+    const QPoint inside = widget.rect().center();
+    QHelpEvent asked(QEvent::ToolTip, inside, widget.mapToGlobal(inside));
+    QCoreApplication::sendEvent(const_cast<QWidget*>(&widget), &asked);
+    return QToolTip::text();
 }
 
 class Finder {
@@ -125,7 +136,7 @@ private:
             return;
         }
         if (label.inherits("workbench::ElidedLabel")) {
-            if (label.toolTip() != label.text()) {
+            if (toolTipOf(label) != label.text()) {
                 need(sizeOfText(label, label.text()), label.contentsRect().size(), label.text());
             }
         } else if (label.wordWrap()) {

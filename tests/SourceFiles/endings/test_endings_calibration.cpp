@@ -118,7 +118,8 @@ private Q_SLOTS:
         const auto kind = static_cast<Flow>(flow);
         const auto prepare = [=](ScriptedHost& io) { script(io, kind); };
         const auto play = [=](EndingHost& host) { calibrate(host, kind); };
-        QCOMPARE(sweepEndings(name, endBy, prepare, play), QString());
+        const EndingSweep sweep{QStringLiteral(KESTREL_PLUGIN_FILE), name, prepare, play};
+        QCOMPARE(sweep.run(endBy), QString());
     }
 
 private:

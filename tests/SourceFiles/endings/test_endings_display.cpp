@@ -74,7 +74,8 @@ private Q_SLOTS:
     void theHostMayEndTheDisplayInsideAnyCall() {
         QFETCH(EndBy, endBy);
         const auto flow = [](EndingHost& host) { live(host); };
-        QCOMPARE(sweepEndings("display", endBy, &script, flow), QString());
+        const EndingSweep sweep{QStringLiteral(KESTREL_PLUGIN_FILE), "display", &script, flow};
+        QCOMPARE(sweep.run(endBy), QString());
     }
 
 private:

@@ -103,7 +103,8 @@ private Q_SLOTS:
                         [&host, kind](QWidget* dialog) { use(host, *dialog, kind); });
             host.trigger(0);
         };
-        QCOMPARE(sweepEndings(name, endBy, prepare, play), QString());
+        const EndingSweep sweep{QStringLiteral(KESTREL_PLUGIN_FILE), name, prepare, play};
+        QCOMPARE(sweep.run(endBy), QString());
     }
 
 private:

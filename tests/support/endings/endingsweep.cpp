@@ -1,13 +1,14 @@
 #include "tests/support/endings/endingsweep.h"
 
 #include "host_api/metatypes.h"
+#include "tests/support/loadedplugin.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 #include <QtTest>
 
@@ -23,6 +24,7 @@ namespace {
 
 constexpr int hangingDialogMs = 10000;
 constexpr int patienceSeconds = 60;
+const std::string pauseLine = "log test host 1 pause";
 
 struct Named {
     EndBy endBy;
@@ -73,22 +75,20 @@ void handleWhatIsDue() {
 
 } // namespace
 
-bool isPluginMapped() {
-    QFile maps(QStringLiteral("/proc/self/maps"));
-    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libMeasurementToolModule.so");
-}
-
-EndingHost::EndingHost(EndBy endBy, int place)
+EndingHost::EndingHost(const QString& plugin, EndBy endBy, int place, Places places)
     : dog(hangingDialogMs)
+    , m_plugin(plugin)
     , m_endBy(endBy)
     , m_place(place)
+    , m_places(places)
     , m_versions(std::make_unique<BackendVersions>(VersionInfo(3, 0, 0), VersionInfo(1, 14, 0),
                                                    VersionInfo(3, 0, 0), QStringLiteral("KESTREL")))
     , m_window(new QMainWindow) {
     m_window->setAttribute(Qt::WA_DeleteOnClose);
     m_window->show();
-    io.onOperation = [this](const std::string&) {
-        if (!m_ended && m_calls++ == m_place) {
+    io.onOperation = [this](const std::string& line) {
+        const bool isPlace = m_places == Places::EveryCall || line == pauseLine;
+        if (!m_ended && isPlace && m_calls++ == m_place) {
             end();
         }
     };
@@ -102,7 +102,7 @@ EndingHost::~EndingHost() {
 
 void EndingHost::load() {
     m_loader.setLoadHints(QLibrary::LoadHints()); // really unmap it
-    m_loader.setFileName(QStringLiteral(KESTREL_PLUGIN_FILE));
+    m_loader.setFileName(m_plugin);
     module = qobject_cast<ModuleInterface*>(m_loader.instance());
     if (module == nullptr) {
         qFatal("%s", qPrintable(m_loader.errorString()));
@@ -118,13 +118,20 @@ void EndingHost::load() {
         m_entries << element->menu_entry;
         m_contents << element->content;
     }
-    auto* const dock = qobject_cast<QDockWidget*>(m_contents.last());
-    dock->hide();
-    m_window->addDockWidget(Qt::BottomDockWidgetArea, dock);
+    for (const QPointer<QWidget>& content : qAsConst(m_contents)) {
+        if (auto* const dock = qobject_cast<QDockWidget*>(content.data())) {
+            dock->hide();
+            m_window->addDockWidget(Qt::BottomDockWidgetArea, dock);
+        }
+    }
 }
 
 void EndingHost::trigger(int entry) {
     act([&] { m_entries.at(entry)->trigger(); });
+}
+
+void EndingHost::pause() {
+    act([this] { io.write_log("test", "host", 1, "pause"); });
 }
 
 void EndingHost::act(const std::function<void()>& action) {
@@ -205,7 +212,7 @@ void EndingHost::unload() {
 QString EndingHost::objection() {
     if (m_endBy == EndBy::ExitThenUnload) {
         unload(); // before the event loop has deleted anything
-        if (isPluginMapped()) {
+        if (LoadedPlugin::isMapped(QFileInfo(m_plugin).fileName())) {
             return QStringLiteral("still mapped");
         }
     }
@@ -222,7 +229,7 @@ QString EndingHost::objection() {
             return QStringLiteral("lives on: ") + content->objectName();
         }
     }
-    for (const char* channel : {"6dmt", "6dmt2", "6dmtr"}) {
+    for (const char* channel : {"fr", "ts", "6dmt", "6dmt2", "6dmtr"}) {
         if (!io.requesters(channel).empty()) {
             return QStringLiteral("still subscribed");
         }
@@ -240,40 +247,39 @@ QString EndingHost::objection() {
     return {};
 }
 
-QString sweepEndings(const QString& name, EndBy endBy,
-                     const std::function<void(ScriptedHost&)>& script,
-                     const std::function<void(EndingHost&)>& flow) {
-    const auto play = [&](EndingHost& host) {
-        QEventLoop loop;
-        QString objection;
-        QTimer::singleShot(0, &loop, [&] {
-            script(host.io);
-            host.load();
-            host.act([&] { flow(host); });
-            objection = host.hasEnded() ? host.objection() : QString();
-            loop.quit();
-        });
-        loop.exec();
-        return objection;
-    };
+QString EndingSweep::play(EndingHost& host) const {
+    QEventLoop loop;
+    QString objection;
+    QTimer::singleShot(0, &loop, [&] {
+        script(host.io);
+        host.load();
+        host.act([&] { flow(host); });
+        objection = host.hasEnded() ? host.objection() : QString();
+        loop.quit();
+    });
+    loop.exec();
+    return objection;
+}
+
+QString EndingSweep::run(EndBy endBy) const {
     QElapsedTimer elapsed;
     elapsed.start();
-    int places = 0;
+    int count = 0;
     {
         setCase(name + QLatin1String(", undisturbed"));
-        EndingHost undisturbed(endBy, -1);
+        EndingHost undisturbed(plugin, endBy, -1, places);
         const QString objection = play(undisturbed);
-        places = static_cast<int>(undisturbed.io.journal().size());
-        if (!objection.isEmpty() || places == 0 || !undisturbed.dog.strays().isEmpty()) {
+        count = undisturbed.places();
+        if (!objection.isEmpty() || count == 0 || !undisturbed.dog.strays().isEmpty()) {
             return QStringLiteral("undisturbed: ") + objection;
         }
     }
-    for (int place = 0; place < places; ++place) {
-        const QString text = QStringLiteral("%1: %2 at call %3")
+    for (int place = 0; place < count; ++place) {
+        const QString text = QStringLiteral("%1: %2 at place %3")
                                  .arg(name, QLatin1String(endings[int(endBy)].name))
                                  .arg(place);
         setCase(text);
-        EndingHost host(endBy, place);
+        EndingHost host(plugin, endBy, place, places);
         const QString objection = play(host);
         if (!host.hasEnded()) {
             return text + QLatin1String(": not reached");
@@ -283,7 +289,7 @@ QString sweepEndings(const QString& name, EndBy endBy,
         }
     }
     ::alarm(0);
-    qInfo("%-24s %-40s %4d places %6lld ms", qPrintable(name), endings[int(endBy)].name, places,
+    qInfo("%-24s %-40s %4d places %6lld ms", qPrintable(name), endings[int(endBy)].name, count,
           elapsed.elapsed());
     return {};
 }

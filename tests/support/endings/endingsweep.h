@@ -31,18 +31,27 @@ enum class EndBy {
     ExitAndUnload,   ///< exits and unloads at once; from then on the library stays mapped
 };
 
+/// Where a host may end it.
+enum class Places {
+    EveryCall, ///< inside every call that the host gets, log lines included
+    Pauses     ///< inside EndingHost::pause() alone: between the plug-in's calls
+};
+
 /// A host with its window from the loading of the plug-in to its end.
 class EndingHost {
 public:
-    /// The plug-in is ended from inside the `place`-th call, log lines included; negative: never.
-    EndingHost(EndBy endBy, int place);
+    /// The plug-in, a file, is ended in the `place`-th place; negative: never.
+    EndingHost(const QString& plugin, EndBy endBy, int place, Places places);
     ~EndingHost();
 
-    /// Loads, sets up and takes the menu entries; the dock is put into the window, hidden.
+    /// Loads, sets up and takes the menu entries; docks are put into the window, hidden.
     void load();
 
-    /// Triggers a menu entry: 0 settings, 1 calibration, 2 display. Nothing after the end.
+    /// Triggers a menu entry by its index. Nothing after the end.
     void trigger(int entry);
+
+    /// A moment in which the plug-in is in a certain state; also a place of Places::EveryCall.
+    void pause();
 
     /// Runs an action of the user or the host, unless the end has come.
     void act(const std::function<void()>& action);
@@ -51,6 +60,7 @@ public:
     QString objection();
 
     bool hasEnded() const { return m_ended; }
+    int places() const { return m_calls; } ///< until now
     QWidget* content(int entry) const { return m_contents.at(entry); }
 
     ScriptedHost io;
@@ -63,8 +73,10 @@ private:
     void closeByUser();
     void unload();
 
+    QString m_plugin;
     EndBy m_endBy;
     int m_place;
+    Places m_places;
     int m_calls = 0;
     bool m_ended = false;
     std::size_t m_saidAtEnd = 0;
@@ -77,14 +89,21 @@ private:
         m_builtEarly; ///< what could be found before the entries were handed out
 };
 
-/// Whether the plug-in's file is mapped into this process.
-bool isPluginMapped();
+/// A flow on a scripted controller, to be ended everywhere.
+struct EndingSweep {
+    QString plugin; ///< the file
+    QString name;   ///< of the flow
+    std::function<void(ScriptedHost&)> script;
+    std::function<void(EndingHost&)> flow;
+    Places places = Places::EveryCall;
 
-/// Plays the flow on a scripted controller once to its own end and then once for each call that the
-/// host has got, with an end there. Prints the number of places; returns the first objection.
-QString sweepEndings(const QString& name, EndBy endBy,
-                     const std::function<void(ScriptedHost&)>& script,
-                     const std::function<void(EndingHost&)>& flow);
+    /// Plays the flow once to its own end and then once for each place in it, with an end there.
+    /// Prints the number of places; returns the first objection.
+    QString run(EndBy endBy) const;
+
+private:
+    QString play(EndingHost& host) const;
+};
 
 /// A row for each way to end each of these flows, in the order of the ways, in the columns "endBy",
 /// "flow" (its index) and "name"; with or without EndBy::DeleteLater.
