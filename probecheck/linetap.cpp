@@ -15,9 +15,9 @@ namespace {
 constexpr double longestStepBack = 1.0;
 constexpr double longestStep = 10.0;
 
+// As the parser has it: a word alone is a line of another kind.
 bool startsWith(const char* line, std::string_view word) {
-    return std::strncmp(line, word.data(), word.size()) == 0 &&
-           (line[word.size()] == ' ' || line[word.size()] == '\0');
+    return std::strncmp(line, word.data(), word.size()) == 0 && line[word.size()] == ' ';
 }
 
 bool isFinite(const KestrelSDK_Datatypes::Kestrel_MeaTool_Type_d& tool) {

@@ -9,12 +9,16 @@
 #include <QThread>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <utility>
 
 namespace {
 
 // A frame's number and time come on lines of their own, before those of the tools.
-constexpr const char* frameChannels[] = {"fr", "ts"};
+constexpr std::array<const char*, 5> channels = {
+    "fr", "ts", toolqueries::channels[0], toolqueries::channels[1], toolqueries::channels[2]};
+static_assert(channels.size() == 2 + std::size(toolqueries::channels));
 
 QEvent::Type newsEvent() {
     static const int type = QEvent::registerEventType();
@@ -45,7 +49,11 @@ void ProbeData::enter() {
     }
 }
 
+// A host may end the module inside what it is told at the farewell.
 void ProbeData::leave() {
+    if (!m_iom.isHungUp() && !std::exchange(m_hasTakenLeave, true)) {
+        Q_EMIT farewell(nullptr);
+    }
     if (m_iom.isHungUp()) {
         return;
     }
@@ -64,7 +72,9 @@ void ProbeData::serve(const QObject* user) {
 }
 
 void ProbeData::forget(const QObject* user) {
+    Q_EMIT farewell(user);
     setWanted(user, false);
+    m_buttons.leave(user);
     const auto found = std::find(m_users.begin(), m_users.end(), user);
     if (found == m_users.end()) {
         return;
@@ -235,19 +245,24 @@ void ProbeData::endReceiving() {
     Q_EMIT receivingEnded();
 }
 
+// From one measurement to the next it stays subscribed, for a host may keep each registration; what
+// has failed is tried again.
 void ProbeData::subscribe() {
     m_isSubscribed = true;
-    const auto subscribeTo = [this](const char* channel) {
+    for (const char* const channel : channels) {
         if (!m_isSubscribed) {
             return;
         }
-        m_iom->register_data_requester(channel, this);
+        if (m_registered.count(channel) > 0) {
+            continue;
+        }
+        const int result = m_iom->register_data_requester(channel, this);
         if (!m_isSubscribed) {
             m_iom.afterHangingUp()->unregister_data_requester(channel, this);
+        } else if (result == 0) {
+            m_registered.insert(channel);
         }
-    };
-    std::for_each(std::begin(frameChannels), std::end(frameChannels), subscribeTo);
-    std::for_each(std::begin(toolqueries::channels), std::end(toolqueries::channels), subscribeTo);
+    }
 }
 
 // A host may end the module inside one of these calls: the others are made all the same.
@@ -255,12 +270,10 @@ void ProbeData::unsubscribe() {
     if (!std::exchange(m_isSubscribed, false)) {
         return;
     }
-    const auto unsubscribeFrom = [this](const char* channel) {
+    m_registered.clear();
+    for (const char* const channel : channels) {
         m_iom.afterHangingUp()->unregister_data_requester(channel, this);
-    };
-    std::for_each(std::begin(frameChannels), std::end(frameChannels), unsubscribeFrom);
-    std::for_each(std::begin(toolqueries::channels), std::end(toolqueries::channels),
-                  unsubscribeFrom);
+    }
 }
 
 // Those who are told may ask the host, and that may have events handled.

@@ -2,6 +2,7 @@
 
 #include "general/host/hostpointer.h"
 #include "host_api/requester.h"
+#include "probecheck/buttonclaim.h"
 #include "probecheck/linetap.h"
 
 #include <QObject>
@@ -9,6 +10,7 @@
 #include <QVector>
 
 #include <mutex>
+#include <set>
 #include <vector>
 
 /// A Measurement Tool as the controller describes it. Bodies are counted from 0.
@@ -23,8 +25,8 @@ struct ProbeTool {
 /// Nothing is ever written to the controller but the request to send the tools' lines.
 ///
 /// The Requester operations may be called on any thread and never wait for the GUI thread.
-/// Everything else runs on the GUI thread; signals come from its event loop, never from inside a
-/// call.
+/// Everything else runs on the GUI thread; signals but farewell() come from its event loop, never
+/// from inside a call.
 class ProbeData : public QObject, public Requester {
     Q_OBJECT
 
@@ -48,6 +50,9 @@ public:
     /// Whether a user, such as a dock that is seen, wants samples. Takes effect a moment later.
     void setWanted(const QObject* user, bool wanted);
 
+    /// Whose a press of a tool's button is. forget() takes a page out of it.
+    ButtonClaim& buttons() { return m_buttons; }
+
     const HostPointer& host() const { return m_iom; }
     const BackendVersions* versions() const { return m_versions; } ///< null after leave()
 
@@ -68,6 +73,9 @@ Q_SIGNALS:
     /// Every 50 ms while receiving, also without samples: time goes on. Valid during the call.
     void samplesArrived(const ProbeSamples& samples);
     void samplesLost(int count); ///< this many were overwritten before they could be told
+    /// From inside forget() for its user and from inside leave() for all (null): what a user has to
+    /// tell the host it tells now, later it is not heard.
+    void farewell(const QObject* user);
 
 protected:
     void customEvent(QEvent* event) override;
@@ -84,6 +92,7 @@ private:
     void deliver();
     bool isMeasured(unsigned generation);
 
+    ButtonClaim m_buttons;
     HostPointer m_iom;
     VersionsPointer m_versions;
     LineTap m_tap;
@@ -95,12 +104,14 @@ private:
     bool m_useOldFormat = true;
     bool m_isRegistered = false;
     bool m_isSubscribed = false;
+    std::set<const char*> m_registered; ///< channels that the host has accepted
     bool m_isReceiving = false;
     bool m_toolsAreDue = false;
     bool m_isFollowing = false;
     bool m_hasNews = false;
     bool m_isDelivering = false;
     bool m_isAvailable = false;
+    bool m_hasTakenLeave = false;
 
     std::mutex m_mutex; ///< guards the next three; held for moments only
     bool m_isMeasuring = false;

@@ -72,7 +72,7 @@ std::string time(double seconds) {
 
 } // namespace probelines
 
-ProbeController::ProbeController() {
+void answerForTools(ScriptedHost& host) {
     host.answer("measurementtool available", "yes");
     host.answer("measurementtool output_6dmt", "no");
     host.answer("measurementtool number_of_tools", "2");
@@ -84,6 +84,10 @@ ProbeController::ProbeController() {
     }
     host.answer("measurementtool reference_of_tool b01", "none");
     host.answer("measurementtool reference_of_tool b02", "b01");
+}
+
+ProbeController::ProbeController() {
+    answerForTools(host);
 }
 
 void ProbeController::deliverFrame(unsigned number, double seconds,

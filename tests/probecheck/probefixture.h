@@ -31,7 +31,10 @@ std::string time(double seconds);                             ///< "ts ..."
 
 } // namespace probelines
 
-/// A controller with two calibrated tools, the second with the first reference.
+/// Answers of a controller with two calibrated tools, the second with the first reference.
+void answerForTools(ScriptedHost& host);
+
+/// Such a controller.
 struct ProbeController {
     ProbeController();
 

@@ -94,6 +94,14 @@ private Q_SLOTS:
         QCOMPARE(fetched(tap).size(), std::size_t(3));
     }
 
+    void linesOfBothFormatsFarApartAreTwoFrames() {
+        LineTap tap;
+        tap.start();
+        give(tap, probelines::oldTools({{}}), start);
+        give(tap, probelines::tools({{}}), start + 2.0 * LineTap::frameTime);
+        QCOMPARE(fetched(tap).size(), std::size_t(2));
+    }
+
     void aFrameWaitsForItsReferences() {
         LineTap tap;
         tap.setReferences({0});
@@ -224,6 +232,20 @@ private Q_SLOTS:
             QCOMPARE(tap.take(line), 0);
         }
         QVERIFY(fetched(tap).empty());
+    }
+
+    // What was told before is not told again as if it were new.
+    void aWordAloneTellsNothing() {
+        LineTap tap;
+        tap.setReferences({0});
+        tap.start();
+        give(tap, probelines::tools({{}}));
+        for (const char* word : {"6dmt2", "6dmt", "6dmtr", "fr", "ts"}) {
+            QCOMPARE(tap.take(word, start + 1.0), 0);
+        }
+        const ProbeSamples samples = fetched(tap);
+        QCOMPARE(samples.size(), std::size_t(1));
+        QVERIFY(!samples[0].referenceTracked);
     }
 
     void numbersThatAreNoneAreNotTracked() {
