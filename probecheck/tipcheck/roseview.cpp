@@ -16,6 +16,10 @@ double radiusOf(double tilt, double rim) {
     return rim * std::min(tilt / outermostTilt, 1.0);
 }
 
+double toolRadius(double radius) {
+    return std::max(radius / 14.0, 4.0);
+}
+
 QPainterPath cell(std::size_t sector, std::size_t ring, double rim) {
     const double inner = radiusOf(TiltRose::ringBegins[ring], rim);
     const double outer =
@@ -59,55 +63,114 @@ RoseView::RoseView(QWidget* parent)
                   "reached, the triangles point to those that are missing, the ring is the tool."));
 }
 
+// Between two positions only the ring has moved, as a rule.
 void RoseView::display(const TiltRose::View& view, bool isLive) {
+    const bool hasSameCells = view.reached == m_view.reached;
+    const bool isSamePicture = hasSameCells && view.missing == m_view.missing && isLive == m_isLive;
+    const QRect before = toolArea();
     m_view = view;
     m_isLive = isLive;
-    update();
+    if (!hasSameCells) {
+        m_cells = QPixmap();
+    }
+    if (!isSamePicture) {
+        update();
+    } else if (isLive && before != toolArea()) {
+        update(before);
+        update(toolArea());
+    }
 }
 
 QSize RoseView::sizeHint() const {
-    const int side = 14 * fontMetrics().height();
+    const int side = 5 * fontMetrics().height();
     return {side, side};
 }
 
 QSize RoseView::minimumSizeHint() const {
-    return sizeHint() / 2;
+    return sizeHint();
 }
 
-void RoseView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
+int RoseView::comfortableSide() const {
+    return 14 * fontMetrics().height();
+}
+
+double RoseView::radius() const {
+    return std::min(width(), height()) / 2.0 - 1.0;
+}
+
+QPointF RoseView::toolPlace() const {
+    const double tilt = std::hypot(m_view.current.right, m_view.current.front);
+    const double scale = tilt > 0.0 ? radiusOf(tilt, radius() * rimShare) / tilt : 0.0;
+    return {m_view.current.right * scale, -m_view.current.front * scale};
+}
+
+// With the width of its line, and a pixel for what is smoothed.
+QRect RoseView::toolArea() const {
+    const double reach = 1.5 * toolRadius(radius()) + 1.0;
+    const QPointF place = toolPlace() + QPointF(width() / 2.0, height() / 2.0);
+    return QRectF(place.x() - reach, place.y() - reach, 2.0 * reach, 2.0 * reach).toAlignedRect();
+}
+
+const QPixmap& RoseView::cells() {
+    const double ratio = devicePixelRatioF();
+    const QSize size = this->size() * ratio;
+    if (m_cells.size() == size && m_cells.devicePixelRatio() == ratio) {
+        return m_cells;
+    }
+    m_cells = QPixmap(size);
+    m_cells.setDevicePixelRatio(ratio);
+    m_cells.fill(Qt::transparent);
+    QPainter painter(&m_cells);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(width() / 2.0, height() / 2.0);
-    const double radius = std::min(width(), height()) / 2.0 - 1.0;
-    const double rim = radius * rimShare;
-    painter.setPen(QPen(palette().color(QPalette::WindowText), std::max(1.0, radius / 120.0)));
+    painter.setPen(QPen(palette().color(QPalette::WindowText), std::max(1.0, radius() / 120.0)));
     for (std::size_t sector = 0; sector < TiltRose::sectors; ++sector) {
         for (std::size_t ring = 0; ring < TiltRose::rings; ++ring) {
             painter.setBrush(m_view.reached[sector][ring] ? palette().brush(QPalette::Highlight)
                                                           : palette().brush(QPalette::Base));
-            painter.drawPath(cell(sector, ring, rim));
+            painter.drawPath(cell(sector, ring, radius() * rimShare));
         }
     }
-    if (!m_isLive) {
-        return;
-    }
+    return m_cells;
+}
+
+void RoseView::paintMissing(QPainter& painter) const {
+    painter.setPen(QPen(palette().color(QPalette::WindowText), std::max(1.0, radius() / 120.0)));
     painter.setBrush(palette().color(QPalette::WindowText));
-    const double size = (radius - rim) * 0.9;
+    const double rim = radius();
+    const double size = rim * (1.0 - rimShare) * 0.9;
     const auto angles = anglesOf(m_view.missing);
     for (const double angle : angles) {
         painter.save();
         painter.rotate(-angle);
-        painter.drawPolygon(QPolygonF({QPointF(radius, 0.0), QPointF(radius - size, -size / 1.5),
-                                       QPointF(radius - size, size / 1.5)}));
+        painter.drawPolygon(QPolygonF({QPointF(rim, 0.0), QPointF(rim - size, -size / 1.5),
+                                       QPointF(rim - size, size / 1.5)}));
         painter.restore();
     }
-    const double tilt = std::hypot(m_view.current.right, m_view.current.front);
-    const double scale = tilt > 0.0 ? radiusOf(tilt, rim) / tilt : 0.0;
-    const QPointF place(m_view.current.right * scale, -m_view.current.front * scale);
-    const double dot = std::max(radius / 14.0, 4.0);
+}
+
+void RoseView::paintTool(QPainter& painter) const {
+    const double dot = toolRadius(radius());
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(palette().color(QPalette::Base), dot / 1.4));
-    painter.drawEllipse(place, dot, dot);
+    painter.drawEllipse(toolPlace(), dot, dot);
     painter.setPen(QPen(palette().color(QPalette::WindowText), dot / 2.5));
-    painter.drawEllipse(place, dot, dot);
+    painter.drawEllipse(toolPlace(), dot, dot);
+}
+
+void RoseView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, cells());
+    if (!m_isLive) {
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(width() / 2.0, height() / 2.0);
+    paintMissing(painter);
+    paintTool(painter);
+}
+
+void RoseView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    m_cells = QPixmap(); // other colours, or greyed
 }

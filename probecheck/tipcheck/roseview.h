@@ -2,6 +2,7 @@
 
 #include "probecheck/tipcheck/tiltrose.h"
 
+#include <QPixmap>
 #include <QWidget>
 
 /// Paints into which directions a tool has been tilted: what has been reached is filled, what has
@@ -16,13 +17,24 @@ public:
     /// Live: with what is missing and where the tool is now.
     void display(const TiltRose::View& view, bool isLive);
 
+    /// Such as it can still be read: it takes what room there is, and shrinks before others do.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    int comfortableSide() const; ///< pixels
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
+    double radius() const;
+    QPointF toolPlace() const; ///< from the middle
+    QRect toolArea() const;
+    const QPixmap& cells();
+    void paintMissing(QPainter& painter) const;
+    void paintTool(QPainter& painter) const;
+
     TiltRose::View m_view;
     bool m_isLive = false;
+    QPixmap m_cells; ///< as they were painted last; null when they have to be painted anew
 };

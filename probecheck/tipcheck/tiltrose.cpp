@@ -53,11 +53,6 @@ struct TiltRose::Spread {
     double difference() const { return std::hypot((rightSquares - frontSquares) / 2.0, products); }
 };
 
-void TiltRose::clear() {
-    m_positions.clear();
-    m_current = Position{};
-}
-
 void TiltRose::add(const std::array<double, 9>& rotation, double seconds) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
         std::copy_n(rotation.begin() + static_cast<std::ptrdiff_t>(3 * axis), 3,

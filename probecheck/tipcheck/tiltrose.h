@@ -42,8 +42,6 @@ public:
         double greatest = 0.0; ///< tilt in degrees that nine tenths of the positions do not exceed
     };
 
-    void clear();
-
     /// A position of the tool, rotation column by column. Too soon after the last one it only
     /// becomes the current one.
     void add(const std::array<double, 9>& rotation, double seconds);

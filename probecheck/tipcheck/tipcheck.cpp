@@ -56,9 +56,9 @@ void TipCheck::take(const ProbeSample& sample) {
     ++m_frames;
     m_lastSample = sample.arrival;
     m_running.reference = sample.reference;
+    m_isReferenceLost = !sample.referenceTracked;
     if (!isUsable(sample)) {
         ++m_hiddenFrames;
-        m_lastLostReference = !sample.referenceTracked;
         return;
     }
     m_lastPose = sample.arrival;
@@ -71,13 +71,13 @@ void TipCheck::take(const ProbeSample& sample) {
 }
 
 TipCheck::State TipCheck::stateAt(double now) const {
-    if (now - m_lastPose <= longestHidden) {
-        return State::Measuring;
-    }
-    if (now - m_lastSample > longestHidden) {
+    if (now - m_lastSample > longestSilence) {
         return State::Silent;
     }
-    return m_lastLostReference ? State::ReferenceLost : State::Hidden;
+    if (m_isReferenceLost) {
+        return State::ReferenceLost;
+    }
+    return now - m_lastPose > longestHidden ? State::Hidden : State::Measuring;
 }
 
 void TipCheck::tick(double now) {

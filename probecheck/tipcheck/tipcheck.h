@@ -15,6 +15,7 @@ public:
     static constexpr double shortestVerdict = 10.0;     ///< s before which no verdict ends it
     static constexpr double verdictStands = 2.0;        ///< s for which a verdict must have stood
     static constexpr double longestHidden = 1.0;        ///< s without a pose before it says so
+    static constexpr double longestSilence = 0.5;       ///< s without data before it says so
     static constexpr double mostPosesPerSecond = 250.0; ///< taken; the others tell nothing more
     static constexpr double slipStands = 0.5;           ///< s for which a slip must have been seen
 
@@ -22,8 +23,8 @@ public:
         Idle,          ///< not begun
         Measuring,     ///< poses come
         Hidden,        ///< the tool has not been seen for a second
-        ReferenceLost, ///< its reference has not been seen for a second
-        Silent,        ///< no data have come for a second
+        ReferenceLost, ///< its reference is not seen
+        Silent,        ///< no data have come for half a second
         Finished       ///< there is a result
     };
 
@@ -82,10 +83,10 @@ private:
     kestrel_probe::PivotFit m_fit;
     TiltRose m_rose;
     double m_begin = 0.0;
-    double m_lastPose = 0.0;      ///< arrival of the last usable one
-    double m_lastSample = 0.0;    ///< arrival of the last one at all
-    double m_lastPoseTime = -1.0; ///< of ProbeSample::seconds
-    bool m_lastLostReference = false;
+    double m_lastPose = 0.0;        ///< arrival of the last usable one
+    double m_lastSample = 0.0;      ///< arrival of the last one at all
+    double m_lastPoseTime = -1.0;   ///< of ProbeSample::seconds
+    bool m_isReferenceLost = false; ///< in the last sample
     std::size_t m_frames = 0;
     std::size_t m_hiddenFrames = 0;
     double m_nextEvaluation = 0.0;

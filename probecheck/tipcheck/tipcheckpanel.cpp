@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QDateTime>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -25,6 +26,8 @@ namespace {
 constexpr double usualTolerance = 1.5; // mm; the controller's own default
 constexpr double leastTolerance = 0.01;
 constexpr double greatestTolerance = 100.0;
+constexpr int roseRow = 5;     // of the page
+constexpr int figuresMs = 200; // between two texts: nobody reads faster
 
 QLabel* textLabel(const char* name, QWidget* parent) {
     auto* const label = new QLabel(parent);
@@ -44,12 +47,16 @@ TipCheckPanel::TipCheckPanel(ProbeData* probeData, QWidget* parent)
     , m_start(new QPushButton(tr("&Start"), this))
     , m_stop(new QPushButton(tr("Sto&p"), this))
     , m_startByButton(new QCheckBox(tr("Start with the tool's first &button"), this))
+    , m_buttons(textLabel("label_buttons", this))
     , m_rose(new RoseView(this))
     , m_words(textLabel("label_words", this))
     , m_figures(textLabel("label_figures", this))
     , m_table(textLabel("label_result", this)) {
     build();
     m_data->serve(this);
+    m_data->buttons().join(this);
+    connect(&m_data->buttons(), &ButtonClaim::moved, this, &TipCheckPanel::showState);
+    connect(m_startByButton, &QCheckBox::toggled, this, &TipCheckPanel::claimButton);
     connect(m_data, &ProbeData::toolsRead, this, [this] {
         readTolerances();
         listTools();
@@ -81,6 +88,8 @@ void TipCheckPanel::build() {
     m_tolerance->setToolTip(tr("The tool's tip tolerance on the controller, or yours for this "
                                "session; nothing is written to the controller"));
     m_startByButton->setChecked(true);
+    m_buttons->setTextInteractionFlags(Qt::NoTextInteraction);
+    m_buttons->setAccessibleName(tr("What the buttons on the tool do"));
     m_words->setAccessibleName(tr("What to do"));
     m_figures->setAccessibleName(tr("How far the check is"));
     m_table->setAccessibleName(tr("Figures of the result"));
@@ -89,38 +98,7 @@ void TipCheckPanel::build() {
     m_words->setFont(bold);
     m_table->setTextFormat(Qt::RichText);
 
-    auto* const content = new QWidget(this);
-    auto* const form = new QFormLayout;
-    auto* const toolLabel = new QLabel(tr("T&ool:"), content);
-    toolLabel->setBuddy(m_tool);
-    form->addRow(toolLabel, m_tool);
-    auto* const toleranceLabel = new QLabel(tr("To&lerance [mm]:"), content);
-    toleranceLabel->setBuddy(m_tolerance);
-    form->addRow(toleranceLabel, m_tolerance);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(m_start);
-    buttons->addWidget(m_stop);
-    buttons->addStretch();
-    auto* const page = new QVBoxLayout(content);
-    page->addLayout(form);
-    page->addWidget(m_startByButton);
-    page->addLayout(buttons);
-    page->addWidget(m_words);
-    page->addWidget(m_rose, 1);
-    page->addWidget(m_figures);
-    page->addWidget(m_table);
-    // Scrolled up and down alone: it is as wide as what stands in it needs.
-    auto* const scrolled = new QScrollArea(this);
-    scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scrolled->setFrameShape(QFrame::NoFrame);
-    scrolled->setWidgetResizable(true);
-    scrolled->setFocusPolicy(Qt::NoFocus);
-    scrolled->setWidget(content);
-    auto* const whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(scrolled);
-    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, scrolled);
-    scrolled->setMinimumWidth(content->minimumSizeHint().width() + 2 * scrollBar);
+    buildPage();
     setTabOrder(m_tool, m_tolerance);
     setTabOrder(m_tolerance, m_startByButton);
     setTabOrder(m_startByButton, m_start);
@@ -137,6 +115,63 @@ void TipCheckPanel::build() {
                 m_tolerances.insert(chosenTool(), value);
                 m_editedTolerances.insert(chosenTool(), true);
             });
+}
+
+void TipCheckPanel::buildPage() {
+    auto* const content = new QWidget(this);
+    auto* const form = new QFormLayout;
+    auto* const toolLabel = new QLabel(tr("To&ol:"), content);
+    toolLabel->setBuddy(m_tool);
+    form->addRow(toolLabel, m_tool);
+    auto* const toleranceLabel = new QLabel(tr("To&lerance [mm]:"), content);
+    toleranceLabel->setBuddy(m_tolerance);
+    form->addRow(toleranceLabel, m_tolerance);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(m_start);
+    buttons->addWidget(m_stop);
+    buttons->addStretch();
+    m_page = new QGridLayout(content);
+    m_page->addLayout(form, 0, 0);
+    m_page->addWidget(m_startByButton, 1, 0);
+    m_page->addWidget(m_buttons, 2, 0);
+    m_page->addLayout(buttons, 3, 0);
+    m_page->addWidget(m_words, 4, 0);
+    m_page->addWidget(m_rose, roseRow, 0);
+    m_page->addWidget(m_figures, roseRow + 1, 0);
+    m_page->addWidget(m_table, roseRow + 2, 0);
+    m_page->setRowStretch(roseRow, 1);
+    // Scrolled up and down alone: it is as wide as what stands in it needs.
+    m_scrolled = new QScrollArea(this);
+    m_scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrolled->setFrameShape(QFrame::NoFrame);
+    m_scrolled->setWidgetResizable(true);
+    m_scrolled->setFocusPolicy(Qt::NoFocus);
+    m_scrolled->setWidget(content);
+    auto* const whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(m_scrolled);
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrolled);
+    m_scrolled->setMinimumWidth(content->minimumSizeHint().width() + 2 * scrollBar);
+}
+
+// Beside the words where there is more room than below them.
+void TipCheckPanel::placeRose() {
+    const bool isBeside = width() > m_scrolled->minimumWidth() + m_rose->comfortableSide();
+    const bool wasBeside = m_page->columnCount() > 1 && m_page->itemAtPosition(0, 1) != nullptr;
+    if (isBeside != wasBeside) {
+        m_page->removeWidget(m_rose);
+        m_page->addWidget(m_rose, isBeside ? 0 : roseRow, isBeside ? 1 : 0,
+                          isBeside ? roseRow + 3 : 1, 1);
+        m_page->setColumnStretch(0, isBeside ? 1 : 0);
+        m_page->setColumnStretch(1, isBeside ? 1 : 0);
+        m_page->setRowStretch(roseRow, isBeside ? 0 : 1);
+        m_page->setRowStretch(roseRow + 3, isBeside ? 1 : 0);
+    }
+}
+
+void TipCheckPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeRose();
 }
 
 void TipCheckPanel::showEvent(QShowEvent* event) {
@@ -258,11 +293,23 @@ void TipCheckPanel::watchButton(const ProbeSample& sample) {
     const bool isPressed = (sample.buttons & 1U) != 0;
     const bool wasPressed = m_pressed.value(sample.tool, true);
     m_pressed.insert(sample.tool, isPressed);
-    if (isPressed && !wasPressed && m_startByButton->isChecked() && isVisible() &&
-        canStart(sample.tool)) {
+    if (isPressed && !wasPressed && startsByButton() && canStart(sample.tool)) {
         m_tool->setCurrentIndex(m_tool->findData(sample.tool));
         start();
     }
+}
+
+void TipCheckPanel::claimButton() {
+    if (!m_data.isNull()) {
+        m_data->buttons().want(this, m_startByButton->isChecked() ? 0 : ButtonClaim::noButton,
+                               m_check.isRunning() ? tr("%1 does nothing while the tip check runs")
+                                                   : tr("%1 starts a tip check"));
+        m_buttons->setText(m_data->buttons().words());
+    }
+}
+
+bool TipCheckPanel::startsByButton() const {
+    return !m_data.isNull() && m_data->buttons().shareOf(this, 1U) != 0U;
 }
 
 void TipCheckPanel::follow(TipCheck::State before) {
@@ -275,6 +322,9 @@ void TipCheckPanel::follow(TipCheck::State before) {
 
 // The last thing that is done: the host may end the module inside.
 void TipCheckPanel::tellResult() {
+    if (m_data.isNull()) {
+        return;
+    }
     const HostPointer host = m_data->host();
     const QByteArray line =
         tipchecktexts::toJson(m_check.result(), QDateTime::currentDateTimeUtc());
@@ -286,23 +336,33 @@ void TipCheckPanel::showRunning() {
     m_words->setText(tipchecktexts::runningWords(m_check));
     m_rose->display(result.rose, true);
     m_rose->setAccessibleDescription(m_words->text());
-    m_figures->setText(tr("%1 s, %2 poses, %3 % of the time hidden")
-                           .arg(bodytexts::fixed(result.duration, 0))
-                           .arg(result.poses)
-                           .arg(bodytexts::fixed(100.0 * result.hiddenShare, 0)));
-    m_table->clear();
+    m_table->setText(QString()); // clear() would have the page laid out anew each time
+    if (m_figures->text().isEmpty() || m_sinceFigures.hasExpired(figuresMs)) {
+        m_sinceFigures.start();
+        m_figures->setText(tr("%1 s, %2 poses, %3 % of the time hidden")
+                               .arg(bodytexts::fixed(result.duration, 0))
+                               .arg(result.poses)
+                               .arg(bodytexts::fixed(100.0 * result.hiddenShare, 0)));
+    }
 }
 
 void TipCheckPanel::showState() {
+    claimButton();
     const bool isRunning = m_check.isRunning();
-    // The one that can be pressed next first, so that it gets the focus of the other one.
-    if (isRunning) {
-        m_stop->setEnabled(true);
-    }
-    m_start->setEnabled(canStart(chosenTool()));
-    m_stop->setEnabled(isRunning);
+    const bool canBegin = canStart(chosenTool());
     m_tool->setEnabled(!isRunning && m_tool->count() > 0);
     m_tolerance->setEnabled(!isRunning && m_tool->count() > 0);
+    // The one that can be pressed next first: the focus of one that goes would go on into another
+    // dock.
+    m_start->setEnabled(m_start->isEnabled() || canBegin);
+    m_stop->setEnabled(m_stop->isEnabled() || isRunning);
+    if (m_start->hasFocus() || m_stop->hasFocus()) {
+        QWidget* const idle = canBegin ? static_cast<QWidget*>(m_start) : m_tool;
+        (isRunning ? m_stop : idle)->setFocus();
+    }
+    m_start->setEnabled(canBegin);
+    m_stop->setEnabled(isRunning);
+    m_figures->setVisible(isRunning); // afterwards they stand in the table
     if (isRunning) {
         showRunning();
         return;
@@ -317,7 +377,11 @@ void TipCheckPanel::showState() {
     } else if (m_tool->count() == 0) {
         m_words->setText(tr("The controller has no calibrated Measurement Tool."));
     } else {
-        m_words->setText(tr("Put the tip into a hollow, press Start or the tool's first button, "
-                            "and tilt the tool slowly to all sides for some ten seconds."));
+        m_words->setText(startsByButton()
+                             ? tr("Put the tip into a hollow, press Start or the tool's first "
+                                  "button, and tilt the tool slowly to all sides for some ten "
+                                  "seconds.")
+                             : tr("Put the tip into a hollow, press Start, and tilt the tool "
+                                  "slowly to all sides for some ten seconds."));
     }
 }

@@ -3,6 +3,7 @@
 #include "probecheck/probedata.h"
 #include "probecheck/tipcheck/tipcheck.h"
 
+#include <QElapsedTimer>
 #include <QMap>
 #include <QPointer>
 #include <QWidget>
@@ -10,8 +11,10 @@
 class DecimalSpinBox;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class RoseView;
 
 /// The tip check's page: choice of the tool, start and stop, live words with the rose of tilts, the
@@ -27,9 +30,12 @@ public:
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void build();
+    void buildPage();
+    void placeRose();
     void listTools();
     void readTolerances();
     void chooseTolerance();
@@ -37,6 +43,8 @@ private:
     void stop();
     void takeSamples(const ProbeSamples& samples);
     void watchButton(const ProbeSample& sample);
+    void claimButton();
+    bool startsByButton() const;
     void loseMeasurement();
     void follow(TipCheck::State before);
     void tellResult();
@@ -56,8 +64,12 @@ private:
     QPushButton* m_start;
     QPushButton* m_stop;
     QCheckBox* m_startByButton;
+    QLabel* m_buttons; ///< what they do
     RoseView* m_rose;
     QLabel* m_words;
     QLabel* m_figures;
+    QElapsedTimer m_sinceFigures;
     QLabel* m_table;
+    QGridLayout* m_page;
+    QScrollArea* m_scrolled; ///< with the page
 };

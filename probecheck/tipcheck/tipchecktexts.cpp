@@ -1,10 +1,10 @@
 #include "probecheck/tipcheck/tipchecktexts.h"
 
 #include "general/bodytexts.h"
+#include "probecheck/resultline.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
 
@@ -147,11 +147,11 @@ QString whatWouldDecide(const TipCheck::Result& result) {
     }
     const double tilt = std::max(result.rose.greatest, 1.0);
     // The region shrinks as the tilt grows.
-    const double needed = reserve * tilt * result.pivot->radius95 / distance;
-    if (needed <= greatestUsefulTilt && needed >= tilt + 1.0) {
+    const double needed = std::max(reserve * tilt * result.pivot->radius95 / distance, tilt + 1.0);
+    if (needed <= greatestUsefulTilt) {
         return Texts::tr("Tilt by %1 degrees instead of %2.").arg(degrees(needed), degrees(tilt));
     }
-    if (tilt < greatestUsefulTilt - 1.0 && needed > tilt) {
+    if (tilt < greatestUsefulTilt - 1.0) {
         return Texts::tr("Tilt by %1 degrees instead of %2, and for longer.")
             .arg(degrees(greatestUsefulTilt), degrees(tilt));
     }
@@ -195,11 +195,13 @@ QString resultTable(const TipCheck::Result& result) {
              << row(Texts::tr("Resting point x, y, z [mm]"), triple(result.pivot->restingPoint))
              << row(Texts::tr("Slip [mm]"), mm(result.pivot->slip));
     }
-    rows << row(Texts::tr("Coverage (0 to 1)"), bodytexts::fixed(result.coverage, 3))
-         << row(Texts::tr("Tilt [degrees]"), degrees(result.rose.greatest))
-         << row(Texts::tr("Poses"), QString::number(result.poses))
-         << row(Texts::tr("Duration [s]"), bodytexts::fixed(result.duration, 1))
-         << row(Texts::tr("Hidden [%]"), percent(result.hiddenShare));
+    rows << row(Texts::tr("Coverage (0 to 1), tilt [degrees]"),
+                QStringLiteral("%1, %2").arg(bodytexts::fixed(result.coverage, 3),
+                                             degrees(result.rose.greatest)))
+         << row(Texts::tr("Poses, duration [s], hidden [%]"),
+                QStringLiteral("%1, %2, %3")
+                    .arg(QString::number(result.poses), bodytexts::fixed(result.duration, 1),
+                         percent(result.hiddenShare)));
     return QStringLiteral("<table>%1</table>").arg(rows.join(QString()));
 }
 
@@ -236,7 +238,7 @@ QByteArray toJson(const TipCheck::Result& result, const QDateTime& time) {
             QStringLiteral("resting_point_xyz_mm"),
             QJsonArray{pivot.restingPoint[0], pivot.restingPoint[1], pivot.restingPoint[2]});
     }
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return resultLine(object);
 }
 
 } // namespace tipchecktexts

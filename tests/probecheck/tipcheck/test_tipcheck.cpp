@@ -50,11 +50,10 @@ void beHidden(Stage& stage) {
     stage.sample(false, true);
 }
 void loseReference(Stage& stage) {
-    stage.wait(1.1);
     stage.sample(true, false);
 }
 void beSilent(Stage& stage) {
-    stage.wait(1.1);
+    stage.wait(0.6);
 }
 void stop(Stage& stage) {
     stage.check.stop(stage.now);
@@ -118,12 +117,12 @@ private Q_SLOTS:
              [](Stage& s) { s.check.loseMeasurement(s.now); }},
             {"pose                | Idle      Measuring Measuring Measuring Measuring Finished",
              [](Stage& s) { s.sample(true, true); }},
-            {"not seen            | Idle      Measuring Hidden    Hidden    Hidden    Finished",
+            {"not seen            | Idle      Measuring Hidden    Measuring Measuring Finished",
              [](Stage& s) { s.sample(false, true); }},
-            {"reference not seen  | Idle      Measuring RefLost   RefLost   RefLost   Finished",
-             [](Stage& s) { s.sample(true, false); }},
+            {"reference not seen  | Idle      RefLost   RefLost   RefLost   RefLost   Finished", loseReference},
+            {"neither seen        | Idle      RefLost   RefLost   RefLost   RefLost   Finished",
+             [](Stage& s) { s.sample(false, false); }},
             {"hidden for long     | Idle      Hidden    Hidden    Hidden    Hidden    Finished", beHidden},
-            {"reference gone long | Idle      RefLost   RefLost   RefLost   RefLost   Finished", loseReference},
             {"silence             | Idle      Silent    Silent    Silent    Silent    Finished", beSilent},
             {"another tool        | Idle      Measuring Hidden    RefLost   Silent    Finished",
              [](Stage& s) { s.sample(true, true, 1); }},

@@ -1,97 +1,14 @@
 #include "general/widgets/spinboxes.h"
-#include "host_api/metatypes.h"
-#include "probecheck/probecheckmodule.h"
-#include "probecheck/tipcheck/tipcheckpanel.h"
-#include "tests/probecheck/probefixture.h"
-#include "tests/probecheck/tipcheck/pivoting.h"
+#include "tests/probecheck/tipcheck/tipcheckfixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDockWidget>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLabel>
-#include <QMainWindow>
-#include <QPushButton>
 #include <QStandardPaths>
-#include <QtTest>
 
 namespace {
 
-constexpr int patienceMs = 5000;
-constexpr double frameStep = 1.0 / 60.0;
-
-// A host with a window, the module, and its tip check in sight.
-class PanelFixture {
-public:
-    PanelFixture() {
-        module.set_param("CommandManager",
-                         QVariant::fromValue(static_cast<IOManager*>(&controller.host)));
-        module.set_param("ModuleParent", QVariant::fromValue(static_cast<QWidget*>(&window)));
-        module.set_param("BackendVersions", QVariant::fromValue(&controller.versions));
-        dock = qobject_cast<QDockWidget*>(module.get_gui_elements().constFirst()->content);
-        panel = dock->findChild<TipCheckPanel*>();
-        window.addDockWidget(Qt::RightDockWidgetArea, dock);
-        window.show();
-        dock->show();
-    }
-    ~PanelFixture() { module.exit_module(); }
-
-    template <typename Widget>
-    Widget* find(const char* name) {
-        return panel->findChild<Widget*>(QString(name));
-    }
-    QPushButton* start() { return find<QPushButton>("pushButton_start"); }
-    QPushButton* stop() { return find<QPushButton>("pushButton_stop"); }
-    QString words() { return find<QLabel>("label_words")->text(); }
-    QString table() { return find<QLabel>("label_result")->text(); }
-
-    bool measure() {
-        controller.host.startMeasurement();
-        return QTest::qWaitFor([this] { return start()->isEnabled(); }, patienceMs);
-    }
-
-    // Frames of the tool, as fast as they go; the controller's clock tells the times.
-    void deliver(Pivoting& tool, double seconds, unsigned buttons = 0) {
-        const double end = time + seconds;
-        for (; time < end; time += frameStep) {
-            const ProbeSample sample = tool.at(time);
-            controller.deliverFrame(++frame, 100.0 + time,
-                                    {{sample.position, sample.rotation, 1.0, buttons}, {}});
-        }
-        controller.host.deliver(probelines::frame(++frame));
-    }
-    void deliverHidden() {
-        controller.deliverFrame(++frame, 100.0 + time, {{{}, {}, -1.0, 0}, {}});
-        controller.host.deliver(probelines::frame(++frame));
-        time += frameStep;
-    }
-    bool wordsBecome(const QString& part) {
-        return QTest::qWaitFor([&] { return words().contains(part); }, patienceMs);
-    }
-    bool isRunning() { return stop()->isEnabled(); }
-
-    QJsonObject result() {
-        const std::string begin = "log result ProbeCheckModule 1 ";
-        QJsonObject object;
-        for (const std::string& line : controller.host.journal()) {
-            if (line.compare(0, begin.size(), begin) == 0) {
-                object =
-                    QJsonDocument::fromJson(QByteArray::fromStdString(line.substr(begin.size())))
-                        .object();
-            }
-        }
-        return object;
-    }
-
-    ProbeController controller;
-    QMainWindow window;
-    ProbeCheckModule module;
-    QPointer<QDockWidget> dock;
-    QPointer<TipCheckPanel> panel;
-    double time = 0.0;
-    unsigned frame = 0;
-};
+constexpr int patienceMs = TipCheckFixture::patienceMs;
+constexpr double frameStep = TipCheckFixture::frameStep;
 
 } // namespace
 
@@ -104,7 +21,7 @@ private Q_SLOTS:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
 
     void withoutMeasurementNothingCanBeStarted() {
-        PanelFixture f;
+        TipCheckFixture f;
         QTRY_COMPARE_WITH_TIMEOUT(f.find<QComboBox>("comboBox_tool")->count(), 2, patienceMs);
         QVERIFY(!f.start()->isEnabled());
         QVERIFY(!f.stop()->isEnabled());
@@ -112,7 +29,7 @@ private Q_SLOTS:
     }
 
     void onlyCalibratedToolsAreOffered() {
-        PanelFixture f;
+        TipCheckFixture f;
         f.controller.host.answer("measurementtool tip_calibrated b01", "no");
         QVERIFY(f.measure());
         auto* const tools = f.find<QComboBox>("comboBox_tool");
@@ -121,7 +38,7 @@ private Q_SLOTS:
     }
 
     void aControllerWithoutCalibratedToolIsTold() {
-        PanelFixture f;
+        TipCheckFixture f;
         f.controller.host.answer("measurementtool number_of_tools", "0");
         f.controller.host.startMeasurement();
         QVERIFY(f.wordsBecome("no calibrated Measurement Tool"));
@@ -138,7 +55,7 @@ private Q_SLOTS:
     }
     void theToleranceIsTheControllers() {
         QFETCH(QString, reply);
-        PanelFixture f;
+        TipCheckFixture f;
         const std::string parameter = "measurementtool measurement_tip_tolerance b01";
         if (reply.isEmpty()) {
             f.controller.host.fail("get_double " + parameter);
@@ -151,7 +68,7 @@ private Q_SLOTS:
     }
 
     void anEditedToleranceStays() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         auto* const tolerance = f.find<DecimalSpinBox>("doubleSpinBox_tolerance");
         QCOMPARE(tolerance->value(), 0.5);
@@ -170,7 +87,7 @@ private Q_SLOTS:
     }
 
     void aCheckFindsTheErrorAndWritesItDown() {
-        PanelFixture f;
+        TipCheckFixture f;
         f.controller.host.answer("measurementtool measurement_tip_tolerance b01", "0.2");
         QVERIFY(f.measure());
         f.start()->click();
@@ -211,7 +128,7 @@ private Q_SLOTS:
     void motionsThatDetermineNoTipGiveNoNumber() {
         QFETCH(Pivoting::Motion, motion);
         QFETCH(QString, advice);
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         Pivoting tool;
@@ -232,7 +149,7 @@ private Q_SLOTS:
     }
 
     void aSlipIsTold() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         Pivoting tool;
@@ -252,7 +169,7 @@ private Q_SLOTS:
     }
 
     void whatKeepsItFromGoingOnIsTold() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         QVERIFY(f.wordsBecome("No data come."));
@@ -266,7 +183,7 @@ private Q_SLOTS:
     }
 
     void aLostReferenceIsTold() {
-        PanelFixture f;
+        TipCheckFixture f;
         f.controller.host.answer("measurementtool reference_of_tool b01", "b01");
         QVERIFY(f.measure());
         f.start()->click();
@@ -281,7 +198,7 @@ private Q_SLOTS:
     }
 
     void theMeasurementStopsInTheMiddle() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         Pivoting tool;
@@ -307,7 +224,7 @@ private Q_SLOTS:
         QFETCH(unsigned, before);
         QFETCH(unsigned, buttons);
         QFETCH(bool, starts);
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.find<QComboBox>("comboBox_tool")->setCurrentIndex(1);
         Pivoting tool;
@@ -331,6 +248,68 @@ private Q_SLOTS:
         QCOMPARE(f.find<QComboBox>("comboBox_tool")->currentText(), QString("M2"));
     }
 
+    void theButtonOfAToolThatCannotBeCheckedDoesNothing_data() {
+        QTest::addColumn<int>("tool");
+        QTest::newRow("not calibrated") << 1;
+        QTest::newRow("not in the controller's list") << 2;
+    }
+    void theButtonOfAToolThatCannotBeCheckedDoesNothing() {
+        QFETCH(int, tool);
+        TipCheckFixture f;
+        f.controller.host.answer("measurementtool tip_calibrated b02", "no");
+        QVERIFY(f.measure());
+        // Both in one delivery: the first one's check shows that the other's button was seen.
+        const auto deliver = [&](unsigned others, unsigned firsts) {
+            std::vector<probelines::Tool> tools(3);
+            tools[static_cast<std::size_t>(tool)].buttons = others;
+            f.controller.deliverFrame(++f.frame, 200.0, tools);
+            tools[0].buttons = firsts;
+            f.controller.deliverFrame(++f.frame, 200.0, tools);
+        };
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                deliver(0U, 0U);
+                deliver(1U, 1U);
+                return f.isRunning();
+            },
+            patienceMs));
+        QCOMPARE(f.find<QComboBox>("comboBox_tool")->currentText(), QString("M1"));
+    }
+
+    void theDataMayGoFirst_data() {
+        QTest::addColumn<bool>("isRunning");
+        QTest::newRow("idle") << false;
+        QTest::newRow("running") << true;
+    }
+    void theDataMayGoFirst() {
+        QFETCH(bool, isRunning);
+        ProbeController controller;
+        auto data = std::make_unique<ProbeData>(&controller.host, &controller.versions);
+        TipCheckPanel panel(data.get(), nullptr);
+        panel.show();
+        data->enter();
+        controller.host.startMeasurement();
+        auto* const start = panel.findChild<QPushButton*>("pushButton_start");
+        auto* const stop = panel.findChild<QPushButton*>("pushButton_stop");
+        QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patienceMs);
+        if (isRunning) {
+            start->click();
+        }
+        data.reset();
+        panel.findChild<QCheckBox*>()->click();
+        auto* const tools = panel.findChild<QComboBox*>();
+        tools->setCurrentIndex(1);
+        stop->click();
+        panel.hide();
+        panel.show();
+        QVERIFY(!start->isEnabled());
+        QVERIFY(!stop->isEnabled());
+        if (!isRunning) {
+            QCOMPARE(panel.findChild<QLabel*>("label_words")->text(),
+                     QString("No tracking runs. Start it to check a tip."));
+        }
+    }
+
     void theButtonDoesNotStartWhenThatIsNotWanted() {
         ProbeController controller;
         ProbeData data(&controller.host, &controller.versions);
@@ -352,7 +331,7 @@ private Q_SLOTS:
     }
 
     void aCheckGoesOnInAHiddenDock() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         f.dock->hide();
@@ -366,7 +345,7 @@ private Q_SLOTS:
     }
 
     void nothingIsWrittenToTheController() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         Pivoting tool;
@@ -379,7 +358,7 @@ private Q_SLOTS:
     }
 
     void theHostEndsTheModuleInsideTheResult() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.start()->click();
         f.controller.host.onOperation = [&f](const std::string& line) {
@@ -403,12 +382,17 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(way + "running")) << 2 << window;
             QTest::newRow(qPrintable(way + "with poses")) << 3 << window;
             QTest::newRow(qPrintable(way + "finished")) << 4 << window;
+            QTest::newRow(qPrintable(way + "no data")) << 5 << window;
+            QTest::newRow(qPrintable(way + "hidden")) << 6 << window;
+            QTest::newRow(qPrintable(way + "reference lost")) << 7 << window;
         }
     }
     void itsEndInEachState() {
         QFETCH(int, stage);
         QFETCH(bool, window);
-        PanelFixture f;
+        TipCheckFixture f;
+        f.controller.host.answer("measurementtool reference_of_tool b01",
+                                 stage == 7 ? "b01" : "none");
         Pivoting tool;
         if (stage >= 1) {
             QVERIFY(f.measure());
@@ -416,12 +400,29 @@ private Q_SLOTS:
         if (stage >= 2) {
             f.start()->click();
         }
-        if (stage >= 3) {
+        if (stage == 3 || stage == 4) {
             f.deliver(tool, 5.0);
             QVERIFY(f.wordsBecome("Go on."));
         }
-        if (stage >= 4) {
+        if (stage == 4) {
             f.stop()->click();
+        }
+        if (stage == 5) {
+            QVERIFY(f.wordsBecome("No data come."));
+        }
+        if (stage == 6 || stage == 7) {
+            QVERIFY(QTest::qWaitFor(
+                [&] {
+                    f.controller.host.deliver(probelines::references({-1.0}));
+                    if (stage == 6) {
+                        f.deliverHidden();
+                    } else {
+                        f.deliver(tool, frameStep);
+                    }
+                    return f.words() == (stage == 6 ? QString("The tool is hidden.")
+                                                    : QString("The reference MR1 is lost."));
+                },
+                patienceMs));
         }
         if (window) {
             delete f.dock;
@@ -437,7 +438,7 @@ private Q_SLOTS:
     }
 
     void everythingIsReachedByKeysAndHasAName() {
-        PanelFixture f;
+        TipCheckFixture f;
         QVERIFY(f.measure());
         f.window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&f.window));
