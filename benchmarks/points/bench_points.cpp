@@ -1,4 +1,3 @@
-#include "probecheck/points/files/pointcsv.h"
 #include "probecheck/points/pointlistmodel.h"
 #include "tests/probecheck/points/samplepoints.h"
 
@@ -96,7 +95,7 @@ void undoThat(benchmark::State& state) {
 void exportAll(benchmark::State& state) {
     const std::vector<points::PointRecord> all = samplePoints(many);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(points::toCsv(all));
+        benchmark::DoNotOptimize(csvOf(all));
     }
 }
 

@@ -25,13 +25,13 @@ void Capture::start() {
     }
 }
 
-void Capture::stop() {
+void Capture::stop(Notice why) {
     const bool wasHolding = m_state == State::Holding;
     m_state = State::Off;
     m_position.reset();
     m_capture.cancel();
     if (wasHolding) {
-        m_tell(Notice::MeasurementEnded);
+        m_tell(why);
     }
 }
 

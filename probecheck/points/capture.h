@@ -24,6 +24,7 @@ enum class Notice {
     ReferenceChanged, ///< given up: the positions before are of other axes
     Silent,           ///< given up: no data for a second
     MeasurementEnded, ///< given up
+    OutOfSight,       ///< given up: nobody can see what happens
     NotMeasuring,     ///< refused
     NotCalibrated,    ///< refused: such a tool has no tip
     StillBusy         ///< refused: one thing at a time
@@ -31,7 +32,7 @@ enum class Notice {
 
 /// How a point is captured, without widgets and files.
 ///
-///   Off      no measurement runs
+///   Off      no measurement runs, or nobody can see what happens
 ///   Ready    waits for a key or a button or, by holding still, for the first good sample
 ///   Holding  collects samples; begins anew when the tip leaves the tolerance
 ///   Keeping  a point is complete and on its way to the disk
@@ -54,11 +55,11 @@ public:
     explicit Capture(Tell tell)
         : m_tell(std::move(tell)) {}
 
-    void start();                                    ///< a measurement runs
-    void stop();                                     ///< no more
-    void setMode(Mode mode);                         ///< gives up what is being held
-    void setTool(int tool);                          ///< the same, when it is another tool
-    void setHold(double duration, double tolerance); ///< s, mm; the same, when they are others
+    void start();                                     ///< a measurement runs
+    void stop(Notice why = Notice::MeasurementEnded); ///< no more, which is told when it holds
+    void setMode(Mode mode);                          ///< gives up what is being held
+    void setTool(int tool);                           ///< the same, when it is another tool
+    void setHold(double duration, double tolerance);  ///< s, mm; the same, when they are others
     void setCalibrated(QVector<bool> tools);
 
     // `now` is LineTap::now().

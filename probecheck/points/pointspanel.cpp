@@ -3,13 +3,13 @@
 #include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
 #include "probecheck/points/files/pointjson.h"
+#include "probecheck/resultline.h"
 
-#include <QApplication>
 #include <QDateTime>
-#include <QJsonDocument>
 #include <QKeyEvent>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -21,8 +21,6 @@ namespace {
 constexpr double defaultDuration = 1.0;  // s
 constexpr double defaultTolerance = 1.5; // mm
 constexpr int mostButtons = 16;
-constexpr int anyButton = -1;
-constexpr int noButton = -2;
 
 QFont largeFont(QFont font) {
     constexpr double larger = 1.8;
@@ -40,15 +38,33 @@ void setTextIfNew(QLabel* label, const QString& text) {
     }
 }
 
+// Rounded up: the width in whole pixels may be one too few.
+int widthOf(const QString& text, const QLabel& label) {
+    const QFontMetricsF metrics(label.font(), &label);
+    return static_cast<int>(std::ceil(metrics.horizontalAdvance(text)));
+}
+
+int usualWidth(const QLabel& label) {
+    return widthOf(QStringLiteral("-00000.00"), label);
+}
+
+// A label of a fixed size: another text in it is painted, and the window is not laid out anew for
+// it twenty times a second.
+void showFigure(QLabel* label, const QString& text) {
+    label->setFixedWidth(std::max(usualWidth(*label), widthOf(text, *label)));
+    setTextIfNew(label, text);
+}
+
 } // namespace
 
-PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& folder)
+PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& folder,
+                         points::SessionFile::Sync sync)
     : QWidget(parent)
     , m_data(source)
     , m_host(source->host())
-    , m_bell(&QApplication::beep)
+    , m_sounds(std::make_unique<points::Loudspeaker>())
     , m_capture([this](Notice notice) { hear(notice); })
-    , m_session(folder) {
+    , m_session(folder, std::move(sync)) {
     ui.setupUi(this);
     ui.frame_left->hide();
     ui.label_disk->hide();
@@ -56,6 +72,16 @@ PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& fold
     setUpList();
     setUpSession();
     source->serve(this);
+    source->buttons().join(this);
+    connect(&source->buttons(), &ButtonClaim::moved, this, &PointsPanel::followSight);
+    connect(ui.comboBox_button, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &PointsPanel::claimButton);
+    claimButton();
+    connect(source, &ProbeData::farewell, this, [this](const QObject* user) {
+        if (user == nullptr || user == this) {
+            sayFarewell();
+        }
+    });
     connect(source, &ProbeData::toolsRead, this, &PointsPanel::followTools);
     connect(source, &ProbeData::receivingBegan, this, &PointsPanel::followData);
     connect(source, &ProbeData::receivingEnded, this, &PointsPanel::followData);
@@ -67,9 +93,10 @@ PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& fold
 PointsPanel::~PointsPanel() {
     m_list.undoStack().disconnect(this); // it tells of its own end
     if (!m_data.isNull()) {
+        m_data->buttons().disconnect(this);
         m_data->forget(this);
     }
-    if (m_isExported || m_list.rowCount() == 0) {
+    if (m_exportedChanges == m_changes || m_list.rowCount() == 0) {
         m_session.removeAtEnd();
     }
 }
@@ -77,14 +104,13 @@ PointsPanel::~PointsPanel() {
 void PointsPanel::setUpCapture() {
     for (QLabel* const label : {ui.label_x, ui.label_y, ui.label_z}) {
         label->setFont(largeFont(font()));
-        label->setMinimumSize(label->fontMetrics().horizontalAdvance(QStringLiteral("-00000.00")),
-                              label->fontMetrics().height());
+        label->setFixedSize(usualWidth(*label), label->fontMetrics().height());
     }
-    ui.comboBox_button->addItem(tr("any"), anyButton);
+    ui.comboBox_button->addItem(tr("any"), ButtonClaim::anyButton);
     for (int button = 0; button < mostButtons; ++button) {
         ui.comboBox_button->addItem(QString::number(button + 1), button);
     }
-    ui.comboBox_button->addItem(tr("none"), noButton);
+    ui.comboBox_button->addItem(tr("none"), ButtonClaim::noButton);
     m_diskPatience.setSingleShot(true);
     m_diskPatience.setInterval(diskPatienceMs);
     connect(&m_diskPatience, &QTimer::timeout, this, [this] {
@@ -103,6 +129,15 @@ void PointsPanel::setUpCapture() {
             &PointsPanel::chooseHold);
     connect(ui.doubleSpinBox_tolerance, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
             &PointsPanel::chooseHold);
+}
+
+// A layout's own minimum knows nothing of the lines that a text takes in this width.
+bool PointsPanel::event(QEvent* event) {
+    const bool isHandled = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) {
+        setMinimumHeight(layout()->minimumHeightForWidth(width()));
+    }
+    return isHandled;
 }
 
 void PointsPanel::showEvent(QShowEvent* event) {
@@ -149,12 +184,22 @@ bool PointsPanel::eventFilter(QObject* watched, QEvent* event) {
 
 void PointsPanel::followData() {
     m_buttons.clear();
-    if (!m_data.isNull() && m_data->isReceiving()) {
+    const bool isReceiving = !m_data.isNull() && m_data->isReceiving();
+    if (isReceiving && m_data->buttons().isInSight(this)) {
         m_capture.start();
     } else {
-        m_capture.stop();
+        m_capture.stop(isReceiving ? Notice::OutOfSight : Notice::MeasurementEnded);
     }
     showNow();
+}
+
+// The data go on while another page wants them.
+void PointsPanel::followSight() {
+    showButtons();
+    const bool isOff = m_capture.state() == Capture::State::Off;
+    if (!m_data.isNull() && m_data->isReceiving() && m_data->buttons().isInSight(this) == isOff) {
+        followData();
+    }
 }
 
 void PointsPanel::followTools() {
@@ -246,17 +291,30 @@ void PointsPanel::follow(const ProbeSamples& samples) {
     showNow();
 }
 
+void PointsPanel::claimButton() {
+    if (!m_data.isNull()) {
+        m_data->buttons().want(this, ui.comboBox_button->currentData().toInt(),
+                               tr("%1 captures a point"));
+    }
+    showButtons();
+}
+
+void PointsPanel::showButtons() {
+    if (!m_data.isNull()) {
+        setTextIfNew(ui.label_buttons, m_data->buttons().words());
+    }
+}
+
 void PointsPanel::followButtons(const ProbeSample& sample, double now) {
     const auto before = m_buttons.constFind(sample.tool);
     // A button that is held down when the data begin has not been pressed.
     const std::uint32_t pressed =
         before == m_buttons.constEnd() ? 0U : sample.buttons & ~before.value();
     m_buttons.insert(sample.tool, sample.buttons);
-    const int button = ui.comboBox_button->currentData().toInt();
-    const bool isIt =
-        button == anyButton ? pressed != 0U : button >= 0 && ((pressed >> button) & 1U) != 0U;
-    if (isIt && now - sample.arrival <= Capture::oldestSample) {
-        if (m_capture.state() == Capture::State::Ready) {
+    const bool isMine = m_data->buttons().shareOf(this, pressed) != 0U;
+    if (isMine && now - sample.arrival <= Capture::oldestSample) {
+        const bool isCalibrated = m_data->tools().value(sample.tool).calibrated;
+        if (m_capture.state() == Capture::State::Ready && isCalibrated) {
             ui.comboBox_tool->setCurrentIndex(sample.tool); // with this tool's own values
         }
         m_capture.trigger(sample.tool, now);
@@ -278,8 +336,10 @@ void PointsPanel::hear(Notice notice) {
     m_wordsState = m_capture.state();
     if (notice == Notice::Captured) {
         takePoint();
-    } else if (notice != Notice::BegunAnew && ui.checkBox_sounds->isChecked()) {
-        m_bell();
+    }
+    const auto sound = points::soundOf(notice);
+    if (sound && ui.checkBox_sounds->isChecked()) {
+        m_sounds->play(*sound);
     }
     showNow();
 }
@@ -292,7 +352,7 @@ void PointsPanel::takePoint() {
         point.reference = points::unknownReference;
     }
     point.utcMs = QDateTime::currentMSecsSinceEpoch();
-    m_isExported = false;
+    ++m_changes;
     m_list.append({point});
     m_session.addPoints({point});
     m_awaitedStep = m_session.steps();
@@ -306,67 +366,17 @@ void PointsPanel::answerDisk(bool isOnDisk) {
     if (std::exchange(m_awaitedStep, 0U) == 0U) {
         return;
     }
-    const QByteArray line = QJsonDocument(points::toJson(m_awaited)).toJson(QJsonDocument::Compact);
+    const QByteArray line = resultLine(points::toJson(m_awaited));
     m_capture.kept(isOnDisk);
     m_host->write_log("result", "ProbeCheckModule", 1, line.constData());
-}
-
-QString PointsPanel::wordsOf(Notice notice) const {
-    switch (notice) {
-    case Notice::Begun:
-        return tr("Hold the tip still.");
-    case Notice::BegunAnew:
-        return tr("The tip has left the tolerance: begun anew.");
-    case Notice::Captured:
-        return tr("Captured, being written to the disk.");
-    case Notice::Kept:
-        return m_capture.state() == Capture::State::Leaving ? stateWords() : tr("Point captured.");
-    case Notice::NotKept:
-        return tr("Point captured, but it is not on the disk yet.");
-    case Notice::Cancelled:
-        return tr("Cancelled.");
-    case Notice::ToolHidden:
-        return tr("Given up: the tool is hidden.");
-    case Notice::ReferenceLost:
-        return tr("Given up: the reference is lost.");
-    case Notice::ReferenceChanged:
-        return tr("Given up: the tool's reference has changed.");
-    case Notice::Silent:
-        return tr("Given up: no data for a second.");
-    case Notice::MeasurementEnded:
-        return tr("Given up: the measurement has ended.");
-    case Notice::NotMeasuring:
-        return tr("Nothing captured: no measurement is running.");
-    case Notice::NotCalibrated:
-        return tr("Nothing captured: the tool is not calibrated.");
-    case Notice::StillBusy:
-        return tr("One at a time: a point is being captured.");
-    }
-    return {};
-}
-
-QString PointsPanel::stateWords() const {
-    switch (m_capture.state()) {
-    case Capture::State::Off:
-        return tr("No measurement is running.");
-    case Capture::State::Ready:
-        return m_capture.position() ? tr("Ready.") : tr("Waiting for the tool to be seen.");
-    case Capture::State::Holding:
-        return tr("Hold the tip still.");
-    case Capture::State::Keeping:
-        return tr("Captured, being written to the disk.");
-    case Capture::State::Leaving:
-        return tr("Point captured. Move the tip to the next one.");
-    }
-    return {};
 }
 
 void PointsPanel::showNow() {
     const auto position = m_capture.position();
     QLabel* const labels[] = {ui.label_x, ui.label_y, ui.label_z};
     for (std::size_t i = 0; i < 3; ++i) {
-        setTextIfNew(labels[i],
-                     position ? points::fixedText((*position)[i], 2) : QStringLiteral("-"));
+        showFigure(labels[i],
+                   position ? points::fixedText((*position)[i], 2) : QStringLiteral("-"));
     }
     ui.captureRing->setShare(m_capture.progress());
     if (m_capture.state() != m_wordsState) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "probecheck/points/capture.h"
+#include "probecheck/points/files/pointexport.h"
 #include "probecheck/points/files/pointsession.h"
 #include "probecheck/points/pointlistmodel.h"
+#include "probecheck/points/soundsink.h"
 #include "probecheck/probedata.h"
 #include "ui_pointspanel.h"
 
@@ -13,7 +15,7 @@
 #include <QWidget>
 
 #include <cstdint>
-#include <functional>
+#include <memory>
 
 /// The dock's page of the captured points: captures them, lists them, keeps them. Every captured
 /// point is also one line of the host's log, category "result". Nothing is written to the
@@ -23,18 +25,25 @@ class PointsPanel : public QWidget {
 
 public:
     static constexpr int diskPatienceMs = 5000; ///< after which a point counts as not kept yet
+    /// However its disk hangs, the end of a page takes no longer than this.
+    static constexpr int longestEndMs =
+        points::PointSession::longestWaitMs + points::PointExport::longestWaitMs;
 
-    /// `source` may go before this object. Sessions are kept in `folder`.
+    /// `source` may go before this object. Sessions are kept in `folder`; `sync` is fsync(), but
+    /// for tests.
     PointsPanel(ProbeData* source, QWidget* parent,
-                const QString& folder = points::PointSession::defaultFolder());
+                const QString& folder = points::PointSession::defaultFolder(),
+                points::SessionFile::Sync sync = points::SessionFile::systemSync());
+    /// What is not on the disk by then is told to the host's log.
     ~PointsPanel() override;
 
     points::PointListModel& list() { return m_list; }
 
-    /// What is heard; QApplication::beep() by default.
-    void setBell(std::function<void()> bell) { m_bell = std::move(bell); }
+    /// Where sounds go: the loudspeaker by default.
+    void setSounds(std::unique_ptr<points::SoundSink> sounds) { m_sounds = std::move(sounds); }
 
 protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -49,6 +58,10 @@ private:
     // What comes from outside.
     void followData();
     void followTools();
+    void claimButton();
+    void showButtons();
+    void followSight();
+    void sayFarewell();
     void follow(const ProbeSamples& samples);
     void followButtons(const ProbeSample& sample, double now);
     Hold askHold(int tool);
@@ -88,7 +101,7 @@ private:
     Ui::PointsPanel ui;
     QPointer<ProbeData> m_data;
     HostPointer m_host;
-    std::function<void()> m_bell;
+    std::unique_ptr<points::SoundSink> m_sounds;
     points::Capture m_capture;
     points::PointListModel m_list;
     QSortFilterProxyModel m_sorted;
@@ -96,8 +109,11 @@ private:
     quint64 m_awaitedStep = 0; ///< of the session: the point on its way to the disk, 0 for none
     points::PointRecord m_awaited;
     QTimer m_diskPatience;
-    bool m_hasLooked = false; ///< for left sessions
-    bool m_isExported = true; ///< all that the list holds is in a file that the user has asked for
+    bool m_hasLooked = false;       ///< for left sessions
+    quint64 m_changes = 0;          ///< of the list, but deletions
+    quint64 m_exportedChanges = 0;  ///< those in a file that the user has asked for
+    quint64 m_exportingChanges = 0; ///< those in the last one that was begun
+    bool m_hasSaidFarewell = false;
     std::vector<points::PointRecord> m_left;
     QHash<int, Hold> m_asked;             ///< of each tool: the controller's
     QHash<int, bool> m_referencesUnknown; ///< of each tool: without one, but nobody said "none"

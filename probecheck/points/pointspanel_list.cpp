@@ -1,3 +1,4 @@
+#include "general/host/hostlink.h"
 #include "probecheck/points/files/pointcsv.h"
 #include "probecheck/points/pointdistance.h"
 #include "probecheck/points/pointspanel.h"
@@ -6,10 +7,10 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QHeaderView>
-#include <QSaveFile>
 #include <QShortcut>
 
 #include <algorithm>
+#include <utility>
 
 using points::PointListModel;
 using points::PointRecord;
@@ -59,6 +60,13 @@ void PointsPanel::setUpList() {
     connect(ui.pushButton_delete, &QPushButton::clicked, this, &PointsPanel::deleteSelected);
     connect(ui.pushButton_copy, &QPushButton::clicked, this, &PointsPanel::copySelected);
     connect(ui.pushButton_export, &QPushButton::clicked, this, &PointsPanel::exportAll);
+    connect(ui.exportBar, &ExportBar::over, this, [this](bool isWritten, const QString& words) {
+        if (isWritten) {
+            m_exportedChanges = m_exportingChanges;
+        }
+        showSelection();
+        say(words);
+    });
     connect(&m_list.undoStack(), &QUndoStack::indexChanged, this, &PointsPanel::showSelection);
     connect(&m_list, &QAbstractItemModel::rowsInserted, this, &PointsPanel::showSelection);
     addShortcut(QKeySequence::Undo, &PointsPanel::undo);
@@ -77,13 +85,13 @@ void PointsPanel::addShortcut(const QKeySequence& keys, void (PointsPanel::*acti
 void PointsPanel::setUpSession() {
     using points::PointSession;
     connect(&m_list, &PointListModel::renamed, this, [this](int number, const QString& name) {
-        m_isExported = false;
+        ++m_changes;
         m_session.addRenaming(number, name);
     });
     connect(&m_list, &PointListModel::deleted, this,
             [this](const std::vector<int>& numbers) { m_session.addDeletion(numbers); });
     connect(&m_list, &PointListModel::restored, this, [this](const std::vector<int>& numbers) {
-        m_isExported = false;
+        ++m_changes;
         m_session.addRestoring(numbers);
     });
     connect(&m_session, &PointSession::settled, this, [this] {
@@ -101,6 +109,11 @@ void PointsPanel::setUpSession() {
         answerDisk(false);
     });
     connect(&m_session, &PointSession::leftFound, this, &PointsPanel::offer);
+    connect(&m_session, &PointSession::soundsFoundOff, this, [this] {
+        const QSignalBlocker blocker(ui.checkBox_sounds);
+        ui.checkBox_sounds->setChecked(false);
+    });
+    connect(ui.checkBox_sounds, &QCheckBox::toggled, &m_session, &PointSession::rememberSounds);
     connect(ui.pushButton_keep, &QPushButton::clicked, this, &PointsPanel::keepLeft);
     connect(ui.pushButton_discard, &QPushButton::clicked, this, &PointsPanel::discardLeft);
 }
@@ -108,6 +121,29 @@ void PointsPanel::setUpSession() {
 void PointsPanel::say(const QString& words) {
     ui.label_disk->setText(words);
     ui.label_disk->show();
+}
+
+// What the disk does not have yet is told while somebody listens. The host may end the module
+// inside.
+void PointsPanel::sayFarewell() {
+    if (std::exchange(m_hasSaidFarewell, true)) {
+        return;
+    }
+    const HostPointer host = m_host;
+    const bool isExporting = ui.exportBar->isRunning();
+    ui.exportBar->cancel();
+    const points::SessionWriter::Unwritten unwritten = m_session.waitForDisk();
+    answerDisk(m_session.steps() - unwritten.steps >= m_awaitedStep);
+    if (unwritten.steps > 0) {
+        hostlink::log(host, tr("Error: %n change(s) of the points are not on the disk: %1. Each "
+                               "captured point is in this log.",
+                               nullptr, static_cast<int>(unwritten.steps))
+                                .arg(unwritten.reason));
+    }
+    if (isExporting) {
+        hostlink::log(host, tr("Error: The export to %1 was not finished, nothing of it is kept.")
+                                .arg(ui.exportBar->path()));
+    }
 }
 
 void PointsPanel::offer(const std::vector<PointRecord>& left) {
@@ -131,7 +167,7 @@ void PointsPanel::keepLeft() {
         }
         point.number += before;
     }
-    m_isExported = false;
+    ++m_changes;
     m_list.append(m_left);
     m_session.addPoints(m_left);
     discardLeft();
@@ -161,7 +197,7 @@ void PointsPanel::showSelection() {
     const std::vector<int> rows = selectedRows();
     ui.pushButton_delete->setEnabled(!rows.empty());
     ui.pushButton_copy->setEnabled(!rows.empty());
-    ui.pushButton_export->setEnabled(m_list.rowCount() > 0);
+    ui.pushButton_export->setEnabled(m_list.rowCount() > 0 && !ui.exportBar->isRunning());
     ui.pushButton_undo->setEnabled(m_list.undoStack().canUndo());
     ui.pushButton_redo->setEnabled(m_list.undoStack().canRedo());
     if (rows.size() != 2) {
@@ -225,12 +261,14 @@ void PointsPanel::exportAll() {
 }
 
 void PointsPanel::exportTo(const QString& path) {
-    QSaveFile file(path);
-    const QByteArray text = points::toCsv(m_list.points());
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        say(tr("Nothing exported: %1: %2").arg(path, file.errorString()));
+    if (ui.exportBar->isRunning()) {
         return;
     }
-    m_isExported = true;
-    say(tr("%n point(s) exported to %1", nullptr, m_list.rowCount()).arg(path));
+    m_exportingChanges = m_changes;
+    ui.exportBar->start(m_list.points(), path);
+    // The button's focus goes where the space bar goes on capturing.
+    if (ui.pushButton_export->hasFocus()) {
+        ui.tableView_points->setFocus();
+    }
+    showSelection();
 }

@@ -30,6 +30,8 @@ constexpr const char* columns[] = {"number",
                                    "distance_to_previous_mm",
                                    "distance_uncertainty95_mm"};
 
+constexpr int pieceSize = 65536; // bytes, and some
+
 /// The shortest text that is read back as the same number; empty for what is none.
 QByteArray number(double value) {
     char digits[32];
@@ -80,17 +82,22 @@ QByteArray tabField(QByteArray field) {
     return field.replace('\t', ' ').replace('\n', ' ').replace('\r', ' ');
 }
 
-QByteArray table(const std::vector<PointRecord>& points, char separator, const char* lineEnd,
-                 QByteArray (*field)(QByteArray)) {
+struct Style {
+    char separator;
+    const char* lineEnd;
+    QByteArray (*field)(QByteArray);
+};
+
+bool writeTable(const std::vector<PointRecord>& points, const Style& style, const TableSink& sink) {
     QByteArray text;
     const auto addLine = [&](const QList<QByteArray>& fields) {
         for (int i = 0; i < fields.size(); ++i) {
             if (i > 0) {
-                text += separator;
+                text += style.separator;
             }
-            text += field(fields.at(i));
+            text += style.field(fields.at(i));
         }
-        text += lineEnd;
+        text += style.lineEnd;
     };
     QList<QByteArray> header;
     for (const char* const column : columns) {
@@ -98,21 +105,34 @@ QByteArray table(const std::vector<PointRecord>& points, char separator, const c
     }
     addLine(header);
     const PointRecord* before = nullptr;
+    std::size_t done = 0;
     for (const PointRecord& point : points) {
         addLine(fieldsOf(point, before));
         before = &point;
+        ++done;
+        if (text.size() >= pieceSize) {
+            if (!sink(text, done)) {
+                return false;
+            }
+            text.clear();
+        }
     }
-    return text;
+    return sink(text, done);
 }
 
 } // namespace
 
-QByteArray toCsv(const std::vector<PointRecord>& points) {
-    return table(points, ',', "\r\n", csvField);
+bool writeCsv(const std::vector<PointRecord>& points, const TableSink& sink) {
+    return writeTable(points, {',', "\r\n", csvField}, sink);
 }
 
 QString toTabSeparated(const std::vector<PointRecord>& points) {
-    return QString::fromUtf8(table(points, '\t', "\n", tabField));
+    QByteArray text;
+    writeTable(points, {'\t', "\n", tabField}, [&text](const QByteArray& piece, std::size_t) {
+        text += piece;
+        return true;
+    });
+    return QString::fromUtf8(text);
 }
 
 } // namespace points

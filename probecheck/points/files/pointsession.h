@@ -1,15 +1,13 @@
 #pragma once
 
-#include "probecheck/points/files/sessionfile.h"
+#include "general/leavablethread.h"
+#include "probecheck/points/files/sessionwriter.h"
 
 #include <QObject>
 #include <QString>
 
-#include <condition_variable>
-#include <deque>
-#include <functional>
-#include <mutex>
-#include <thread>
+#include <chrono>
+#include <memory>
 #include <vector>
 
 namespace points {
@@ -24,19 +22,25 @@ class PointSession : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int retryMs = 1000; ///< after which a write that failed is tried again
+    /// The end waits for the disk, but together with waitForDisk() no longer than this. A disk that
+    /// answers later still gets all that was handed over, as long as the program runs.
+    static constexpr int longestWaitMs = 2000;
 
     /// `sync` is fsync(), but for tests.
     explicit PointSession(QString folder, SessionFile::Sync sync = SessionFile::systemSync());
 
-    /// Tries once more to write what is not written yet. Waits for the disk.
+    /// Tries once more to write what is not written yet.
     ~PointSession() override;
 
     /// Where sessions are kept: a folder of the host's own data.
     static QString defaultFolder();
 
-    /// Looks for sessions that others have left; leftFound() tells when there are points.
+    /// Looks for what was left: leftFound() tells when others have left sessions with points,
+    /// soundsFoundOff() when sounds were last not wanted.
     void lookForLeft();
+
+    /// Keeps for later sessions whether sounds are wanted, as far as the disk lets it.
+    void rememberSounds(bool wanted);
 
     /// Keeps these points. Each call is a step: settled() tells when it is on the disk.
     void addPoints(const std::vector<PointRecord>& points);
@@ -47,6 +51,9 @@ public:
     /// Steps so far, and those of them that are on the disk as far as reported.
     quint64 steps() const { return m_steps; }
     quint64 stepsOnDisk() const { return m_stepsOnDisk; }
+
+    /// The last look before the end: how many steps are not on the disk then, and why.
+    SessionWriter::Unwritten waitForDisk();
 
     /// What was found goes: its points have been added to this session, or nobody wants them. Those
     /// that were added are on the disk here before the others are taken away.
@@ -66,37 +73,24 @@ Q_SIGNALS:
     /// Points that others have left, in the order of their sessions, numbers ascending.
     void leftFound(const std::vector<points::PointRecord>& points);
 
+    /// The last one that was asked wanted no sounds.
+    void soundsFoundOff();
+
 protected:
     void customEvent(QEvent* event) override;
 
 private:
-    using Job = std::function<void()>;
+    friend class SessionWriter;
 
-    void post(Job job);
-    void tell(Job report);
     void append(const QByteArray& line);
-    void run();
-    void flush();
+    void settle(quint64 steps);
 
     quint64 m_steps = 0;
     quint64 m_stepsOnDisk = 0;
     bool m_removeAtEnd = false;
-
-    std::mutex m_mutex; ///< guards the next three
-    std::condition_variable m_wake;
-    std::deque<Job> m_jobs;
-    std::deque<Job> m_reports; ///< for the event loop
-    bool m_isEnding = false;
-
-    // The writing thread's.
-    SessionFile m_file;
-    quint64 m_stepsGiven = 0;
-    quint64 m_stepsTried = 0; ///< when it last failed
-    QString m_lastReason;
-    bool m_dropWhenWritten = false;
-    std::vector<LeftSession> m_left;
-
-    std::thread m_thread; // last: it uses all of the others
+    std::chrono::milliseconds m_patience{longestWaitMs}; ///< what is left of it
+    std::shared_ptr<SessionWriter> m_writer;
+    LeavableThread m_thread;
 };
 
 } // namespace points

@@ -15,8 +15,8 @@ struct PointsFixture {
     PointsFixture();
     ~PointsFixture();
 
-    void makePanel();
-    void measure(); ///< starts a measurement and waits until the page follows it
+    void makePanel(); ///< with `sync`
+    void measure();   ///< starts a measurement and waits until the page follows it
 
     /// Frames for so long, 60 a second of the controller's clock, as fast as they are taken.
     void send(double seconds);
@@ -24,9 +24,10 @@ struct PointsFixture {
     bool capture();                          ///< by key, with all that belongs to it
 
     QString words() const;
-    QString cell(int row, int column) const; ///< of the view
-    QByteArray sessionText() const;          ///< all session files
-    QStringList resultLines() const;         ///< in the host's log
+    QString cell(int row, int column) const;   ///< of the view
+    QByteArray sessionText() const;            ///< all session files
+    QStringList resultLines() const;           ///< in the host's log
+    std::vector<points::Sound> sounds() const; ///< heard so far
     void select(const QList<int>& rows) const;
     void type(const char* spinBox, const QString& text) const;
 
@@ -40,11 +41,16 @@ struct PointsFixture {
     }
 
     QTemporaryDir folder;
+    points::SessionFile::Sync sync = points::SessionFile::systemSync();
     ProbeController controller;
     std::unique_ptr<ProbeData> data;
     std::unique_ptr<PointsPanel> panel;
     std::vector<probelines::Tool> tools{2};
     unsigned frame = 0;
-    int bells = 0;
-    QByteArray sessionAtBell; ///< what the disk had when it was heard
+    /// A sound, and what the disk had when it was heard.
+    struct Heard {
+        points::Sound sound;
+        QByteArray session;
+    };
+    std::vector<Heard> heard;
 };

@@ -1,5 +1,9 @@
 #include "samplepoints.h"
 
+#include "probecheck/points/files/pointcsv.h"
+
+#include <unistd.h>
+
 points::PointRecord samplePoint(int number, double x, double y, double z) {
     points::PointRecord point;
     point.number = number;
@@ -14,11 +18,36 @@ points::PointRecord samplePoint(int number, double x, double y, double z) {
     return point;
 }
 
-std::vector<points::PointRecord> samplePoints(int count) {
+std::vector<points::PointRecord> samplePoints(int count, int first) {
     std::vector<points::PointRecord> all;
     all.reserve(static_cast<std::size_t>(count));
-    for (int number = 1; number <= count; ++number) {
+    for (int number = first; number < first + count; ++number) {
         all.push_back(samplePoint(number, 10.0 * number));
     }
     return all;
+}
+
+QByteArray csvOf(const std::vector<points::PointRecord>& points) {
+    QByteArray text;
+    const bool isWhole = points::writeCsv(points, [&text](const QByteArray& piece, std::size_t) {
+        text += piece;
+        return true;
+    });
+    return isWhole ? text : QByteArray();
+}
+
+points::SessionFile::Sync HangingSync::sync() const {
+    return [gate = m_gate](int file) {
+        std::unique_lock<std::mutex> lock(gate->mutex);
+        gate->isOpened.wait(lock, [&] { return gate->isOpen; });
+        return ::fsync(file);
+    };
+}
+
+void HangingSync::answer() {
+    {
+        const std::lock_guard<std::mutex> lock(m_gate->mutex);
+        m_gate->isOpen = true;
+    }
+    m_gate->isOpened.notify_all();
 }

@@ -14,9 +14,10 @@ namespace {
 constexpr double frame = 0.1; // s
 
 QString textOf(Notice notice) {
-    static const char* const texts[] = {
-        "begun",     "anew",  "captured", "kept",  "notKept",      "cancelled",    "hidden",
-        "reference", "other", "silent",   "ended", "notMeasuring", "uncalibrated", "busy"};
+    static const char* const texts[] = {"begun",        "anew",         "captured", "kept",
+                                        "notKept",      "cancelled",    "hidden",   "reference",
+                                        "other",        "silent",       "ended",    "unseen",
+                                        "notMeasuring", "uncalibrated", "busy"};
     return texts[static_cast<int>(notice)];
 }
 
@@ -96,6 +97,9 @@ void startEvent(Rig& rig) {
 void stopEvent(Rig& rig) {
     rig.capture.stop();
 }
+void outOfSightEvent(Rig& rig) {
+    rig.capture.stop(Notice::OutOfSight);
+}
 void keyEvent(Rig& rig) {
     rig.capture.trigger(rig.now);
 }
@@ -172,6 +176,8 @@ constexpr StateTableRow<Event> table[] = {
      startEvent},
     {"stop           | off   off     off/ended off     Off  Off    Off/ended Off      Off",
      stopEvent},
+    {"out of sight   | off   off     off/unseen off    Off  Off    Off/unseen Off     Off",
+     outOfSightEvent},
     {"key            | off/notMeasuring holding/begun holding/busy keeping/busy "
      "Off/notMeasuring Holding/begun Holding/begun Keeping/busy Holding/begun",
      keyEvent},
@@ -236,6 +242,7 @@ private Q_SLOTS:
     void aTriggerWithoutAnySampleEndsInSilence();
     void aGapOfTheSamplesOwnClockIsSilence();
     void thePositionIsForgottenWhenItIsOld();
+    void whatIsCancelledWithoutAPositionBeginsWithTheNextSample();
     void anUncalibratedToolHasNoPosition();
     void byHoldingStillEachPlaceIsCapturedOnce();
     void theAnswerMayComeAfterTheMeasurement();
@@ -387,6 +394,20 @@ void TestCapture::thePositionIsForgottenWhenItIsOld() {
     rig.feed(rig.sample());
     rig.capture.stop();
     QVERIFY(!rig.capture.position());
+}
+
+// Nobody knows from where the tip would have to go away.
+void TestCapture::whatIsCancelledWithoutAPositionBeginsWithTheNextSample() {
+    Rig rig;
+    rig.enter("Holding");
+    rig.silence(0.7);
+    QVERIFY(!rig.capture.position());
+    rig.notices.clear();
+    rig.capture.cancel();
+    QCOMPARE(rig.state(), QString("Ready"));
+    QCOMPARE(rig.notices, QStringList{"cancelled"});
+    rig.hold(1.1);
+    QCOMPARE(rig.notices, (QStringList{"cancelled", "captured"}));
 }
 
 void TestCapture::anUncalibratedToolHasNoPosition() {

@@ -130,6 +130,7 @@ void TestPointList::numbersSortAsNumbers_data() {
     row("y", int(PointListModel::Y), QVariant(4.0));
     row("z", int(PointListModel::Z), QVariant(0.0));
     row("deviation x", int(PointListModel::DeviationX), QVariant(0.03));
+    row("deviation y", int(PointListModel::DeviationY), QVariant(0.02));
     row("deviation z", int(PointListModel::DeviationZ), QVariant(0.01));
     row("greatest", int(PointListModel::GreatestDistance), QVariant(0.08));
     row("samples", int(PointListModel::Samples), QVariant(61));

@@ -1,16 +1,16 @@
 #include "pointsfixture.h"
 #include "tests/support/datarows.h"
+#include "tests/support/paintwatch.h"
 
 #include <QClipboard>
-#include <QFileDialog>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLineEdit>
 
-#include <csignal>
 #include <limits>
-#include <sys/resource.h>
 
 using points::PointListModel;
+using points::Sound;
 
 class TestPointsPanel : public QObject {
     Q_OBJECT
@@ -25,17 +25,27 @@ private Q_SLOTS:
     void theTableTakesTheSpaceBarForCapturing();
     void theCaptureButtonBeginsAndCancels();
     void escapeCancels();
+    void onlyAPlainPressOfTheSpaceBarCaptures();
     void aButtonOnAToolCapturesThatToolsPoint();
     void onlyTheChosenButtonCaptures();
     void aButtonThatIsHeldDownAtFirstIsNoPress();
+    void aPressThatIsTooOldIsNone();
     void holdingStillCapturesEachPlaceOnce();
+    void byHoldingStillAKeyBeginsAnew();
+    void byHoldingStillAButtonStillChoosesItsTool();
+    void theKeyIsWaitedForWhenThatIsChosenAgain();
     void theReasonOfAFailureIsTold_data();
     void theReasonOfAFailureIsTold();
+    void theButtonOfAnUncalibratedToolChoosesNothing();
+    void outOfSightTheCaptureIsGivenUp();
     void leavingTheToleranceIsTold();
     void theMeasurementsEndIsTold();
     void withoutMeasurementThereIsNothingToCapture();
     void thePositionIsShownLarge();
+    void anotherPositionMovesNothing();
+    void digitsAreLargeInAFontOfPixelsToo();
     void thePointMeasurementsValuesAreTheControllers();
+    void theControllerIsAskedOnceForEachTool();
     void valuesThatCannotBeReadAreTheDefaults_data();
     void valuesThatCannotBeReadAreTheDefaults();
     void editedValuesStayForTheSession();
@@ -43,14 +53,15 @@ private Q_SLOTS:
     void nothingIsWrittenToTheController();
     void twoSelectedPointsHaveADistance();
     void pointsAreDeletedRenamedAndBroughtBackByKeys();
+    void aNameIsEditedByKeys();
     void selectedPointsAreCopied();
-    void allPointsAreExported();
-    void aFailedExportIsTold();
     void pointsWithoutExportAreOfferedAndKept();
     void pointsWithoutExportAreOfferedAndDiscarded();
-    void aFullDiskIsTold();
     void silenceCanBeChosen();
+    void silenceIsRemembered();
     void theDataMayGoFirst();
+    void itsEndInEachState_data();
+    void itsEndInEachState();
 
 private:
     std::unique_ptr<PointsFixture> f;
@@ -80,8 +91,9 @@ void TestPointsPanel::theSpaceBarCapturesAPoint() {
 void TestPointsPanel::thePointIsOnTheDiskBeforeItIsHeard() {
     f->measure();
     QVERIFY(f->capture());
-    QCOMPARE(f->bells, 2); // begun and captured
-    const std::vector<points::PointRecord> kept = points::pointsOfLines(f->sessionAtBell);
+    QCOMPARE(f->sounds(), (std::vector<Sound>{Sound::Begun, Sound::Captured}));
+    QVERIFY(f->heard[0].session.isEmpty());
+    const std::vector<points::PointRecord> kept = points::pointsOfLines(f->heard[1].session);
     QCOMPARE(kept.size(), std::size_t(1));
     QCOMPARE(kept[0].position[2], 300.0);
 }
@@ -126,6 +138,24 @@ void TestPointsPanel::escapeCancels() {
     QTest::keyClick(f->panel.get(), Qt::Key_Space);
     QTest::keyClick(f->panel.get(), Qt::Key_Escape);
     QCOMPARE(f->words(), QString("Cancelled."));
+}
+
+void TestPointsPanel::onlyAPlainPressOfTheSpaceBarCaptures() {
+    f->measure();
+    f->send(0.1);
+    auto* const table = f->child<QTableView>("tableView_points");
+    QTest::keyClick(f->panel.get(), Qt::Key_C);
+    QTest::keyClick(f->panel.get(), Qt::Key_Space, Qt::AltModifier);
+    QTest::keyClick(table, Qt::Key_Space, Qt::AltModifier);
+    QTest::keyClick(table, Qt::Key_Home);
+    QTest::keyClick(f->panel.get(), Qt::Key_Escape); // there is nothing to cancel
+    QCOMPARE(f->words(), QString("Ready."));
+    QTest::keyClick(table, Qt::Key_Space);
+    QCOMPARE(f->words(), QString("Hold the tip still."));
+    // A key that is held down goes on being pressed: that cancels nothing.
+    QKeyEvent again(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "), true);
+    QCoreApplication::sendEvent(f->panel.get(), &again);
+    QCOMPARE(f->words(), QString("Hold the tip still."));
 }
 
 void TestPointsPanel::aButtonOnAToolCapturesThatToolsPoint() {
@@ -182,19 +212,86 @@ void TestPointsPanel::holdingStillCapturesEachPlaceOnce() {
     QVERIFY(f->cell(1, PointListModel::DistanceToPrevious).startsWith("50.000 ± "));
 }
 
+// The window had something else to do: what follows now is of another place.
+void TestPointsPanel::aPressThatIsTooOldIsNone() {
+    f->measure();
+    f->send(0.1);
+    ProbeSample sample;
+    sample.tracked = true;
+    sample.arrival = LineTap::now() - 0.6;
+    sample.buttons = 1;
+    Q_EMIT f->data->samplesArrived({sample});
+    QCOMPARE(f->words(), QString("Ready."));
+    sample.arrival = LineTap::now();
+    sample.buttons = 0;
+    ProbeSample pressed = sample;
+    pressed.buttons = 1;
+    Q_EMIT f->data->samplesArrived({sample, pressed});
+    QCOMPARE(f->words(), QString("Hold the tip still."));
+}
+
+void TestPointsPanel::byHoldingStillAKeyBeginsAnew() {
+    f->child<QComboBox>("comboBox_mode")->setCurrentIndex(1);
+    f->type("doubleSpinBox_duration", "5");
+    f->measure();
+    f->send(0.3);
+    const auto* const ring = f->child<CaptureRing>("captureRing");
+    const double before = ring->share();
+    QVERIFY(before > 0.0);
+    QTest::keyClick(f->panel.get(), Qt::Key_Space);
+    QCOMPARE(f->words(), QString("Hold the tip still."));
+    QVERIFY(ring->share() < before);
+    QCOMPARE(f->sounds(), std::vector<Sound>{Sound::Begun});
+}
+
+void TestPointsPanel::byHoldingStillAButtonStillChoosesItsTool() {
+    f->child<QComboBox>("comboBox_mode")->setCurrentIndex(1);
+    f->controller.host.answer("measurementtool measurement_tip_tolerance b02", "0.8");
+    f->controller.host.answer("measurementtool reference_of_tool b01", "b01"); // that of both
+    f->measure();
+    f->send(0.2);
+    QCOMPARE(f->words(), QString("Hold the tip still."));
+    f->tools[1].buttons = 1;
+    f->send(0.1);
+    f->tools[1].buttons = 0;
+    QVERIFY(f->waitForWords("Point captured."));
+    QCOMPARE(f->child<QComboBox>("comboBox_tool")->currentText(), QString("M2"));
+    QCOMPARE(f->cell(0, PointListModel::Tool), QString("M2"));
+    QCOMPARE(f->cell(0, PointListModel::X), QString("-100.000"));
+    QCOMPARE(f->panel->list().point(0).tolerance, 0.8);
+}
+
+void TestPointsPanel::theKeyIsWaitedForWhenThatIsChosenAgain() {
+    auto* const mode = f->child<QComboBox>("comboBox_mode");
+    mode->setCurrentIndex(1);
+    f->measure();
+    f->send(0.2);
+    QCOMPARE(f->words(), QString("Hold the tip still."));
+    mode->setCurrentIndex(0);
+    f->send(2.0);
+    QCOMPARE(f->words(), QString("Ready."));
+    QCOMPARE(f->panel->list().rowCount(), 0);
+    QVERIFY(f->capture());
+}
+
 void TestPointsPanel::theReasonOfAFailureIsTold_data() {
     QTest::addColumn<QString>("event");
     QTest::addColumn<QString>("words");
-    row("hidden", QString("hidden"), QString("Given up: the tool is hidden."));
-    row("reference", QString("reference"), QString("Given up: the reference is lost."));
-    row("silent", QString("silent"), QString("Given up: no data for a second."));
-    row("busy", QString("busy"), QString("One at a time"));
-    row("uncalibrated", QString("uncalibrated"), QString("Nothing captured: the tool is not"));
+    QTest::addColumn<bool>("isLost");
+    row("hidden", QString("hidden"), QString("Given up: the tool is hidden."), true);
+    row("reference", QString("reference"), QString("Given up: the reference is lost."), true);
+    row("silent", QString("silent"), QString("Given up: no data for a second."), true);
+    row("other axes", QString("other axes"), QString("Given up: the tool's reference has changed."),
+        false);
+    row("busy", QString("busy"), QString("One at a time"), false);
+    row("uncalibrated", QString("uncalibrated"), QString("Nothing captured: the tool is not"),
+        false);
 }
 
 void TestPointsPanel::theReasonOfAFailureIsTold() {
     QFETCH(QString, event);
     QFETCH(QString, words);
+    QFETCH(bool, isLost);
     if (event == "uncalibrated") {
         f->controller.host.answer("measurementtool tip_calibrated b02", "no");
     }
@@ -206,7 +303,7 @@ void TestPointsPanel::theReasonOfAFailureIsTold() {
         QCOMPARE(f->words(), QString("Hold the tip still."));
     }
     f->send(0.1);
-    const int bells = f->bells;
+    const std::size_t before = f->heard.size();
     if (event == "hidden") {
         f->tools[1].quality = -1.0;
         f->send(0.1);
@@ -215,6 +312,13 @@ void TestPointsPanel::theReasonOfAFailureIsTold() {
         f->controller.deliverFrame(f->frame, f->frame / 60.0, f->tools);
         f->controller.host.deliver(probelines::references({-1.0}));
         f->send(0.02);
+    } else if (event == "other axes") {
+        f->controller.host.answer("measurementtool reference_of_tool b02", "none");
+        QSignalSpy read(f->data.get(), &ProbeData::toolsRead);
+        f->data->setWanted(this, true); // another page asks anew which tools there are
+        QVERIFY(read.wait(PointsFixture::patienceMs));
+        f->data->setWanted(this, false);
+        f->send(0.1);
     } else if (event == "busy") {
         f->tools[0].buttons = 1;
         f->send(0.02);
@@ -224,8 +328,44 @@ void TestPointsPanel::theReasonOfAFailureIsTold() {
     }
     QTRY_VERIFY2_WITH_TIMEOUT(f->words().startsWith(words), qPrintable(f->words()),
                               PointsFixture::patienceMs);
-    QVERIFY(f->bells > bells);
+    QVERIFY(f->heard.size() > before);
+    QCOMPARE(f->sounds().back(), isLost ? Sound::Lost : Sound::Failed);
     QCOMPARE(f->panel->list().rowCount(), 0);
+}
+
+void TestPointsPanel::theButtonOfAnUncalibratedToolChoosesNothing() {
+    f->controller.host.answer("measurementtool tip_calibrated b02", "no");
+    f->measure();
+    f->send(0.1);
+    QCOMPARE(f->child<QComboBox>("comboBox_tool")->currentIndex(), 0);
+    f->tools[1].buttons = 1;
+    f->send(0.1);
+    QTRY_COMPARE_WITH_TIMEOUT(f->words(), QString("Nothing captured: the tool is not calibrated."),
+                              PointsFixture::patienceMs);
+    QCOMPARE(f->child<QComboBox>("comboBox_tool")->currentIndex(), 0);
+    QVERIFY(f->capture());
+    QCOMPARE(f->cell(0, PointListModel::X), QString("100.000"));
+}
+
+void TestPointsPanel::outOfSightTheCaptureIsGivenUp() {
+    QObject other;
+    f->data->setWanted(&other, true); // the data go on
+    f->measure();
+    f->send(0.1);
+    QTest::keyClick(f->panel.get(), Qt::Key_Space);
+    f->send(0.1);
+    QCOMPARE(f->words(), QString("Hold the tip still."));
+    f->panel->hide();
+    QCOMPARE(f->words(), QString("Given up: the points are out of sight."));
+    const std::vector<Sound> given = {Sound::Begun, Sound::Failed};
+    QCOMPARE(f->sounds(), given);
+    f->send(1.0);
+    QVERIFY(f->data->isReceiving());
+    QCOMPARE(f->sounds(), given);
+    f->panel->show();
+    QCOMPARE(f->panel->list().rowCount(), 0);
+    QVERIFY(f->capture());
+    f->data->setWanted(&other, false);
 }
 
 void TestPointsPanel::leavingTheToleranceIsTold() {
@@ -267,6 +407,60 @@ void TestPointsPanel::thePositionIsShownLarge() {
     QCOMPARE(f->child<QLabel>("label_z")->text(), QString("300.00"));
     QTRY_COMPARE_WITH_TIMEOUT(x->text(), QString("-"), PointsFixture::patienceMs); // old
     QCOMPARE(f->words(), QString("Waiting for the tool to be seen."));
+}
+
+void TestPointsPanel::anotherPositionMovesNothing() {
+    const auto* const x = f->child<QLabel>("label_x");
+    f->measure();
+    PaintWatch watch(*f->panel);
+    double position = 100.0;
+    // The words change once, and with them the page.
+    const bool isStill = QTest::qWaitFor(
+        [&] {
+            watch.forget();
+            position += 1.0;
+            f->tools[0].position[0] = position;
+            f->send(0.1);
+            const bool hasCome = QTest::qWaitFor(
+                [&] { return x->text() == QString::number(position, 'f', 2); }, 500);
+            return hasCome && watch.layoutRequests == 0;
+        },
+        PointsFixture::patienceMs);
+    QVERIFY(isStill);
+    f->tools[0].position[0] = -12345678.9;
+    int wide = 0;
+    const bool hasRoom = QTest::qWaitFor(
+        [&] {
+            f->send(0.1);
+            wide = x->width();
+            return x->text() == QLatin1String("-12345678.90") &&
+                   wide >= x->fontMetrics().horizontalAdvance(x->text());
+        },
+        PointsFixture::patienceMs);
+    QVERIFY(hasRoom);
+    QTRY_VERIFY_WITH_TIMEOUT(x->width() < wide, PointsFixture::patienceMs); // it is old then
+}
+
+void TestPointsPanel::digitsAreLargeInAFontOfPixelsToo() {
+    const QFont before = QApplication::font();
+    QFont pixels = before;
+    pixels.setPixelSize(20);
+    QApplication::setFont(pixels);
+    f->makePanel();
+    const int digits = QFontInfo(f->child<QLabel>("label_x")->font()).pixelSize();
+    QApplication::setFont(before);
+    QCOMPARE(digits, 36);
+}
+
+void TestPointsPanel::theControllerIsAskedOnceForEachTool() {
+    f->measure();
+    auto* const tools = f->child<QComboBox>("comboBox_tool");
+    for (const int tool : {1, 0, 1}) {
+        tools->setCurrentIndex(tool);
+    }
+    const QStringList asked = probeJournal(f->controller.host)
+                                  .filter("get_double measurementtool measurement_duration b02");
+    QCOMPARE(asked.size(), 1);
 }
 
 void TestPointsPanel::thePointMeasurementsValuesAreTheControllers() {
@@ -393,6 +587,23 @@ void TestPointsPanel::pointsAreDeletedRenamedAndBroughtBackByKeys() {
                              PointsFixture::patienceMs); // all of it is in the file
 }
 
+void TestPointsPanel::aNameIsEditedByKeys() {
+    f->measure();
+    QVERIFY(f->capture());
+    auto* const table = f->child<QTableView>("tableView_points");
+    table->setFocus();
+    table->setCurrentIndex(table->model()->index(0, PointListModel::Name));
+    QTest::keyClick(table, Qt::Key_F2);
+    auto* const editor = table->findChild<QLineEdit*>();
+    QVERIFY(editor != nullptr);
+    QCOMPARE(editor->text(), QString("P1"));
+    QTest::keyClicks(editor, "upper edge"); // the space bar writes here
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(f->cell(0, PointListModel::Name), QString("upper edge"),
+                              PointsFixture::patienceMs);
+    QCOMPARE(f->panel->list().rowCount(), 1);
+}
+
 void TestPointsPanel::selectedPointsAreCopied() {
     f->measure();
     QVERIFY(f->capture());
@@ -410,42 +621,12 @@ void TestPointsPanel::selectedPointsAreCopied() {
     QVERIFY(lines[1].startsWith("2\tP2\t100\t200\t300\t"));
 }
 
-void TestPointsPanel::allPointsAreExported() {
-    QVERIFY(!f->child<QPushButton>("pushButton_export")->isEnabled());
-    f->measure();
-    QVERIFY(f->capture());
-    QTest::mouseClick(f->child<QPushButton>("pushButton_export"), Qt::LeftButton);
-    auto* const dialog = f->panel->findChild<QFileDialog*>();
-    QVERIFY(dialog != nullptr);
-    const QString path = f->folder.filePath("wanted.csv");
-    Q_EMIT dialog->fileSelected(path);
-    dialog->close();
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(file.readAll().contains("\r\n1,P1,100,200,300,"));
-    QVERIFY(f->child<QLabel>("label_disk")->text().contains(path));
-    f->makePanel(); // what was exported is not offered again
-    QVERIFY(f->sessionText().isEmpty());
-}
-
-void TestPointsPanel::aFailedExportIsTold() {
-    f->measure();
-    QVERIFY(f->capture());
-    QTest::mouseClick(f->child<QPushButton>("pushButton_export"), Qt::LeftButton);
-    auto* const dialog = f->panel->findChild<QFileDialog*>();
-    QVERIFY(dialog != nullptr);
-    Q_EMIT dialog->fileSelected(f->folder.filePath("nowhere/wanted.csv"));
-    dialog->close();
-    QVERIFY(f->child<QLabel>("label_disk")->isVisible());
-    QVERIFY(f->child<QLabel>("label_disk")->text().startsWith("Nothing exported: "));
-    f->makePanel();
-    QVERIFY(!f->sessionText().isEmpty());
-}
-
 void TestPointsPanel::pointsWithoutExportAreOfferedAndKept() {
     f->measure();
     QVERIFY(f->capture());
     QVERIFY(f->capture());
+    auto& list = f->panel->list();
+    QVERIFY(list.setData(list.index(1, PointListModel::Name), "edge", Qt::EditRole));
     f->makePanel();
     auto* const offer = f->child<QFrame>("frame_left");
     QTRY_VERIFY_WITH_TIMEOUT(offer->isVisible(), PointsFixture::patienceMs);
@@ -455,7 +636,8 @@ void TestPointsPanel::pointsWithoutExportAreOfferedAndKept() {
     QTest::mouseClick(f->child<QPushButton>("pushButton_keep"), Qt::LeftButton);
     QVERIFY(!offer->isVisible());
     QCOMPARE(f->panel->list().rowCount(), 3);
-    QCOMPARE(f->cell(2, PointListModel::Name), QString("P3"));
+    QCOMPARE(f->cell(1, PointListModel::Name), QString("P2")); // by its new number
+    QCOMPARE(f->cell(2, PointListModel::Name), QString("edge"));
     QTRY_COMPARE_WITH_TIMEOUT(QDir(f->folder.path()).entryList({"*.jsonl"}).size(), 1,
                               PointsFixture::patienceMs);
     QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(3));
@@ -473,37 +655,25 @@ void TestPointsPanel::pointsWithoutExportAreOfferedAndDiscarded() {
     QCOMPARE(f->panel->list().rowCount(), 0);
 }
 
-void TestPointsPanel::aFullDiskIsTold() {
-    f->measure();
-    f->send(0.1);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    rlimit full = before;
-    full.rlim_cur = 16;
-    setrlimit(RLIMIT_FSIZE, &full);
-    QTest::keyClick(f->panel.get(), Qt::Key_Space);
-    const bool isTold = f->waitForWords("Point captured, but it is not on the disk yet.");
-    const auto* const disk = f->child<QLabel>("label_disk");
-    const bool isSaid = disk->isVisible();
-    const int rows = f->panel->list().rowCount();
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    QVERIFY(isTold);
-    QVERIFY(isSaid);
-    QVERIFY(disk->text().startsWith("The points cannot be written to the disk: "));
-    QCOMPARE(rows, 1);
-    QCOMPARE(f->resultLines().size(), 1);
-    QTRY_VERIFY_WITH_TIMEOUT(!disk->isVisible(), PointsFixture::patienceMs); // written by itself
-    QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(1));
-    QCOMPARE(f->resultLines().size(), 1);
-}
-
 void TestPointsPanel::silenceCanBeChosen() {
     f->child<QCheckBox>("checkBox_sounds")->setChecked(false);
     f->measure();
     QVERIFY(f->capture());
-    QCOMPARE(f->bells, 0);
+    QVERIFY(f->sounds().empty());
+}
+
+void TestPointsPanel::silenceIsRemembered() {
+    const auto isOn = [this] { return f->child<QCheckBox>("checkBox_sounds")->isChecked(); };
+    // The page writes it in a thread of its own, which is waited for at its end.
+    QVERIFY(isOn());
+    f->child<QCheckBox>("checkBox_sounds")->click();
+    f->makePanel();
+    QTRY_VERIFY_WITH_TIMEOUT(!isOn(), PointsFixture::patienceMs);
+    f->child<QCheckBox>("checkBox_sounds")->click();
+    f->makePanel();
+    f->measure();
+    QVERIFY(f->capture()); // after what was left has been looked for
+    QVERIFY(isOn());
 }
 
 void TestPointsPanel::theDataMayGoFirst() {
@@ -513,11 +683,62 @@ void TestPointsPanel::theDataMayGoFirst() {
     auto gone = std::move(f->data);
     gone.reset();
     QTest::keyClick(f->panel.get(), Qt::Key_Space);
+    for (const char* const name : {"comboBox_button", "comboBox_mode", "comboBox_tool"}) {
+        auto* const choice = f->child<QComboBox>(name);
+        choice->setCurrentIndex(choice->currentIndex() == 0 ? 1 : 0);
+    }
+    f->type("doubleSpinBox_duration", "0.3");
     f->panel->hide();
     f->panel->show();
     QCOMPARE(f->panel->list().rowCount(), 1);
+    f->select({0});
+    QTest::mouseClick(f->child<QPushButton>("pushButton_delete"), Qt::LeftButton);
+    QCOMPARE(f->panel->list().rowCount(), 0);
     f->panel.reset();
     f->data = std::make_unique<ProbeData>(nullptr, nullptr); // for the fixture's end
+}
+
+void TestPointsPanel::itsEndInEachState_data() {
+    QTest::addColumn<QString>("words"); // of the state
+    QTest::addColumn<bool>("dataFirst");
+    for (const bool dataFirst : {false, true}) {
+        const QString way = dataFirst ? "module, " : "page, ";
+        row(qPrintable(way + "off"), QString("No measurement is running."), dataFirst);
+        row(qPrintable(way + "waiting"), QString("Waiting for the tool to be seen."), dataFirst);
+        row(qPrintable(way + "ready"), QString("Ready."), dataFirst);
+        row(qPrintable(way + "holding"), QString("Hold the tip still."), dataFirst);
+        row(qPrintable(way + "captured"), QString("Point captured. Move the tip to the next one."),
+            dataFirst);
+    }
+}
+
+// What is being written to the disk then has tests of its own.
+void TestPointsPanel::itsEndInEachState() {
+    QFETCH(QString, words);
+    QFETCH(bool, dataFirst);
+    const bool isCaptured = words.startsWith("Point captured");
+    if (words != "No measurement is running.") {
+        f->measure();
+    }
+    if (isCaptured) {
+        f->child<QComboBox>("comboBox_mode")->setCurrentIndex(1);
+        QVERIFY(f->waitForWords(words));
+    } else if (words == "Ready." || words == "Hold the tip still.") {
+        f->send(0.1);
+    }
+    if (words == "Hold the tip still.") {
+        QTest::keyClick(f->panel.get(), Qt::Key_Space);
+        f->send(0.1);
+    }
+    QCOMPARE(f->words(), words);
+    if (dataFirst) {
+        f->data->leave();
+    }
+    f->panel.reset();
+    QVERIFY(f->controller.host.measurementRequesters().empty());
+    QVERIFY(f->controller.host.requesters("6dmt2").empty());
+    QCOMPARE(f->resultLines().size(), isCaptured ? 1 : 0);
+    QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(isCaptured ? 1 : 0));
 }
 
 QTEST_MAIN(TestPointsPanel)

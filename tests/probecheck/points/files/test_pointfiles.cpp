@@ -1,12 +1,13 @@
 #include "probecheck/points/files/pointcsv.h"
 #include "probecheck/points/files/pointjson.h"
 #include "probecheck/points/pointdistance.h"
-#include "samplepoints.h"
+#include "tests/probecheck/points/samplepoints.h"
 #include "tests/support/datarows.h"
 
 #include <QJsonDocument>
 #include <QtTest>
 
+#include <algorithm>
 #include <limits>
 
 using points::PointRecord;
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void csvNamesUnitsInItsHeader();
     void csvHoldsAllDigitsAndNoComma();
     void csvTellsDistancesWithTheirUncertainty();
+    void csvComesInPiecesUntilNobodyWantsMore();
     void csvQuotesNames_data();
     void csvQuotesNames();
     void whatCannotBeSaidIsEmpty();
@@ -38,7 +40,7 @@ private Q_SLOTS:
 };
 
 void TestPointFiles::csvNamesUnitsInItsHeader() {
-    QCOMPARE(points::toCsv({}),
+    QCOMPARE(csvOf({}),
              QByteArray("number,name,x_mm,y_mm,z_mm,sd_x_mm,sd_y_mm,sd_z_mm,greatest_distance_mm,"
                         "samples,duration_s,tool,reference,time_utc,tolerance_mm,radius95_mm,"
                         "verdict,distance_to_previous_mm,distance_uncertainty95_mm\r\n"));
@@ -47,7 +49,7 @@ void TestPointFiles::csvNamesUnitsInItsHeader() {
 void TestPointFiles::csvHoldsAllDigitsAndNoComma() {
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::German));
-    const QByteArray csv = points::toCsv({samplePoint(1, 0.1, 1234567.25, -1.0 / 3.0)});
+    const QByteArray csv = csvOf({samplePoint(1, 0.1, 1234567.25, -1.0 / 3.0)});
     QLocale::setDefault(before);
     const QList<QByteArray> fields = fieldsOfLine(csv, 1, ',');
     QCOMPARE(fields.size(), 19);
@@ -61,9 +63,27 @@ void TestPointFiles::csvHoldsAllDigitsAndNoComma() {
 
 void TestPointFiles::csvTellsDistancesWithTheirUncertainty() {
     const std::vector<PointRecord> both = samplePoints(2);
-    const QList<QByteArray> fields = fieldsOfLine(points::toCsv(both), 2, ',');
+    const QList<QByteArray> fields = fieldsOfLine(csvOf(both), 2, ',');
     QCOMPARE(fields.at(17), QByteArray("10"));
     QCOMPARE(fields.at(18).toDouble(), points::distanceOf(both[0], both[1])->uncertainty.value());
+}
+
+void TestPointFiles::csvComesInPiecesUntilNobodyWantsMore() {
+    const std::vector<PointRecord> all = samplePoints(3000);
+    QByteArray text;
+    std::vector<std::size_t> done;
+    QVERIFY(points::writeCsv(all, [&](const QByteArray& piece, std::size_t count) {
+        text += piece;
+        done.push_back(count);
+        return true;
+    }));
+    QCOMPARE(text.count('\n'), 3001);
+    QVERIFY(done.size() > 3);
+    QVERIFY(std::is_sorted(done.begin(), done.end()));
+    QCOMPARE(done.back(), all.size());
+    int calls = 0;
+    QVERIFY(!points::writeCsv(all, [&](const QByteArray&, std::size_t) { return ++calls < 2; }));
+    QCOMPARE(calls, 2);
 }
 
 void TestPointFiles::csvQuotesNames_data() {
@@ -85,7 +105,7 @@ void TestPointFiles::csvQuotesNames() {
     QFETCH(QByteArray, field);
     PointRecord point = samplePoint(1);
     point.name = name;
-    QVERIFY(points::toCsv({point}).contains("\r\n1," + field + ",0,0,0,"));
+    QVERIFY(csvOf({point}).contains("\r\n1," + field + ",0,0,0,"));
 }
 
 void TestPointFiles::whatCannotBeSaidIsEmpty() {
@@ -93,7 +113,7 @@ void TestPointFiles::whatCannotBeSaidIsEmpty() {
     brief.duration = 0.1;
     brief.reference = points::unknownReference;
     brief.position[0] = std::numeric_limits<double>::quiet_NaN();
-    const QList<QByteArray> fields = fieldsOfLine(points::toCsv({brief}), 1, ',');
+    const QList<QByteArray> fields = fieldsOfLine(csvOf({brief}), 1, ',');
     QCOMPARE(fields.at(2), QByteArray());
     QCOMPARE(fields.at(12), QByteArray("unknown"));
     QCOMPARE(fields.mid(15), (QList<QByteArray>{"", "undecided", "", ""}));

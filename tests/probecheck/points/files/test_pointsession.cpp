@@ -1,7 +1,9 @@
 #include "probecheck/points/files/pointsession.h"
-#include "samplepoints.h"
+#include "tests/probecheck/points/samplepoints.h"
 #include "tests/support/datarows.h"
+#include "tests/support/fulldisk.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -9,10 +11,12 @@
 
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <mutex>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
 
 Q_DECLARE_METATYPE(std::vector<points::PointRecord>)
 
@@ -67,28 +71,6 @@ std::vector<PointRecord> offeredIn(const QString& folder) {
                                         : found.at(0).at(0).value<std::vector<PointRecord>>();
 }
 
-/// Files cannot grow beyond this as long as it lives: as on a full disk.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit now = m_before;
-        now.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
-
 /// Writes two points, says so, and waits to be killed.
 int playVictim(const char* folder) {
     PointSession session(QString::fromLocal8Bit(folder));
@@ -121,7 +103,12 @@ private Q_SLOTS:
     void aFolderThatCannotBeMadeIsTold();
     void aFileThatCannotBeMadeIsTold();
     void aSlowDiskHoldsNobodyUp();
+    void aHangingDiskHoldsTheEndUpForALittleOnly();
+    void whatNobodyWantsGoesWhenTheDiskAnswers();
+    void theLastLookTellsWhatIsNotOnTheDisk();
     void fileAndFolderAreSynced();
+    void aFolderThatCannotBeSyncedIsToldAndTriedAgain();
+    void itsEndInsideAReport();
     void aSessionThatNobodyWantsGoes();
     void withoutPointsThereIsNoFile();
     void theFolderIsTheHosts();
@@ -321,6 +308,58 @@ void TestPointSession::aSlowDiskHoldsNobodyUp() {
              (std::vector<int>{1, 2, 3}));
 }
 
+void TestPointSession::aHangingDiskHoldsTheEndUpForALittleOnly() {
+    HangingSync disk;
+    QElapsedTimer end;
+    {
+        PointSession session(m_folder->path(), disk.sync());
+        session.addPoints(samplePoints(2));
+        session.addRenaming(1, "edge");
+        end.start();
+        const points::SessionWriter::Unwritten unwritten = session.waitForDisk();
+        QCOMPARE(unwritten.steps, quint64(2));
+        QCOMPARE(unwritten.reason, QString("the disk does not answer"));
+    }
+    // The last look and the end share the time.
+    QVERIFY(end.elapsed() < 2 * PointSession::longestWaitMs);
+    QVERIFY(offeredIn(m_folder->path()).empty()); // the thread still holds the file
+    disk.answer();
+    std::vector<PointRecord> offered;
+    QTRY_VERIFY_WITH_TIMEOUT((offered = offeredIn(m_folder->path()), offered.size() == 2),
+                             patienceMs);
+    QCOMPARE(offered[0].name, QString("edge"));
+}
+
+void TestPointSession::whatNobodyWantsGoesWhenTheDiskAnswers() {
+    HangingSync disk;
+    {
+        PointSession session(m_folder->path(), disk.sync());
+        session.addPoints(samplePoints(2));
+        session.removeAtEnd();
+    }
+    disk.answer();
+    QTRY_COMPARE_WITH_TIMEOUT(filesIn(m_folder->path()), QStringList(), patienceMs);
+}
+
+void TestPointSession::theLastLookTellsWhatIsNotOnTheDisk() {
+    std::atomic<bool> isBroken{false};
+    PointSession session(m_folder->path(), [&](int file) {
+        errno = EIO;
+        return isBroken ? -1 : ::fsync(file);
+    });
+    QCOMPARE(session.waitForDisk().steps, quint64(0)); // nothing at all
+    session.addPoints(samplePoints(2));
+    points::SessionWriter::Unwritten unwritten = session.waitForDisk();
+    QCOMPARE(unwritten.steps, quint64(0));
+    QCOMPARE(unwritten.reason, QString());
+    isBroken = true;
+    session.addDeletion({1});
+    unwritten = session.waitForDisk();
+    QCOMPARE(unwritten.steps, quint64(1));
+    QCOMPARE(unwritten.reason, QString::fromStdString(std::generic_category().message(EIO)));
+    QCOMPARE(session.stepsOnDisk(), quint64(0)); // as far as reported
+}
+
 void TestPointSession::fileAndFolderAreSynced() {
     std::atomic<int> syncs{0};
     PointSession session(m_folder->path(), [&](int file) {
@@ -333,6 +372,46 @@ void TestPointSession::fileAndFolderAreSynced() {
     session.addPoints({samplePoint(2)});
     QVERIFY(waitUntilOnDisk(session));
     QCOMPARE(syncs.load(), 3);
+}
+
+// Without the folder on the disk the new file may be gone after a crash.
+void TestPointSession::aFolderThatCannotBeSyncedIsToldAndTriedAgain() {
+    std::atomic<bool> isBroken{true};
+    PointSession session(m_folder->path(), [&](int file) {
+        struct stat what = {};
+        ::fstat(file, &what);
+        errno = EIO;
+        return isBroken && S_ISDIR(what.st_mode) ? -1 : ::fsync(file);
+    });
+    QSignalSpy failed(&session, &PointSession::failed);
+    session.addPoints({samplePoint(1)});
+    QVERIFY(failed.wait(patienceMs));
+    QCOMPARE(failed.at(0).at(0).toString(),
+             QString::fromStdString(std::generic_category().message(EIO)));
+    QCOMPARE(session.stepsOnDisk(), quint64(0));
+    isBroken = false;
+    QVERIFY(waitUntilOnDisk(session));
+    QCOMPARE(contentOf(m_folder->path()), points::pointLine(samplePoint(1)));
+}
+
+// A host may end the module inside what it is told of a point.
+void TestPointSession::itsEndInsideAReport() {
+    auto* const session = new PointSession(m_folder->path());
+    const QPointer<PointSession> alive = session;
+    int heard = 0;
+    connect(session, &PointSession::settled, this, [&heard, session] {
+        ++heard;
+        delete session;
+    });
+    for (int number = 1; number <= 2; ++number) { // two reports that wait together
+        session->addPoints({samplePoint(number)});
+        QCOMPARE(session->waitForDisk().steps, quint64(0));
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(alive.isNull(), patienceMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(heard, 1);
+    QCOMPARE(numbersOf(points::pointsOfLines(contentOf(m_folder->path()))),
+             (std::vector<int>{1, 2}));
 }
 
 void TestPointSession::aSessionThatNobodyWantsGoes() {
