@@ -1,8 +1,9 @@
 #include "workbench/outlets/csvjob.h"
 
+#include "workbench/outlets/savedfile.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <chrono>
@@ -81,7 +82,7 @@ CsvJob::Result CsvJob::run(const QString& recording, const QString& table, Share
     }
     // Of what is no recording at all nothing is written.
     const bool hasTable = output.pos() > 0;
-    if (result.report.outcome.ending == Ending::NotWritten || (hasTable && !output.commit())) {
+    if (result.report.outcome.ending == Ending::NotWritten || (hasTable && !finish(output))) {
         result.report.outcome.ending = Ending::NotWritten;
         result.error = output.errorString();
     }

@@ -1,14 +1,14 @@
 #include "workbench/outlets/recordingwriter.h"
 
+#include "workbench/outlets/quietthread.h"
+
 #include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <pthread.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -30,13 +30,6 @@ constexpr std::size_t rateSamples = 11; // the last ten seconds
 
 QString systemError() {
     return QString::fromLocal8Bit(std::strerror(errno));
-}
-
-// Signals are the main thread's; a reader of a pipe that goes away is an error like any other.
-void blockSignals() {
-    sigset_t all;
-    sigfillset(&all);
-    ::pthread_sigmask(SIG_SETMASK, &all, nullptr);
 }
 
 QString prepare(int file) {
@@ -111,7 +104,7 @@ auto RecordingWriter::timed(Call call) {
 }
 
 void RecordingWriter::run() {
-    blockSignals();
+    blockSignalsOfThread();
     Batch batch;
     if (begin()) {
         measure();

@@ -145,9 +145,17 @@ private Q_SLOTS:
         QVERIFY(!job.result().error.isEmpty());
     }
 
+    void aDiskThatIsFullLeavesNothing_data() {
+        QTest::addColumn<int>("frames");
+        QTest::addColumn<int>("room");
+        QTest::newRow("many frames") << 20000 << 100000;
+        QTest::newRow("few, written with the last step only") << 3 << 16;
+    }
     void aDiskThatIsFullLeavesNothing() {
-        write(20000);
-        const FullDisk disk(100000);
+        QFETCH(int, frames);
+        QFETCH(int, room);
+        write(frames);
+        const FullDisk disk(static_cast<rlim_t>(room));
         CsvJob job(recording(), table());
         const bool over = QTest::qWaitFor([&] { return job.isOver(); }, patience);
         QVERIFY(over);
