@@ -5,17 +5,27 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <climits>
 
 namespace workbench {
 
 namespace {
 
 constexpr int maxTextLength = 4000;
+constexpr int maxNameLength = 100; // of a category or a source
 
-QString printable(const QString& text) {
+// A complaint of a module that is a repetition is looked for so far back.
+constexpr std::size_t repeatedRows = 100;
+constexpr qint64 repeatedMs = 10000;
+
+QString ownCategory() {
+    return QStringLiteral("workbench");
+}
+
+QString printable(const QString& text, int maxLength = maxTextLength) {
     QString result;
-    result.reserve(text.size());
-    const QString kept = text.left(maxTextLength);
+    const QString kept = text.left(maxLength);
+    result.reserve(kept.size());
     for (const QChar c : kept) {
         if (c == QLatin1Char('\n')) {
             result += QLatin1String("\\n");
@@ -25,10 +35,54 @@ QString printable(const QString& text) {
             result += c;
         }
     }
-    return text.size() > maxTextLength ? result + QStringLiteral(" …") : result;
+    return text.size() > maxLength ? result + QStringLiteral(" …") : result;
 }
 
 } // namespace
+
+bool LogModel::Entry::isOfModule() const {
+    return category != ownCategory();
+}
+
+int LogModel::Entry::meaning() const {
+    const bool isHarmless = level == Problem && isOfModule() &&
+                            !text.startsWith(QLatin1String("Error")) &&
+                            !text.startsWith(QLatin1String("cannot "));
+    return isHarmless ? Information : level;
+}
+
+bool LogModel::Entry::isRepeatedBy(const Entry& other) const {
+    return level == other.level && text == other.text && source == other.source &&
+           category == other.category;
+}
+
+void LogModel::Entry::repeat(const Entry& other) {
+    count = count > INT_MAX - other.count ? INT_MAX : count + other.count;
+    last = other.last;
+    serial = other.serial;
+}
+
+QString LogModel::Entry::textWithCount() const {
+    return count == 1 ? text
+                      : tr("%1 (%2 times, the last one at %3)")
+                            .arg(text, QString::number(count),
+                                 last.toString(QStringLiteral("HH:mm:ss.zzz")));
+}
+
+QString LogModel::levelWord(int level) {
+    switch (level) {
+    case Information:
+        return tr("Information");
+    case Problem:
+        return tr("Error");
+    default:
+        return tr("Level %1").arg(level);
+    }
+}
+
+int LogModel::repetitions(int row) const {
+    return m_entries.at(static_cast<std::size_t>(row)).count;
+}
 
 LogModel::LogModel(int maxRows, QObject* parent)
     : QAbstractTableModel(parent)
@@ -36,23 +90,35 @@ LogModel::LogModel(int maxRows, QObject* parent)
 
 void LogModel::add(const QString& category, const QString& source, int level, const QString& text) {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    const QDateTime now = QDateTime::currentDateTime();
+    const Entry entry{now,
+                      printable(category, maxNameLength),
+                      printable(source, maxNameLength),
+                      level,
+                      printable(text),
+                      1,
+                      now,
+                      0};
+    if (!m_incoming.empty() && m_incoming.back().isRepeatedBy(entry)) {
+        m_incoming.back().repeat(entry);
+        return;
+    }
     if (m_incoming.size() >= m_maxRows) {
         ++m_dropped;
         return;
     }
-    m_incoming.push_back({QDateTime::currentDateTime(), printable(category), printable(source),
-                          level, printable(text)});
+    m_incoming.push_back(entry);
     if (m_incoming.size() == 1) {
         QMetaObject::invokeMethod(this, "takeIncoming", Qt::QueuedConnection);
     }
 }
 
 void LogModel::info(const QString& text) {
-    add(QStringLiteral("workbench"), QStringLiteral("WORKBENCH"), Information, text);
+    add(ownCategory(), QStringLiteral("WORKBENCH"), Information, text);
 }
 
 void LogModel::problem(const QString& text) {
-    add(QStringLiteral("workbench"), QStringLiteral("WORKBENCH"), Problem, text);
+    add(ownCategory(), QStringLiteral("WORKBENCH"), Problem, text);
 }
 
 void LogModel::takeIncoming() {
@@ -61,13 +127,54 @@ void LogModel::takeIncoming() {
         const std::lock_guard<std::mutex> lock(m_mutex);
         incoming.swap(m_incoming);
         if (m_dropped > 0) {
-            incoming.back() = {QDateTime::currentDateTime(), QStringLiteral("workbench"),
-                               QStringLiteral("WORKBENCH"), Problem,
-                               tr("%1 lines came too fast and were left out").arg(m_dropped + 1)};
+            const QDateTime now = QDateTime::currentDateTime();
+            incoming.back() = {now,
+                               ownCategory(),
+                               QStringLiteral("WORKBENCH"),
+                               Problem,
+                               tr("%1 lines came too fast and were left out").arg(m_dropped + 1),
+                               1,
+                               now,
+                               0};
             m_dropped = 0;
         }
     }
-    const std::size_t total = m_entries.size() + incoming.size();
+    std::vector<Entry> added;
+    int changedFrom = rowCount();
+    for (Entry& entry : incoming) {
+        entry.serial = ++m_serial;
+        const std::optional<int> row = countAsRepetition(entry, added);
+        if (!row) {
+            added.push_back(entry);
+        } else {
+            changedFrom = std::min(changedFrom, *row);
+        }
+    }
+    if (changedFrom < rowCount()) {
+        Q_EMIT dataChanged(index(changedFrom, TextColumn), index(rowCount() - 1, TextColumn));
+    }
+    append(added);
+}
+
+// The row of the line that is repeated, also one that is about to be added.
+std::optional<int> LogModel::countAsRepetition(const Entry& entry, std::vector<Entry>& added) {
+    const std::size_t rows = m_entries.size() + added.size();
+    const bool isComplaint = entry.meaning() == Problem && entry.isOfModule();
+    const std::size_t lookedAt = isComplaint ? repeatedRows : 1;
+    for (std::size_t back = 1; back <= std::min(lookedAt, rows); ++back) {
+        const std::size_t row = rows - back;
+        Entry& before = row < m_entries.size() ? m_entries[row] : added[row - m_entries.size()];
+        const bool isLately = back == 1 || before.last.msecsTo(entry.time) <= repeatedMs;
+        if (isLately && before.isRepeatedBy(entry)) {
+            before.repeat(entry);
+            return static_cast<int>(row);
+        }
+    }
+    return std::nullopt;
+}
+
+void LogModel::append(const std::vector<Entry>& added) {
+    const std::size_t total = m_entries.size() + added.size();
     const std::size_t excess =
         std::min(total > m_maxRows ? total - m_maxRows : 0, m_entries.size());
     if (excess > 0) {
@@ -75,12 +182,19 @@ void LogModel::takeIncoming() {
         m_entries.erase(m_entries.begin(), m_entries.begin() + static_cast<std::ptrdiff_t>(excess));
         endRemoveRows();
     }
-    if (!incoming.empty()) {
+    if (!added.empty()) {
         const int first = rowCount();
-        beginInsertRows({}, first, first + static_cast<int>(incoming.size()) - 1);
-        m_entries.insert(m_entries.end(), incoming.begin(), incoming.end());
+        beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
+        m_entries.insert(m_entries.end(), added.begin(), added.end());
         endInsertRows();
     }
+}
+
+int LogModel::problemsSince(quint64 serial) const {
+    return static_cast<int>(
+        std::count_if(m_entries.begin(), m_entries.end(), [serial](const Entry& entry) {
+            return entry.meaning() == Problem && entry.serial > serial;
+        }));
 }
 
 void LogModel::clear() {
@@ -108,7 +222,7 @@ QString LogModel::cell(const Entry& entry, int column) const {
     case LevelColumn:
         return QString::number(entry.level);
     default:
-        return entry.text;
+        return entry.textWithCount();
     }
 }
 
@@ -118,14 +232,20 @@ QVariant LogModel::data(const QModelIndex& index, int role) const {
     }
     const Entry& entry = m_entries[static_cast<std::size_t>(index.row())];
     if (role == Qt::DisplayRole) {
-        return index.column() == TimeColumn ? entry.time.toString(QStringLiteral("HH:mm:ss.zzz"))
-                                            : cell(entry, index.column());
+        switch (index.column()) {
+        case TimeColumn:
+            return entry.time.toString(QStringLiteral("HH:mm:ss.zzz"));
+        case LevelColumn:
+            return levelWord(entry.meaning());
+        default:
+            return cell(entry, index.column());
+        }
+    }
+    if (role == LevelRole) {
+        return entry.meaning();
     }
     if (role == Qt::ToolTipRole && index.column() == TextColumn) {
-        return plainTip(entry.text); // may be longer than the column is wide
-    }
-    if (role == Qt::TextAlignmentRole && index.column() == LevelColumn) {
-        return static_cast<int>(Qt::AlignCenter);
+        return plainTip(entry.textWithCount()); // may be longer than the column is wide
     }
     return {};
 }

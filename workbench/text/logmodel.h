@@ -6,27 +6,45 @@
 
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace workbench {
 
 /// The workbench's log: what modules write, what the workbench itself has to say. A table with a
-/// bounded number of rows; the oldest go first. All texts are plain text: control characters are
-/// shown as escapes, nothing is ever interpreted.
+/// bounded number of rows; the oldest go first. A line that is written again and again is one row,
+/// which says how often; a complaint of a module also when other lines stand in between, for a
+/// dialog repeats all of its complaints with each of its queries. All texts are plain text: control
+/// characters are shown as escapes, nothing is ever interpreted.
 class LogModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     enum Column { TimeColumn, CategoryColumn, SourceColumn, LevelColumn, TextColumn, ColumnCount };
 
-    /// Levels of the workbench's own lines; modules write 1.
+    /// Levels of the workbench's own lines. Modules write 1, whatever they have to say: theirs
+    /// complain that begin so ("Error: Unable to …").
     enum Level { Information = 0, Problem = 1 };
+
+    /// What the line is taken for: its level, but Problem of a module alone when it complains.
+    static constexpr int LevelRole = Qt::UserRole;
+
+    /// In words, for a user; an unknown one with its number.
+    static QString levelWord(int level);
 
     explicit LogModel(int maxRows = 10000, QObject* parent = nullptr);
 
     /// Appends a line. May be called from any thread; the row appears with the next turn of the
     /// event loop.
     void add(const QString& category, const QString& source, int level, const QString& text);
+
+    /// How often the line has been written.
+    int repetitions(int row) const;
+
+    /// A number that grows with each line that is written, repetitions too.
+    quint64 serial() const { return m_serial; }
+    /// Rows about something that went wrong, of which the last line came after `serial`.
+    int problemsSince(quint64 serial) const;
 
     void info(const QString& text);    ///< a line of the workbench itself
     void problem(const QString& text); ///< the same, about something that went wrong
@@ -44,18 +62,30 @@ public:
 
 private:
     struct Entry {
-        QDateTime time;
+        QDateTime time; // of the first, when there are several
         QString category;
         QString source;
         int level = 0;
         QString text;
+        int count = 1;
+        QDateTime last;
+        quint64 serial = 0; // of the last
+
+        bool isOfModule() const;
+        int meaning() const;
+        bool isRepeatedBy(const Entry& other) const;
+        void repeat(const Entry& other);
+        QString textWithCount() const;
     };
 
     Q_INVOKABLE void takeIncoming();
+    std::optional<int> countAsRepetition(const Entry& entry, std::vector<Entry>& added);
+    void append(const std::vector<Entry>& added);
     QString cell(const Entry& entry, int column) const;
 
     std::size_t m_maxRows;
     std::deque<Entry> m_entries;
+    quint64 m_serial = 0;
 
     std::mutex m_mutex; // guards what follows
     std::vector<Entry> m_incoming;

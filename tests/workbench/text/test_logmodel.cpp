@@ -1,8 +1,14 @@
+#include "tests/support/datarows.h"
+#include "tests/support/fulldisk.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/window/log/logdock.h"
 
+#include <QComboBox>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPushButton>
+#include <QSignalSpy>
+#include <QStyleFactory>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -69,6 +75,266 @@ private Q_SLOTS:
         QVERIFY(log.rowText(9).contains(QStringLiteral("991 lines came too fast")));
     }
 
+    void aLineThatRepeatsIsOneLineWithACount() {
+        LogModel log;
+        log.problem(QStringLiteral("no answer"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        QCOMPARE(log.index(0, LogModel::TextColumn).data().toString(), QStringLiteral("no answer"));
+        QSignalSpy changed(&log, &LogModel::dataChanged);
+        log.problem(QStringLiteral("no answer")); // it stands in the table already
+        QTRY_COMPARE_WITH_TIMEOUT(changed.count(), 1, patience);
+        for (int i = 0; i < 10; ++i) {
+            log.problem(QStringLiteral("no answer")); // these come together
+        }
+        log.problem(QStringLiteral("another"));
+        log.problem(QStringLiteral("no answer"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 3, patience);
+        static const QRegularExpression counted(
+            QStringLiteral(R"(^no answer \(12 times, the last one at \d\d:\d\d:\d\d\.\d{3}\)$)"));
+        const QString text = log.index(0, LogModel::TextColumn).data().toString();
+        QVERIFY2(counted.match(text).hasMatch(), qPrintable(text));
+        QVERIFY(log.rowText(0).endsWith(text));
+        QCOMPARE(log.index(2, LogModel::TextColumn).data().toString(), QStringLiteral("no answer"));
+    }
+
+    void whatDiffersInAnythingIsNoRepetition_data() {
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<int>("level");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("rows");
+        row("all the same", QString("a"), QString("b"), 1, QString("c"), 1);
+        row("category", QString("x"), QString("b"), 1, QString("c"), 2);
+        row("source", QString("a"), QString("x"), 1, QString("c"), 2);
+        row("level", QString("a"), QString("b"), 0, QString("c"), 2);
+        row("text", QString("a"), QString("b"), 1, QString("C"), 2);
+    }
+    void whatDiffersInAnythingIsNoRepetition() {
+        QFETCH(QString, category);
+        QFETCH(QString, source);
+        QFETCH(int, level);
+        QFETCH(QString, text);
+        LogModel log;
+        log.add(QStringLiteral("a"), QStringLiteral("b"), 1, QStringLiteral("c"));
+        log.add(category, source, level, text);
+        QTRY_VERIFY_WITH_TIMEOUT(log.rowCount() > 0, patience);
+        QTEST(log.rowCount(), "rows");
+    }
+
+    void aFloodOfOneLineIsCountedWhole() {
+        LogModel log(10);
+        for (int i = 0; i < 5000; ++i) {
+            log.info(QStringLiteral("again"));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        QVERIFY2(log.rowText(0).contains(QStringLiteral("again (5000 times")),
+                 qPrintable(log.rowText(0)));
+    }
+
+    void aLineOfAModuleIsCutAsOurOwn() {
+        const QString endless(1000000, QLatin1Char('x'));
+        LogModel log;
+        log.info(endless);
+        log.add(endless, endless, 1, endless);
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 2, patience);
+        const int longest = log.index(0, LogModel::TextColumn).data().toString().size();
+        QVERIFY2(longest < 5000, qPrintable(QString::number(longest)));
+        QCOMPARE(log.index(1, LogModel::TextColumn).data().toString().size(), longest);
+        for (const int column : {LogModel::CategoryColumn, LogModel::SourceColumn}) {
+            const QString name = log.index(1, column).data().toString();
+            QVERIFY2(name.size() > 50 && name.size() < 200,
+                     qPrintable(QString::number(name.size())));
+        }
+    }
+
+    // A dialog that asks for several things once a second, and gets none of them.
+    void whatAModuleRepeatsInTurnsIsCountedToo() {
+        LogModel log;
+        const auto complain = [&log] {
+            for (const char* const text : {"Error: one", "Error: two", "Error: three"}) {
+                log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
+                        QLatin1String(text));
+            }
+        };
+        complain();
+        complain(); // before the first ones stand in the table
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 3, patience);
+        QSignalSpy changed(&log, &LogModel::dataChanged);
+        complain();
+        log.info(QStringLiteral("something else"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 4, patience);
+        QCOMPARE(changed.count(), 1);
+        for (int row = 0; row < 3; ++row) {
+            QCOMPARE(log.repetitions(row), 3);
+        }
+    }
+
+    void eventsThatTakeTurnsAreALineEach() {
+        LogModel log;
+        for (const char* const text : {"began", "ended", "began", "ended"}) {
+            log.info(QLatin1String(text));
+            log.problem(QLatin1String(text));
+            log.add(QStringLiteral("traffic"), QStringLiteral("CONTROLLER"), 0,
+                    QLatin1String(text));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 12, patience);
+    }
+
+    // In Qt's own style, on a light and on a dark palette.
+    void aLevelIsAWordASymbolAndAColour_data() {
+        QTest::addColumn<QColor>("base");
+        row("light", QColor(Qt::white));
+        row("dark", QColor(30, 30, 30));
+    }
+    void aLevelIsAWordASymbolAndAColour() {
+        QFETCH(QColor, base);
+        LogModel log;
+        LogDock dock(log);
+        auto* const view = child<QTableView>(dock, "tableView_log");
+        const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
+        view->setStyle(fusion.get());
+        QPalette palette;
+        palette.setColor(QPalette::Base, base);
+        view->setPalette(palette);
+        log.info(QStringLiteral("all is well"));
+        log.problem(QStringLiteral("all is lost"));
+        log.add(QStringLiteral("a"), QStringLiteral("b"), 7, QStringLiteral("whatever that is"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 3, patience);
+        const auto look = [view](int row, int role) {
+            return view->model()->index(row, LogModel::LevelColumn).data(role);
+        };
+        const auto symbol = [&look](int row) {
+            return look(row, Qt::DecorationRole).value<QIcon>().pixmap(16).toImage();
+        };
+        QCOMPARE(look(0, Qt::DisplayRole).toString(), QStringLiteral("Information"));
+        QCOMPARE(look(1, Qt::DisplayRole).toString(), QStringLiteral("Error"));
+        QCOMPARE(look(2, Qt::DisplayRole).toString(), QStringLiteral("Level 7"));
+        QVERIFY(!symbol(0).isNull() && !symbol(1).isNull());
+        QVERIFY(symbol(0) != symbol(1));
+        QVERIFY(!look(2, Qt::DecorationRole).isValid());
+        QVERIFY(!look(0, Qt::BackgroundRole).isValid());
+        const QColor error = look(1, Qt::BackgroundRole).value<QColor>();
+        QVERIFY(error.red() - base.red() > error.green() - base.green()); // redder than its row
+        QVERIFY(std::abs(error.lightness() - base.lightness()) < 60);     // its words stay readable
+        view->setStyle(nullptr);
+    }
+
+    // They write all of their lines with the level of an error.
+    void ofAModuleOnlyWhatComplainsIsAnError_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("word");
+        row("a failure", QString("Error: Unable to accept calibration"), QString("Error"));
+        row("another one", QString("Error reading device b01"), QString("Error"));
+        row("a refusal", QString("cannot start calibration, waiting for sync signal"),
+            QString("Error"));
+        row("a result", QString("{\"rms_mm\":0.1}"), QString("Information"));
+        row("somewhere inside", QString("no Error"), QString("Information"));
+    }
+    void ofAModuleOnlyWhatComplainsIsAnError() {
+        QFETCH(QString, text);
+        LogModel log;
+        log.add(QStringLiteral("any"), QStringLiteral("MODULE"), 1, text);
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        const QModelIndex level = log.index(0, LogModel::LevelColumn);
+        QTEST(level.data().toString(), "word");
+        const bool isError = level.data(LogModel::LevelRole).toInt() == LogModel::Problem;
+        QCOMPARE(isError, level.data().toString() == QLatin1String("Error"));
+        QCOMPARE(log.problemsSince(0), isError ? 1 : 0);
+        QVERIFY(log.rowText(0).contains(QStringLiteral("\t1\t"))); // as it was written
+    }
+
+    void errorsThatNobodyHasSeenAreCountedInTheTitle() {
+        LogModel log;
+        QMainWindow window;
+        auto* const dock = new LogDock(log, &window);
+        dock->toggleViewAction()->setText(QStringLiteral("&Log"));
+        auto* const other = new QDockWidget(QStringLiteral("Other"), &window);
+        window.addDockWidget(Qt::BottomDockWidgetArea, dock);
+        window.addDockWidget(Qt::BottomDockWidgetArea, other);
+        window.tabifyDockWidget(dock, other);
+        other->raise();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTRY_VERIFY_WITH_TIMEOUT(!other->visibleRegion().isEmpty(), patience);
+        log.info(QStringLiteral("nothing bad"));
+        log.problem(QStringLiteral("one"));
+        log.problem(QStringLiteral("two"));
+        QTRY_COMPARE_WITH_TIMEOUT(dock->windowTitle(), QStringLiteral("Log – new errors: 2"),
+                                  patience);
+        QCOMPARE(dock->toggleViewAction()->text(), QStringLiteral("&Log"));
+        log.problem(QStringLiteral("two")); // the same once more
+        QTRY_COMPARE_WITH_TIMEOUT(log.repetitions(2), 2, patience);
+        QCOMPARE(dock->windowTitle(), QStringLiteral("Log – new errors: 2"));
+        dock->raise();
+        QTRY_COMPARE_WITH_TIMEOUT(dock->windowTitle(), QStringLiteral("Log"), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!dock->visibleRegion().isEmpty(), patience);
+        log.problem(QStringLiteral("seen at once"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 4, patience);
+        QCOMPARE(dock->windowTitle(), QStringLiteral("Log"));
+        dock->hide();
+        log.problem(QStringLiteral("seen at once"));
+        QTRY_COMPARE_WITH_TIMEOUT(dock->windowTitle(), QStringLiteral("Log – new errors: 1"),
+                                  patience);
+        log.clear();
+        QCOMPARE(dock->windowTitle(), QStringLiteral("Log"));
+    }
+
+    void linesAreFilteredByLevelAndSource() {
+        LogModel log;
+        LogDock dock(log);
+        log.info(QStringLiteral("one"));
+        log.problem(QStringLiteral("two"));
+        log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 1,
+                QStringLiteral("Error: three"));
+        log.add(QStringLiteral("standard"), QStringLiteral("KESTREL3"), 2, QStringLiteral("four"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 4, patience);
+        auto* const levels = child<QComboBox>(dock, "comboBox_level");
+        auto* const sources = child<QComboBox>(dock, "comboBox_source");
+        const auto shown = [&dock] {
+            QStringList texts{};
+            const QStringList lines = dock.shownText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+            for (const QString& line : lines) {
+                texts += line.section(QLatin1Char('\t'), -1);
+            }
+            return texts;
+        };
+        const auto textsOf = [](const QComboBox& box) {
+            QStringList texts{};
+            for (int i = 0; i < box.count(); ++i) {
+                texts += box.itemText(i);
+            }
+            return texts;
+        };
+        QCOMPARE(textsOf(*levels), QStringList({"All levels", "Information", "Error"}));
+        QCOMPARE(textsOf(*sources), QStringList({"All sources", "WORKBENCH", "KESTREL3"}));
+        QCOMPARE(shown(), QStringList({"one", "two", "Error: three", "four"}));
+        levels->setCurrentIndex(2);
+        QCOMPARE(shown(), QStringList({"two", "Error: three"}));
+        sources->setCurrentIndex(2);
+        QCOMPARE(shown(), QStringList("Error: three"));
+        levels->setCurrentIndex(1);
+        QCOMPARE(shown(), QStringList());
+        levels->setCurrentIndex(0);
+        QCOMPARE(shown(), QStringList({"Error: three", "four"}));
+        sources->setCurrentIndex(0);
+        QCOMPARE(shown().size(), 4);
+    }
+
+    void theBoxOfSourcesIsBoundedAndTakesThemAsTheyAre() {
+        LogModel log;
+        LogDock dock(log);
+        const auto* const sources = child<QComboBox>(dock, "comboBox_source");
+        log.add(QStringLiteral("a"), QStringLiteral("All sources"), 1, QStringLiteral("x"));
+        log.add(QStringLiteral("a"), QString(1000, QLatin1Char('x')), 1, QStringLiteral("x"));
+        for (int i = 0; i < 1000; ++i) {
+            log.add(QStringLiteral("a"), QString::number(i), 1, QStringLiteral("x"));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1002, patience);
+        QVERIFY(sources->count() <= 100);
+        QCOMPARE(sources->itemText(1), QStringLiteral("All sources"));
+        QCOMPARE(sources->itemText(2), QStringLiteral("0"));
+    }
+
     void controlCharactersAreShownAsEscapes() {
         LogModel log;
         log.problem(QStringLiteral("a\nb\tc") + QChar(0x1b) + QStringLiteral("<b>%1%s"));
@@ -130,6 +396,13 @@ private Q_SLOTS:
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(file.readAll()), log.toText());
+        bool isSaved = true;
+        {
+            const FullDisk disk(16);
+            isSaved = dock.saveTo(path, &error);
+        }
+        QVERIFY(!isSaved);
+        QVERIFY(!error.isEmpty());
         QVERIFY(!dock.saveTo(QStringLiteral("/no/such/folder/log"), &error));
         QVERIFY(!error.isEmpty());
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDockWidget>
-#include <QSortFilterProxyModel>
 
 #include <memory>
 
@@ -11,9 +10,12 @@ class LogDock;
 
 namespace workbench {
 
+class LogFilter;
 class LogModel;
 
-/// Shows the log: filter, copy, save, clear. Follows new lines while the last one is in view.
+/// Shows the log: filter by text, level and source, copy, save, clear; switches on what is sent and
+/// answered. Follows new lines while the last one is in view. Errors that came while it was not in
+/// view are counted in its title.
 class LogDock : public QDockWidget {
     Q_OBJECT
 
@@ -27,14 +29,25 @@ public:
     /// Writes the whole log; false with a reason in `*error`.
     bool saveTo(const QString& fileName, QString* error) const;
 
+Q_SIGNALS:
+    /// Whether all that is sent to the controller, and its answers, are to be lines too.
+    void trafficWanted(bool wanted);
+
 private:
+    void setUpFilters();
+    void setUpTable();
     void copy();
     void save();
+    void takeSources(int first, int last);
+    void countUnseen();
+    void markSeen();
+    bool isInView() const;
 
     LogModel& m_log;
     std::unique_ptr<Ui::LogDock> m_ui;
-    QSortFilterProxyModel m_filter;
+    LogFilter* m_filter;
     bool m_atEnd = true;
+    quint64 m_seen = 0; // the log's serial when it was in view last
 };
 
 } // namespace workbench
