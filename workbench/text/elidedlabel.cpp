@@ -2,9 +2,11 @@
 
 #include "workbench/text/plaintip.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOption>
+#include <QToolTip>
 
 namespace workbench {
 
@@ -24,17 +26,26 @@ QSize ElidedLabel::minimumSizeHint() const {
             QLabel::minimumSizeHint().height()};
 }
 
+// Asked when it is wanted: the text may have changed since the last painting.
+bool ElidedLabel::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QLabel::event(event);
+    }
+    const QString tip = elided() == text() ? QString() : plainTip(text());
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
+    return true;
+}
+
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     QStyleOption option;
     option.initFrom(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    const QString tip = shown == text() ? QString() : plainTip(text());
-    if (toolTip() != tip) {
-        setToolTip(tip);
-    }
     style()->drawItemText(&painter, contentsRect(), int(Qt::AlignVCenter | Qt::AlignLeft),
-                          option.palette, isEnabled(), shown, foregroundRole());
+                          option.palette, isEnabled(), elided(), foregroundRole());
+}
+
+QString ElidedLabel::elided() const {
+    return fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
 }
 
 } // namespace workbench

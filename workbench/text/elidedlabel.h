@@ -5,7 +5,7 @@
 namespace workbench {
 
 /// A line of plain text that is cut with an ellipsis where it does not fit, instead of widening the
-/// window. Assistive tools get the whole text.
+/// window. Its tool tip and assistive tools have the whole text.
 class ElidedLabel : public QLabel {
     Q_OBJECT
 
@@ -15,7 +15,11 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString elided() const;
 };
 
 } // namespace workbench
