@@ -301,6 +301,9 @@ void CommandChannel::fail(ChannelResult result, const QString& reason) {
     failed.swap(m_pending);
     for (const RequestPtr& request : failed) {
         request->answer.result = result;
+        if (m_failureObserver) {
+            m_failureObserver(request->command, request->answer);
+        }
         finish(request);
     }
     if (m_socket.state() != QAbstractSocket::UnconnectedState) {

@@ -71,6 +71,9 @@ public:
 
     void setObserver(Observer observer) { m_observer = std::move(observer); }
 
+    /// Of the commands that end without a reply, in their order.
+    void setFailureObserver(Observer observer) { m_failureObserver = std::move(observer); }
+
     void setWaitObserver(WaitObserver observer) { m_waitObserver = std::move(observer); }
 
     QHostAddress localAddress() const { return m_socket.localAddress(); }
@@ -123,6 +126,7 @@ private:
     QTimer m_headTimer; // of the oldest command, or of the connecting
     QDeadlineTimer m_headDeadline;
     Observer m_observer;
+    Observer m_failureObserver;
     WaitObserver m_waitObserver;
     int m_connectionNumber = 0;
     int m_malformedInARow = 0;

@@ -35,6 +35,10 @@ ControllerSession::ControllerSession(DataReceiver& receiver, MeasurementMonitor&
     m_channel.setObserver([this](const std::string& command, const CommandChannel::Answer& answer) {
         observe(command, answer);
     });
+    m_channel.setFailureObserver(
+        [this](const std::string& command, const CommandChannel::Answer& answer) {
+            Q_EMIT answered(command, answer);
+        });
     connect(&m_channel, &CommandChannel::opened, this, &ControllerSession::onOpened);
     connect(&m_channel, &CommandChannel::lost, this, &ControllerSession::onLost);
     connect(&m_channel, &CommandChannel::unexpectedLine, this, [this](const QString& line) {
@@ -46,6 +50,7 @@ ControllerSession::ControllerSession(DataReceiver& receiver, MeasurementMonitor&
 
 ControllerSession::~ControllerSession() {
     m_channel.setObserver({});
+    m_channel.setFailureObserver({});
 }
 
 void ControllerSession::connectTo(const ControllerAddress& address) {
@@ -208,7 +213,8 @@ void ControllerSession::finishHandshake(const VersionTexts& texts) {
     m_wasReady = true;
     m_reported.clear();
     setState(State::Ready);
-    m_log.info(tr("Connected to %1: model %2, system %3, protocol %4")
+    m_log.info((first ? tr("Connected to %1: model %2, system %3, protocol %4")
+                      : tr("Connection to %1 is back: model %2, system %3, protocol %4"))
                    .arg(m_address.toString(), m_versions.hubModel(),
                         versionText(m_versions.systemPt()), versionText(m_versions.protocol())));
     m_pollTimer.start();
@@ -227,6 +233,7 @@ void ControllerSession::poll() {
 
 void ControllerSession::observe(const std::string& command, const CommandChannel::Answer& answer) {
     m_monitor.observe(command, answer);
+    Q_EMIT answered(command, answer);
     if (answer.result == Success) {
         const std::size_t valueAt = command.rfind(' ');
         if (command.rfind(outputPrefix, 0) == 0 && valueAt != std::string::npos) {

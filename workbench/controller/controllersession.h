@@ -71,6 +71,9 @@ Q_SIGNALS:
     void stateChanged();
     /// Commands are taken from now on. `first`: the first time since connectTo().
     void ready(bool first);
+    /// A command of anybody here has its reply, or has failed without one. Also from inside a
+    /// query: who hears it must not call the channel.
+    void answered(const std::string& command, const workbench::CommandChannel::Answer& answer);
 
 private:
     friend struct ConnectionProbe; // lets a test drive the time

@@ -1,26 +1,9 @@
 #include "workbench/controller/measurementmonitor.h"
 
+#include "libs/kestrel_wire/command.h"
 #include "workbench/controller/measurementteller.h"
 
 namespace workbench {
-
-namespace {
-
-// A command as the controller reads it: words, however many blanks stand between them.
-std::string withSingleBlanks(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        if (c != ' ' || (!result.empty() && result.back() != ' ')) {
-            result += c;
-        }
-    }
-    while (!result.empty() && result.back() == ' ') {
-        result.pop_back();
-    }
-    return result;
-}
-
-} // namespace
 
 MeasurementMonitor::MeasurementMonitor(MeasurementTeller& teller, QObject* parent)
     : QObject(parent)
@@ -32,14 +15,14 @@ void MeasurementMonitor::observe(const std::string& command, const CommandChanne
                                      command.find("active") == std::string::npos)) {
         return;
     }
-    const std::string words = withSingleBlanks(command);
+    const std::string words = kestrel_wire::withSingleBlanks(command);
     if (words == "kestrel2 tracking start") {
         learn(true);
     } else if (words == "kestrel2 tracking stop") {
         learn(false);
     } else if (words == "kestrel2 get status active") {
         const std::string& value = answer.reply.value;
-        m_status = value;
+        setStatus(value);
         if (value == "none" || value == "err" || value == "cal") {
             learn(false);
         } else if (!value.empty()) {
@@ -48,8 +31,15 @@ void MeasurementMonitor::observe(const std::string& command, const CommandChanne
     }
 }
 
+void MeasurementMonitor::setStatus(const std::string& status) {
+    if (status != m_status) {
+        m_status = status;
+        QMetaObject::invokeMethod(this, &MeasurementMonitor::statusChanged, Qt::QueuedConnection);
+    }
+}
+
 void MeasurementMonitor::forget() {
-    m_status.clear();
+    setStatus({});
     learn(false);
 }
 

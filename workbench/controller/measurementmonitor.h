@@ -34,10 +34,14 @@ public:
     /// The last answer to "status active"; empty when there was none.
     const std::string& status() const { return m_status; }
 
+    bool isCalibrating() const { return m_status == "cal"; }
+
 Q_SIGNALS:
     void changed(bool measuring);
+    void statusChanged(); ///< from the event loop
 
 private:
+    void setStatus(const std::string& status);
     void learn(bool measuring);
     void notify();
 

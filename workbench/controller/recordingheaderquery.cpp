@@ -1,7 +1,9 @@
 #include "workbench/controller/recordingheaderquery.h"
 
+#include "libs/kestrel_wire/bodynames.h"
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/controllersession.h"
+#include "workbench/controller/data/toollines.h"
 #include "workbench/controller/replyrules.h"
 #include "workbench/text/versiontext.h"
 
@@ -14,10 +16,6 @@ namespace {
 
 constexpr const char* numberOfTools = "measurementtool number_of_tools";
 constexpr const char* numberOfReferences = "measurementtool number_of_references";
-
-std::string bodyName(int number) {
-    return (number < 10 ? "b0" : "b") + std::to_string(number);
-}
 
 } // namespace
 
@@ -36,12 +34,12 @@ void RecordingHeaderQuery::ask(
     m_header.protocol = versionText(versions.protocol()).toStdString();
     m_header.systemCt = versionText(versions.systemCt()).toStdString();
     m_header.model = versions.hubModel().toStdString();
-    m_open = {"measurementtool available",
-              "measurementtool max_number_of_tools",
-              "measurementtool max_number_of_references",
-              "measurementtool output_6dmt",
-              numberOfTools,
-              numberOfReferences};
+    m_open = {"measurementtool available", "measurementtool max_number_of_tools",
+              "measurementtool max_number_of_references"};
+    if (hasChoiceOfToolLine(versions.protocol())) {
+        m_open.emplace_back("measurementtool output_6dmt");
+    }
+    m_open.insert(m_open.end(), {numberOfTools, numberOfReferences});
     m_done = done;
     askNext();
 }
@@ -75,11 +73,12 @@ void RecordingHeaderQuery::take(const std::string& parameter, const std::string&
     }
     for (int i = 1; i <= std::min(count, maxBodies); ++i) {
         if (parameter == numberOfTools) {
-            m_open.push_back("body calibrated measurementtool " + bodyName(i));
-            m_open.push_back("measurementtool tip_calibrated " + bodyName(i));
-            m_open.push_back("measurementtool reference_of_tool " + bodyName(i));
+            m_open.push_back("body calibrated measurementtool " + kestrel_wire::bodyName(i));
+            m_open.push_back("measurementtool tip_calibrated " + kestrel_wire::bodyName(i));
+            m_open.push_back("measurementtool reference_of_tool " + kestrel_wire::bodyName(i));
         } else {
-            m_open.push_back("body calibrated measurementtool_reference " + bodyName(i));
+            m_open.push_back("body calibrated measurementtool_reference " +
+                             kestrel_wire::bodyName(i));
         }
     }
 }

@@ -56,11 +56,16 @@ void makeDue(QTimer& timer) {
 
 bool waitFor(const std::function<bool()>& condition) {
     const QDeadlineTimer deadline(patience);
-    while (!condition() && !deadline.hasExpired()) {
+    for (;;) {
+        if (condition()) { // which need not hold for long
+            return true;
+        }
+        if (deadline.hasExpired()) {
+            return false;
+        }
         QCoreApplication::processEvents();
         QThread::msleep(1);
     }
-    return condition();
 }
 
 bool isConnecting(Place place) {

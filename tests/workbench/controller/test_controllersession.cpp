@@ -263,7 +263,8 @@ private Q_SLOTS:
 
     void aDataPortInUseIsToldAndTheCommandsStillWork() {
         QUdpSocket other;
-        QVERIFY(other.bind(QHostAddress::LocalHost));
+        QVERIFY2(other.bind(QHostAddress(QHostAddress::LocalHost)),
+                 qPrintable(other.errorString()));
         workbench::ControllerAddress address;
         address.port = m_controller->port();
         address.dataPort = other.localPort();

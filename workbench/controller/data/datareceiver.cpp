@@ -1,9 +1,11 @@
 #include "workbench/controller/data/datareceiver.h"
 
+#include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/recording.h"
 #include "workbench/controller/data/requesterregistry.h"
 #include "workbench/controller/measurementteller.h"
 #include "workbench/outlets/recorder.h"
+#include "workbench/outlets/sending/outlethub.h"
 
 #include <QThread>
 #include <QUdpSocket>
@@ -117,10 +119,11 @@ private:
 };
 
 DataReceiver::DataReceiver(RequesterRegistry& registry, Recorder& recorder,
-                           MeasurementTeller* teller)
+                           MeasurementTeller* teller, OutletHub* outlets)
     : m_registry(registry)
     , m_recorder(recorder)
-    , m_teller(teller) {}
+    , m_teller(teller)
+    , m_outlets(outlets) {}
 
 DataReceiver::~DataReceiver() {
     stop();
@@ -154,6 +157,9 @@ void DataReceiver::handOut(std::string_view frame) {
     m_recorder.frame(lines);
     if (lines.empty()) {
         return;
+    }
+    if (m_outlets != nullptr) {
+        m_outlets->frame(lines);
     }
     const bool isReadable = m_check.isReadable(lines);
     if (isReadable && m_teller != nullptr) {

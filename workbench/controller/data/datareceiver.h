@@ -14,19 +14,21 @@
 namespace workbench {
 
 class MeasurementTeller;
+class OutletHub;
 class Recorder;
 class RequesterRegistry;
 
 /// Takes the data lines of one controller: a UDP port on a thread of its own. Each datagram of the
-/// controller is one frame of lines, "\r\n" between them; they go to the recorder and, one by one,
-/// to the requesters of their channels, all on that thread. The controller is who has its address
-/// and the port of the first datagram that came from there. Datagrams from elsewhere are counted
-/// and dropped.
+/// controller is one frame of lines, "\r\n" between them; they go to the recorder, to the
+/// outlets and, one by one, to the requesters of their channels, all on that thread. The controller
+/// is who has its address and the port of the first datagram that came from there. Datagrams from
+/// elsewhere are counted and dropped.
 class DataReceiver {
 public:
-    /// `teller` hears of each readable frame before the requesters get it; it may be null.
+    /// `teller` hears of each readable frame before the requesters get it; it and `outlets` may be
+    /// null.
     DataReceiver(RequesterRegistry& registry, Recorder& recorder,
-                 MeasurementTeller* teller = nullptr);
+                 MeasurementTeller* teller = nullptr, OutletHub* outlets = nullptr);
     ~DataReceiver();
     DataReceiver(const DataReceiver&) = delete;
     DataReceiver& operator=(const DataReceiver&) = delete;
@@ -53,6 +55,7 @@ private:
     RequesterRegistry& m_registry;
     Recorder& m_recorder;
     MeasurementTeller* m_teller;
+    OutletHub* m_outlets;
     FrameStatistics m_statistics;
     FrameCheck m_check;
     std::unique_ptr<ReceivingThread> m_thread;

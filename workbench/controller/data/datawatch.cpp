@@ -27,21 +27,28 @@ DataWatch::DataWatch(DataReceiver& receiver, const MeasurementMonitor& monitor,
 }
 
 void DataWatch::onMeasuring(bool measuring) {
-    m_receiver.statistics().setMeasuring(measuring && !m_paused);
-    m_since = BootClock::now();
     m_told = false;
     if (measuring) {
         m_timer.start();
     } else {
         m_timer.stop();
     }
-    show(0.0);
+    expectFrames();
 }
 
 void DataWatch::setPaused(bool paused) {
     m_paused = paused;
+    expectFrames();
+}
+
+void DataWatch::setSpeed(double speed) {
+    m_slowness = std::max(1.0, 1.0 / speed);
+    expectFrames();
+}
+
+void DataWatch::expectFrames() {
     m_since = BootClock::now();
-    m_receiver.statistics().setMeasuring(m_monitor.isMeasuring() && !paused);
+    m_receiver.statistics().setMeasuring(m_monitor.isMeasuring() && !m_paused && m_slowness <= 1.0);
     show(0.0);
 }
 
@@ -54,7 +61,7 @@ void DataWatch::lookAt(BootClock::time_point now) {
     if (counts.lastFrameAge >= 0.0) {
         age = std::min(age, counts.lastFrameAge);
     }
-    if (age < std::max(oldAfter, 2.0 * counts.usualInterval)) {
+    if (age < std::max(m_slowness * oldAfter, 2.0 * counts.usualInterval)) {
         m_told = false;
         m_unreadableThen = counts.unreadable;
         m_foreignThen = counts.foreign;
@@ -62,7 +69,7 @@ void DataWatch::lookAt(BootClock::time_point now) {
         return;
     }
     show(age);
-    if (age >= std::max(stoppedAfter, 3.0 * counts.usualInterval) && !m_told) {
+    if (age >= std::max(m_slowness * stoppedAfter, 3.0 * counts.usualInterval) && !m_told) {
         m_told = true;
         m_teller.stopData();
     }

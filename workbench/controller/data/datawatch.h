@@ -45,6 +45,10 @@ public:
     /// paused. Once they are expected again, ages are counted from that moment.
     void setPaused(bool paused);
 
+    /// A replay in slow motion: at a speed below 1 all these times are as much longer, for its
+    /// frames are as far apart, and no loss is estimated. Ages are counted from this moment.
+    void setSpeed(double speed);
+
     /// age() as it is shown: tenths below a second, then whole seconds.
     QString ageText() const;
 
@@ -60,14 +64,16 @@ private:
     void lookAt(BootClock::time_point now);
     Cause likelyCause() const;
     void show(double age);
+    void expectFrames();
 
     DataReceiver& m_receiver;
     const MeasurementMonitor& m_monitor;
     MeasurementTeller& m_teller;
     QTimer m_timer;
-    BootClock::time_point m_since; // begin of the measurement, end of a pause
+    BootClock::time_point m_since; // begin of the measurement, end of a pause, change of speed
     double m_age = 0.0;
     Cause m_cause = Cause::Stopped;
+    double m_slowness = 1.0; // times
     bool m_paused = false;
     bool m_told = false;
     quint64 m_unreadableThen = 0; // counts when the data became old

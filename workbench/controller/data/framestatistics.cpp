@@ -80,6 +80,15 @@ void FrameStatistics::addForeign() {
     ++m_counts.foreign;
 }
 
+void FrameStatistics::beginNewSequence() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_gaps.reset();
+    m_counts.lostFrames = 0;
+    m_controllersRate = 0.0;
+    m_producedSince = m_lastFrame;
+    m_producedThen = produced();
+}
+
 void FrameStatistics::addRejectedLine(std::size_t length) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     ++m_counts.rejectedLines;

@@ -43,6 +43,9 @@ public:
     void addFrame(std::int64_t counter, Clock::time_point now = Clock::now());
     void addUnreadableFrame();
     void addForeign();
+    /// The counter of the next frame follows none: a replay went elsewhere. What was lost before is
+    /// forgotten.
+    void beginNewSequence();
     void addRejectedLine(std::size_t length);
 
     Snapshot snapshot(Clock::time_point now = Clock::now());

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int stopTimeoutMs = 2000;
 constexpr int maxReasonLength = 500;
+constexpr int exitBadRecording = 4;
 
 } // namespace
 
@@ -27,7 +28,6 @@ SimulatorProcess::SimulatorProcess(const QString& program, QObject* parent)
                                   : program)
     , m_process(std::make_unique<Process>()) {
     m_startTimer.setSingleShot(true);
-    m_startTimer.setInterval(startTimeoutMs);
     connect(&m_startTimer, &QTimer::timeout, this,
             [this] { fail(tr("%1 does not say where it listens").arg(m_program)); });
     connect(m_process.get(), &QProcess::readyReadStandardOutput, this,
@@ -45,10 +45,12 @@ SimulatorProcess::~SimulatorProcess() {
     stop();
 }
 
-void SimulatorProcess::start(const QStringList& options) {
+void SimulatorProcess::start(const QStringList& options, int timeoutMs) {
     m_isStopping = false;
     m_isListening = false;
-    m_startTimer.start();
+    m_refusedRecording = false;
+    m_lastWords.clear();
+    m_startTimer.start(timeoutMs);
     m_process->start(m_program,
                      QStringList{QStringLiteral("--port"), QStringLiteral("0")} + options,
                      QIODevice::ReadOnly);
@@ -58,7 +60,12 @@ void SimulatorProcess::stop() {
     m_isStopping = true;
     m_startTimer.stop();
     if (m_process->state() != QProcess::NotRunning) {
-        m_process->terminate();
+        // One that still reads a recording would not hear a polite word before its end.
+        if (m_isListening) {
+            m_process->terminate();
+        } else {
+            m_process->kill();
+        }
         if (!m_process->waitForFinished(stopTimeoutMs)) {
             m_process->kill();
             m_process->waitForFinished(stopTimeoutMs);
@@ -91,6 +98,9 @@ void SimulatorProcess::onFinished() {
         return;
     }
     const QString said = QString::fromUtf8(m_process->readAllStandardError()).trimmed();
+    m_lastWords = said;
+    m_refusedRecording = m_process->exitStatus() == QProcess::NormalExit &&
+                         m_process->exitCode() == exitBadRecording;
     fail(tr("%1 has ended (exit code %2) %3")
              .arg(m_program, QString::number(m_process->exitCode()), said.left(maxReasonLength)));
 }

@@ -22,9 +22,13 @@ public:
     explicit SimulatorProcess(const QString& program = {}, QObject* parent = nullptr);
     ~SimulatorProcess() override;
 
-    /// listening() or failed() follows.
-    void start(const QStringList& options);
+    /// listening() or failed() follows, the latter at the latest when the time is over.
+    void start(const QStringList& options, int timeoutMs = startTimeoutMs);
     void stop();
+
+    /// In failed(): it has ended because its recording is none, or damaged; what it said.
+    bool refusedRecording() const { return m_refusedRecording; }
+    const QString& lastWords() const { return m_lastWords; }
 
     /// Between start() and listening() or failed().
     bool isStarting() const { return m_startTimer.isActive(); }
@@ -47,6 +51,8 @@ private:
     QString m_program;
     std::unique_ptr<Process> m_process;
     QTimer m_startTimer;
+    QString m_lastWords;
+    bool m_refusedRecording = false;
     bool m_isListening = false;
     bool m_isStopping = false;
 };

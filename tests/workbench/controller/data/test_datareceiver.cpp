@@ -79,7 +79,7 @@ private Q_SLOTS:
         m_port = m_receiver->start(QHostAddress::LocalHost, 0, QHostAddress::LocalHost, &error);
         QVERIFY2(m_port != 0, qPrintable(error));
         m_controller = std::make_unique<QUdpSocket>();
-        QVERIFY(m_controller->bind(QHostAddress::LocalHost));
+        QVERIFY(m_controller->bind(QHostAddress(QHostAddress::LocalHost)));
     }
     void cleanup() { m_receiver.reset(); }
 
@@ -130,7 +130,7 @@ private Q_SLOTS:
             m_receiver->start(QHostAddress::LocalHost, m_port, QHostAddress::LocalHost, &error),
             m_port);
         m_controller = std::make_unique<QUdpSocket>();
-        QVERIFY(m_controller->bind(QHostAddress::LocalHost));
+        QVERIFY(m_controller->bind(QHostAddress(QHostAddress::LocalHost)));
         send("fr 2");
         QTRY_COMPARE_WITH_TIMEOUT(m_receiver->statistics().snapshot().frames, quint64(1), patience);
         QCOMPARE(foreign(), quint64(0));

@@ -39,6 +39,25 @@ TEST(FrameStatistics, theRateIsThatOfTheLastSecond) {
     EXPECT_NEAR(statistics.snapshot(now).lastFrameAge, 2.02, 1e-6);
 }
 
+TEST(FrameStatistics, aCounterThatGoesElsewhereIsNoLossWhenItIsKnownTo) {
+    FrameStatistics statistics;
+    statistics.setMeasuring(true);
+    Clock::time_point now = Clock::now();
+    for (const int counter : {1, 2, 4, 900, 901, 903}) {
+        if (counter == 900) {
+            EXPECT_EQ(statistics.snapshot(now).lostFrames, 1U);
+            statistics.beginNewSequence();
+            EXPECT_EQ(statistics.snapshot(now).lostFrames, 0U);
+        }
+        now += frameInterval;
+        statistics.addFrame(counter, now);
+    }
+    const auto counts = statistics.snapshot(now);
+    EXPECT_EQ(counts.frames, 6U) << "they have come";
+    EXPECT_EQ(counts.lostFrames, 1U) << "902";
+    EXPECT_NEAR(counts.lastFrameAge, 0.0, 1e-9);
+}
+
 // What the statistics say so long after `frames` frames of `interval`, every other one lost.
 FrameStatistics::Snapshot silence(int frames, double seconds, bool measuring) {
     FrameStatistics statistics;
