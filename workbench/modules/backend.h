@@ -1,13 +1,19 @@
 #pragma once
 
+#include "workbench/controller/commandnews.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/datareceiver.h"
 #include "workbench/controller/data/datawatch.h"
+#include "workbench/controller/data/outletfeed.h"
 #include "workbench/controller/data/requesterregistry.h"
+#include "workbench/controller/data/toolfacts.h"
 #include "workbench/controller/measurementmonitor.h"
 #include "workbench/controller/measurementteller.h"
+#include "workbench/controller/simulator/replaycontrol.h"
 #include "workbench/modules/hostio.h"
 #include "workbench/outlets/recorder.h"
+#include "workbench/outlets/sending/channelmaker.h"
+#include "workbench/outlets/sending/outlethub.h"
 #include "workbench/text/logmodel.h"
 
 namespace workbench {
@@ -17,12 +23,17 @@ struct Backend {
     LogModel log;
     RequesterRegistry registry;
     Recorder recorder;
+    OutletHub outlets{makeOutletChannel};
     MeasurementTeller teller{registry};
-    DataReceiver receiver{registry, recorder, &teller};
+    DataReceiver receiver{registry, recorder, &teller, &outlets};
     MeasurementMonitor monitor{teller};
     DataWatch watch{receiver, monitor, teller};
     ControllerSession session{receiver, monitor, log};
-    HostIo io{session, registry, log};
+    CommandNews news{session, log};
+    ReplayControl replay{session, receiver, watch, monitor};
+    HostIo io{session, registry, log, &outlets};
+    ToolFacts facts{session, monitor};
+    OutletFeed feed{facts, outlets};
 };
 
 } // namespace workbench

@@ -4,6 +4,7 @@
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/requesterregistry.h"
 #include "workbench/controller/replyrules.h"
+#include "workbench/outlets/sending/outlethub.h"
 #include "workbench/text/logmodel.h"
 
 #include <QThread>
@@ -23,10 +24,12 @@ QString text(const char* bytes) {
 
 } // namespace
 
-HostIo::HostIo(ControllerSession& session, RequesterRegistry& registry, LogModel& log)
+HostIo::HostIo(ControllerSession& session, RequesterRegistry& registry, LogModel& log,
+               OutletHub* outlets)
     : m_session(session)
     , m_registry(registry)
     , m_log(log)
+    , m_outlets(outlets)
     , m_guiThread(QThread::currentThread()) {}
 
 int HostIo::set_channel_option(int channel, int timeout_ms, int flags) {
@@ -148,6 +151,9 @@ int HostIo::unregister_measurement_requester(Requester* requester) {
 
 void HostIo::write_log(const char* category, const char* source, int level, const char* message) {
     m_log.add(text(category), text(source), level, text(message));
+    if (m_outlets != nullptr && category != nullptr && isResultCategory(category)) {
+        m_outlets->result(text(source), text(message));
+    }
 }
 
 } // namespace workbench

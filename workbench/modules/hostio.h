@@ -13,13 +13,16 @@ namespace workbench {
 
 class ControllerSession;
 class LogModel;
+class OutletHub;
 class RequesterRegistry;
 
 /// What modules get as their command channel. Operations wait for the reply on the GUI thread, at
 /// most for one time-out; while the session is not ready they fail at once.
 class HostIo : public kestrel_wire::FormattedHost<IOManager> {
 public:
-    HostIo(ControllerSession& session, RequesterRegistry& registry, LogModel& log);
+    /// `outlets` get what modules log as results; it may be null.
+    HostIo(ControllerSession& session, RequesterRegistry& registry, LogModel& log,
+           OutletHub* outlets = nullptr);
 
     int set_channel_option(int channel, int timeout_ms, int flags) override;
     int send_command(char* reply, const char* command) override;
@@ -46,6 +49,7 @@ private:
     ControllerSession& m_session;
     RequesterRegistry& m_registry;
     LogModel& m_log;
+    OutletHub* m_outlets;
     QThread* m_guiThread;
     int m_nextTimeoutMs = CommandChannel::defaultTimeoutMs;
 };

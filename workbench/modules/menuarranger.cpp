@@ -21,28 +21,22 @@ MenuArranger::MenuArranger(QMenuBar* menuBar)
     , m_menuBar(menuBar) {}
 
 void MenuArranger::add(const MenuEntry& entry) {
-    if (entry.action == nullptr) {
-        return;
-    }
-    m_items.push_back({entry, entry.action});
-    if (!entry.activeDuringMeasurement && m_measuring) {
-        entry.action->setEnabled(false);
+    if (entry.action != nullptr) {
+        m_items.push_back({entry, entry.action});
     }
 }
 
-void MenuArranger::removeModuleEntries() {
+void MenuArranger::remove(MenuEntry::Owner owner) {
     m_items.erase(std::remove_if(m_items.begin(), m_items.end(),
-                                 [](const Item& item) { return item.entry.ofModule; }),
+                                 [owner](const Item& item) { return item.entry.owner == owner; }),
                   m_items.end());
 }
 
-void MenuArranger::setMeasuring(bool measuring) {
-    m_measuring = measuring;
-    for (const Item& item : m_items) {
-        if (!item.entry.activeDuringMeasurement && item.action) {
-            item.action->setEnabled(!measuring);
-        }
-    }
+bool MenuArranger::has(const QString& menuName) const {
+    const QString title = plainTitle(menuName);
+    return std::any_of(m_items.begin(), m_items.end(), [&title](const Item& item) {
+        return item.action && plainTitle(item.entry.menuName) == title;
+    });
 }
 
 void MenuArranger::arrange() {
@@ -80,6 +74,8 @@ void MenuArranger::arrange() {
     m_menus.clear();
     for (const Menu& menu : menus) {
         auto* const target = m_menuBar->addMenu(menu.title);
+        target->setToolTipsVisible(true);
+        connect(target, &QMenu::aboutToShow, this, &MenuArranger::aboutToShow);
         m_menus.emplace_back(target);
         fill(*target, menu.items);
     }

@@ -12,14 +12,15 @@ class QMenuBar;
 
 namespace workbench {
 
-/// One entry of the menu bar, of the workbench itself or of a module.
+/// One entry of the menu bar.
 struct MenuEntry {
+    enum class Owner { Workbench, Module, StandIn, Simulator };
+
     QString menuName; ///< title; menus of the same title (with or without "&") are one menu
     int menuOrder = 0;
     int entryOrder = 0; ///< a line is drawn where the hundreds change
     QAction* action = nullptr;
-    bool activeDuringMeasurement = true; ///< false: disabled while a measurement runs
-    bool ofModule = false;
+    Owner owner = Owner::Workbench;
 };
 
 /// Fills a menu bar by order numbers: menus and the entries in them stand in ascending order, those
@@ -33,12 +34,16 @@ public:
 
     /// The action stays its owner's; when it is deleted the entry is gone.
     void add(const MenuEntry& entry);
-    void removeModuleEntries();
+    void remove(MenuEntry::Owner owner);
 
-    /// Builds the menu bar anew from the entries.
+    /// Whether a menu of this title has an entry.
+    bool has(const QString& menuName) const;
+
+    /// Builds the menu bar anew from the entries. Its menus show tool tips.
     void arrange();
 
-    void setMeasuring(bool measuring);
+Q_SIGNALS:
+    void aboutToShow(); ///< one of the menus
 
 private:
     struct Item {
@@ -50,7 +55,6 @@ private:
     QMenuBar* m_menuBar;
     std::vector<Item> m_items;
     std::vector<QPointer<QMenu>> m_menus;
-    bool m_measuring = false;
 };
 
 } // namespace workbench

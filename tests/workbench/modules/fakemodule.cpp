@@ -54,6 +54,9 @@ QList<_GuiElement*> FakeModule::get_gui_elements() {
     table->setItem(0, 1, new QTableWidgetItem(QStringLiteral("green")));
     table->item(0, 1)->setBackground(QColor(0, 255, 0));
     dock->setWidget(table);
+    if (qApp->property("fakeDockIsHidden").toBool()) {
+        dock->hide();
+    }
     m_dockEntry = {dock->toggleViewAction(), 270, QStringLiteral("&View"), 400, dock, 1};
     m_iom->register_data_requester("fake", this);
     m_iom->register_measurement_requester(this);

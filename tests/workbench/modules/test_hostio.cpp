@@ -7,6 +7,7 @@
 
 #include <clocale>
 #include <cstring>
+#include <mutex>
 #include <thread>
 
 namespace {
@@ -39,6 +40,45 @@ private Q_SLOTS:
     void cleanup() {
         m_parts.reset();
         m_controller.reset();
+    }
+
+    void resultsGoToTheOutletsAndOtherLinesDoNot() {
+        struct Channel : workbench::OutletChannel {
+            bool takesResults() const override { return true; }
+            void tend() override {}
+            workbench::OutletWord word() const override { return {}; }
+            Delivery send(const workbench::TrackedFrame&) override { return Delivery::Sent; }
+            void send(const workbench::ModuleResult& result) override {
+                const std::lock_guard<std::mutex> lock(*mutex);
+                texts->append(result.source + QLatin1Char('|') + result.text);
+            }
+            std::mutex* mutex = nullptr;
+            QStringList* texts = nullptr;
+        };
+        std::mutex mutex;
+        QStringList texts;
+        workbench::OutletHub hub([&](const workbench::OutletUrl&, QString*) {
+            auto channel = std::make_unique<Channel>();
+            channel->mutex = &mutex;
+            channel->texts = &texts;
+            return channel;
+        });
+        QString error;
+        QVERIFY(hub.add({}, &error));
+        workbench::HostIo io(m_parts->session, m_parts->registry, m_parts->log, &hub);
+        const QString longText(10000, QLatin1Char('x'));
+        io.write_log("info", "PROBE", 1, "no result");
+        io.write_log(nullptr, nullptr, 1, nullptr);
+        io.write_log("result", "PROBE", 1, "{\"a\":\"\xc3\xbc\"}");
+        io.write_log("result", "PROBE", 1, longText.toUtf8().constData());
+        QTRY_VERIFY_WITH_TIMEOUT(([&] {
+                                     const std::lock_guard<std::mutex> lock(mutex);
+                                     return texts.size() == 2;
+                                 }()),
+                                 patience);
+        QCOMPARE(texts, QStringList({QStringLiteral("PROBE|{\"a\":\"ü\"}"), "PROBE|" + longText}));
+        QVERIFY(logHas(QStringLiteral("no result")));
+        QVERIFY(logHas(QStringLiteral("{\"a\":\"ü\"}")));
     }
 
     void aStringIsTheValuePart() {

@@ -3,9 +3,11 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSignalSpy>
 #include <QtTest>
 
 using workbench::MenuArranger;
+using Owner = workbench::MenuEntry::Owner;
 
 class TestMenuArranger : public QObject {
     Q_OBJECT
@@ -76,41 +78,42 @@ private Q_SLOTS:
         QCOMPARE(entries(0), QStringList({"own", "display"}));
     }
 
-    void entriesThatMustNotAreDisabledWhileMeasuring() {
-        QAction* const settings = action("settings");
-        QAction* const display = action("display");
-        m_menus->add({"&Tracking", 300, 50, settings, false, true});
-        m_menus->add({"&View", 400, 270, display, true, true});
-        m_menus->setMeasuring(true);
-        QVERIFY(!settings->isEnabled());
-        QVERIFY(display->isEnabled());
-        QAction* const late = action("late");
-        m_menus->add({"&Tracking", 300, 60, late, false, true});
-        QVERIFY(!late->isEnabled());
-        m_menus->setMeasuring(false);
-        QVERIFY(settings->isEnabled());
-        QVERIFY(late->isEnabled());
-    }
-
     void entriesOfModulesGoAndComeBack() {
         m_menus->add({"&File", 100, 1, action("open")});
         auto* const settings = action("settings");
-        m_menus->add({"&Tracking", 300, 50, settings, false, true});
+        m_menus->add({"&Tracking", 300, 50, settings, Owner::Module});
         m_menus->arrange();
-        m_menus->removeModuleEntries();
+        QVERIFY(m_menus->has("Tracking"));
+        m_menus->remove(Owner::Module);
+        QVERIFY(!m_menus->has("&Tracking"));
         m_menus->arrange();
         delete settings;
         QCOMPARE(titles(), QStringList({"&File"}));
-        m_menus->add({"&Tracking", 300, 50, action("settings"), false, true});
+        m_menus->add({"&Tracking", 300, 50, action("settings"), Owner::Module});
         m_menus->arrange();
         QCOMPARE(titles(), QStringList({"&File", "&Tracking"}));
     }
 
+    void everyMenuShowsToolTipsAndTellsThatItOpens() {
+        m_menus->add({"&File", 100, 1, action("open")});
+        m_menus->add({"&View", 400, 1, action("log")});
+        m_menus->arrange();
+        QSignalSpy opening(m_menus, &MenuArranger::aboutToShow);
+        const QList<QAction*> menus = m_bar->actions();
+        QCOMPARE(menus.size(), 2);
+        for (const QAction* menu : menus) {
+            QVERIFY2(menu->menu()->toolTipsVisible(), qPrintable(menu->text()));
+            menu->menu()->popup(QPoint(0, 0));
+            menu->menu()->close();
+        }
+        QCOMPARE(opening.count(), 2);
+    }
+
     void anActionThatIsDeletedIsGone() {
         auto* const settings = action("settings");
-        m_menus->add({"&Tracking", 300, 50, settings, false, true});
+        m_menus->add({"&Tracking", 300, 50, settings, Owner::Module});
         delete settings;
-        m_menus->setMeasuring(true);
+        QVERIFY(!m_menus->has("&Tracking"));
         m_menus->arrange();
         QVERIFY(titles().isEmpty());
     }
