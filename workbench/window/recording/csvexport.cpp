@@ -1,9 +1,9 @@
 #include "workbench/window/recording/csvexport.h"
 
 #include "workbench/text/logmodel.h"
+#include "workbench/text/recordingreason.h"
 #include "workbench/window/recording/savefile.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QProgressDialog>
@@ -16,31 +16,6 @@ namespace {
 
 constexpr int followIntervalMs = 100;
 constexpr int steps = 1000; // of the progress bar
-
-// What the reader of recordings says, for the catalogue.
-[[maybe_unused]] constexpr const char* reasons[] = {
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "not a recording of a known format"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "the header has no start"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "the file ends inside its header"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unreadable start"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unknown line in the header"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unreadable version"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unreadable parameter"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "too many parameters"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unreadable time stamp"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "the time stamp goes backwards"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unreadable wall clock"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "unreadable escape"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "the channel is not that of the line"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "the line is too long"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport", "the file cannot be read on"),
-    QT_TRANSLATE_NOOP("workbench::CsvExport",
-                      "only an ordinary file can be read, not a folder, pipe or device"),
-};
-
-QString translated(const QString& reason) {
-    return QCoreApplication::translate("workbench::CsvExport", reason.toUtf8().constData());
-}
 
 } // namespace
 
@@ -123,11 +98,11 @@ void CsvExport::tellEnd(const CsvJob::Result& result) {
     QString problem;
     if (outcome.ending == Ending::NotWritten) {
         problem = tr("%1 could not be written to %2: %3")
-                      .arg(m_recording, m_table, translated(result.error));
+                      .arg(m_recording, m_table, recordingReason(result.error));
     } else if (outcome.ending == Ending::Malformed) {
         const QString fault = tr("line %1: %2")
                                   .arg(QString::number(outcome.line),
-                                       translated(QString::fromStdString(outcome.reason)));
+                                       recordingReason(QString::fromStdString(outcome.reason)));
         problem =
             result.report.rows > 0
                 ? tr("%1 is damaged, %2; %3 has what is before it").arg(m_recording, fault, m_table)
