@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <csignal>
@@ -66,6 +67,7 @@ CommandLineRun::~CommandLineRun() = default;
 
 void CommandLineRun::start() {
     loadModules();
+    addOutlets();
     if (m_options.simulate) {
         m_window.simulate(m_options.simulatorOptions);
     } else if (m_options.connectTo) {
@@ -93,6 +95,29 @@ void CommandLineRun::loadModules() {
         m_window.modules().loadFolder(folder);
     }
     m_window.modulesLoaded();
+}
+
+// What becomes of them is told where a service's log is read.
+void CommandLineRun::addOutlets() {
+    connect(
+        &m_window.outlets(), &OutletControl::stateChanged, this,
+        [this](const QString& url, OutletWord::State state, const QString& text) {
+            const auto isOurs = [&url](const OutletUrl& outlet) { return outlet.text == url; };
+            if (std::any_of(m_options.sendTo.begin(), m_options.sendTo.end(), isOurs)) {
+                complain(
+                    QStringLiteral("%1: %2: %3").arg(url, OutletControl::stateText(state), text));
+            }
+        });
+    for (const OutletUrl& url : m_options.sendTo) {
+        QString error;
+        if (!m_window.outlets().has(url.text) &&
+            !m_window.outlets().add(url, OutletControl::Memory::ThisRun, &error)) {
+            const QString reason = tr("cannot send to %1: %2").arg(url.text, error);
+            // The event loop that is to end does not run yet.
+            QTimer::singleShot(0, this, [this, reason] { giveUp(ExitNoOutlet, reason); });
+            return;
+        }
+    }
 }
 
 void CommandLineRun::onModulesBuilt() {

@@ -30,6 +30,7 @@ public:
 
 private:
     void loadModules();
+    void addOutlets();
     void onModulesBuilt();
     void printRows();
     void takePicture();

@@ -21,7 +21,8 @@ void declare(QCommandLineParser& parser) {
         "A front end for tracking controllers: connects, loads modules, shows and records data.\n"
         "\n"
         "Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has\n"
-        "ended, 4 the picture could not be written, 5 the recording could not be written."));
+        "ended, 4 the picture could not be written, 5 the recording could not be written,\n"
+        "6 data cannot be sent there."));
     parser.addOptions({
         {"connect",
          Texts::tr("Connect to a controller; the port is %1 unless given.")
@@ -43,6 +44,10 @@ void declare(QCommandLineParser& parser) {
          "LANGUAGE"},
         {"settings", Texts::tr("Keep window and connection settings in this file."), "FILE"},
         {"record", Texts::tr("Record the data lines once connected."), "FILE"},
+        {"send",
+         Texts::tr("Send tools, references and results to udp://HOST, mqtt://HOST/PREFIX, "
+                   "mqtts://HOST/PREFIX or igtl://; may be repeated."),
+         "URL"},
         {"screenshot", Texts::tr("Write a picture of the window."), "FILE"},
         {"after", Texts::tr("When to take the picture, in seconds from the start (3)."), "SECONDS"},
         {"quit-after", Texts::tr("Quit after so many seconds."), "SECONDS"},
@@ -105,6 +110,15 @@ QString readInto(const QCommandLineParser& parser, Options& options) {
     }
     options.settingsFile = parser.value("settings");
     options.recordFile = parser.value("record");
+    const QStringList urls = parser.values("send");
+    for (const QString& url : urls) {
+        OutletUrl outlet;
+        if (!outlet.parse(url, &error)) {
+            // What stands before "@" may be a secret that does not belong there.
+            return Texts::tr("--send %1: %2").arg(url.section(QLatin1Char('@'), -1), error);
+        }
+        options.sendTo += outlet;
+    }
     options.screenshotFile = parser.value("screenshot");
     options.printRows = parser.isSet("print-rows");
     options.openDocks = parser.isSet("open-docks");

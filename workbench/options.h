@@ -1,9 +1,11 @@
 #pragma once
 
 #include "workbench/controller/controlleraddress.h"
+#include "workbench/outlets/sending/outleturl.h"
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <optional>
 
@@ -15,7 +17,8 @@ enum ExitCode : int {
     ExitBadOptions = 2,
     ExitNoSimulator = 3,  ///< --simulate: it could not be started or has ended
     ExitNoScreenshot = 4, ///< --screenshot: the picture was not made
-    ExitNoRecording = 5   ///< --record: the recording was not made
+    ExitNoRecording = 5,  ///< --record: the recording was not made
+    ExitNoOutlet = 6      ///< --send: there is no such outlet here
 };
 
 /// What the command line asks for.
@@ -30,6 +33,7 @@ struct Options {
     QString language;     ///< empty: the system's; set even when something is wrong
     QString settingsFile; ///< empty: the user's own
     QString recordFile;
+    QVector<OutletUrl> sendTo; ///< outlets, besides those that are remembered
     QString screenshotFile;
     double screenshotAfter = 3.0; ///< seconds from the start
     double quitAfter = -1.0;      ///< seconds from the start, below 0: never

@@ -56,6 +56,10 @@ private Q_SLOTS:
                                           "s.ini",
                                           "--record",
                                           "r",
+                                          "--send",
+                                          "udp://plotter",
+                                          "--send",
+                                          "mqtt://broker/line3",
                                           "--screenshot",
                                           "p.png",
                                           "--after",
@@ -76,6 +80,9 @@ private Q_SLOTS:
         QCOMPARE(*options.pluginFolder, QStringLiteral("dir"));
         QCOMPARE(options.settingsFile, QStringLiteral("s.ini"));
         QCOMPARE(options.recordFile, QStringLiteral("r"));
+        QCOMPARE(options.sendTo.size(), 2);
+        QCOMPARE(options.sendTo[0].host, QStringLiteral("plotter"));
+        QCOMPARE(options.sendTo[1].prefix, QStringLiteral("line3"));
         QCOMPARE(options.screenshotFile, QStringLiteral("p.png"));
         QCOMPARE(options.screenshotAfter, 1.5);
         QCOMPARE(options.quitAfter, 7.0);
@@ -104,6 +111,8 @@ private Q_SLOTS:
         row("both", QStringList{"--connect", "a", "--simulate"}, "exclude");
         row("after alone", QStringList{"--after", "1"}, "--screenshot");
         row("measure alone", QStringList{"--measure"}, "--connect");
+        row("outlet", QStringList{"--send", "tcp://a"}, "--send tcp://a: a URL begins with");
+        row("second outlet", QStringList{"--send", "udp://a", "--send", "udp://a:0"}, "65535");
         row("simulator options alone", QStringList{"--simulator-options", "x"}, "--simulate");
     }
     void badOptionsAreNamed() {
@@ -114,11 +123,18 @@ private Q_SLOTS:
         QVERIFY2(parsed.text.contains(part), qPrintable(parsed.text));
     }
 
+    void aSecretInAUrlIsNotRepeated() {
+        const auto parsed = parseOptions({"program", "--send", "mqtt://u:se@cret@a/p"});
+        QCOMPARE(parsed.action, Action::Fail);
+        QVERIFY2(parsed.text.contains(QStringLiteral("--send a/p: ")), qPrintable(parsed.text));
+        QVERIFY2(!parsed.text.contains(QStringLiteral("cret")), qPrintable(parsed.text));
+    }
+
     void helpNamesEveryExitCode() {
         const auto parsed = parseOptions({"program", "--help"});
         QCOMPARE(parsed.action, Action::ShowText);
         for (const char* word : {"--connect", "--simulate", "2 bad options", "3 the simulator",
-                                 "4 the picture", "5 the recording"}) {
+                                 "4 the picture", "5 the recording", "6 data"}) {
             QVERIFY2(parsed.text.contains(QLatin1String(word)), word);
         }
     }
