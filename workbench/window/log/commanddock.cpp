@@ -22,8 +22,8 @@ CommandDock::CommandDock(ControllerSession& session, QWidget* parent)
     m_ui->setupUi(this);
     m_ui->plainTextEdit_replies->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_ui->lineEdit_command->installEventFilter(this);
-    connect(m_ui->lineEdit_command, &QLineEdit::returnPressed, this, &CommandDock::send);
-    connect(m_ui->pushButton_send, &QPushButton::clicked, this, &CommandDock::send);
+    connect(m_ui->lineEdit_command, &QLineEdit::returnPressed, this, &CommandDock::sendTyped);
+    connect(m_ui->pushButton_send, &QPushButton::clicked, this, &CommandDock::sendTyped);
 }
 
 CommandDock::~CommandDock() = default;
@@ -41,13 +41,16 @@ bool CommandDock::eventFilter(QObject* watched, QEvent* event) {
     return QDockWidget::eventFilter(watched, event);
 }
 
-void CommandDock::send() {
+void CommandDock::sendTyped() {
     const QString command = m_ui->lineEdit_command->text().trimmed();
-    if (command.isEmpty()) {
-        return;
+    if (!command.isEmpty()) {
+        m_ui->lineEdit_command->clear();
+        run(command);
     }
+}
+
+void CommandDock::run(const QString& command) {
     m_history.add(command);
-    m_ui->lineEdit_command->clear();
     append(QStringLiteral("> ") + command);
     if (!m_session.isReady()) {
         append(QStringLiteral("! ") + QLatin1String(describe(NotConnected)));

@@ -25,10 +25,13 @@ public:
 
     CommandHistory& history() { return m_history; }
 
+    /// As if the line had been typed: it is sent and shown, its reply too, and the history has it.
+    void run(const QString& command);
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void send();
+    void sendTyped();
     void append(const QString& line);
 
     ControllerSession& m_session;
