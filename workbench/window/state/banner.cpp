@@ -1,5 +1,7 @@
 #include "workbench/window/state/banner.h"
 
+#include "workbench/window/log/levellook.h"
+
 #include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -16,33 +18,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int narrowest = 120;    // the words wrap, the window need not grow for them
-constexpr qreal tintShare = 0.14; // of the level's hue in the window's own colour
-
-struct Look {
-    QStyle::StandardPixmap symbol;
-    QColor hue;
-};
-
-Look lookOf(BannerLevel level) {
-    switch (level) {
-    case BannerLevel::Error:
-        return {QStyle::SP_MessageBoxCritical, QColor(200, 30, 30)};
-    case BannerLevel::Warning:
-        return {QStyle::SP_MessageBoxWarning, QColor(220, 150, 0)};
-    case BannerLevel::Information:
-        break;
-    }
-    return {QStyle::SP_MessageBoxInformation, QColor(40, 110, 200)};
-}
-
-QColor tinted(const QColor& window, const QColor& hue) {
-    const auto mix = [](qreal one, qreal other) {
-        return one * (1.0 - tintShare) + other * tintShare;
-    };
-    return QColor::fromRgbF(mix(window.redF(), hue.redF()), mix(window.greenF(), hue.greenF()),
-                            mix(window.blueF(), hue.blueF()));
-}
+constexpr int narrowest = 120; // the words wrap, the window need not grow for them
 
 } // namespace
 
@@ -88,7 +64,7 @@ public:
     void applyLook() {
         const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
         m_symbol->setPixmap(
-            style()->standardIcon(lookOf(m_level).symbol, nullptr, this).pixmap(size));
+            style()->standardIcon(LevelLook::of(m_level).symbol, nullptr, this).pixmap(size));
         update();
     }
 
@@ -100,7 +76,7 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter(this).fillRect(rect(),
-                                tinted(palette().color(QPalette::Window), lookOf(m_level).hue));
+                                LevelLook::of(m_level).tinted(palette().color(QPalette::Window)));
     }
 
 private:

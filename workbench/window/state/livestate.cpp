@@ -3,9 +3,9 @@
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/datawatch.h"
 #include "workbench/text/logmodel.h"
+#include "workbench/window/docktitle.h"
 #include "workbench/window/state/banner.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QFileDialog>
 
@@ -15,14 +15,6 @@
 namespace workbench {
 
 namespace {
-
-// The entry of a dock follows its title; it belongs to the module all the same.
-void setTitleAlone(QDockWidget& dock, const QString& title) {
-    QAction* const entry = dock.toggleViewAction();
-    const QString text = entry->text();
-    dock.setWindowTitle(title);
-    entry->setText(text);
-}
 
 // The workbench's own dialogs do not mind a controller that is gone.
 bool isDialogOfModuleOpen() {
@@ -53,6 +45,12 @@ void LiveState::addDock(QDockWidget* dock) {
                                  [](const Titled& titled) { return titled.dock.isNull(); }),
                   m_docks.end());
     m_docks.push_back({dock, {}, {}});
+    showTitles();
+}
+
+void LiveState::setReplay(const QString& words) {
+    m_replay = words;
+    showData();
 }
 
 void LiveState::showConnection() {
@@ -105,27 +103,42 @@ void LiveState::showData() {
     } else {
         m_banner.clear(BannerTopic::NoData);
     }
+    showTitles();
+}
+
+void LiveState::showTitles() {
+    QString remark = m_replay;
+    if (m_watch.age() > 0.0) {
+        remark += (remark.isEmpty() ? QString() : QStringLiteral(" – ")) +
+                  tr("no data for %1 s").arg(m_watch.ageText());
+    }
     for (Titled& titled : m_docks) {
         if (titled.dock) {
-            entitle(titled, isOld ? m_watch.ageText() : QString());
+            entitle(titled, remark);
         }
     }
 }
 
-void LiveState::entitle(Titled& titled, const QString& age) {
+void LiveState::entitle(Titled& titled, const QString& remark) {
     QDockWidget& dock = *titled.dock;
     if (titled.shown.isEmpty() || dock.windowTitle() != titled.shown) {
         titled.own = dock.windowTitle(); // also one that the module has changed meanwhile
     }
-    titled.shown = age.isEmpty() ? QString() : tr("%1 – no data for %2 s").arg(titled.own, age);
-    const QString title = age.isEmpty() ? titled.own : titled.shown;
+    titled.shown = remark.isEmpty() ? QString() : titled.own + QStringLiteral(" – ") + remark;
+    const QString title = remark.isEmpty() ? titled.own : titled.shown;
     if (dock.windowTitle() != title) {
         setTitleAlone(dock, title);
     }
 }
 
 QString LiveState::sentence() const {
-    switch (m_watch.cause()) {
+    const DataWatch::Cause cause = m_watch.cause();
+    const bool isSilence =
+        cause == DataWatch::Cause::NeverCame || cause == DataWatch::Cause::Stopped;
+    if (!m_replay.isEmpty() && isSilence) {
+        return tr("the recording has no frames here. The replay goes on with the next one.");
+    }
+    switch (cause) {
     case DataWatch::Cause::NoPort:
         return tr("the port for the data could not be opened. Connect again, with another data "
                   "port.");

@@ -27,6 +27,9 @@ public:
     /// The dock of a module; may be deleted at any time.
     void addDock(QDockWidget* dock);
 
+    /// What the docks show is a replay, in these words; empty: it is not.
+    void setReplay(const QString& words);
+
 private:
     struct Titled {
         QPointer<QDockWidget> dock;
@@ -39,13 +42,15 @@ private:
     void showWaiting(bool isWaiting);
     void tellOfInterruption(bool first);
     QString sentence() const;
-    static void entitle(Titled& titled, const QString& age);
+    void showTitles();
+    static void entitle(Titled& titled, const QString& remark);
 
     const DataWatch& m_watch;
     ControllerSession& m_session;
     LogModel& m_log;
     Banner& m_banner;
     std::vector<Titled> m_docks;
+    QString m_replay;
     bool m_dialogInterrupted = false;
 };
 

@@ -1,3 +1,4 @@
+#include "tests/support/contrast.h"
 #include "workbench/window/state/banner.h"
 
 #include <QAccessible>
@@ -27,20 +28,6 @@ namespace {
 
 constexpr int patience = 5000;
 constexpr double readable = 4.5; // contrast of text, as WCAG asks for it
-
-double luminance(const QColor& colour) {
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-    const double a = luminance(one);
-    const double b = luminance(other);
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
 
 QPalette dark() {
     QPalette palette(QColor(53, 53, 53));

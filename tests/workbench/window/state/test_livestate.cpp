@@ -157,8 +157,8 @@ private Q_SLOTS:
         m_controller->stopListening();
         QTRY_VERIFY_WITH_TIMEOUT(!m_window->backend().monitor.isMeasuring(), patience);
         QTRY_COMPARE_WITH_TIMEOUT(calls().constLast(), QString("stopped"), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().log.toText().contains(" lost ("), patience);
         QVERIFY(!m_window->backend().log.toText().contains("Measurement stopped"));
-        QVERIFY(m_window->backend().log.toText().contains(" lost ("));
     }
 
     void aSlowReplyIsToldWhileItIsWaitedFor() {
