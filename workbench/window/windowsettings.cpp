@@ -18,19 +18,22 @@ constexpr int stateVersion = 1;
 constexpr int maxRecentHosts = 8;
 constexpr int maxRecentControllers = 3;
 constexpr int maxCommands = 100;
+constexpr int maxEntryText = 200;
+constexpr int maxOutlets = 100;
 constexpr QSize defaultSize(1080, 820); // at 96 dpi
 constexpr int usualLines = 34;
 constexpr QSize smallestSize(320, 240);
 constexpr int farthest = 32767; // what window systems can express
 
-QVector<QRect> screenRects() {
+QVector<QRect> screenRects(const QWidget& window) {
     QVector<QRect> rects;
     if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
         return rects; // nobody looks at that screen, and its size means nothing
     }
     const QList<QScreen*> screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
-        rects += screen->availableGeometry();
+        rects +=
+            WindowSettings::insideFrame(screen->availableGeometry(), window.fontMetrics().height());
     }
     return rects;
 }
@@ -66,6 +69,31 @@ bool readStored(const QString& text, ControllerAddress& address) {
     const uint dataPort = text.midRef(slash + 1).toUInt(&good);
     address.dataPort = static_cast<quint16>(dataPort);
     return good && slash > 0 && dataPort <= 0xffff && address.parse(text.left(slash));
+}
+
+QString language() {
+    return QCoreApplication::translate("workbench::WindowSettings", "en",
+                                       "the code of this language");
+}
+
+// "300\t50\t&Tracking\t&Measurement Tool"
+QString storedText(const EntryMemo& entry) {
+    return QStringList{QString::number(entry.menuOrder), QString::number(entry.entryOrder),
+                       entry.menuName, entry.text}
+        .join(QLatin1Char('\t'));
+}
+
+bool readStored(const QString& text, EntryMemo& entry) {
+    const QStringList parts = text.split(QLatin1Char('\t'));
+    bool isMenuOrder = false;
+    bool isEntryOrder = false;
+    entry = {parts.value(2), parts.value(0).toInt(&isMenuOrder), parts.value(3),
+             parts.value(1).toInt(&isEntryOrder)};
+    const auto isText = [](const QString& part) {
+        return !part.isEmpty() && part.size() <= maxEntryText;
+    };
+    return parts.size() == 4 && isMenuOrder && isEntryOrder && isText(entry.menuName) &&
+           isText(entry.text);
 }
 
 } // namespace
@@ -120,6 +148,11 @@ QString WindowSettings::takeNotice() {
                               .arg(m_keptFile);
 }
 
+QRect WindowSettings::insideFrame(const QRect& screen, int textHeight) {
+    constexpr int border = 4;
+    return screen.adjusted(border, 2 * textHeight, -border, -border);
+}
+
 QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) {
     if (screens.isEmpty()) {
         return rect;
@@ -135,7 +168,7 @@ QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) 
 }
 
 void WindowSettings::restore(QMainWindow& window) {
-    const QVector<QRect> screens = screenRects();
+    const QVector<QRect> screens = screenRects(window);
     // With a large font the tool bar needs more width, and the docks more height.
     const QSize needed(window.sizeHint().width(), usualLines * window.fontMetrics().height());
     const QSize usual(screenPixels(defaultSize.width(), window),
@@ -255,6 +288,44 @@ QStringList WindowSettings::commandHistory() {
 void WindowSettings::setCommandHistory(const QStringList& commands) {
     m_settings.setValue(QStringLiteral("commands/history"),
                         QStringList(commands.mid(std::max(0, commands.size() - maxCommands))));
+}
+
+QVector<EntryMemo> WindowSettings::moduleEntries() {
+    const QString key = QStringLiteral("modules/entries");
+    QVector<EntryMemo> entries;
+    const QStringList stored = m_settings.value(key).toStringList();
+    for (const QString& text : stored) {
+        EntryMemo entry;
+        if (!readStored(text, entry)) {
+            dropBroken(key);
+            return {};
+        }
+        entries += entry;
+    }
+    return m_settings.value(QStringLiteral("modules/language")) == language()
+               ? entries
+               : QVector<EntryMemo>();
+}
+
+// What cannot be read again is left out.
+void WindowSettings::setModuleEntries(const QVector<EntryMemo>& entries) {
+    QStringList stored;
+    for (const EntryMemo& entry : entries) {
+        EntryMemo same;
+        if (readStored(storedText(entry), same) && same == entry) {
+            stored += storedText(entry);
+        }
+    }
+    m_settings.setValue(QStringLiteral("modules/entries"), stored);
+    m_settings.setValue(QStringLiteral("modules/language"), language());
+}
+
+QStringList WindowSettings::outlets() {
+    return m_settings.value(QStringLiteral("outlets/urls")).toStringList().mid(0, maxOutlets);
+}
+
+void WindowSettings::setOutlets(const QStringList& urls) {
+    m_settings.setValue(QStringLiteral("outlets/urls"), QStringList(urls.mid(0, maxOutlets)));
 }
 
 } // namespace workbench

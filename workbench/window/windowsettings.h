@@ -1,6 +1,7 @@
 #pragma once
 
 #include "workbench/controller/controlleraddress.h"
+#include "workbench/modules/moduleentries.h"
 
 #include <QRect>
 #include <QSettings>
@@ -12,8 +13,9 @@ class QMainWindow;
 namespace workbench {
 
 /// What the workbench remembers between two runs: window, docks, the last controllers, the last
-/// commands. A file that cannot be read, or holds values that cannot be meant, gives the defaults
-/// for these; it is kept under another name, and takeNotice() has one sentence about it.
+/// commands, the modules' entries. A file that cannot be read, or holds values that cannot be
+/// meant, gives the defaults for these; it is kept under another name, and takeNotice() has one
+/// sentence about it.
 class WindowSettings {
 public:
     /// An empty file name stands for the user's own settings file.
@@ -32,12 +34,23 @@ public:
     QStringList commandHistory();
     void setCommandHistory(const QStringList& commands);
 
+    /// Nothing when they were kept in another language.
+    QVector<EntryMemo> moduleEntries();
+    void setModuleEntries(const QVector<EntryMemo>& entries);
+
+    QStringList outlets(); ///< the URLs that data go to
+    void setOutlets(const QStringList& urls);
+
     /// At most one sentence, for the log; empty when all is well. The sentence is handed out once.
     QString takeNotice();
 
     /// `rect` inside the screen that shows most of it, or inside the first screen when none shows
     /// any; never larger than that screen.
     static QRect clamped(const QRect& rect, const QVector<QRect>& screens);
+
+    /// What of a screen is left for a window inside its frame, which window systems tell only after
+    /// it was shown: as much as a large one takes. `textHeight` is that of the window's letters.
+    static QRect insideFrame(const QRect& screen, int textHeight);
 
 private:
     void keepAside(bool (*keep)(const QString& from, const QString& to));

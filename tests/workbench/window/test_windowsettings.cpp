@@ -3,10 +3,12 @@
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
 using workbench::ControllerAddress;
+using workbench::EntryMemo;
 using workbench::WindowSettings;
 
 class TestWindowSettings : public QObject {
@@ -56,6 +58,15 @@ private Q_SLOTS:
         QTEST(WindowSettings::clamped(rect, screens), "expected");
     }
 
+    void onASmallScreenTheFrameIsInSightToo() {
+        constexpr int titleBar = 30; // of a usual letter's height of 16
+        const QRect screen(0, 0, 800, 600);
+        const QRect inside = WindowSettings::clamped(
+            QRect(-5, -5, 5000, 4000), {WindowSettings::insideFrame(screen, titleBar / 2)});
+        QVERIFY2(screen.contains(inside.adjusted(-4, -titleBar, 4, 4)), "the frame is cut off");
+        QVERIFY2(inside.width() >= 784 && inside.height() >= 560, "room is given away");
+    }
+
     void theLastThreeControllersComeBackWithTheirPorts() {
         const auto texts = [](const QVector<ControllerAddress>& controllers) {
             QStringList list;
@@ -97,6 +108,48 @@ private Q_SLOTS:
         const QVector<ControllerAddress> controllers = settings.recentControllers();
         QCOMPARE(controllers.isEmpty() ? QString() : controllers.first().toString(), controller);
         QCOMPARE(!settings.takeNotice().isEmpty(), content.contains("controllers"));
+    }
+
+    void theModulesEntriesComeBackInTheirLanguage() {
+        const QVector<EntryMemo> entries{
+            {QStringLiteral("&Tracking"), 300, QStringLiteral("&Settings, all"), 50},
+            {QStringLiteral("Ansicht"), -1, QStringLiteral("Größe"), 270}};
+        {
+            WindowSettings settings(path());
+            QVERIFY(settings.moduleEntries().isEmpty());
+            QVector<EntryMemo> more = entries;
+            more += EntryMemo{QStringLiteral("Menu"), 1, QStringLiteral("tab\tinside"), 1};
+            more += EntryMemo{QStringLiteral("Menu"), 1, QString(), 1};
+            more += EntryMemo{QStringLiteral("Menu"), 1, QString(100000, QLatin1Char('x')), 1};
+            settings.setModuleEntries(more);
+        }
+        {
+            WindowSettings settings(path());
+            QCOMPARE(settings.moduleEntries(), entries);
+            QCOMPARE(settings.takeNotice(), QString());
+        }
+        QSettings(path(), QSettings::IniFormat).setValue(QStringLiteral("modules/language"), "xx");
+        WindowSettings settings(path());
+        QVERIFY(settings.moduleEntries().isEmpty());
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void damagedEntriesAreNone_data() {
+        QTest::addColumn<QByteArray>("entries");
+        row("a word", QByteArray("rubbish"));
+        row("no numbers", QByteArray("a\\tb\\tMenu\\tEntry"));
+        row("no text", QByteArray("1\\t2\\tMenu\\t"));
+        row("no menu", QByteArray("1\\t2\\t\\tEntry"));
+        row("too much", QByteArray("1\\t2\\tMenu\\tEntry\\tmore"));
+        row("one good, one bad", QByteArray("1\\t2\\tMenu\\tEntry, x"));
+        row("too long", "1\\t2\\tMenu\\t" + QByteArray(100000, 'x'));
+    }
+    void damagedEntriesAreNone() {
+        QFETCH(QByteArray, entries);
+        write("[modules]\nlanguage=en\nentries=" + entries + "\n");
+        WindowSettings settings(path());
+        QVERIFY(settings.moduleEntries().isEmpty());
+        QVERIFY(!settings.takeNotice().isEmpty());
     }
 
     void windowAndDocksComeBack() {
