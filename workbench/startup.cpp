@@ -4,9 +4,14 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <malloc.h>
+
 namespace workbench {
 
 namespace {
+
+constexpr int ownPagesFrom = 1024 * 1024; // bytes
+constexpr int mostFreeAtTop = 1024 * 1024;
 
 QtMessageHandler handlerBefore = nullptr;
 
@@ -17,9 +22,17 @@ void dropNoise(QtMsgType type, const QMessageLogContext& context, const QString&
     }
 }
 
+// The modules' large buffers come and go with each connection. Left to itself the allocator takes
+// them from the heap as soon as one has been freed, and each leaves another hole there.
+void keepLargeBuffersOffTheHeap() {
+    ::mallopt(M_MMAP_THRESHOLD, ownPagesFrom);
+    ::mallopt(M_TRIM_THRESHOLD, mostFreeAtTop);
+}
+
 } // namespace
 
 void prepareForWindows() {
+    keepLargeBuffersOffTheHeap();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     handlerBefore = qInstallMessageHandler(dropNoise);

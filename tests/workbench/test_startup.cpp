@@ -4,7 +4,18 @@
 #include <QWidget>
 #include <QtTest>
 
+#include <malloc.h>
+#include <vector>
+
 namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+constexpr bool isSanitized = __has_feature(address_sanitizer);
+#else
+constexpr bool isSanitized = false;
+#endif
 
 QStringList told;
 
@@ -29,6 +40,24 @@ private Q_SLOTS:
     void windowsFollowTheScalingOfTheDisplay() {
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+    }
+
+    // Also after a larger one has been freed, which has the allocator take them from the heap.
+    void aLargeBufferHasPagesOfItsOwn() {
+        if (isSanitized) {
+            // QSKIP wants one argument more than C++17 lets it have.
+            QTest::qSkip("the sanitizer has an allocator of its own", __FILE__, __LINE__);
+            return;
+        }
+        constexpr std::size_t large = 5 * 1024 * 1024;
+        for (int turn = 0; turn < 3; ++turn) {
+            std::vector<char> larger(2 * large, 'a');
+            QCOMPARE(larger.back(), 'a');
+        }
+        const std::size_t before = ::mallinfo2().hblks;
+        const std::vector<char> buffer(large, 'b');
+        QCOMPARE(buffer.back(), 'b');
+        QCOMPARE(::mallinfo2().hblks, before + 1);
     }
 };
 
