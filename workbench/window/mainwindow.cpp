@@ -1,22 +1,26 @@
 #include "workbench/window/mainwindow.h"
 
 #include "ui_mainwindow.h"
-#include "workbench/text/elidedlabel.h"
 #include "workbench/text/rowprinter.h"
 #include "workbench/window/dialogs/guidedialog.h"
 #include "workbench/window/dialogs/modulelistdialog.h"
+#include "workbench/window/docksizes.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
+#include "workbench/window/recording/replaybar.h"
 #include "workbench/window/screenpixels.h"
+#include "workbench/window/sending/senddialog.h"
 #include "workbench/window/state/banner.h"
 #include "workbench/window/state/livestate.h"
+#include "workbench/window/state/statewords.h"
+#include "workbench/window/state/symbols.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QMessageBox>
+#include <QPixmapCache>
 #include <QPushButton>
-#include <QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -25,9 +29,8 @@ namespace workbench {
 
 namespace {
 
-constexpr int numbersIntervalMs = 500;
-constexpr int statusMargin = 8;
 constexpr int moduleDockHeight = 330; // at 96 dpi
+constexpr int pictureCacheKb = 2048;
 
 } // namespace
 
@@ -40,11 +43,14 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     , m_recording(m_backend.session, m_backend.recorder, m_backend.log)
     , m_modules({&m_backend.io, this, m_backend.session.versions(), setup.observerMode},
                 m_backend.log) {
+    QPixmapCache::setCacheLimit(pictureCacheKb);
     m_ui->setupUi(this);
     m_menus = new MenuArranger(m_ui->menubar);
+    m_backend.news.setDialogQuestion([] { return QApplication::activeModalWidget() != nullptr; });
     m_banner = new Banner(this);
     m_liveState = new LiveState(m_backend.watch, m_backend.session, m_backend.log, *m_banner, this);
     m_logDock = new LogDock(m_backend.log, this);
+    connect(m_logDock, &LogDock::trafficWanted, &m_backend.news, &CommandNews::setTrafficWanted);
     m_commandDock = new CommandDock(m_backend.session, this);
     m_commandDock->history().setCommands(m_settings.commandHistory());
     setDockNestingEnabled(true);
@@ -52,31 +58,40 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     addDockWidget(Qt::BottomDockWidgetArea, m_commandDock);
     tabifyDockWidget(m_logDock, m_commandDock);
     m_logDock->raise();
+    m_dockSizes = new DockSizes(*this);
+    m_dockSizes->watch(m_logDock);
+    m_dockSizes->watch(m_commandDock);
     setUpActions();
-    setUpStatusBar();
+    m_words = new StateWords({m_backend, m_recording, m_modules}, *m_ui, this);
     setUpStartPage();
     setUpSimulator();
+    setUpFigures();
     m_settings.restore(*this);
+    m_replayBar->placeIn(*this);
     m_banner->placeIn(*this);
     connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
     connect(&m_backend.session, &ControllerSession::ready, this, &MainWindow::onReady);
     connect(&m_backend.monitor, &MeasurementMonitor::changed, this, &MainWindow::onMeasuring);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::onAboutToQuit);
-    connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::showNumbers);
-    connect(&m_numbersTimer, &QTimer::timeout, this, &MainWindow::tellOfLongLines);
-    m_numbersTimer.start(numbersIntervalMs);
     static_cast<void>(m_settings.address()); // a damaged one is part of the notice
     const QString notice = m_settings.takeNotice();
     if (!notice.isEmpty()) {
         m_backend.log.problem(notice);
     }
+    m_outlets.restore();
     showState();
-    showNumbers();
-    showModules();
+    m_words->showNumbers();
+    m_words->showModules();
 }
 
 MainWindow::~MainWindow() {
     tearDownModules();
+    qDeleteAll(m_figureDocks); // before the data that they follow
+    // A window that is still visible is hidden when there is nothing left here to show anything.
+    const auto docks = findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QDockWidget* dock : docks) {
+        dock->disconnect(this);
+    }
 }
 
 void MainWindow::setUpActions() {
@@ -84,11 +99,11 @@ void MainWindow::setUpActions() {
     m_logDock->toggleViewAction()->setText(tr("&Log"));
     m_commandDock->toggleViewAction()->setText(tr("&Command line"));
     ui.toolBar->toggleViewAction()->setText(tr("&Toolbar"));
-    ui.actionConnect->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
-    ui.actionStart->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
-    ui.actionStop->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
-    ui.actionRecord->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
-    ui.actionStopRecording->setIcon(style()->standardIcon(QStyle::SP_DialogCloseButton));
+    ui.actionConnect->setIcon(symbolIcon(Symbol::Connect));
+    ui.actionStart->setIcon(symbolIcon(Symbol::Play));
+    ui.actionStop->setIcon(symbolIcon(Symbol::Stop));
+    ui.actionRecord->setIcon(symbolIcon(Symbol::Record));
+    ui.actionStopRecording->setIcon(symbolIcon(Symbol::Close));
     const MenuEntry entries[] = {
         {tr("&File"), 100, 10, ui.actionRecord},
         {tr("&File"), 100, 20, ui.actionStopRecording},
@@ -98,6 +113,7 @@ void MainWindow::setUpActions() {
         {tr("&Connection"), 200, 110, ui.actionSimulate},
         {tr("&Measurement"), 250, 10, ui.actionStart},
         {tr("&Measurement"), 250, 20, ui.actionStop},
+        {tr("Data"), 350, 10, ui.actionSendTo},
         {tr("&View"), 400, 10, m_logDock->toggleViewAction()},
         {tr("&View"), 400, 20, m_commandDock->toggleViewAction()},
         {tr("&View"), 400, 30, ui.toolBar->toggleViewAction()},
@@ -109,7 +125,8 @@ void MainWindow::setUpActions() {
         m_menus->add(entry);
     }
     setUpRecording();
-    m_menus->arrange();
+    setUpReplay();
+    setUpEntries();
     connect(ui.actionConnect, &QAction::triggered, this, &MainWindow::askForAddress);
     connect(ui.actionDisconnect, &QAction::triggered, this, &MainWindow::disconnectByHand);
     connect(ui.actionSimulate, &QAction::triggered, this, &MainWindow::trySimulator);
@@ -117,28 +134,15 @@ void MainWindow::setUpActions() {
     connect(ui.actionStop, &QAction::triggered, this, &MainWindow::stopMeasurement);
     connect(ui.actionRecord, &QAction::triggered, this, &MainWindow::askForRecording);
     connect(ui.actionStopRecording, &QAction::triggered, this, &MainWindow::stopRecording);
+    connect(ui.actionSendTo, &QAction::triggered, this,
+            [this] { SendDialog(m_outlets, makeTrialChannel, this).exec(); });
     connect(ui.actionQuit, &QAction::triggered, this, &QWidget::close);
     connect(ui.actionGuide, &QAction::triggered, this, &MainWindow::showGuide);
-    connect(ui.actionModules, &QAction::triggered, this,
-            [this] { ModuleListDialog(m_modules.modules(), this).exec(); });
+    connect(ui.actionModules, &QAction::triggered, this, [this] {
+        const ChannelMaker maker(ChannelMaker::usualFolders(), ChannelMaker::usualSurroundings());
+        ModuleListDialog(m_modules.modules(), maker.ways(), this).exec();
+    });
     connect(ui.actionAbout, &QAction::triggered, this, &MainWindow::showAbout);
-}
-
-void MainWindow::setUpStatusBar() {
-    const auto add = [this](QLabel* label, const char* objectName, const QString& name,
-                            int stretch) {
-        label->setObjectName(QLatin1String(objectName));
-        label->setAccessibleName(name);
-        label->setTextFormat(Qt::PlainText);
-        label->setContentsMargins(statusMargin, 0, statusMargin, 0);
-        statusBar()->addPermanentWidget(label, stretch);
-        return label;
-    };
-    m_connectionLabel = add(new ElidedLabel(this), "statusConnection", tr("Connection"), 1);
-    m_connectionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_measurementLabel = add(new QLabel(this), "statusMeasurement", tr("Measurement"), 0);
-    m_dataLabel = add(new QLabel(this), "statusData", tr("Data lines"), 0);
-    m_recordingLabel = add(new QLabel(this), "statusRecording", tr("Recording"), 0);
 }
 
 void MainWindow::onReady(bool first) {
@@ -155,14 +159,11 @@ void MainWindow::onReady(bool first) {
 void MainWindow::buildModules() {
     const QList<_GuiElement*> elements = m_modules.build();
     for (const _GuiElement* element : elements) {
-        m_menus->add({element->menu_name, element->menu_order_number,
-                      element->menu_entry_order_number, element->menu_entry,
-                      element->action_active_during_measurement != 0, true});
         if (auto* const dock = qobject_cast<QDockWidget*>(element->content)) {
             addDock(dock);
         }
     }
-    m_menus->arrange();
+    m_moduleEntries->offer(elements, m_setup.observerMode);
 }
 
 void MainWindow::addDock(QDockWidget* dock) {
@@ -170,10 +171,15 @@ void MainWindow::addDock(QDockWidget* dock) {
         dock->setObjectName(QStringLiteral("moduleDock_") + dock->windowTitle());
     }
     m_moduleDocks += dock;
+    connect(dock, &QDockWidget::visibilityChanged, this, &MainWindow::showMiddle);
     m_liveState->addDock(dock);
+    // One that its module has hidden waits for its menu entry; only one that nobody has asked to
+    // show or hide yet is open from the start.
+    const bool opensAtOnce = !dock->testAttribute(Qt::WA_WState_ExplicitShowHide);
+    m_dockSizes->watch(dock);
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
-        dock->show();
+        dock->setVisible(opensAtOnce);
         resizeDocks({dock}, {screenPixels(moduleDockHeight, *this)}, Qt::Vertical);
     }
     if (m_setup.openDocks) {
@@ -188,11 +194,11 @@ void MainWindow::tearDownModules() {
     // The places of docks that are deleted stay in the saved state, and wait there for their
     // successors.
     const QByteArray docks = saveState();
-    m_menus->removeModuleEntries();
-    m_menus->arrange();
+    m_moduleEntries->withdraw();
     m_modules.tearDown();
     m_moduleDocks.clear();
     restoreState(docks);
+    QPixmapCache::clear(); // what was painted of docks that are gone is never asked for again
 }
 
 void MainWindow::startMeasurement() {
@@ -207,7 +213,6 @@ void MainWindow::onMeasuring(bool measuring) {
     if (measuring) {
         m_backend.receiver.statistics().reset();
     }
-    m_menus->setMeasuring(measuring);
     // What a controller does that nobody reaches is not known.
     if (measuring || m_backend.session.state() != ControllerSession::State::Lost) {
         m_backend.log.info(measuring ? tr("Measurement started") : tr("Measurement stopped"));
@@ -268,7 +273,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     m_settings.setCommandHistory(m_commandDock->history().commands());
+    m_settings.setModuleEntries(m_moduleEntries->known());
     m_settings.save(*this);
+    m_backend.replay.end();
     m_recording.finish();
     tearDownModules();
     m_backend.session.disconnectFromController();

@@ -2,11 +2,14 @@
 
 #include "workbench/controller/simulator/simulatorprocess.h"
 #include "workbench/modules/backend.h"
+#include "workbench/modules/entrystates.h"
 #include "workbench/modules/menuarranger.h"
+#include "workbench/modules/moduleentries.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/window/opendialogs.h"
 #include "workbench/window/recording/csvexport.h"
 #include "workbench/window/recording/recordingcontrol.h"
+#include "workbench/window/sending/outletcontrol.h"
 #include "workbench/window/windowsettings.h"
 
 #include <QDockWidget>
@@ -14,7 +17,6 @@
 #include <QList>
 #include <QMainWindow>
 #include <QPointer>
-#include <QTimer>
 
 #include <memory>
 
@@ -26,9 +28,13 @@ namespace workbench {
 
 class Banner;
 class CommandDock;
+class DockSizes;
 class LiveState;
 class LogDock;
+class ReplayBar;
+class SimulatorMenu;
 class StartPage;
+class StateWords;
 
 /// The workbench's window: connection, measurement and recording by hand, the state in words, the
 /// modules' menus and docks.
@@ -51,10 +57,11 @@ public:
 
     Backend& backend() { return m_backend; }
     ModuleHost& modules() { return m_modules; }
+    OutletControl& outlets() { return m_outlets; }
     Banner& banner() { return *m_banner; } ///< for what is to be said over the docks
 
     /// To be called after modules were loaded.
-    void modulesLoaded() { showModules(); }
+    void modulesLoaded();
 
     /// Gives the present controller up and connects to this one; the modules' entries are built
     /// anew when the connection is there.
@@ -63,6 +70,9 @@ public:
     /// The same with a simulated controller of our own, started with these options; it ends with
     /// the connection. simulatorFailed() or modulesBuilt() follows.
     void simulate(const QStringList& options);
+
+    /// The same with one that replays this recording, from its beginning; see backend().replay.
+    void openRecording(const QString& fileName);
 
     void startMeasurement();
     void stopMeasurement();
@@ -88,12 +98,20 @@ protected:
 
 private:
     void setUpActions();
-    void setUpStatusBar();
+    void setUpEntries();
+    Situation situation() const;
+    void askForLock();
     void setUpStartPage();
     void setUpSimulator();
+    void setUpFigures();
+    void followSimulator();
     void askForAddress();
     void setUpRecording();
     void askForRecording();
+    void setUpReplay();
+    void askForReplay();
+    void showReplay();
+    QString replayTrouble(const QString& reason) const;
     void showGuide();
     void showAbout();
     void onAboutToQuit();
@@ -103,13 +121,10 @@ private:
     void addDock(QDockWidget* dock);
     void tearDownModules();
     void showState();
-    void showStartPage();
+    void showMiddle();
     void openConnection(const ControllerAddress& address);
     void disconnectByHand();
     void trySimulator();
-    void showNumbers();
-    void tellOfLongLines();
-    void showModules();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     Setup m_setup;
@@ -117,25 +132,31 @@ private:
     WindowSettings m_settings;
     SimulatorProcess m_simulator;
     RecordingControl m_recording;
+    OutletControl m_outlets{m_backend.outlets, m_backend.feed, m_backend.log, m_settings};
     CsvExport m_csvExport{m_backend.log, this};
     ModuleHost m_modules;
+    EntryStates m_entryStates;
     MenuArranger* m_menus = nullptr;
+    std::unique_ptr<ModuleEntries> m_moduleEntries;
     Banner* m_banner = nullptr;
     LiveState* m_liveState = nullptr;
     StartPage* m_startPage = nullptr;
+    QLabel* m_noDockHint = nullptr;
+    ReplayBar* m_replayBar = nullptr;
     LogDock* m_logDock = nullptr;
     CommandDock* m_commandDock = nullptr;
-    QLabel* m_connectionLabel = nullptr;
-    QLabel* m_measurementLabel = nullptr;
-    QLabel* m_dataLabel = nullptr;
-    QLabel* m_recordingLabel = nullptr;
+    QList<QDockWidget*> m_figureDocks; // what is measured, as the workbench itself shows it
+    SimulatorMenu* m_simulatorMenu = nullptr;
+    StateWords* m_words = nullptr;
+    DockSizes* m_dockSizes = nullptr;
     QList<QPointer<QDockWidget>> m_moduleDocks;
     QPointer<QDialog> m_guide;
     OpenDialogs m_openDialogs;
-    bool m_longLinesTold = false;
+    bool m_isLocked = false;      // as of the last time that a menu was opened
     bool m_measureAtOnce = false; // as soon as the simulator is there
-    QString m_simulatorTrouble;   // why the last one is not there, until the next try
-    QTimer m_numbersTimer;
+    QString m_ownTitle;           // of the window without a replay
+    QString m_replayFile;
+    QString m_simulatorTrouble; // why the last one is not there, until the next try
 };
 
 } // namespace workbench

@@ -1,9 +1,15 @@
+#include "libs/kestrel_wire/command.h"
 #include "ui_mainwindow.h"
 #include "workbench/window/dialogs/connectdialog.h"
+#include "workbench/window/log/commanddock.h"
+#include "workbench/window/log/logdock.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/simulatormenu.h"
 #include "workbench/window/startpage.h"
 
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace workbench {
 
@@ -17,9 +23,25 @@ void MainWindow::setUpStartPage() {
                            tr("Try the s&imulator"),
                            tr("A controller of our own on this computer: moving tools, "
                               "calibrations and faults, without any hardware."));
+    m_startPage->addChoice(findChild<QAction*>(QStringLiteral("actionOpenRecording")),
+                           QStringLiteral("pushButton_openRecording"), tr("&Open recording…"),
+                           tr("What was measured before, played again like live data."));
     m_startPage->addChoice(m_ui->actionGuide, QStringLiteral("pushButton_guide"), tr("&User guide"),
                            tr("What there is and how it is used, with pictures."));
     m_startPage->findChild<QPushButton*>(QStringLiteral("pushButton_connect"))->setFocus();
+    m_noDockHint = new QLabel(tr("No dock is open. The menu View shows them: what the modules "
+                                 "display, the log and the command line."),
+                              this);
+    m_noDockHint->setObjectName(QStringLiteral("label_noDock"));
+    m_noDockHint->setTextFormat(Qt::PlainText);
+    m_noDockHint->setAlignment(Qt::AlignCenter);
+    m_noDockHint->setWordWrap(true);
+    m_noDockHint->hide();
+    m_ui->verticalLayout->addWidget(m_noDockHint, 1);
+    for (const QDockWidget* dock :
+         {static_cast<QDockWidget*>(m_logDock), static_cast<QDockWidget*>(m_commandDock)}) {
+        connect(dock, &QDockWidget::visibilityChanged, this, &MainWindow::showMiddle);
+    }
     connect(m_startPage, &StartPage::controllerWanted, this,
             [this](const ControllerAddress& address) {
                 m_settings.setAddress(address);
@@ -27,39 +49,66 @@ void MainWindow::setUpStartPage() {
             });
 }
 
-// There as long as there is nobody to ask anything; then the docks get what room there is.
-void MainWindow::showStartPage() {
+// As long as there is nobody to ask anything: what can be done. Then the docks get what room there
+// is; without any of them: how to get one.
+void MainWindow::showMiddle() {
     const ControllerSession::State state = m_backend.session.state();
-    const bool wanted = state == ControllerSession::State::Disconnected ||
-                        state == ControllerSession::State::Connecting ||
-                        state == ControllerSession::State::Failed;
-    m_startPage->setState(m_simulator.isStarting()       ? tr("Starting the simulated controller")
+    const bool isStart = state == ControllerSession::State::Disconnected ||
+                         state == ControllerSession::State::Connecting ||
+                         state == ControllerSession::State::Failed;
+    m_startPage->setState(m_backend.replay.isActive()    ? m_backend.replay.text()
+                          : m_simulator.isStarting()     ? tr("Starting the simulated controller")
                           : m_simulatorTrouble.isEmpty() ? m_backend.session.stateText()
                                                          : m_simulatorTrouble);
-    m_ui->actionSimulate->setEnabled(!m_simulator.isStarting());
-    if (wanted && m_startPage->isHidden()) {
+    if (isStart && m_startPage->isHidden()) {
         m_startPage->setControllers(m_settings.recentControllers());
     }
-    m_startPage->setVisible(wanted);
+    const auto docks = findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    const bool isEmpty =
+        !isStart && std::all_of(docks.cbegin(), docks.cend(),
+                                [](const QDockWidget* dock) { return dock->isHidden(); });
+    m_startPage->setVisible(isStart);
+    m_noDockHint->setVisible(isEmpty);
     const QSize least = m_ui->verticalLayout->minimumSize();
-    centralWidget()->setMaximumHeight(wanted ? QWIDGETSIZE_MAX : least.height());
+    centralWidget()->setMaximumHeight(isStart || isEmpty ? QWIDGETSIZE_MAX : least.height());
 }
 
 void MainWindow::setUpSimulator() {
     connect(&m_simulator, &SimulatorProcess::listening, this, &MainWindow::openConnection);
     connect(&m_simulator, &SimulatorProcess::failed, this, [this](const QString& reason) {
-        m_backend.log.problem(reason);
-        m_simulatorTrouble = reason;
+        m_simulatorTrouble = m_backend.replay.isActive() ? replayTrouble(reason) : reason;
+        m_backend.log.problem(m_simulatorTrouble);
+        m_backend.replay.end();
         showState();
-        Q_EMIT simulatorFailed(reason);
+        Q_EMIT simulatorFailed(m_simulatorTrouble);
     });
     connect(&m_simulator, &SimulatorProcess::ended, this, [this](const QString& reason) {
         m_backend.log.problem(reason);
         m_simulatorTrouble = reason;
+        m_backend.replay.end();
         stopRecording();
         m_backend.session.disconnectFromController();
         Q_EMIT simulatorEnded(reason);
     });
+    m_simulatorMenu =
+        new SimulatorMenu({m_backend.session, *m_commandDock, *m_menus, m_entryStates}, this);
+    connect(m_menus, &MenuArranger::aboutToShow, m_simulatorMenu, &SimulatorMenu::refresh);
+    connect(&m_backend.session, &ControllerSession::stateChanged, this,
+            &MainWindow::followSimulator);
+}
+
+// One that is lost is the same one still.
+void MainWindow::followSimulator() {
+    ControllerSession& session = m_backend.session;
+    const bool saysSo =
+        session.versions()->hubModel() == QLatin1String(kestrel_wire::simulatorModel);
+    // A replay has nothing that could be moved.
+    if (session.isReady() && !m_backend.replay.isActive() &&
+        (m_simulator.isListening() || saysSo)) {
+        m_simulatorMenu->offer();
+    } else if (session.state() != ControllerSession::State::Lost) {
+        m_simulatorMenu->withdraw();
+    }
 }
 
 void MainWindow::askForAddress() {
@@ -72,6 +121,7 @@ void MainWindow::askForAddress() {
 
 void MainWindow::connectTo(const ControllerAddress& address) {
     m_measureAtOnce = false;
+    m_backend.replay.end();
     openConnection(address);
     if (m_simulator.isStarting() || m_simulator.isListening()) {
         m_simulator.stop();
@@ -100,10 +150,12 @@ void MainWindow::openConnection(const ControllerAddress& address) {
 }
 
 void MainWindow::disconnectByHand() {
+    m_backend.replay.end();
     stopRecording();
     tearDownModules();
     m_backend.session.disconnectFromController();
     m_simulator.stop();
+    showState();
 }
 
 } // namespace workbench

@@ -1,6 +1,7 @@
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/recording/savefile.h"
 #include "workbench/window/state/banner.h"
+#include "workbench/window/state/statewords.h"
 
 #include <QAction>
 
@@ -11,8 +12,13 @@ void MainWindow::setUpRecording() {
     exportAction->setObjectName(QStringLiteral("actionExportCsv"));
     exportAction->setStatusTip(tr("Write the frames of a recording as a table"));
     m_menus->add({tr("&File"), 100, 60, exportAction});
-    connect(exportAction, &QAction::triggered, &m_csvExport, &CsvExport::ask);
+    m_entryStates.add(exportAction, Need::NoExport);
+    connect(exportAction, &QAction::triggered, this, [this] {
+        m_csvExport.ask();
+        showState();
+    });
     connect(&m_csvExport, &CsvExport::finished, this, [this](const QString& problem) {
+        showState();
         if (problem.isEmpty()) {
             m_banner->clear(BannerTopic::Notice);
         } else {
@@ -23,7 +29,7 @@ void MainWindow::setUpRecording() {
     connect(&m_recording, &RecordingControl::changed, this,
             [this](bool running, const QString& error) {
                 showState();
-                showNumbers();
+                m_words->showNumbers();
                 if (running) {
                     m_banner->clear(BannerTopic::Recording);
                 }

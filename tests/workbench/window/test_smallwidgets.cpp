@@ -5,23 +5,57 @@
 #include "workbench/window/dialogs/connectdialog.h"
 #include "workbench/window/dialogs/modulelistdialog.h"
 #include "workbench/window/log/commanddock.h"
+#include "workbench/window/state/symbols.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QtTest>
 
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
 using workbench::CommandDock;
 using workbench::CommandHistory;
 using workbench::ConnectDialog;
 
 namespace {
+
 constexpr int patience = 5000;
+
+QPalette paletteOf(const QColor& ground, const QColor& letters) {
+    QPalette palette(ground, ground);
+    palette.setColor(QPalette::WindowText, letters);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText,
+                     QColor((ground.red() + letters.red()) / 2,
+                            (ground.green() + letters.green()) / 2,
+                            (ground.blue() + letters.blue()) / 2));
+    return palette;
 }
+
+// The greatest difference in grey between the symbol and what it stands on.
+int contrast(const QIcon& icon, QIcon::Mode mode, const QColor& ground) {
+    QImage image(32, 32, QImage::Format_ARGB32);
+    image.fill(ground);
+    QPainter painter(&image);
+    icon.paint(&painter, image.rect(), Qt::AlignCenter, mode);
+    painter.end();
+    int greatest = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            greatest = std::max(greatest, std::abs(qGray(image.pixel(x, y)) - qGray(ground.rgb())));
+        }
+    }
+    return greatest;
+}
+
+} // namespace
 
 class TestSmallWidgets : public QObject {
     Q_OBJECT
@@ -41,6 +75,38 @@ private Q_SLOTS:
         QCOMPARE(dialog.address().toString(), QStringLiteral("[fe80::1]:99"));
         host->setEditText(QStringLiteral("ctl.example:4711"));
         QCOMPARE(dialog.address().toString(), QStringLiteral("ctl.example:4711"));
+    }
+
+    void everySymbolFollowsThePalette_data() {
+        QTest::addColumn<QColor>("ground");
+        QTest::addColumn<QColor>("letters");
+        QTest::newRow("light") << QColor(239, 239, 239) << QColor(Qt::black);
+        QTest::newRow("dark") << QColor(40, 40, 40) << QColor(Qt::white);
+        QTest::newRow("black") << QColor(Qt::black) << QColor(230, 230, 230);
+    }
+    void everySymbolFollowsThePalette() {
+        QFETCH(QColor, ground);
+        QFETCH(QColor, letters);
+        using workbench::Symbol;
+        const Symbol symbols[] = {Symbol::Connect, Symbol::Open, Symbol::Record,   Symbol::Play,
+                                  Symbol::Pause,   Symbol::Stop, Symbol::Step,     Symbol::Close,
+                                  Symbol::Yes,     Symbol::No,   Symbol::Attention};
+        const QPalette before = QApplication::palette();
+        std::vector<QIcon> icons; // made before the palette changes
+        for (const Symbol symbol : symbols) {
+            icons.push_back(workbench::symbolIcon(symbol));
+        }
+        QApplication::setPalette(paletteOf(ground, letters));
+        QStringList faint;
+        for (std::size_t i = 0; i < icons.size(); ++i) {
+            const int usable = contrast(icons[i], QIcon::Normal, ground);
+            const int unusable = contrast(icons[i], QIcon::Disabled, ground);
+            if (usable < 150 || unusable < 60 || unusable > usable - 40) {
+                faint << QStringLiteral("%1: %2, %3").arg(i).arg(usable).arg(unusable);
+            }
+        }
+        QApplication::setPalette(before);
+        QCOMPARE(faint, QStringList());
     }
 
     void theConnectDialogRefusesWhatIsNoHost() {
@@ -136,16 +202,22 @@ private Q_SLOTS:
         const QVector<workbench::ModuleInfo> infos{
             {"/p/a.so", "A", "x.A", "Module A", "v1.2.3", ""},
             {"/p/b.so", "", "", "", "", "it is not a Qt plug-in"}};
-        const workbench::ModuleListDialog dialog(infos);
+        const workbench::ModuleListDialog dialog(
+            infos, {{"MQTT", "/o/mqtt.so", "v1.2.3", ""}, {"OpenIGTLink", "", "", "needs things"}});
         const auto* const table =
             dialog.findChild<QTableWidget*>(QStringLiteral("tableWidget_modules"));
-        QCOMPARE(table->rowCount(), 2);
+        QCOMPARE(table->rowCount(), 4);
         QCOMPARE(table->item(0, 0)->text(), QStringLiteral("Module A"));
         QCOMPARE(table->item(0, 1)->text(), QStringLiteral("v1.2.3"));
         QCOMPARE(table->item(0, 2)->text(), QStringLiteral("loaded"));
         QCOMPARE(table->item(0, 3)->text(), QStringLiteral("/p/a.so"));
         QCOMPARE(table->item(1, 0)->text(), QStringLiteral("unknown"));
         QCOMPARE(table->item(1, 2)->text(), QStringLiteral("not loaded: it is not a Qt plug-in"));
+        QCOMPARE(table->item(2, 0)->text(), QStringLiteral("Sending by MQTT"));
+        QCOMPARE(table->item(2, 1)->text(), QStringLiteral("v1.2.3"));
+        QCOMPARE(table->item(2, 2)->text(), QStringLiteral("loaded"));
+        QCOMPARE(table->item(2, 3)->text(), QStringLiteral("/o/mqtt.so"));
+        QCOMPARE(table->item(3, 2)->text(), QStringLiteral("not loaded: needs things"));
     }
 
     void rowsArePrintedWithTextsAndColours() {

@@ -96,7 +96,8 @@ private Q_SLOTS:
         openWindow();
         QVERIFY(page().isVisible());
         QCOMPARE(state(), QStringLiteral("Not connected"));
-        for (const char* name : {"pushButton_connect", "pushButton_simulate", "pushButton_guide"}) {
+        for (const char* name : {"pushButton_connect", "pushButton_simulate",
+                                 "pushButton_openRecording", "pushButton_guide"}) {
             QVERIFY2(button(name)->isVisible() && button(name)->isEnabled(), name);
             QVERIFY2(!button(name)->accessibleDescription().isEmpty(), name);
         }
@@ -153,6 +154,8 @@ private Q_SLOTS:
         QTest::keyClick(button("pushButton_simulate"), Qt::Key_Space);
         QCOMPARE(state(), QStringLiteral("Starting the simulated controller"));
         QVERIFY(!button("pushButton_simulate")->isEnabled());
+        QCOMPARE(button("pushButton_simulate")->toolTip(),
+                 QStringLiteral("The simulated controller is being started"));
         QVERIFY(built.wait(patience));
         QVERIFY(page().isHidden());
         QTRY_COMPARE_WITH_TIMEOUT(m_controller->count("kestrel2 tracking start"), 1, patience);
@@ -203,6 +206,8 @@ private Q_SLOTS:
         QPushButton* const last = button("pushButton_guide");
         button("pushButton_simulate")->setFocus();
         QTest::keyClick(button("pushButton_simulate"), Qt::Key_Tab);
+        QCOMPARE(m_window->focusWidget(), button("pushButton_openRecording"));
+        QTest::keyClick(button("pushButton_openRecording"), Qt::Key_Tab);
         QCOMPARE(m_window->focusWidget(), last);
         QTRY_VERIFY_WITH_TIMEOUT(
             last->visibleRegion().boundingRect().height() >= last->height() / 2, patience);

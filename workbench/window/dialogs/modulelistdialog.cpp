@@ -20,22 +20,30 @@ constexpr int heightInLines = 12;
 
 } // namespace
 
-ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules, QWidget* parent)
+ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules,
+                                   const std::vector<ChannelMaker::Way>& ways, QWidget* parent)
     : QDialog(parent) {
     Ui::ModuleListDialog ui;
     ui.setupUi(this);
-    ui.tableWidget_modules->setRowCount(modules.size());
-    for (int row = 0; row < modules.size(); ++row) {
-        const ModuleInfo& info = modules.at(row);
-        const QString name = info.name.isEmpty() ? info.className : info.name;
-        const QString cells[] = {
-            name.isEmpty() ? tr("unknown") : name, info.version,
-            info.isLoaded() ? tr("loaded") : tr("not loaded: %1").arg(info.reason), info.file};
+    const auto addRow = [&ui](const QString& name, const QString& version, const QString& reason,
+                              const QString& file) {
+        const QString cells[] = {name, version,
+                                 reason.isEmpty() ? tr("loaded") : tr("not loaded: %1").arg(reason),
+                                 file};
+        const int row = ui.tableWidget_modules->rowCount();
+        ui.tableWidget_modules->insertRow(row);
         for (int column = 0; column < 4; ++column) {
             auto* const item = new QTableWidgetItem(cells[column]);
             item->setToolTip(plainTip(cells[column])); // may be longer than the column is wide
             ui.tableWidget_modules->setItem(row, column, item);
         }
+    };
+    for (const ModuleInfo& info : modules) {
+        const QString name = info.name.isEmpty() ? info.className : info.name;
+        addRow(name.isEmpty() ? tr("unknown") : name, info.version, info.reason, info.file);
+    }
+    for (const ChannelMaker::Way& way : ways) {
+        addRow(tr("Sending by %1").arg(way.name), way.version, way.reason, way.file);
     }
     ui.tableWidget_modules->resizeColumnsToContents();
     // A long reason is wrapped, so that the files stay in sight.

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+
+#include <map>
+
+class QDockWidget;
+class QMainWindow;
+
+namespace workbench {
+
+/// A dock that was floated and is docked again at the same edge gets the size that it had there;
+/// one among tabs comes to the front, with about that size.
+class DockSizes : public QObject {
+    Q_OBJECT
+
+public:
+    explicit DockSizes(QMainWindow& window);
+
+    /// May be deleted at any time.
+    void watch(QDockWidget* dock);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    using Sizes = std::map<QDockWidget*, QSize>;
+
+    struct Place {
+        QSize docked;             // as it is, or was last
+        int area = 0;             // Qt::DockWidgetArea of it
+        Sizes before;             // of all docks when it was floated: they share the room
+        bool isReturning = false; // docked again, not laid out yet
+    };
+
+    void onFloating(QDockWidget& dock, bool isFloating);
+    void putBack(QDockWidget& dock);
+
+    QMainWindow& m_window;
+    std::map<QDockWidget*, Place> m_places;
+};
+
+} // namespace workbench
