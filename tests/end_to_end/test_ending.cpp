@@ -1,15 +1,9 @@
-#include "tests/end_to_end/processes.h"
+#include "tests/end_to_end/workplace.h"
 #include "tests/support/modalwatchdog.h"
-#include "workbench/commandlinerun.h"
-#include "workbench/window/mainwindow.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
@@ -40,31 +34,19 @@ void click(QWidget* dialog, const char* button) {
 class TestEnding : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<Simulator> m_simulator;
-    std::unique_ptr<workbench::MainWindow> m_window;
-    std::unique_ptr<workbench::CommandLineRun> m_run;
+    std::unique_ptr<Workplace> m_place;
 
     void open(const QStringList& simulatorOptions) {
-        m_simulator = std::make_unique<Simulator>(simulatorOptions);
-        QVERIFY(m_simulator->isListening());
-        workbench::Options options;
-        options.pluginFolder = QStringLiteral(KESTREL_PLUGINS);
-        options.connectTo = {QStringLiteral("127.0.0.1"), m_simulator->port()};
-        m_window = std::make_unique<workbench::MainWindow>(workbench::MainWindow::Setup{
-            m_folder->filePath(QStringLiteral("workbench.ini")), false, false});
-        m_run = std::make_unique<workbench::CommandLineRun>(*m_window, options);
-        m_window->show();
-        QSignalSpy built(m_window.get(), &workbench::MainWindow::modulesBuilt);
-        m_run->start();
-        QVERIFY(built.wait(startTimeoutMs));
+        QVERIFY(m_place->simulate(simulatorOptions));
+        QVERIFY(m_place->open({}));
     }
+    Simulator& simulator() { return *m_place->simulator; }
 
     void end(const QString& how) {
         if (how == QLatin1String("close")) {
-            m_window->close();
+            m_place->window->close();
         } else if (how == QLatin1String("signal")) {
-            m_run->watchSignals();
+            m_place->run->watchSignals();
             std::raise(SIGTERM);
         } else {
             QApplication::quit();
@@ -81,33 +63,16 @@ class TestEnding : public QObject {
             QApplication::quit();
         });
         giveUp.start(2 * patienceMs);
-        QTimer::singleShot(0, m_window.get(), [this, entry] { trigger(entry); });
+        QTimer::singleShot(0, m_place->window.get(),
+                           [this, entry] { QVERIFY(m_place->trigger(entry)); });
         QApplication::exec();
-        return inTime && !m_window->isVisible() && QApplication::activeModalWidget() == nullptr;
-    }
-
-    void trigger(const QString& text) {
-        const QList<QAction*> menus = m_window->menuBar()->actions();
-        for (const QAction* menu : menus) {
-            const QList<QAction*> actions = menu->menu()->actions();
-            for (QAction* action : actions) {
-                if (menu->text() == QLatin1String("&Tracking") && action->text() == text) {
-                    action->trigger();
-                    return;
-                }
-            }
-        }
+        return inTime && !m_place->window->isVisible() &&
+               QApplication::activeModalWidget() == nullptr;
     }
 
 private Q_SLOTS:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-
-    void cleanup() {
-        m_run.reset();
-        m_window.reset();
-        m_simulator.reset();
-        m_folder.reset();
-    }
+    void init() { m_place = std::make_unique<Workplace>(); }
+    void cleanup() { m_place.reset(); }
 
     void editedCountsAreTakenBack_data() {
         QTest::addColumn<QString>("how");
@@ -123,15 +88,15 @@ private Q_SLOTS:
         dog.on(settingsDialog, [&](QWidget* dialog) {
             dialog->findChild<QSpinBox*>(QStringLiteral("spinBox_noOfMeaBodies"))->setValue(1);
             dialog->findChild<QSpinBox*>(QStringLiteral("spinBox_noOfRefBodies"))->setValue(4);
-            during = m_simulator->value("measurementtool number_of_tools") +
-                     m_simulator->value("measurementtool number_of_references");
+            during = simulator().value("measurementtool number_of_tools") +
+                     simulator().value("measurementtool number_of_references");
             end(how);
         });
         QVERIFY(runUntilTheEnd(QStringLiteral("&Measurement Tool")));
         QCOMPARE(dog.strays(), QStringList());
         QCOMPARE(during, QString("14"));
-        QCOMPARE(m_simulator->value("measurementtool number_of_tools"), QString("3"));
-        QCOMPARE(m_simulator->value("measurementtool number_of_references"), QString("2"));
+        QCOMPARE(simulator().value("measurementtool number_of_tools"), QString("3"));
+        QCOMPARE(simulator().value("measurementtool number_of_references"), QString("2"));
     }
 
     void aCalibrationIsStoppedAtEveryStage_data() {
@@ -161,8 +126,8 @@ private Q_SLOTS:
         const bool longRun = stage == progressDialog;
         open({"--no-occlusion", "--cal-duration", longRun ? "60" : "1", "--cal-pause",
               stage == countdownDialog ? "30" : "0"});
-        QCOMPARE(m_simulator->ask("set sim calibration_tool b01"), QString("kestrel2 ok"));
-        const QString tip = m_simulator->value("sim tip_used b01");
+        QCOMPARE(simulator().ask("set sim calibration_tool b01"), QString("kestrel2 ok"));
+        const QString tip = simulator().value("sim tip_used b01");
         QString during;
         ModalWatchdog dog(patienceMs);
         bool first = true;
@@ -173,15 +138,15 @@ private Q_SLOTS:
             }
         });
         const auto endHere = [&](QWidget*) {
-            during = m_simulator->value("status active");
+            during = simulator().value("status active");
             end(how);
         };
         dog.on(stage, endHere);
         QVERIFY(runUntilTheEnd(QStringLiteral("Measurement &Tool tip calibration")));
         QCOMPARE(dog.strays(), QStringList());
         QCOMPARE(during, active);
-        QCOMPARE(m_simulator->value("status active"), QString("none"));
-        QCOMPARE(m_simulator->value("sim tip_used b01"), tip);
+        QCOMPARE(simulator().value("status active"), QString("none"));
+        QCOMPARE(simulator().value("sim tip_used b01"), tip);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "tests/end_to_end/processes.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -56,6 +57,13 @@ class TestLiveDisplay : public QObject {
     }
     QStringList measuring(const Simulator& simulator) {
         return {QStringLiteral("--connect"), simulator.address(), QStringLiteral("--measure")};
+    }
+
+    static bool hasToolLines(const QString& recording) {
+        QFile file(recording);
+        const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        const int records = content.indexOf("\nrecords\n");
+        return records >= 0 && content.indexOf("6dmt", records) >= 0;
     }
 
 private Q_SLOTS:
@@ -212,6 +220,8 @@ private Q_SLOTS:
             });
             QVERIFY2(showsPose(workbench.rows(), toolTable, 0, toolPoseColumn, held),
                      qPrintable(workbench.output()));
+            // It begins when the controller has answered what stands at its head.
+            QTRY_VERIFY_WITH_TIMEOUT(hasToolLines(recording), rowsTimeoutMs);
         }
         Simulator replay({"--replay", recording});
         QVERIFY(replay.isListening());

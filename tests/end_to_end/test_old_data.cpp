@@ -1,13 +1,10 @@
 #include "tests/end_to_end/networkcut.h"
-#include "tests/end_to_end/processes.h"
-#include "workbench/commandlinerun.h"
-#include "workbench/window/mainwindow.h"
+#include "tests/end_to_end/workplace.h"
 #include "workbench/window/state/banner.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
@@ -16,7 +13,6 @@
 
 using namespace processes;
 using workbench::BannerTopic;
-using workbench::MainWindow;
 
 namespace {
 
@@ -35,16 +31,14 @@ constexpr int lastingMs = 3000; // of a cause: long enough for a lost connection
 class TestOldData : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<NetworkCut> m_network;
-    std::unique_ptr<Simulator> m_simulator;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<workbench::CommandLineRun> m_run;
+    std::unique_ptr<Workplace> m_place;
 
-    const QTableWidget* tools() const { return m_window->findChild<QTableWidget*>(toolTable); }
-    const QTableWidget* references() const {
-        return m_window->findChild<QTableWidget*>(referenceTable);
+    const QTableWidget* table(const QString& name) const {
+        return m_place->window->findChild<QTableWidget*>(name);
     }
+    const QTableWidget* tools() const { return table(toolTable); }
+    const QTableWidget* references() const { return table(referenceTable); }
     QString position() const {
         const QTableWidgetItem* const cell =
             tools()->rowCount() == 0 ? nullptr : tools()->item(0, toolPoseColumn);
@@ -67,29 +61,14 @@ class TestOldData : public QObject {
 
     // The first tool is put at a place that it has not had, and is shown there.
     bool holdsAt(double x) {
-        return m_simulator->ask(QStringLiteral("sim place tool b01 %1 2 3 4 5 6").arg(x)) ==
-               QLatin1String("kestrel2 ok");
+        return m_place->order(QStringLiteral("sim place tool b01 %1 2 3 4 5 6").arg(x));
     }
     bool isShownAt(double x) const { return position() == QString::number(x, 'f', 2); }
 
-    void start(const QStringList& before, const QString& host) {
-        m_simulator = std::make_unique<Simulator>(
-            before, QStringList{"--no-occlusion", "--noise", "0", "--listen", host});
-        QVERIFY(m_simulator->isListening());
-    }
-
     void open(const QStringList& before = {}, const QString& host = "127.0.0.1") {
-        start(before, host);
+        QVERIFY(m_place->simulate({"--no-occlusion", "--noise", "0"}, before, host));
         QVERIFY(holdsAt(1.0));
-        workbench::Options options;
-        options.pluginFolder = QStringLiteral(KESTREL_PLUGINS);
-        options.connectTo = {host, m_simulator->port()};
-        options.measure = true;
-        m_window = std::make_unique<MainWindow>(
-            MainWindow::Setup{m_folder->filePath(QStringLiteral("workbench.ini")), false, true});
-        m_run = std::make_unique<workbench::CommandLineRun>(*m_window, options);
-        m_window->show();
-        m_run->start();
+        QVERIFY(m_place->open({/*measure=*/true, /*openDocks=*/true}));
         QTRY_VERIFY_WITH_TIMEOUT(tools() != nullptr && isShownAt(1.0), patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(references()->rowCount() > 0, patienceMs);
     }
@@ -97,7 +76,7 @@ class TestOldData : public QObject {
     // The cause begins, lasts and ends; `place` says what is to be shown afterwards.
     void goesAndComes(const std::function<void()>& begin, const std::function<void()>& end) {
         begin();
-        const auto isTold = [this] { return !m_window->banner().lines().isEmpty(); };
+        const auto isTold = [this] { return !m_place->window->banner().lines().isEmpty(); };
         const int told = timeUntil(isTold);
         const int gone = timeUntil([this] { return areCellsGone(); });
         QVERIFY(told >= 0 && gone >= 0);
@@ -115,28 +94,25 @@ class TestOldData : public QObject {
     }
 
     void signalSimulator(int number) {
-        QCOMPARE(::kill(static_cast<pid_t>(m_simulator->processId()), number), 0);
+        QCOMPARE(::kill(static_cast<pid_t>(m_place->simulator->processId()), number), 0);
     }
 
 private Q_SLOTS:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_place = std::make_unique<Workplace>(); }
     void cleanup() {
-        m_run.reset();
-        m_window.reset();
-        m_simulator.reset();
+        m_place.reset();
         m_network.reset();
-        m_folder.reset();
     }
 
     void theProcessIsKilled() {
         open();
-        const QString port = QString::number(m_simulator->port());
-        goesAndComes([this] { m_simulator->kill(); },
+        const QString port = QString::number(m_place->simulator->port());
+        goesAndComes([this] { m_place->simulator->kill(); },
                      [&] {
-                         m_simulator = std::make_unique<Simulator>(
+                         m_place->simulator = std::make_unique<Simulator>(
                              QStringList{"--no-occlusion", "--noise", "0", "--port", port});
                          QVERIFY(holdsAt(2.0));
-                         QCOMPARE(m_simulator->ask("tracking start"), QString("kestrel2 ok"));
+                         QVERIFY(m_place->order("tracking start"));
                      });
     }
 
@@ -173,15 +149,11 @@ private Q_SLOTS:
     void theDataAreLostOrGarbled() {
         QFETCH(QString, misbehaviour);
         open();
-        goesAndComes(
-            [&] {
-                QCOMPARE(m_simulator->ask("sim misbehave " + misbehaviour + " 100"),
-                         QString("kestrel2 ok"));
-            },
-            [&] {
-                QVERIFY(holdsAt(2.0));
-                QCOMPARE(m_simulator->ask("sim behave"), QString("kestrel2 ok"));
-            });
+        goesAndComes([&] { QVERIFY(m_place->order("sim misbehave " + misbehaviour + " 100")); },
+                     [&] {
+                         QVERIFY(holdsAt(2.0));
+                         QVERIFY(m_place->order("sim behave"));
+                     });
     }
 
     // Both programs stand still as a suspended computer's do. Before they are let go the tool is
@@ -192,7 +164,7 @@ private Q_SLOTS:
         QVERIFY(simulator.isListening());
         QCOMPARE(simulator.ask("sim place tool b01 1 2 3 4 5 6"), QString("kestrel2 ok"));
         Workbench workbench({"--connect", simulator.address(), "--measure"},
-                            m_folder->filePath("workbench.ini"));
+                            m_place->folder.filePath("workbench.ini"));
         const auto shows = [](const Rows& rows, const char* x) {
             const QVector<Row> found = rows.value(toolTable);
             return !found.isEmpty() &&

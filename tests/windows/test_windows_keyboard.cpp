@@ -48,9 +48,11 @@ bool isInteractive(const QWidget& widget) {
            widget.inherits("QTabBar");
 }
 
-// Of Qt's own making inside a widget, which speaks for it.
+// Of Qt's own making inside a widget, which speaks for it, or left over from docks that went.
 bool isPartOfAnother(const QWidget& widget) {
-    return widget.objectName().startsWith(QLatin1String("qt_")) || widget.inherits("QHeaderView") ||
+    const auto* const tabs = qobject_cast<const QTabBar*>(&widget);
+    return (tabs != nullptr && tabs->count() == 0) ||
+           widget.objectName().startsWith(QLatin1String("qt_")) || widget.inherits("QHeaderView") ||
            widget.inherits("QTableCornerButton") || widget.inherits("QComboBoxPrivateContainer") ||
            widget.inherits("QComboBoxListView") || widget.inherits("QLineEditIconButton") ||
            (widget.parentWidget() != nullptr && widget.parentWidget()->inherits("QComboBox"));

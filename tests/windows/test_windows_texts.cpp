@@ -1,6 +1,7 @@
 #include "tests/support/textfit.h"
 #include "tests/windows/texts.h"
 #include "tests/windows/windowtour.h"
+#include "tests/windows/workbenchwindows.h"
 
 #include <QProgressBar>
 #include <QRegularExpression>
@@ -11,16 +12,18 @@ namespace {
 
 // What reads the same in German as in English.
 const char* const sameWords =
-    "OK|Kestrel Workbench|Controller:?|Text|Tracking|Version|[xyz] \\[mm\\]|"
-    "kestrel2 get version system|"
+    "OK|Kestrel Workbench|Controller:?|Simulator|Text|Tracking|Version|(s )?[xyz] \\[mm\\]|"
+    "kestrel2 get version system|Name|Start|Position [xyz] in mm|(\\d+[.,]\\d+ )?mm|"
+    "Pause|1 min|M1 live|s[xyz] \\S+ mm|"
     "Module|"    // one of them in English, all of them in German
     "TextLabel"; // before it is replaced, never seen
 
 // What comes from the controller, the computer or the user.
 const char* const foreignTexts =
-    "MR?\\d+|SCRIPTED|Probe with .* buttons|VM0000\\d|Tip calibration|Swing the tool|"
+    "MR?\\d+|SCRIPTED|SIMULATOR|Probe with .* buttons|VM0000\\d|Tip calibration|Swing the tool|"
+    "kestrel2 (set )?sim .*|cone|silent|(udp|mqtt|igtl)://.*|"
     "too little movement|OtherPlugin|/.*\\.so|no host|"
-    "workbench|WORKBENCH"; // who has written a line of the log
+    "workbench|WORKBENCH|ProbeCheckModule|standard|result"; // who has written a line of the log
 
 bool mayBeTheSame(const QString& text) {
     static const QRegularExpression expression(
@@ -63,6 +66,34 @@ private Q_SLOTS:
         visit(stop, [&](QWidget& window) { fit = textFit(window); });
         QVERIFY2(fit.faults.isEmpty(), qPrintable('\n' + fit.faults.join(QLatin1Char('\n'))));
         QVERIFY(fit.texts + fit.buttons > 0);
+    }
+
+    void everythingHasRoomOnASmallScreen_data() {
+        QTest::addColumn<int>("stop");
+        const std::vector<TourStop> own = workbenchStops(); // the first ones of the tour
+        // Higher by themselves: a replay with everything told at once, and the dock of the points.
+        const QVector<QByteArray> higher{"main window, a replay without data",
+                                         "main window, points"};
+        for (std::size_t i = 0; i < own.size(); ++i) {
+            if (higher.contains(own[i].name)) {
+                continue;
+            }
+            for (const char* language : {"en", "de"}) {
+                QTest::addRow("%s, %s", own[i].name, language) << static_cast<int>(i);
+            }
+        }
+    }
+    void everythingHasRoomOnASmallScreen() {
+        QFETCH(int, stop);
+        const QSize withoutFrame(800 - 2 * 8, 600 - 40);
+        const Surroundings surroundings(QByteArray(QTest::currentDataTag()).right(2), 100);
+        QSize least;
+        visit(stop, [&](QWidget& window) {
+            least = window.minimumSizeHint().expandedTo(window.minimumSize());
+        });
+        QVERIFY(!least.isEmpty());
+        QVERIFY2(least.boundedTo(withoutFrame) == least,
+                 qPrintable(QStringLiteral("%1 x %2").arg(least.width()).arg(least.height())));
     }
 
     void everyCellHeaderAndButtonIsLookedAt_data() {
