@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
-#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
@@ -70,8 +70,8 @@ void DialogHabits::act(QWidget& dialog) {
         }
     } else if (name == QLatin1String("MtResultDlgClass")) {
         press(dialog, chance(60) ? "pushButton_accept" : "pushButton_cancel");
-    } else if (qobject_cast<QFileDialog*>(&dialog) != nullptr) {
-        chooseRecording(dialog);
+    } else if (auto* const files = qobject_cast<QFileDialog*>(&dialog)) {
+        chooseRecording(*files);
     } else {
         leave(dialog);
     }
@@ -139,10 +139,17 @@ void DialogHabits::enterController(QWidget& dialog) {
     qobject_cast<QDialog*>(&dialog)->accept();
 }
 
-// One name for all recordings; the earlier one goes, so that nobody asks about it.
-void DialogHabits::chooseRecording(QWidget& dialog) {
+// One name for all recordings; the earlier one goes, so that nobody asks about it. What is opened
+// is the last one, whatever became of it.
+void DialogHabits::chooseRecording(QFileDialog& dialog) {
     const QString file = QDir(m_recordingFolder).filePath(QStringLiteral("soak.kestrel"));
-    QFile::remove(file);
-    qobject_cast<QFileDialog*>(&dialog)->selectFile(file);
-    qobject_cast<QDialog*>(&dialog)->accept();
+    const bool isThere = QFile::exists(file);
+    if (dialog.acceptMode() == QFileDialog::AcceptSave) {
+        QFile::remove(file);
+    } else if (!isThere) {
+        return dialog.reject();
+    }
+    // (A dialog in which somebody is typing selects no file.)
+    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+    static_cast<QDialog&>(dialog).accept();
 }

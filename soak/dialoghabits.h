@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDeadlineTimer>
+#include <QFileDialog>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -31,7 +32,7 @@ private:
     void playWithSettings(QWidget& dialog);
     void chooseDevice(QWidget& dialog);
     void enterController(QWidget& dialog);
-    void chooseRecording(QWidget& dialog);
+    void chooseRecording(QFileDialog& dialog);
     static void press(QWidget& dialog, const char* button);
 
     std::mt19937_64 m_random;

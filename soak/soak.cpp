@@ -17,6 +17,7 @@ constexpr int reviveMs = 1500;
 constexpr int poolMs = 35000; // after which Qt's pool threads of the start have ended
 constexpr int retryMs = 3000;
 constexpr int fillLogLines = 10000; // as many as the log keeps
+constexpr int recordMs = 3000;
 constexpr int startPatienceMs = 30000;
 constexpr int settlePatienceMs = 60000;
 constexpr double liveShare = 0.5; // of the frames, on a loaded machine
@@ -25,12 +26,14 @@ constexpr int liveRows = 2;
 // What the user does next, in each state of the window; more often what stands more often.
 constexpr const char* whenMeasuring[] = {"stop",    "stop",           "display", "display",
                                          "record",  "stop-recording", "modules", "about",
-                                         "connect", "disconnect"};
-constexpr const char* whenIdle[] = {"start",       "start",       "start",    "start",
-                                    "start",       "start",       "settings", "settings",
-                                    "calibration", "calibration", "display",  "connect"};
-constexpr const char* whenAway[] = {"connect",     "connect", "settings",
-                                    "calibration", "display", "modules"};
+                                         "connect", "disconnect",     "replay"};
+constexpr const char* whenIdle[] = {"start",   "start",    "start",    "start",       "start",
+                                    "start",   "settings", "settings", "calibration", "calibration",
+                                    "display", "connect",  "replay"};
+constexpr const char* whenAway[] = {"connect", "connect", "settings", "calibration",
+                                    "display", "modules", "replay"};
+constexpr const char* whenReplaying[] = {"play", "play",   "step",    "display",
+                                         "stop", "record", "connect", "connect"};
 
 } // namespace
 
@@ -166,8 +169,9 @@ void Soak::enter(Phase phase) {
     m_sinceRetry.start();
     m_rowChangesThen = m_output.rowChanges();
     m_framesAtStart = m_output.frames();
-    static const char* const names[] = {"starting", "calming", "soaking", "settling",
-                                        "reviving", "cooling", "ending"};
+    static const char* const names[] = {"starting", "recording", "replaying", "returning",
+                                        "calming",  "soaking",   "settling",  "reviving",
+                                        "cooling",  "ending"};
     note(QByteArray("phase ") + names[static_cast<int>(phase)]);
 }
 
@@ -176,6 +180,12 @@ void Soak::poll() {
     switch (m_phase) {
     case Phase::Starting:
         return pollStarting();
+    case Phase::Recording:
+        return pollRecording();
+    case Phase::Replaying:
+        return pollReplaying();
+    case Phase::Returning:
+        return pollReturning();
     case Phase::Calming:
         return pollCalming();
     case Phase::Soaking:
@@ -194,10 +204,39 @@ void Soak::poll() {
 void Soak::pollStarting() {
     if (m_output.state() == "measuring" && m_output.frames() > 0 && m_output.rowChanges() > 1) {
         tellUser("log " + QByteArray::number(fillLogLines));
+        for (const char* dock : {"ReadoutDock", "PlotDock", "LogDock"}) {
+            tellUser(QByteArray("open ") + dock);
+        }
+        tellUser("do record");
+        enter(Phase::Recording);
+    } else if (phaseLasts(startPatienceMs)) {
+        giveUp(QStringLiteral("no measurement begins"));
+    }
+}
+
+void Soak::pollRecording() {
+    if (m_output.modal() == "-" && phaseLasts(recordMs)) {
+        tellUser("do replay");
+        enter(Phase::Replaying);
+    }
+}
+
+void Soak::pollReplaying() {
+    if (m_output.state() == "replay" && m_output.frames() > m_framesAtStart &&
+        phaseLasts(reviveMs)) {
+        tellUser("do connect");
+        enter(Phase::Returning);
+    } else if (phaseLasts(startPatienceMs)) {
+        giveUp(QStringLiteral("no replay begins"));
+    }
+}
+
+void Soak::pollReturning() {
+    if (m_output.state() == "measuring") {
         tellUser("do stop");
         enter(Phase::Calming);
     } else if (phaseLasts(startPatienceMs)) {
-        giveUp(QStringLiteral("no measurement begins"));
+        giveUp(QStringLiteral("the window does not come back from a replay"));
     }
 }
 
@@ -282,13 +321,17 @@ void Soak::useWindow() {
         return QByteArray(choices[m_user.upTo(int(std::size(choices)) - 1)]);
     };
     const QByteArray& state = m_output.state();
-    tellUser("do " + (state == "measuring" ? choose(whenMeasuring)
-                      : state == "idle"    ? choose(whenIdle)
-                                           : choose(whenAway)));
+    const QByteArray order = state == "measuring" ? choose(whenMeasuring)
+                             : state == "idle"    ? choose(whenIdle)
+                             : state == "replay"  ? choose(whenReplaying)
+                                                  : choose(whenAway);
+    m_replays += order == "replay" ? 1 : 0;
+    tellUser("do " + order);
 }
 
 void Soak::pollSettling() {
-    if (m_output.state() != "away" && m_output.modal() == "-") {
+    const bool isConnected = m_output.state() == "measuring" || m_output.state() == "idle";
+    if (isConnected && m_output.modal() == "-") {
         tellUser("do show-display");
         tellUser("do start");
         enter(Phase::Reviving);

@@ -16,7 +16,10 @@
 /// Lets simulator, workbench and plug-in run together for a time while everything goes wrong that
 /// can, and judges what became of them. The phases:
 ///
-///   starting   until a measurement runs
+///   starting   until a measurement runs; read-out, time plot and log are open from here on
+///   recording  some seconds of it are recorded
+///   replaying  until frames of this recording arrive
+///   returning  until the window is connected to the controller again
 ///   calming    measurement stopped; what the processes then hold is what they may hold at the end
 ///   soaking    misbehaviours come and go, the soak's user uses the window
 ///   settling   everything behaves again; until the window is connected and without a dialog
@@ -39,7 +42,18 @@ public:
     void start();
 
 private:
-    enum class Phase { Starting, Calming, Soaking, Settling, Reviving, Cooling, Ending };
+    enum class Phase {
+        Starting,
+        Recording,
+        Replaying,
+        Returning,
+        Calming,
+        Soaking,
+        Settling,
+        Reviving,
+        Cooling,
+        Ending
+    };
 
     struct Watched {
         QString name;
@@ -66,6 +80,9 @@ private:
     bool phaseLasts(int milliseconds) const { return m_sincePhase.elapsed() > milliseconds; }
     void poll();
     void pollStarting();
+    void pollRecording();
+    void pollReplaying();
+    void pollReturning();
     void pollCalming();
     void pollSoaking();
     void pollSettling();
@@ -101,6 +118,7 @@ private:
     WorkbenchOutput m_output{m_events};
     Mischief m_mischief;
     Mischief m_user; // only its random numbers
+    int m_replays = 0;
     bool m_misbehaving = false;
     int m_moods = 0;
     Phase m_phase = Phase::Starting;

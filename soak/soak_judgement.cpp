@@ -128,6 +128,7 @@ void Soak::report() const {
                 m_soakSeconds > 0.0 ? double(m_framesInSoak) / m_soakSeconds : 0.0);
     std::printf("bad times        %d\n", m_moods);
     std::printf("orders obeyed    %d\n", m_output.ordersDone());
+    std::printf("replays          %d\n", m_replays);
     std::printf("longest silence  %.2f s (%.2f s outside calibrations)\n",
                 double(m_output.longestGapMs()) / 1000.0,
                 double(m_output.longestUsualGapMs()) / 1000.0);

@@ -7,6 +7,7 @@
 #include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QToolBar>
 
 #include <chrono>
 #include <cstdio>
@@ -70,15 +71,18 @@ void SoakUser::beat() {
     }
     const bool measuring = action("stop")->isEnabled();
     const bool idle = action("start")->isEnabled();
+    const auto* const bar = m_window->findChild<QToolBar*>(QLatin1String("replayBar"));
+    const bool replaying = bar != nullptr && bar->isVisible();
     const QWidget* const modal = QApplication::activeModalWidget();
     const QString name = modal == nullptr                ? QStringLiteral("-")
                          : modal->objectName().isEmpty() ? QStringLiteral("unnamed")
                                                          : modal->objectName();
     std::printf("beat %lld %llu %s %s\n", monotonicMs(),
                 static_cast<unsigned long long>(m_frames.load()),
-                measuring ? "measuring"
-                : idle    ? "idle"
-                          : "away",
+                replaying   ? "replay"
+                : measuring ? "measuring"
+                : idle      ? "idle"
+                            : "away",
                 qPrintable(name));
     std::fflush(stdout);
 }
@@ -109,6 +113,8 @@ void SoakUser::obey(const QByteArray& order) {
         m_habits.setRecordingFolder(QString::fromLocal8Bit(value));
     } else if (word == "log") {
         fillLog(value.toInt());
+    } else if (word == "open") {
+        openDock(value);
     } else if (word == "rest") {
         m_habits.setResting(value == "yes");
     } else if (word == "do") {
@@ -125,6 +131,7 @@ QAction* SoakUser::action(const QByteArray& name) const {
         {"connect", QStringLiteral("actionConnect")},
         {"disconnect", QStringLiteral("actionDisconnect")},
         {"modules", QStringLiteral("actionModules")},
+        {"replay", QStringLiteral("actionOpenRecording")},
         {"about", QStringLiteral("actionAbout")},
     };
     if (name == "display" || name == "show-display") {
@@ -142,14 +149,32 @@ QAction* SoakUser::action(const QByteArray& name) const {
 void SoakUser::trigger(const QByteArray& name) {
     QTimer::singleShot(0, this, [this, name] {
         QAction* const entry = action(name);
+        QAbstractButton* const key = button(name);
         const bool isThere = name == "show-display" && entry != nullptr && entry->isChecked();
-        const bool can = entry != nullptr && entry->isEnabled() && !isThere &&
+        const bool can = ((entry != nullptr && entry->isEnabled() && !isThere) ||
+                          (key != nullptr && key->isEnabled())) &&
                          QApplication::activeModalWidget() == nullptr;
         std::printf("order %s %s\n", name.constData(), can ? "done" : "not possible");
         if (can) {
-            entry->trigger();
+            entry != nullptr ? entry->trigger() : key->click();
         }
     });
+}
+
+QAbstractButton* SoakUser::button(const QByteArray& name) const {
+    static const QHash<QByteArray, QString> own = {
+        {"play", QStringLiteral("toolButton_replayPlay")},
+        {"step", QStringLiteral("toolButton_replayStep")},
+    };
+    return own.contains(name) ? m_window->findChild<QAbstractButton*>(own.value(name)) : nullptr;
+}
+
+// The time plot may be missing.
+void SoakUser::openDock(const QByteArray& name) {
+    if (auto* const dock = m_window->findChild<QDockWidget*>(QLatin1String(name))) {
+        dock->show();
+        dock->raise();
+    }
 }
 
 void SoakUser::fillLog(int lines) {

@@ -5,6 +5,7 @@
 #include "host_api/requester.h"
 #include "soak/dialoghabits.h"
 
+#include <QAbstractButton>
 #include <QMainWindow>
 #include <QObject>
 #include <QSocketNotifier>
@@ -19,11 +20,12 @@
 ///   beat <ms> <frames> <state> <modal>
 ///
 /// with a monotonic time, the number of frames received so far, the state of the window ("away",
-/// "idle", "measuring") and the object name of the modal dialog on top, or "-".
+/// "idle", "measuring", "replay" as long as a recording is open) and the object name of the modal
+/// dialog on top, or "-".
 ///
 /// Orders: "seed N", "controller PORT", "folder PATH" (for recordings), "log N" (writes N log
-/// lines), "rest yes" (closes dialogs instead of playing with them), "rest no", and "do NAME",
-/// which triggers a menu entry if it is enabled and no dialog is open.
+/// lines), "open DOCK", "rest yes" (closes dialogs instead of playing with them), "rest no", and
+/// "do NAME", which triggers a menu entry or a button if it is enabled and no dialog is open.
 class SoakUser : public QObject, public ModuleInterface, public Requester {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "org.kestrel.kestrel2.gui.SoakUser")
@@ -48,6 +50,8 @@ private:
     void readOrders();
     void obey(const QByteArray& order);
     void trigger(const QByteArray& name);
+    void openDock(const QByteArray& name);
+    QAbstractButton* button(const QByteArray& name) const;
     QAction* action(const QByteArray& name) const;
     void fillLog(int lines);
 
