@@ -77,8 +77,9 @@ struct Result {
 // The workbench with the plug-in and its live display, connected to a sender.
 class Receiver {
 public:
-    /// `recording`: where the frames are recorded besides; empty: they are not.
-    Receiver(int tools, const QString& recording)
+    /// `recording`: where the frames are recorded besides; empty: they are not. `outlets`: URLs
+    /// where they are sent besides.
+    Receiver(int tools, const QString& recording, const QStringList& outlets)
         : m_tools(tools) {
         startSender();
         workbench::ControllerAddress address;
@@ -90,6 +91,12 @@ public:
         require(waitFor([this] { return m_backend.monitor.isMeasuring(); }), "no measurement");
         require(recording.isEmpty() || m_backend.recorder.start(recording, {}),
                 "the recording cannot begin");
+        for (const QString& text : outlets) {
+            workbench::OutletUrl url;
+            QString error;
+            require(url.parse(text, &error) && m_backend.outlets.add(url, &error),
+                    qPrintable(error));
+        }
         run(warmUpRate, warmUpSeconds);
         const auto* const table =
             m_window.findChild<QTableWidget*>(QStringLiteral("tableWidget6dmt"));
@@ -134,6 +141,17 @@ public:
                     static_cast<unsigned long long>(status.frames),
                     static_cast<unsigned long long>(status.unwritten));
         require(!status.running && status.error.isEmpty(), "the recording has failed");
+    }
+
+    /// Says what has become of what was sent besides.
+    void tellOfOutlets() {
+        for (const auto& entry : m_backend.outlets.entries()) {
+            std::printf("  to %s with %d tools: %llu frames, %llu dropped; %s\n",
+                        qPrintable(entry.url.text), m_tools,
+                        static_cast<unsigned long long>(entry.status.sentFrames),
+                        static_cast<unsigned long long>(entry.status.droppedFrames),
+                        qPrintable(entry.status.word.text));
+        }
     }
 
 private:
@@ -192,7 +210,8 @@ int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addOptions({{"seconds", "How long each combination is sent (10).", "SECONDS", "10"},
-                       {"record", "Record the frames besides.", "FILE"}});
+                       {"record", "Record the frames besides.", "FILE"},
+                       {"send", "Send the frames there besides; may be repeated.", "URL"}});
     parser.addHelpOption();
     parser.process(application);
     const double seconds = parser.value("seconds").toDouble();
@@ -205,13 +224,14 @@ int main(int argc, char* argv[]) {
                 "receiving thread | longest from sending to the module |\n"
                 "|---|---|---|---|---|---|---|---|\n");
     for (const int tools : {4, 20, 100}) {
-        Receiver receiver(tools, parser.value("record"));
+        Receiver receiver(tools, parser.value("record"), parser.values("send"));
         for (const int rate : {100, 1000, 10000}) {
             printRow(tools, rate, receiver.run(rate, seconds));
         }
         if (parser.isSet("record")) {
             receiver.endRecording();
         }
+        receiver.tellOfOutlets();
     }
     ::getloadavg(load.data(), 3);
     std::printf("\nload average after: %.1f\n", load[0]);

@@ -28,11 +28,13 @@ constexpr double preparedRate = 60.0;
 constexpr double never = 1e-9; // frames per second of the simulator itself
 constexpr int ownLines = 2;    // counter and time stamp: written anew for each frame
 
+// Whoever sends the first datagram is the controller: none of the simulator's own may arrive.
 SimulatorOptions optionsFor(int tools) {
     return parseOptions({QStringLiteral("bench_scale"), QStringLiteral("--port"),
                          QStringLiteral("0"), QStringLiteral("--tools"), QString::number(tools),
                          QStringLiteral("--references"), QString::number(references),
-                         QStringLiteral("--no-occlusion")})
+                         QStringLiteral("--no-occlusion"), QStringLiteral("--misbehave"),
+                         QStringLiteral("lost-data=100")})
         .options;
 }
 
