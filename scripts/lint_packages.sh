@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages of a build and lets Debian's, the desktop's and AppStream's own checkers
-# judge them.
+# Makes the Debian packages of a build and lets Debian's, the desktop's, AppStream's and systemd's own
+# checkers judge them.
 #   scripts/lint_packages.sh [BUILD_FOLDER]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 
 build=${1:-build/release}
 work=$PWD/build/packages
-install_missing dpkg-dev lintian desktop-file-utils appstream
+install_missing dpkg-dev lintian desktop-file-utils appstream systemd
 
 rm -rf "$work"
 mkdir -p "$work"
@@ -20,4 +20,9 @@ for package in "$work"/*.deb; do
 done
 desktop-file-validate "$work"/root/usr/share/applications/*.desktop
 appstreamcli validate --no-net "$work"/root/usr/share/metainfo/*.xml
+# What it does not know it only tells of.
+unit=kestrel-gateway.service
+sed "s|^ExecStart=/usr/|ExecStart=$work/root/usr/|" "$work/root/usr/share/doc/kestrel-workbench/examples/$unit" \
+    >"$work/$unit"
+told=$(systemd-analyze verify --man=no "$work/$unit" 2>&1) && [ -z "$told" ] || { echo "$unit: $told"; exit 1; }
 rm -rf "$work/root"

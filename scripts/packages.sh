@@ -2,8 +2,10 @@
 
 build_packages=(
     build-essential cmake ninja-build ccache python3
-    qtbase5-dev qttools5-dev qttools5-dev-tools libfast-float-dev libeigen3-dev
+    qtbase5-dev qttools5-dev qttools5-dev-tools qtmultimedia5-dev libqwt-qt5-dev libfast-float-dev libeigen3-dev
+    libmosquitto-dev libopenigtlink-dev mosquitto openssl
     libgtest-dev libbenchmark-dev
+    python3-dev pybind11-dev python3-numpy python3-pytest python3-matplotlib python3-pip
     fonts-dejavu-core fakeroot iproute2
 )
 analysis_packages=(clang-format-14 clang-tidy-14 clazy clang-14 lld-14)

@@ -23,7 +23,8 @@ files_in_root() { (cd "$root" && find . -path ./var/lib/dpkg -prune -o -print | 
 rm -rf "$work"
 mkdir -p "$work/packages" "$admin/info" "$admin/updates"
 cp /var/lib/dpkg/status "$admin/status"
-for package in kestrel-workbench libkestrelsdk-dev libkestrelprobe-dev; do # should they be installed here
+for package in kestrel-workbench kestrel-workbench-outlets libkestrelsdk-dev libkestrelprobe-dev \
+    python3-kestrel-sdk; do # should they be installed here
     sed -i "/^Package: $package\$/,/^\$/d" "$admin/status"
 done
 files_in_root >"$work/before"
@@ -31,19 +32,54 @@ files_in_root >"$work/before"
 (cd "$work" && cpack --config "$build/CPackConfig.cmake" -B "$work/packages") >"$work/log" 2>&1 ||
     { tail -30 "$work/log"; fail "cpack"; }
 workbench=$(find "$work/packages" -maxdepth 1 -name 'kestrel-workbench_*.deb')
+outlets=$(find "$work/packages" -maxdepth 1 -name 'kestrel-workbench-outlets_*.deb')
 sdk=$(find "$work/packages" -maxdepth 1 -name 'libkestrelsdk-dev_*.deb')
 probe=$(find "$work/packages" -maxdepth 1 -name 'libkestrelprobe-dev_*.deb')
-if [ ! -f "$workbench" ] || [ ! -f "$sdk" ] || [ ! -f "$probe" ]; then fail "not the packages that are expected"; fi
+python=$(find "$work/packages" -maxdepth 1 -name 'python3-kestrel-sdk_*.deb')
+for package in "$workbench" "$outlets" "$sdk" "$probe" "$python"; do
+    [ -f "$package" ] || fail "not the packages that are expected"
+done
 
 depends=$(dpkg-deb -f "$workbench" Depends)
 for library in libc6 libqt5core5a libqt5network5 libqt5widgets5 libstdc++6; do
     [[ "$depends" == *"$library "* ]] || fail "kestrel-workbench does not depend on $library: $depends"
 done
+sounds=plugins/probecheck/libProbeCheckSounds.so
+if [ -e "$build/$sounds" ]; then
+    [[ "$depends" == *"libqt5multimedia5 "* ]] || fail "no library to play sounds with: $depends"
+    [[ "$(dpkg-deb -c "$workbench")" == *"/$sounds"* ]] || fail "the sounds are not in the package"
+fi
+if grep -q '^QWT_LIBRARY:FILEPATH=/' "$build/CMakeCache.txt"; then
+    [[ "$depends" == *"libqwt-qt5-6 "* ]] || fail "no library to plot with: $depends"
+fi
 [[ "$depends" != *kestrelsdk* ]] || fail "the programs need the development files"
+[[ "$depends" != *mosquitto* && "$depends" != *openigtlink* ]] ||
+    fail "kestrel-workbench cannot do without the outlets' libraries: $depends"
+[[ "$(dpkg-deb -f "$workbench" Recommends)" == *kestrel-workbench-outlets* ]] ||
+    fail "kestrel-workbench does not recommend its outlets"
+depends=$(dpkg-deb -f "$outlets" Depends)
+for package in kestrel-workbench libmosquitto1 libopenigtlink1.11; do
+    [[ "$depends, " == *"$package"[\ ,]* ]] || fail "the outlets do not depend on $package: $depends"
+done
 
 dpkg_here --install "$workbench"
 [ ! -d "$root/usr/include" ] || fail "the programs come with headers"
 check_programs "$root/usr" "$work"
+
+# send_to URL EXIT_CODE WORDS: what becomes of a workbench that is to send there for a moment.
+send_to() {
+    local code=0
+    QT_QPA_PLATFORM=offscreen LC_ALL=C XDG_DATA_HOME="$work/data" "$root/usr/bin/kestrel-workbench" \
+        --settings "$work/send.ini" --send "$1" --quit-after 2 >"$work/send" 2>&1 || code=$?
+    [ $code -eq "$2" ] || { cat "$work/send"; fail "--send $1 ended with exit code $code"; }
+    grep -qF "$3" "$work/send" || { cat "$work/send"; fail "--send $1 does not say: $3"; }
+}
+for url in mqtt://127.0.0.1:1/p igtl://:18955; do
+    send_to "$url" 6 kestrel-workbench-outlets
+done
+dpkg_here --install "$outlets"
+send_to mqtt://127.0.0.1:1/p 0 Waiting
+send_to igtl://:18955 0 'nobody is connected'
 
 dpkg_here --install "$sdk"
 for file in include/kestrel_sdk/KestrelParser.h include/kestrel/host_api/moduleinterface.h \
@@ -55,11 +91,22 @@ done
 
 dpkg_here --install "$probe"
 for file in include/kestrel_probe/PivotFit.h include/kestrel_probe/PointCapture.h \
-    include/kestrel_probe/Verdict.h lib/libkestrel_probe.a \
+    include/kestrel_probe/TipSolver.h include/kestrel_probe/Verdict.h lib/libkestrel_probe.a \
     lib/cmake/KestrelProbe/KestrelProbeConfig.cmake share/doc/libkestrelprobe-dev/tip_check.md; do
     [ -s "$root/usr/$file" ] || fail "libkestrelprobe-dev has no $file"
 done
 
-dpkg_here --purge kestrel-workbench libkestrelsdk-dev libkestrelprobe-dev
+depends=$(dpkg-deb -f "$python" Depends)
+for package in libc6 libstdc++6 python3 python3-numpy; do
+    [[ "$depends, " =~ (^|\ )"$package"[\ ,] ]] || fail "python3-kestrel-sdk does not depend on $package: $depends"
+done
+dpkg_here --install "$python"
+[ -s "$root/usr/share/doc/python3-kestrel-sdk/python.md" ] || fail "python3-kestrel-sdk has no python.md"
+PYTHONPATH="$root/usr/lib/python3/dist-packages" /usr/bin/python3 -B -c "
+import kestrel_sdk
+assert kestrel_sdk.__file__.startswith('$root/')
+assert kestrel_sdk.Parser().parse_frame('fr 5').counter == 5" || fail "python3-kestrel-sdk does not work"
+
+dpkg_here --purge kestrel-workbench-outlets kestrel-workbench libkestrelsdk-dev libkestrelprobe-dev python3-kestrel-sdk
 files_in_root | diff "$work/before" - || fail "the packages leave something behind"
 rm -rf "$root"
