@@ -82,8 +82,8 @@
         <translation>Protokoll</translation>
     </message>
     <message>
-        <source>Show only lines that contain this text</source>
-        <translation>Nur Zeilen mit diesem Text zeigen</translation>
+        <source>Lines with this text</source>
+        <translation>Zeilen mit diesem Text</translation>
     </message>
     <message>
         <source>Filter of the log</source>
@@ -117,20 +117,36 @@
         <source>Log lines</source>
         <translation>Protokollzeilen</translation>
     </message>
+    <message>
+        <source>Level of the lines that are shown</source>
+        <translation>Stufe der gezeigten Zeilen</translation>
+    </message>
+    <message>
+        <source>Show only lines of this level</source>
+        <translation>Nur Zeilen dieser Stufe zeigen</translation>
+    </message>
+    <message>
+        <source>Source of the lines that are shown</source>
+        <translation>Quelle der gezeigten Zeilen</translation>
+    </message>
+    <message>
+        <source>Show only lines from this source</source>
+        <translation>Nur Zeilen aus dieser Quelle zeigen</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Befehle</translation>
+    </message>
+    <message>
+        <source>From now on write all that is sent to the controller, and its answers</source>
+        <translation>Ab jetzt alles schreiben, was an den Controller gesandt wird, und seine Antworten</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
         <source>Kestrel Workbench</source>
         <translation>Kestrel Workbench</translation>
-    </message>
-    <message>
-        <source>Connection:</source>
-        <translation>Verbindung:</translation>
-    </message>
-    <message>
-        <source>Connection</source>
-        <translation>Verbindung</translation>
     </message>
     <message>
         <source>Controller:</source>
@@ -147,14 +163,6 @@
     <message>
         <source>Versions</source>
         <translation>Versionen</translation>
-    </message>
-    <message>
-        <source>Measurement:</source>
-        <translation>Messung:</translation>
-    </message>
-    <message>
-        <source>Measurement</source>
-        <translation>Messung</translation>
     </message>
     <message>
         <source>Data lines:</source>
@@ -300,6 +308,14 @@
         <source>Start a simulated controller on this computer and connect to it</source>
         <translation>Einen simulierten Controller auf diesem Rechner starten und sich mit ihm verbinden</translation>
     </message>
+    <message>
+        <source>&amp;Send to…</source>
+        <translation>&amp;Senden an…</translation>
+    </message>
+    <message>
+        <source>Send tools, references and results to other programs</source>
+        <translation>Werkzeuge, Referenzen und Ergebnisse an andere Programme senden</translation>
+    </message>
 </context>
 <context>
     <name>ModuleListDialog</name>
@@ -330,6 +346,195 @@
     <message>
         <source>No module was found.</source>
         <translation>Es wurde kein Modul gefunden.</translation>
+    </message>
+</context>
+<context>
+    <name>PlotDock</name>
+    <message>
+        <source>Time plot</source>
+        <translation>Zeitverlauf</translation>
+    </message>
+    <message>
+        <source>Tool that is plotted</source>
+        <translation>Werkzeug, das gezeichnet wird</translation>
+    </message>
+    <message>
+        <source>The tool whose tip is plotted</source>
+        <translation>Das Werkzeug, dessen Spitze gezeichnet wird</translation>
+    </message>
+    <message>
+        <source>Time that is plotted</source>
+        <translation>Zeit, die gezeichnet wird</translation>
+    </message>
+    <message>
+        <source>How far the plot goes back; mean and standard deviations are those of this time</source>
+        <translation>Wie weit der Verlauf zurückreicht; Mittelwert und Standardabweichungen gelten für diese Zeit</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Let the plot stand still; what is measured meanwhile is kept</source>
+        <translation>Den Verlauf anhalten; was inzwischen gemessen wird, bleibt erhalten</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom in, and pause; or draw a rectangle with the mouse</source>
+        <translation>Vergrößern und anhalten; oder mit der Maus ein Rechteck aufziehen</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alles</translation>
+    </message>
+    <message>
+        <source>Show the whole time again</source>
+        <translation>Wieder die ganze Zeit zeigen</translation>
+    </message>
+    <message>
+        <source>PNG…</source>
+        <translation>PNG …</translation>
+    </message>
+    <message>
+        <source>Save the plot as a picture</source>
+        <translation>Den Verlauf als Bild speichern</translation>
+    </message>
+    <message>
+        <source>CSV…</source>
+        <translation>CSV …</translation>
+    </message>
+    <message>
+        <source>Save the positions of the plotted time as a table</source>
+        <translation>Die Positionen der gezeichneten Zeit als Tabelle speichern</translation>
+    </message>
+    <message>
+        <source>What the plot shows</source>
+        <translation>Was der Verlauf zeigt</translation>
+    </message>
+</context>
+<context>
+    <name>ReadoutDock</name>
+    <message>
+        <source>Read-out</source>
+        <translation>Großanzeige</translation>
+    </message>
+    <message>
+        <source>Tool that is read out</source>
+        <translation>Werkzeug, das angezeigt wird</translation>
+    </message>
+    <message>
+        <source>The tool: choose it here, or with the keys 1 to 9</source>
+        <translation>Das Werkzeug: hier wählen, oder mit den Tasten 1 bis 9</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>Halten</translation>
+    </message>
+    <message>
+        <source>Keep the figures as they are (key F)</source>
+        <translation>Die Werte festhalten, wie sie sind (Taste F)</translation>
+    </message>
+    <message>
+        <source>Angles</source>
+        <translation>Winkel</translation>
+    </message>
+    <message>
+        <source>Show the orientation too (key A)</source>
+        <translation>Auch die Orientierung zeigen (Taste A)</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the figures for a table (Ctrl+C)</source>
+        <translation>Die Werte für eine Tabelle kopieren (Strg+C)</translation>
+    </message>
+    <message>
+        <source>Position of the tool</source>
+        <translation>Position des Werkzeugs</translation>
+    </message>
+</context>
+<context>
+    <name>SendDialog</name>
+    <message>
+        <source>Send data to other programs</source>
+        <translation>Daten an andere Programme senden</translation>
+    </message>
+    <message>
+        <source>Where data go</source>
+        <translation>Wohin Daten gehen</translation>
+    </message>
+    <message>
+        <source>Where to</source>
+        <translation>Wohin</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Frames sent</source>
+        <translation>Frames gesendet</translation>
+    </message>
+    <message>
+        <source>Frames dropped</source>
+        <translation>Frames verworfen</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Data go nowhere yet.</source>
+        <translation>Noch gehen Daten nirgendwohin.</translation>
+    </message>
+    <message>
+        <source>&amp;To:</source>
+        <translation>&amp;An:</translation>
+    </message>
+    <message>
+        <source>URL of another program</source>
+        <translation>URL eines anderen Programms</translation>
+    </message>
+    <message>
+        <source>udp://HOST, mqtt://HOST/PREFIX, mqtts://HOST/PREFIX or igtl://</source>
+        <translation>udp://HOST, mqtt://HOST/PREFIX, mqtts://HOST/PREFIX oder igtl://</translation>
+    </message>
+    <message>
+        <source>Tr&amp;y</source>
+        <translation>&amp;Probieren</translation>
+    </message>
+    <message>
+        <source>Find out whether somebody takes data there</source>
+        <translation>Herausfinden, ob dort jemand Daten annimmt</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Send data there, now and after the next start</source>
+        <translation>Daten dorthin senden, jetzt und nach dem nächsten Start</translation>
+    </message>
+    <message>
+        <source>What has become of it</source>
+        <translation>Was daraus geworden ist</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Send no more data to the selected place, and forget it</source>
+        <translation>Keine Daten mehr an die gewählte Stelle senden und sie vergessen</translation>
     </message>
 </context>
 <context>
@@ -365,6 +570,29 @@
     <message>
         <source>Note</source>
         <translation>Hinweis</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ChannelMaker</name>
+    <message>
+        <source>%1 needs the packages kestrel-workbench-outlets and %2: %3</source>
+        <translation>%1 braucht die Pakete kestrel-workbench-outlets und %2: %3</translation>
+    </message>
+    <message>
+        <source>%1 is not there</source>
+        <translation>%1 ist nicht da</translation>
+    </message>
+    <message>
+        <source>%1 is of version %2</source>
+        <translation>%1 ist von Version %2</translation>
+    </message>
+    <message>
+        <source>needs the packages kestrel-workbench-outlets and %1</source>
+        <translation>braucht die Pakete kestrel-workbench-outlets und %1</translation>
+    </message>
+    <message>
+        <source>nobody has wanted it yet</source>
+        <translation>noch niemand hat es gebraucht</translation>
     </message>
 </context>
 <context>
@@ -411,6 +639,33 @@
     <message>
         <source>cannot record to %1: the program ended before the recording began</source>
         <translation>Aufzeichnung nach %1 nicht möglich: das Programm endete, bevor sie begann</translation>
+    </message>
+    <message>
+        <source>cannot send to %1: %2</source>
+        <translation>an %1 kann nicht gesendet werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::CommandNews</name>
+    <message>
+        <source>Calibration accepted</source>
+        <translation>Kalibrierung übernommen</translation>
+    </message>
+    <message>
+        <source>Calibration started</source>
+        <translation>Kalibrierung begonnen</translation>
+    </message>
+    <message>
+        <source>Calibration cancelled</source>
+        <translation>Kalibrierung abgebrochen</translation>
+    </message>
+    <message>
+        <source>Calibration failed</source>
+        <translation>Kalibrierung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Calibration discarded: the one before it stays in use</source>
+        <translation>Kalibrierung verworfen: die vorige gilt weiter</translation>
     </message>
 </context>
 <context>
@@ -474,73 +729,13 @@
         <source>Malformed reply to &quot;%1&quot;: %2</source>
         <translation>Fehlerhafte Antwort auf „%1“: %2</translation>
     </message>
+    <message>
+        <source>Connection to %1 is back: model %2, system %3, protocol %4</source>
+        <translation>Verbindung zu %1 ist wieder da: Modell %2, System %3, Protokoll %4</translation>
+    </message>
 </context>
 <context>
     <name>workbench::CsvExport</name>
-    <message>
-        <source>not a recording of a known format</source>
-        <translation>keine Aufzeichnung in einem bekannten Format</translation>
-    </message>
-    <message>
-        <source>the header has no start</source>
-        <translation>im Kopf fehlt der Beginn</translation>
-    </message>
-    <message>
-        <source>the file ends inside its header</source>
-        <translation>die Datei endet in ihrem Kopf</translation>
-    </message>
-    <message>
-        <source>unreadable start</source>
-        <translation>unlesbarer Beginn</translation>
-    </message>
-    <message>
-        <source>unknown line in the header</source>
-        <translation>unbekannte Zeile im Kopf</translation>
-    </message>
-    <message>
-        <source>unreadable version</source>
-        <translation>unlesbare Version</translation>
-    </message>
-    <message>
-        <source>unreadable parameter</source>
-        <translation>unlesbarer Parameter</translation>
-    </message>
-    <message>
-        <source>too many parameters</source>
-        <translation>zu viele Parameter</translation>
-    </message>
-    <message>
-        <source>unreadable time stamp</source>
-        <translation>unlesbarer Zeitstempel</translation>
-    </message>
-    <message>
-        <source>the time stamp goes backwards</source>
-        <translation>der Zeitstempel läuft rückwärts</translation>
-    </message>
-    <message>
-        <source>unreadable wall clock</source>
-        <translation>unlesbare Uhrzeit</translation>
-    </message>
-    <message>
-        <source>unreadable escape</source>
-        <translation>unlesbare Zeichenumschreibung</translation>
-    </message>
-    <message>
-        <source>the channel is not that of the line</source>
-        <translation>der Kanal ist nicht der der Zeile</translation>
-    </message>
-    <message>
-        <source>the line is too long</source>
-        <translation>die Zeile ist zu lang</translation>
-    </message>
-    <message>
-        <source>the file cannot be read on</source>
-        <translation>die Datei ist nicht weiter lesbar</translation>
-    </message>
-    <message>
-        <source>only an ordinary file can be read, not a folder, pipe or device</source>
-        <translation>nur eine gewöhnliche Datei ist lesbar, kein Ordner, keine Pipe und kein Gerät</translation>
-    </message>
     <message>
         <source>Recordings (*.kestrel);;All files (*)</source>
         <translation>Aufzeichnungen (*.kestrel);;Alle Dateien (*)</translation>
@@ -614,6 +809,25 @@
     </message>
 </context>
 <context>
+    <name>workbench::IgtlChannel</name>
+    <message>
+        <source>nobody can connect to port %1: %2</source>
+        <translation>an Port %1 kann sich niemand verbinden: %2</translation>
+    </message>
+    <message>
+        <source>a client was too slow and was dropped; nobody is connected</source>
+        <translation>ein Client war zu langsam und wurde getrennt; niemand ist verbunden</translation>
+    </message>
+    <message>
+        <source>nobody is connected</source>
+        <translation>niemand ist verbunden</translation>
+    </message>
+    <message>
+        <source>clients: %1</source>
+        <translation>Clients: %1</translation>
+    </message>
+</context>
+<context>
     <name>workbench::LiveState</name>
     <message>
         <source>%1. No live data until it is back; check that the controller is switched on and its cable plugged in.</source>
@@ -622,10 +836,6 @@
     <message>
         <source>No data for %1 s: %2</source>
         <translation>Seit %1 s keine Daten: %2</translation>
-    </message>
-    <message>
-        <source>%1 – no data for %2 s</source>
-        <translation>%1 – seit %2 s keine Daten</translation>
     </message>
     <message>
         <source>the port for the data could not be opened. Connect again, with another data port.</source>
@@ -663,6 +873,14 @@
         <source>Waiting for the controller…</source>
         <translation>Warten auf den Controller…</translation>
     </message>
+    <message>
+        <source>no data for %1 s</source>
+        <translation>seit %1 s keine Daten</translation>
+    </message>
+    <message>
+        <source>the recording has no frames here. The replay goes on with the next one.</source>
+        <translation>die Aufzeichnung hat hier keine Frames. Die Wiedergabe geht mit dem nächsten weiter.</translation>
+    </message>
 </context>
 <context>
     <name>workbench::LogDock</name>
@@ -673,6 +891,22 @@
     <message>
         <source>%1 could not be written: %2</source>
         <translation>%1 konnte nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>All levels</source>
+        <translation>Alle Stufen</translation>
+    </message>
+    <message>
+        <source>All sources</source>
+        <translation>Alle Quellen</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Log – new errors: %1</source>
+        <translation>Protokoll – neue Fehler: %1</translation>
     </message>
 </context>
 <context>
@@ -701,6 +935,22 @@
         <source>Text</source>
         <translation>Text</translation>
     </message>
+    <message>
+        <source>%1 (%2 times, the last one at %3)</source>
+        <translation>%1 (%2-mal, zuletzt um %3)</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Level %1</source>
+        <translation>Stufe %1</translation>
+    </message>
 </context>
 <context>
     <name>workbench::MainWindow</name>
@@ -723,22 +973,6 @@
     <message>
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
-    </message>
-    <message>
-        <source>Connection</source>
-        <translation>Verbindung</translation>
-    </message>
-    <message>
-        <source>Measurement</source>
-        <translation>Messung</translation>
-    </message>
-    <message>
-        <source>Data lines</source>
-        <translation>Datenzeilen</translation>
-    </message>
-    <message>
-        <source>Recording</source>
-        <translation>Aufzeichnung</translation>
     </message>
     <message>
         <source>Measurement started</source>
@@ -769,46 +1003,6 @@ A stand-alone front end for tracking controllers: it connects over the network, 
 Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich über das Netz, lädt Module und zeigt, was diese bieten.</translation>
     </message>
     <message>
-        <source>measuring</source>
-        <translation>Messung läuft</translation>
-    </message>
-    <message>
-        <source>not measuring</source>
-        <translation>keine Messung</translation>
-    </message>
-    <message>
-        <source>unknown</source>
-        <translation>unbekannt</translation>
-    </message>
-    <message>
-        <source>no frames</source>
-        <translation>keine Frames</translation>
-    </message>
-    <message>
-        <source>%1 frames/s, last %2 s ago, %3 lost</source>
-        <translation>%1 Hz, vor %2 s, %3 verloren</translation>
-    </message>
-    <message>
-        <source>, %1 lines unreadable</source>
-        <translation>, %1 Zeilen unlesbar</translation>
-    </message>
-    <message>
-        <source>, %1 datagrams from elsewhere refused</source>
-        <translation>, %1 fremde Datagramme abgewiesen</translation>
-    </message>
-    <message>
-        <source>none</source>
-        <translation>keine</translation>
-    </message>
-    <message>
-        <source>%1 not loaded</source>
-        <translation>%1 nicht geladen</translation>
-    </message>
-    <message>
-        <source>protocol %1, system %2 / %3</source>
-        <translation>Protokoll %1, System %2 / %3</translation>
-    </message>
-    <message>
         <source>&amp;Log</source>
         <translation>&amp;Protokoll</translation>
     </message>
@@ -825,29 +1019,8 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <translation>Schließen</translation>
     </message>
     <message>
-        <source>none</source>
-        <comment>data port</comment>
-        <translation>keiner</translation>
-    </message>
-    <message>
-        <source>, lines too long for the display</source>
-        <translation>, Zeilen zu lang für die Anzeige</translation>
-    </message>
-    <message>
-        <source>Data lines of %1 characters arrive, and the display takes at most %2: it stays empty. The controller has more tools (some 50) than fit into a line.</source>
-        <translation>Es kommen Datenzeilen von %1 Zeichen an, und die Anzeige nimmt höchstens %2: sie bleibt leer. Der Controller hat mehr Measurement Tools (etwa 50), als in eine Zeile passen.</translation>
-    </message>
-    <message>
         <source>The user guide is not installed</source>
         <translation>Das Benutzerhandbuch ist nicht installiert</translation>
-    </message>
-    <message>
-        <source>, %1 frames garbled</source>
-        <translation>, %1 Frames verstümmelt</translation>
-    </message>
-    <message>
-        <source>last frame %1 s ago, about %2 lost</source>
-        <translation>vor %1 s, etwa %2 verloren</translation>
     </message>
     <message>
         <source>Export recording as &amp;CSV…</source>
@@ -888,6 +1061,57 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     <message>
         <source>Starting the simulated controller</source>
         <translation>Der simulierte Controller wird gestartet</translation>
+    </message>
+    <message>
+        <source>&amp;Open recording…</source>
+        <translation>Aufzeichnung ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>What was measured before, played again like live data.</source>
+        <translation>Was früher gemessen wurde, wird wiedergegeben wie Livedaten.</translation>
+    </message>
+    <message>
+        <source>Play a recording as if it were measured now</source>
+        <translation>Eine Aufzeichnung wiedergeben, als würde jetzt gemessen</translation>
+    </message>
+    <message>
+        <source>Recording to play</source>
+        <translation>Aufzeichnung zur Wiedergabe</translation>
+    </message>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>%1 cannot be played: %2</source>
+        <translation>%1 kann nicht wiedergegeben werden: %2</translation>
+    </message>
+    <message>
+        <source>No dock is open. The menu View shows them: what the modules display, the log and the command line.</source>
+        <translation>Kein Andockfenster ist offen. Das Menü Ansicht zeigt sie: die Anzeigen der Module, das Protokoll und die Befehlszeile.</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Daten</translation>
+    </message>
+    <message>
+        <source>&amp;Read-out</source>
+        <translation>&amp;Großanzeige</translation>
+    </message>
+    <message>
+        <source>Time &amp;plot</source>
+        <translation>&amp;Zeitverlauf</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ModuleEntries</name>
+    <message>
+        <source>&amp;Tracking</source>
+        <translation>&amp;Tracking</translation>
+    </message>
+    <message>
+        <source>&amp;Entries of modules</source>
+        <translation>&amp;Einträge der Module</translation>
     </message>
 </context>
 <context>
@@ -947,23 +1171,173 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <source>Close</source>
         <translation>Schließen</translation>
     </message>
+    <message>
+        <source>Sending by %1</source>
+        <translation>Senden mit %1</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::MqttChannel</name>
+    <message>
+        <source>another program sends there as station %1</source>
+        <translation>ein anderes Programm sendet dorthin als Station %1</translation>
+    </message>
+    <message>
+        <source>the results cannot be kept: %1</source>
+        <translation>die Ergebnisse können nicht aufbewahrt werden: %1</translation>
+    </message>
+    <message>
+        <source>connecting</source>
+        <translation>verbindet sich</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::MqttLink</name>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>the certificates cannot be used: %1</source>
+        <translation>die Zertifikate sind nicht zu gebrauchen: %1</translation>
+    </message>
+    <message>
+        <source>the broker refuses the login</source>
+        <translation>der Broker lehnt die Anmeldung ab</translation>
+    </message>
+    <message>
+        <source>the broker refuses us: %1</source>
+        <translation>der Broker lehnt uns ab: %1</translation>
+    </message>
+    <message>
+        <source>no agreement with the broker on certificates: %1</source>
+        <translation>keine Einigung mit dem Broker über Zertifikate: %1</translation>
+    </message>
+    <message>
+        <source>its name is not known</source>
+        <translation>der Name ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>the connection to the broker was lost: %1</source>
+        <translation>die Verbindung zum Broker ging verloren: %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be reached: %2</source>
+        <translation>%1 ist nicht zu erreichen: %2</translation>
+    </message>
+    <message>
+        <source>the broker does not answer</source>
+        <translation>der Broker antwortet nicht</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>verbunden</translation>
+    </message>
+    <message>
+        <source>connecting</source>
+        <translation>verbindet sich</translation>
+    </message>
+    <message>
+        <source>the connection was ended there</source>
+        <translation>die Verbindung wurde dort beendet</translation>
+    </message>
+    <message>
+        <source>it has been silent for too long</source>
+        <translation>er hat zu lange geschwiegen</translation>
+    </message>
+    <message>
+        <source>what comes from there is no MQTT</source>
+        <translation>was von dort kommt, ist kein MQTT</translation>
+    </message>
+    <message>
+        <source>the encryption has failed</source>
+        <translation>die Verschlüsselung ist gescheitert</translation>
+    </message>
+    <message>
+        <source>it wants another version of MQTT</source>
+        <translation>er will eine andere Version von MQTT</translation>
+    </message>
+    <message>
+        <source>it does not take the name of this station</source>
+        <translation>er nimmt den Namen dieser Station nicht an</translation>
+    </message>
+    <message>
+        <source>it is not available now</source>
+        <translation>er ist zurzeit nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>it does not take ours, or wants one</source>
+        <translation>er nimmt unseres nicht an oder will eines</translation>
+    </message>
+    <message>
+        <source>its own is of an authority that is not trusted, made out to another host, or not valid now</source>
+        <translation>seines ist von einer Stelle, der nicht vertraut wird, auf einen anderen Rechner ausgestellt oder zurzeit nicht gültig</translation>
+    </message>
+    <message>
+        <source>what comes from there is not encrypted</source>
+        <translation>was von dort kommt, ist nicht verschlüsselt</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::Obstacle</name>
+    <message>
+        <source>No module is loaded: see Help, Modules</source>
+        <translation>Kein Modul ist geladen: siehe Hilfe, Module</translation>
+    </message>
+    <message>
+        <source>Not connected to a controller</source>
+        <translation>Nicht mit einem Controller verbunden</translation>
+    </message>
+    <message>
+        <source>Not for observers: the workbench was started with --observer</source>
+        <translation>Nicht für Beobachter: die Workbench wurde mit --observer gestartet</translation>
+    </message>
+    <message>
+        <source>A measurement is running</source>
+        <translation>Eine Messung läuft</translation>
+    </message>
+    <message>
+        <source>No measurement is running</source>
+        <translation>Keine Messung läuft</translation>
+    </message>
+    <message>
+        <source>The controller is busy: a calibration is running</source>
+        <translation>Der Controller ist beschäftigt: eine Kalibrierung läuft</translation>
+    </message>
+    <message>
+        <source>A recording is running</source>
+        <translation>Eine Aufzeichnung läuft</translation>
+    </message>
+    <message>
+        <source>No recording is running</source>
+        <translation>Keine Aufzeichnung läuft</translation>
+    </message>
+    <message>
+        <source>A recording is being exported already</source>
+        <translation>Eine Aufzeichnung wird schon exportiert</translation>
+    </message>
+    <message>
+        <source>The simulated controller is being started</source>
+        <translation>Der simulierte Controller wird gestartet</translation>
+    </message>
+    <message>
+        <source>The modules offer nothing for this controller</source>
+        <translation>Die Module bieten für diesen Controller nichts an</translation>
+    </message>
+    <message>
+        <source>The configuration is locked: it can be read, but not changed</source>
+        <translation>Die Konfiguration ist gesperrt: sie kann gelesen, aber nicht geändert werden</translation>
+    </message>
+    <message>
+        <source>A recording is being played</source>
+        <translation>Eine Aufzeichnung wird wiedergegeben</translation>
+    </message>
 </context>
 <context>
     <name>workbench::Options</name>
     <message>
         <source>there are no texts in the language &quot;%1&quot;</source>
         <translation>Texte in der Sprache „%1“ gibt es nicht</translation>
-    </message>
-    <message>
-        <source>A front end for tracking controllers: connects, loads modules, shows and records data.
-
-Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has
-ended, 4 the picture could not be written, 5 the recording could not be written.</source>
-        <translation>Eine Oberfläche für Tracking-Controller: verbindet sich, lädt Module, zeigt und
-speichert Daten.
-
-Exitcodes: 0 Erfolg, 2 falsche Optionen, 3 der Simulator konnte nicht gestartet werden
-oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben werden.</translation>
     </message>
     <message>
         <source>Connect to a controller; the port is %1 unless given.</source>
@@ -1052,6 +1426,246 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>--connect takes HOST or HOST:PORT with a port from 1 to 65535, not &quot;%1&quot;</source>
         <translation>--connect verlangt HOST oder HOST:PORT mit einem Port von 1 bis 65535, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>A front end for tracking controllers: connects, loads modules, shows and records data.
+
+Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has
+ended, 4 the picture could not be written, 5 the recording could not be written,
+6 data cannot be sent there.</source>
+        <translation>Eine Oberfläche für Tracking-Controller: verbindet sich, lädt Module, zeigt und
+speichert Daten.
+
+Exitcodes: 0 Erfolg, 2 falsche Optionen, 3 der Simulator konnte nicht gestartet werden
+oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben werden,
+6 dorthin kann nicht gesendet werden.</translation>
+    </message>
+    <message>
+        <source>Send tools, references and results to udp://HOST, mqtt://HOST/PREFIX, mqtts://HOST/PREFIX or igtl://; may be repeated.</source>
+        <translation>Werkzeuge, Referenzen und Ergebnisse an udp://HOST, mqtt://HOST/PREFIX, mqtts://HOST/PREFIX oder igtl:// senden; mehrfach möglich.</translation>
+    </message>
+    <message>
+        <source>--send %1: %2</source>
+        <translation>--send %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::OutletControl</name>
+    <message>
+        <source>No data go to %1: %2</source>
+        <translation>An %1 gehen keine Daten: %2</translation>
+    </message>
+    <message>
+        <source>Data go to %1 no more</source>
+        <translation>An %1 gehen keine Daten mehr</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>Abgelehnt</translation>
+    </message>
+    <message>
+        <source>Data for %1: %2: %3</source>
+        <translation>Daten für %1: %2: %3</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::OutletHub</name>
+    <message>
+        <source>data go there already</source>
+        <translation>dorthin gehen schon Daten</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::OutletUrl</name>
+    <message>
+        <source>this is no URL</source>
+        <translation>das ist keine URL</translation>
+    </message>
+    <message>
+        <source>a URL begins with udp://, mqtt://, mqtts:// or igtl://</source>
+        <translation>eine URL beginnt mit udp://, mqtt://, mqtts:// oder igtl://</translation>
+    </message>
+    <message>
+        <source>only mqtt:// and mqtts:// take a user</source>
+        <translation>nur mqtt:// und mqtts:// nehmen einen Benutzer</translation>
+    </message>
+    <message>
+        <source>a password does not belong into a URL, where others see it: write it into a file and add ?password-file=FILE</source>
+        <translation>ein Passwort gehört nicht in eine URL, wo andere es sehen: in eine Datei schreiben und ?password-file=DATEI anhängen</translation>
+    </message>
+    <message>
+        <source>the user before &quot;@&quot; is missing</source>
+        <translation>der Benutzer vor „@“ fehlt</translation>
+    </message>
+    <message>
+        <source>a port is a number from 1 to 65535</source>
+        <translation>ein Port ist eine Zahl von 1 bis 65535</translation>
+    </message>
+    <message>
+        <source>igtl:// takes an address of this computer, or none</source>
+        <translation>igtl:// nimmt eine Adresse dieses Rechners oder keine</translation>
+    </message>
+    <message>
+        <source>the host is missing or cannot be one</source>
+        <translation>der Rechnername fehlt oder kann keiner sein</translation>
+    </message>
+    <message>
+        <source>the prefix of the topics is missing: %1://HOST/PREFIX</source>
+        <translation>das Präfix der Topics fehlt: %1://HOST/PREFIX</translation>
+    </message>
+    <message>
+        <source>the prefix of the topics may hold no +, #, empty level or $ in front</source>
+        <translation>im Präfix der Topics darf kein +, kein #, keine leere Ebene und vorn kein $ stehen</translation>
+    </message>
+    <message>
+        <source>a station is a name without /, + and #</source>
+        <translation>eine Station ist ein Name ohne /, + und #</translation>
+    </message>
+    <message>
+        <source>there is no option &quot;%1&quot;; there are station, password-file, ca, certificate and key</source>
+        <translation>eine Option „%1“ gibt es nicht; es gibt station, password-file, ca, certificate und key</translation>
+    </message>
+    <message>
+        <source>the option &quot;%1&quot; takes a file name that begins with /</source>
+        <translation>die Option „%1“ verlangt einen Dateinamen, der mit / beginnt</translation>
+    </message>
+    <message>
+        <source>a password needs a user: %1://USER@HOST/PREFIX</source>
+        <translation>ein Passwort braucht einen Benutzer: %1://USER@HOST/PREFIX</translation>
+    </message>
+    <message>
+        <source>certificates need mqtts://</source>
+        <translation>Zertifikate brauchen mqtts://</translation>
+    </message>
+    <message>
+        <source>the options certificate and key need each other</source>
+        <translation>die Optionen certificate und key brauchen einander</translation>
+    </message>
+    <message>
+        <source>nothing may stand behind host and port</source>
+        <translation>hinter Rechnername und Port darf nichts stehen</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::PlotDock</name>
+    <message>
+        <source>Plot of the position over the time</source>
+        <translation>Verlauf der Position über der Zeit</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <comment>a time</comment>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <comment>a time</comment>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>mm from the mean, over seconds; s: standard deviation over %1</source>
+        <translation>mm vom Mittelwert, über Sekunden; s: Standardabweichung über %1</translation>
+    </message>
+    <message>
+        <source>no data for %1 s</source>
+        <translation>seit %1 s keine Daten</translation>
+    </message>
+    <message>
+        <source>Save the positions</source>
+        <translation>Positionen speichern</translation>
+    </message>
+    <message>
+        <source>Tables (*.csv);;All files (*)</source>
+        <translation>Tabellen (*.csv);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Save the plot</source>
+        <translation>Verlauf speichern</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png);;All files (*)</source>
+        <translation>Bilder (*.png);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Wrote %1</source>
+        <translation>%1 geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::Readout</name>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
+    </message>
+    <message>
+        <source>not measuring</source>
+        <translation>keine Messung</translation>
+    </message>
+    <message>
+        <source>no data yet</source>
+        <translation>noch keine Daten</translation>
+    </message>
+    <message>
+        <source>no such tool</source>
+        <translation>kein solches Werkzeug</translation>
+    </message>
+    <message>
+        <source>not calibrated</source>
+        <translation>nicht kalibriert</translation>
+    </message>
+    <message>
+        <source>replay</source>
+        <translation>Wiedergabe</translation>
+    </message>
+    <message>
+        <source>live</source>
+        <translation>live</translation>
+    </message>
+    <message>
+        <source>hidden</source>
+        <translation>verdeckt</translation>
+    </message>
+    <message>
+        <source>old</source>
+        <translation>veraltet</translation>
+    </message>
+    <message>
+        <source>frozen</source>
+        <translation>gehalten</translation>
+    </message>
+    <message>
+        <source>no reference</source>
+        <translation>keine Referenz</translation>
+    </message>
+    <message>
+        <source>%1 seen</source>
+        <comment>a reference</comment>
+        <translation>%1 sichtbar</translation>
+    </message>
+    <message>
+        <source>%1 hidden</source>
+        <comment>a reference</comment>
+        <translation>%1 verdeckt</translation>
+    </message>
+    <message>
+        <source>b%1 pressed</source>
+        <translation>b%1 gedrückt</translation>
     </message>
 </context>
 <context>
@@ -1181,6 +1795,285 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     </message>
 </context>
 <context>
+    <name>workbench::RecordingReason</name>
+    <message>
+        <source>not a recording of a known format</source>
+        <translation>keine Aufzeichnung in einem bekannten Format</translation>
+    </message>
+    <message>
+        <source>the header has no start</source>
+        <translation>im Kopf fehlt der Beginn</translation>
+    </message>
+    <message>
+        <source>the file ends inside its header</source>
+        <translation>die Datei endet in ihrem Kopf</translation>
+    </message>
+    <message>
+        <source>unreadable start</source>
+        <translation>unlesbarer Beginn</translation>
+    </message>
+    <message>
+        <source>unknown line in the header</source>
+        <translation>unbekannte Zeile im Kopf</translation>
+    </message>
+    <message>
+        <source>unreadable version</source>
+        <translation>unlesbare Version</translation>
+    </message>
+    <message>
+        <source>unreadable parameter</source>
+        <translation>unlesbarer Parameter</translation>
+    </message>
+    <message>
+        <source>too many parameters</source>
+        <translation>zu viele Parameter</translation>
+    </message>
+    <message>
+        <source>unreadable time stamp</source>
+        <translation>unlesbarer Zeitstempel</translation>
+    </message>
+    <message>
+        <source>the time stamp goes backwards</source>
+        <translation>der Zeitstempel läuft rückwärts</translation>
+    </message>
+    <message>
+        <source>unreadable wall clock</source>
+        <translation>unlesbare Uhrzeit</translation>
+    </message>
+    <message>
+        <source>unreadable escape</source>
+        <translation>unlesbare Zeichenumschreibung</translation>
+    </message>
+    <message>
+        <source>the channel is not that of the line</source>
+        <translation>der Kanal ist nicht der der Zeile</translation>
+    </message>
+    <message>
+        <source>the line is too long</source>
+        <translation>die Zeile ist zu lang</translation>
+    </message>
+    <message>
+        <source>the file cannot be read on</source>
+        <translation>die Datei ist nicht weiter lesbar</translation>
+    </message>
+    <message>
+        <source>only an ordinary file can be read, not a folder, pipe or device</source>
+        <translation>nur eine gewöhnliche Datei ist lesbar, kein Ordner, keine Pipe und kein Gerät</translation>
+    </message>
+    <message>
+        <source>a control character in a name or value</source>
+        <translation>ein Steuerzeichen in einem Namen oder Wert</translation>
+    </message>
+    <message>
+        <source>a line end inside the line</source>
+        <translation>ein Zeilenende in der Zeile</translation>
+    </message>
+    <message>
+        <source>only an ordinary file can be replayed, not a folder, pipe or device</source>
+        <translation>nur eine gewöhnliche Datei kann wiedergegeben werden, kein Ordner, keine Pipe und kein Gerät</translation>
+    </message>
+    <message>
+        <source>the recording is empty or unreadable</source>
+        <translation>die Aufzeichnung ist leer oder unlesbar</translation>
+    </message>
+    <message>
+        <source>the recording cannot be opened</source>
+        <translation>die Aufzeichnung kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>the recorded protocol version cannot be read</source>
+        <translation>die aufgezeichnete Protokollversion ist unlesbar</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ReplayBar</name>
+    <message>
+        <source>Replay</source>
+        <translation>Wiedergabe</translation>
+    </message>
+    <message>
+        <source>Spee&amp;d:</source>
+        <translation>&amp;Geschwindigkeit:</translation>
+    </message>
+    <message>
+        <source>Speed of the replay</source>
+        <translation>Geschwindigkeit der Wiedergabe</translation>
+    </message>
+    <message>
+        <source>How many times as fast as it was recorded</source>
+        <translation>Wie viel mal so schnell, wie aufgezeichnet wurde</translation>
+    </message>
+    <message>
+        <source>Position in the recording</source>
+        <translation>Stelle in der Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>Where in the recording: left and right arrow go 1 s, page up and page down 10 s</source>
+        <translation>Wo in der Aufzeichnung: Pfeil links und rechts gehen 1 s weit, Bild auf und ab 10 s</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Stop at the present frame (F7)</source>
+        <translation>Beim jetzigen Frame anhalten (F7)</translation>
+    </message>
+    <message>
+        <source>Go on; at the end from the beginning (F7)</source>
+        <translation>Weiter; am Ende von vorn (F7)</translation>
+    </message>
+    <message>
+        <source>One frame</source>
+        <translation>Ein Frame</translation>
+    </message>
+    <message>
+        <source>Show the next frame and stop there (F8)</source>
+        <translation>Den nächsten Frame zeigen und dort anhalten (F8)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Close the replay</source>
+        <translation>Wiedergabe schließen</translation>
+    </message>
+    <message>
+        <source>End the replay</source>
+        <translation>Die Wiedergabe beenden</translation>
+    </message>
+    <message>
+        <source>%1 – %2 of %3 s</source>
+        <translation>%1 – %2 von %3 s</translation>
+    </message>
+    <message>
+        <source>%1, recorded %2</source>
+        <translation>%1, aufgezeichnet %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::ReplayControl</name>
+    <message>
+        <source>REPLAY %1, being opened</source>
+        <translation>WIEDERGABE %1, wird geöffnet</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, measurement stopped</source>
+        <translation>WIEDERGABE %1, Messung angehalten</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, paused at %2 s</source>
+        <translation>WIEDERGABE %1, Pause bei %2 s</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, at its end (%2 s)</source>
+        <translation>WIEDERGABE %1, am Ende (%2 s)</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, which has no frames</source>
+        <translation>WIEDERGABE %1, ohne Frames</translation>
+    </message>
+    <message>
+        <source>REPLAY %1</source>
+        <translation>WIEDERGABE %1</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, playing</source>
+        <translation>WIEDERGABE %1, läuft</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, playing at speed %2</source>
+        <translation>WIEDERGABE %1, läuft mit Geschwindigkeit %2</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::SendDialog</name>
+    <message>
+        <source>%1 sent</source>
+        <translation>%1 gesendet</translation>
+    </message>
+    <message>
+        <source>%1 waiting</source>
+        <translation>%1 warten</translation>
+    </message>
+    <message>
+        <source>%1 dropped</source>
+        <translation>%1 verworfen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Trying %1 …</source>
+        <translation>%1 wird probiert …</translation>
+    </message>
+    <message>
+        <source>It does not work: %1</source>
+        <translation>Es geht nicht: %1</translation>
+    </message>
+    <message>
+        <source>It works: %1</source>
+        <translation>Es geht: %1</translation>
+    </message>
+    <message>
+        <source>Nobody has answered: %1</source>
+        <translation>Niemand hat geantwortet: %1</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::SimulatorMenu</name>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>&amp;Werkzeuge</translation>
+    </message>
+    <message>
+        <source>&amp;Misbehaviour</source>
+        <translation>&amp;Fehlverhalten</translation>
+    </message>
+    <message>
+        <source>&amp;End all</source>
+        <translation>&amp;Alles beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Calibration outcome</source>
+        <translation>&amp;Ausgang der Kalibrierung</translation>
+    </message>
+    <message>
+        <source>Simulator</source>
+        <translation>Simulator</translation>
+    </message>
+    <message>
+        <source>Press button &amp;%1</source>
+        <translation>Taste &amp;%1 drücken</translation>
+    </message>
+    <message>
+        <source>Let go of the &amp;buttons</source>
+        <translation>&amp;Tasten loslassen</translation>
+    </message>
+    <message>
+        <source>&amp;Hide</source>
+        <translation>&amp;Verdecken</translation>
+    </message>
+    <message>
+        <source>&amp;Show</source>
+        <translation>&amp;Zeigen</translation>
+    </message>
+    <message>
+        <source>Back to its &amp;own motion</source>
+        <translation>Zurück zur &amp;eigenen Bewegung</translation>
+    </message>
+</context>
+<context>
     <name>workbench::SimulatorProcess</name>
     <message>
         <source>%1 does not say where it listens</source>
@@ -1219,6 +2112,113 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     </message>
 </context>
 <context>
+    <name>workbench::StateWords</name>
+    <message>
+        <source>Connection</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>Measurement</source>
+        <translation>Messung</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>protocol %1, system %2 / %3</source>
+        <translation>Protokoll %1, System %2 / %3</translation>
+    </message>
+    <message>
+        <source>not measuring</source>
+        <translation>keine Messung</translation>
+    </message>
+    <message>
+        <source>replay</source>
+        <translation>Wiedergabe</translation>
+    </message>
+    <message>
+        <source>measuring</source>
+        <translation>Messung läuft</translation>
+    </message>
+    <message>
+        <source>no frames</source>
+        <translation>keine Frames</translation>
+    </message>
+    <message>
+        <source>last frame %1 s ago, about %2 lost</source>
+        <translation>vor %1 s, etwa %2 verloren</translation>
+    </message>
+    <message>
+        <source>%1 frames/s, last %2 s ago, %3 lost</source>
+        <translation>%1 Hz, vor %2 s, %3 verloren</translation>
+    </message>
+    <message>
+        <source>, %1 lines unreadable</source>
+        <translation>, %1 Zeilen unlesbar</translation>
+    </message>
+    <message>
+        <source>, %1 frames garbled</source>
+        <translation>, %1 Frames verstümmelt</translation>
+    </message>
+    <message>
+        <source>, %1 datagrams from elsewhere refused</source>
+        <translation>, %1 fremde Datagramme abgewiesen</translation>
+    </message>
+    <message>
+        <source>, lines too long for the display</source>
+        <translation>, Zeilen zu lang für die Anzeige</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <comment>data port</comment>
+        <translation>keiner</translation>
+    </message>
+    <message>
+        <source>Data lines of %1 characters arrive, and the display takes at most %2: it stays empty. The controller has more tools (some 50) than fit into a line.</source>
+        <translation>Es kommen Datenzeilen von %1 Zeichen an, und die Anzeige nimmt höchstens %2: sie bleibt leer. Der Controller hat mehr Measurement Tools (etwa 50), als in eine Zeile passen.</translation>
+    </message>
+    <message>
+        <source>%1 not loaded</source>
+        <translation>%1 nicht geladen</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+</context>
+<context>
+    <name>workbench::UdpChannel</name>
+    <message>
+        <source>waiting for the first frame</source>
+        <translation>wartet auf den ersten Frame</translation>
+    </message>
+    <message>
+        <source>%1 cannot be found: %2</source>
+        <translation>%1 ist nicht zu finden: %2</translation>
+    </message>
+    <message>
+        <source>%1 cannot be reached: %2</source>
+        <translation>%1 ist nicht zu erreichen: %2</translation>
+    </message>
+    <message>
+        <source>a frame has too much for one datagram</source>
+        <translation>ein Frame hat zu viel für ein Datagramm</translation>
+    </message>
+    <message>
+        <source>sending, as far as can be known</source>
+        <translation>sendet, soweit sich das sagen lässt</translation>
+    </message>
+    <message>
+        <source>nobody takes the data there</source>
+        <translation>dort nimmt niemand die Daten an</translation>
+    </message>
+</context>
+<context>
     <name>workbench::WindowSettings</name>
     <message>
         <source>The settings in %1 are damaged; defaults are used instead</source>
@@ -1227,6 +2227,11 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>, and the file is kept as %1</source>
         <translation>, und die Datei bleibt als %1 erhalten</translation>
+    </message>
+    <message>
+        <source>en</source>
+        <comment>the code of this language</comment>
+        <translation>de</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,71 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>ButtonClaim</name>
+    <message>
+        <source>any other button</source>
+        <translation>jede andere Taste</translation>
+    </message>
+    <message>
+        <source>any button</source>
+        <translation>jede Taste</translation>
+    </message>
+    <message>
+        <source>button %1</source>
+        <translation>Taste %1</translation>
+    </message>
+    <message>
+        <source>The buttons on the tool do nothing.</source>
+        <translation>Die Tasten am Werkzeug bewirken nichts.</translation>
+    </message>
+    <message>
+        <source>On the tool: %1.</source>
+        <translation>Am Werkzeug: %1.</translation>
+    </message>
+    <message>
+        <source>The dock that was used last has the button.</source>
+        <translation>Das zuletzt benutzte Dock hat die Taste.</translation>
+    </message>
+</context>
+<context>
+    <name>ExportBar</name>
+    <message>
+        <source>Progress of the export</source>
+        <translation>Fortschritt des Exports</translation>
+    </message>
+    <message>
+        <source>Ends the export; nothing of it is kept</source>
+        <translation>Beendet den Export; nichts davon bleibt</translation>
+    </message>
+    <message>
+        <source>Exporting to %1</source>
+        <translation>Export nach %1</translation>
+    </message>
+    <message>
+        <source>Cancelling the export...</source>
+        <translation>Der Export wird abgebrochen ...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n point(s) exported to %1</source>
+        <translation>
+            <numerusform>%n Punkt nach %1 exportiert</numerusform>
+            <numerusform>%n Punkte nach %1 exportiert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing exported: cancelled</source>
+        <translation>Nichts exportiert: abgebrochen</translation>
+    </message>
+    <message>
+        <source>Nothing exported: %1: %2</source>
+        <translation>Nichts exportiert: %1: %2</translation>
+    </message>
+    <message>
+        <source>Stop exportin&amp;g</source>
+        <translation>Exp&amp;ort abbrechen</translation>
+    </message>
+</context>
+<context>
     <name>PointsPanel</name>
     <message>
         <source>Measurement Tool Points</source>
@@ -21,7 +86,7 @@
     </message>
     <message>
         <source>D&amp;iscard</source>
-        <translation>&amp;Verwerfen</translation>
+        <translation>Verwer&amp;fen</translation>
     </message>
     <message>
         <source>How long the tip has been held still</source>
@@ -68,20 +133,12 @@
         <translation>Nimmt einen Punkt auf (Leertaste); noch einmal oder Escape bricht ab</translation>
     </message>
     <message>
-        <source>&amp;Capture</source>
-        <translation>&amp;Punkt aufnehmen</translation>
-    </message>
-    <message>
         <source>&amp;Sounds</source>
         <translation>&amp;Signaltöne</translation>
     </message>
     <message>
         <source>A sound when a capture begins, succeeds, fails, or the tool is lost</source>
         <translation>Ein Ton, wenn eine Aufnahme beginnt, gelingt, misslingt oder das Werkzeug verloren geht</translation>
-    </message>
-    <message>
-        <source>&amp;Tool</source>
-        <translation>&amp;Werkzeug</translation>
     </message>
     <message>
         <source>Tool</source>
@@ -93,7 +150,7 @@
     </message>
     <message>
         <source>C&amp;apture by</source>
-        <translation>&amp;Auslösung</translation>
+        <translation>Auslösun&amp;g</translation>
     </message>
     <message>
         <source>Capture by</source>
@@ -113,7 +170,7 @@
     </message>
     <message>
         <source>&amp;Button</source>
-        <translation>&amp;Taste</translation>
+        <translation>Tast&amp;e</translation>
     </message>
     <message>
         <source>Button</source>
@@ -125,7 +182,7 @@
     </message>
     <message>
         <source>Du&amp;ration</source>
-        <translation>&amp;Dauer</translation>
+        <translation>Da&amp;uer</translation>
     </message>
     <message>
         <source>Duration</source>
@@ -138,10 +195,6 @@
     <message>
         <source> s</source>
         <translation> s</translation>
-    </message>
-    <message>
-        <source>T&amp;olerance</source>
-        <translation>Toleran&amp;z</translation>
     </message>
     <message>
         <source>Tolerance</source>
@@ -180,10 +233,6 @@
         <translation>keine</translation>
     </message>
     <message>
-        <source>to&amp;lerance</source>
-        <translation>To&amp;leranz</translation>
-    </message>
-    <message>
         <source>Tolerance of the length</source>
         <translation>Toleranz der Länge</translation>
     </message>
@@ -209,7 +258,7 @@
     </message>
     <message>
         <source>R&amp;edo</source>
-        <translation>Wieder&amp;holen</translation>
+        <translation>W&amp;iederholen</translation>
     </message>
     <message>
         <source>Deletes the selected points (Del)</source>
@@ -292,6 +341,10 @@
         <translation>Aufgegeben: Die Messung ist zu Ende.</translation>
     </message>
     <message>
+        <source>Given up: the points are out of sight.</source>
+        <translation>Aufgegeben: Die Punkte sind nicht zu sehen.</translation>
+    </message>
+    <message>
         <source>Nothing captured: no measurement is running.</source>
         <translation>Nichts aufgenommen: Es läuft keine Messung.</translation>
     </message>
@@ -363,15 +416,39 @@
         <translation>Kommagetrennte Werte (*.csv)</translation>
     </message>
     <message>
-        <source>Nothing exported: %1: %2</source>
-        <translation>Nichts exportiert: %1: %2</translation>
+        <source>What the buttons on the tool do</source>
+        <translation>Was die Tasten am Werkzeug bewirken</translation>
+    </message>
+    <message>
+        <source>%1 captures a point</source>
+        <translation>%1 nimmt einen Punkt auf</translation>
     </message>
     <message numerus="yes">
-        <source>%n point(s) exported to %1</source>
+        <source>Error: %n change(s) of the points are not on the disk: %1. Each captured point is in this log.</source>
         <translation>
-            <numerusform>%n Punkt nach %1 exportiert</numerusform>
-            <numerusform>%n Punkte nach %1 exportiert</numerusform>
+            <numerusform>Fehler: %n Änderung der Punkte ist nicht auf dem Datenträger: %1. Jeder aufgenommene Punkt steht in diesem Protokoll.</numerusform>
+            <numerusform>Fehler: %n Änderungen der Punkte sind nicht auf dem Datenträger: %1. Jeder aufgenommene Punkt steht in diesem Protokoll.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Error: The export to %1 was not finished, nothing of it is kept.</source>
+        <translation>Fehler: Der Export nach %1 wurde nicht fertig, nichts davon bleibt.</translation>
+    </message>
+    <message>
+        <source>Ca&amp;pture</source>
+        <translation>&amp;Punkt aufnehmen</translation>
+    </message>
+    <message>
+        <source>To&amp;ol</source>
+        <translation>&amp;Werkzeug</translation>
+    </message>
+    <message>
+        <source>To&amp;lerance</source>
+        <translation>Toleran&amp;z</translation>
+    </message>
+    <message>
+        <source>&amp;within</source>
+        <translation>To&amp;leranz</translation>
     </message>
 </context>
 <context>
@@ -398,7 +475,7 @@
     </message>
     <message>
         <source>Measurement Tool &amp;points</source>
-        <translation>&amp;Messpunkte</translation>
+        <translation>Messp&amp;unkte</translation>
     </message>
     <message>
         <source>Capture points with the tip of a Measurement Tool, and list them</source>
@@ -451,7 +528,7 @@
         <translation>Zahlen des Ergebnisses</translation>
     </message>
     <message>
-        <source>T&amp;ool:</source>
+        <source>To&amp;ol:</source>
         <translation>W&amp;erkzeug:</translation>
     </message>
     <message>
@@ -473,6 +550,22 @@
     <message>
         <source>Put the tip into a hollow, press Start or the tool&apos;s first button, and tilt the tool slowly to all sides for some ten seconds.</source>
         <translation>Setzen Sie die Spitze in eine Mulde, drücken Sie Start oder die erste Taste des Werkzeugs und neigen Sie es langsam etwa zehn Sekunden lang nach allen Seiten.</translation>
+    </message>
+    <message>
+        <source>What the buttons on the tool do</source>
+        <translation>Was die Tasten am Werkzeug bewirken</translation>
+    </message>
+    <message>
+        <source>%1 does nothing while the tip check runs</source>
+        <translation>%1 bewirkt nichts, solange die Prüfung der Spitze läuft</translation>
+    </message>
+    <message>
+        <source>%1 starts a tip check</source>
+        <translation>%1 beginnt eine Prüfung der Spitze</translation>
+    </message>
+    <message>
+        <source>Put the tip into a hollow, press Start, and tilt the tool slowly to all sides for some ten seconds.</source>
+        <translation>Setzen Sie die Spitze in eine Mulde, drücken Sie Start und neigen Sie das Werkzeug langsam etwa zehn Sekunden lang nach allen Seiten.</translation>
     </message>
 </context>
 <context>
@@ -590,24 +683,12 @@
         <translation>Rutschen [mm]</translation>
     </message>
     <message>
-        <source>Coverage (0 to 1)</source>
-        <translation>Abdeckung (0 bis 1)</translation>
+        <source>Coverage (0 to 1), tilt [degrees]</source>
+        <translation>Abdeckung (0 bis 1), Neigung [Grad]</translation>
     </message>
     <message>
-        <source>Tilt [degrees]</source>
-        <translation>Neigung [Grad]</translation>
-    </message>
-    <message>
-        <source>Poses</source>
-        <translation>Posen</translation>
-    </message>
-    <message>
-        <source>Duration [s]</source>
-        <translation>Dauer [s]</translation>
-    </message>
-    <message>
-        <source>Hidden [%]</source>
-        <translation>Verdeckt [%]</translation>
+        <source>Poses, duration [s], hidden [%]</source>
+        <translation>Posen, Dauer [s], verdeckt [%]</translation>
     </message>
 </context>
 <context>
@@ -635,6 +716,10 @@
     <message>
         <source>the folder %1 cannot be made</source>
         <translation>Der Ordner %1 lässt sich nicht anlegen</translation>
+    </message>
+    <message>
+        <source>the disk does not answer</source>
+        <translation>der Datenträger antwortet nicht</translation>
     </message>
 </context>
 <context>
