@@ -29,5 +29,5 @@ mkdir -p "$folder"
 install_missing "${build_packages[@]}"
 cmake --preset release >/dev/null
 cmake --build --preset release --target kestrel-pictures translations
-QT_QPA_PLATFORM=offscreen QT_FONT_DPI=$dpi LC_ALL=C build/release/bin/kestrel-pictures "$folder" \
-    "${options[@]}"
+export QT_QPA_PLATFORM=offscreen QT_FONT_DPI=$dpi LC_ALL=C PULSE_RUNTIME_PATH=/nonexistent/pulse # no sound
+build/release/bin/kestrel-pictures "$folder" "${options[@]}"

@@ -1,13 +1,19 @@
+#include "scripts/pictures/walk.h"
 #include "workbench/startup.h"
 #include "workbench/translations.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/screenpixels.h"
+#include "workbench/window/sending/outletcontrol.h"
+#include "workbench/window/state/banner.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QCommandLineParser>
 #include <QDialog>
-#include <QDir>
+#include <QDockWidget>
+#include <QDoubleSpinBox>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -15,47 +21,44 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QUdpSocket>
 
-#include <cstdio>
-#include <functional>
 #include <utility>
-#include <vector>
 
 namespace {
 
-constexpr int pollMs = 50;
-constexpr int patienceMs = 60000;
-constexpr int settleMs = 4000;         // until the figures for the last seconds mean something
-constexpr int animationMs = 1000;      // until the moving picture has begun
+constexpr int settleMs = 4000;    // until the figures for the last seconds mean something
+constexpr int animationMs = 1000; // until the moving picture has begun
+constexpr quint16 udpPort = 9870;
+constexpr int recordedMs = 1500;       // of the recording that is played
+constexpr double replayedTo = 1.0;     // seconds
+constexpr int ringMs = 1300;           // until the ring of a capture of two seconds is well filled
+constexpr int layoutMs = 500;          // until new words have their room
+constexpr int staleMs = 1000;          // until data that fail to come have been told
+constexpr quint64 shownFrames = 10;    // until the display has had some
 constexpr QSize windowSize(1100, 800); // at 96 dpi
-const char* const simulatorOptions = "--seed 5 --cal-duration 4 --cal-pause 3";
+constexpr QSize tipCheckSize(480, 620);
+constexpr QSize pointsSize(760, 520);
+constexpr QSize readoutSize(420, 260);
+constexpr QSize plotSize(640, 360);
+constexpr int hiddenMs = 1500;
+constexpr int plottedMs = 8000;
+constexpr std::pair<const char*, QSize> readoutSizes[] = {
+    {"readout_small", {320, 200}}, {"readout_wide", {900, 300}}, {"readout_large", {1000, 700}}};
+const char* const simulatorOptions = "--seed 5 --cal-duration 4 --cal-pause 3 --no-occlusion";
 
-// A walk through the window and its dialogs. Each step waits until its condition holds and then
-// acts; the steps go on inside the dialogs' own loops.
-class Tour : public QObject {
+class Tour : public Walk {
 public:
-    Tour(workbench::MainWindow& window, QString folder, bool all)
-        : m_window(window)
-        , m_folder(std::move(folder)) {
-        connect(&m_timer, &QTimer::timeout, this, &Tour::poll);
+    Tour(workbench::MainWindow& window, const QString& folder, bool all)
+        : Walk(window, folder) {
         describe(all);
-        m_timer.start(pollMs);
     }
 
 private:
-    struct Step {
-        const char* name;
-        std::function<bool()> condition;
-        std::function<void()> act;
-    };
-
-    void step(const char* name, std::function<bool()> condition, std::function<void()> act) {
-        m_steps.push_back({name, std::move(condition), std::move(act)});
-    }
-
     void describe(bool all) {
         step(
             "start page", [this] { return m_window.isVisible(); },
@@ -65,11 +68,27 @@ private:
                 m_window.simulate(QString::fromLatin1(simulatorOptions).split(QLatin1Char(' ')));
             });
         describeLiveView();
+        describeSending();
+        describeTipCheck();
+        describePoints(all);
+        describeLostData();
+        describeReadout(all);
+        describePlot(all);
         if (all) {
+            step(
+                "menus", [] { return true; },
+                [this] {
+                    int number = 0;
+                    const auto menus = m_window.menuBar()->actions();
+                    for (const QAction* menu : menus) {
+                        takeMenu(*menu->menu(), "menu_" + QByteArray::number(++number));
+                    }
+                });
             describeSmallDialogs();
         }
         describeSettings();
         describeCalibration();
+        describeReplay();
         step(
             "end", [] { return dialog() == nullptr; }, [] { QCoreApplication::quit(); });
     }
@@ -85,6 +104,9 @@ private:
             [this] {
                 command("kestrel2 sim place tool b01 120.5 -48.25 310 12 -35.5 4");
                 command("kestrel2 sim press tool b01 1");
+                command("kestrel2 sim press tool b02 0"); // they would capture points
+                command("kestrel2 sim press tool b03 0");
+                command("kestrel2 sim press tool b04 0");
                 command("kestrel2 sim occlude tool b02 yes");
                 command("kestrel2 sim occlude reference b02 yes");
             });
@@ -92,9 +114,168 @@ private:
             "a tool out of sight",
             [this, shows] {
                 return shows(0, "#00ff00") && shows(1, "#ff0000") && shows(2, "#00ff00") &&
-                       m_waitedMs > settleMs;
+                       waitedMs() > settleMs;
             },
             [this] { take(m_window, "workbench"); });
+        step(
+            "record", [] { return true; }, [this] { m_window.startRecording(recording()); });
+        step(
+            "a second and a half of frames", [this] { return waitedMs() > recordedMs; },
+            [this] { m_window.stopRecording(); });
+    }
+
+    // To a reader that takes them, and to viewers of which none is there.
+    void describeSending() {
+        step(
+            "send", [] { return dialog() == nullptr; },
+            [this] {
+                m_reader.bind(QHostAddress(QHostAddress::LocalHost), udpPort);
+                for (const char* text : {"udp://127.0.0.1", "igtl://"}) {
+                    workbench::OutletUrl url;
+                    QString error;
+                    if (!url.parse(QLatin1String(text), &error) ||
+                        !m_window.outlets().add(url, workbench::OutletControl::Memory::ThisRun,
+                                                &error)) {
+                        qFatal("%s", qPrintable(error));
+                    }
+                }
+                QTimer::singleShot(0, m_window.findChild<QAction*>("actionSendTo"),
+                                   &QAction::trigger);
+            });
+        step(
+            "sent frames", [this] { return dialog() != nullptr && waitedMs() > settleMs; },
+            [this] {
+                take(*dialog(), "send");
+                dialog()->close();
+                m_window.outlets().remove(QStringLiteral("udp://127.0.0.1"));
+                m_window.outlets().remove(QStringLiteral("igtl://"));
+            });
+    }
+
+    QDockWidget* openApart(const char* name, const QSize& size) {
+        auto* const dock = m_window.findChild<QDockWidget*>(QLatin1String(name));
+        dock->setFloating(true);
+        dock->show();
+        dock->resize(workbench::screenPixels(size.width(), *dock),
+                     workbench::screenPixels(size.height(), *dock));
+        return dock;
+    }
+
+    void describeReadout(bool all) {
+        const auto figures = [this](const char* button) {
+            return m_window.findChild<QDockWidget*>("ReadoutDock")
+                ->findChild<QAbstractButton*>(QLatin1String(button));
+        };
+        step(
+            "open the read-out", [] { return true; },
+            [this] { openApart("ReadoutDock", readoutSize); });
+        step(
+            "read-out", [this] { return waitedMs() > settleMs; },
+            [this, figures] {
+                take(*m_window.findChild<QDockWidget*>("ReadoutDock"), "readout");
+                figures("checkBox_angles")->click();
+            });
+        if (all) {
+            for (const auto& [name, size] : readoutSizes) {
+                step(
+                    name, [] { return true; },
+                    [this, room = size] { openApart("ReadoutDock", room); });
+                step(
+                    name, [this] { return waitedMs() > animationMs; },
+                    [this, picture = name] {
+                        take(*m_window.findChild<QDockWidget*>("ReadoutDock"), picture);
+                    });
+            }
+            step(
+                "freeze", [] { return true; },
+                [this, figures] {
+                    figures("toolButton_freeze")->click();
+                    take(*m_window.findChild<QDockWidget*>("ReadoutDock"), "readout_frozen");
+                    figures("toolButton_freeze")->click();
+                    m_window.findChild<QComboBox*>("comboBox_tool")->setCurrentIndex(1);
+                });
+            step(
+                "a hidden one", [this] { return waitedMs() > animationMs; },
+                [this] {
+                    take(*m_window.findChild<QDockWidget*>("ReadoutDock"), "readout_hidden");
+                });
+        }
+        step(
+            "close the read-out", [] { return true; },
+            [this] { m_window.findChild<QDockWidget*>("ReadoutDock")->hide(); });
+    }
+
+    // A tool that moves a little, and was out of sight for a moment. (A build may have no plot.)
+    void describePlot(bool all) {
+        if (m_window.findChild<QDockWidget*>("PlotDock") == nullptr) {
+            return;
+        }
+        const auto hide = [this](const char* hidden) {
+            command(qPrintable(QStringLiteral("kestrel2 sim occlude tool b01 %1").arg(hidden)));
+        };
+        step(
+            "open the plot", [] { return true; },
+            [this] {
+                command("kestrel2 sim place tool b01 120.5 -48.25 310 12 -35.5 4");
+                openApart("PlotDock", plotSize)
+                    ->findChild<QComboBox*>("comboBox_span")
+                    ->setCurrentIndex(0);
+            });
+        step(
+            "before it hides", [this] { return waitedMs() > settleMs; }, [hide] { hide("yes"); });
+        step(
+            "hidden", [this] { return waitedMs() > hiddenMs; }, [hide] { hide("no"); });
+        step(
+            "plot", [this] { return waitedMs() > settleMs; },
+            [this] { take(*m_window.findChild<QDockWidget*>("PlotDock"), "plot"); });
+        if (all) {
+            step(
+                "pause the plot", [this] { return waitedMs() > plottedMs; },
+                [this] {
+                    auto* const dock = m_window.findChild<QDockWidget*>("PlotDock");
+                    dock->findChild<QAbstractButton*>("toolButton_zoomIn")->click();
+                    take(*dock, "plot_zoomed");
+                    dock->findChild<QAbstractButton*>("toolButton_pause")->click();
+                    m_window.stopMeasurement();
+                });
+            step(
+                "plot of a stopped measurement", [this] { return waitedMs() > animationMs; },
+                [this] {
+                    take(*m_window.findChild<QDockWidget*>("PlotDock"), "plot_stopped");
+                    m_window.startMeasurement();
+                });
+        }
+        step(
+            "close the plot", [] { return true; },
+            [this] { m_window.findChild<QDockWidget*>("PlotDock")->hide(); });
+    }
+
+    QString recording() const { return m_recordings.filePath(QStringLiteral("session.kestrel")); }
+
+    void describeReplay() {
+        const auto state = [this] { return m_window.backend().replay.state(); };
+        step(
+            "open the recording", [] { return dialog() == nullptr; },
+            [this] { m_window.openRecording(recording()); });
+        step(
+            "replay",
+            [this, state] {
+                return state() == workbench::ReplayControl::State::Playing &&
+                       m_window.backend().receiver.statistics().snapshot().frames > shownFrames;
+            },
+            [this] {
+                for (const char* name : {"ProbeTipCheckDock", "ProbePointsDock"}) {
+                    m_window.findChild<QDockWidget*>(QLatin1String(name))->hide();
+                }
+                m_window.backend().replay.pause();
+                m_window.backend().replay.seek(replayedTo);
+            });
+        step(
+            "paused",
+            [this, state] {
+                return state() == workbench::ReplayControl::State::Paused && waitedMs() > settleMs;
+            },
+            [this] { take(m_window, "replay"); });
     }
 
     void describeSmallDialogs() {
@@ -113,6 +294,145 @@ private:
                     dialog()->close();
                 });
         }
+    }
+
+    void describeTipCheck() {
+        step(
+            "tip check", [this] { return m_window.isVisible(); },
+            [this] {
+                command("kestrel2 sim occlude tool b02 no");
+                command("kestrel2 sim occlude reference b02 no");
+                command("kestrel2 sim press tool b01 0");
+                useTipThatIsWrongBy(0.3, -0.4);
+                command("kestrel2 sim move tool b01 cone 40");
+                open("ProbeTipCheckDock", tipCheckSize);
+            });
+        step(
+            "start", [this] { return child<QPushButton>("pushButton_start")->isEnabled(); },
+            [this] {
+                child<QDoubleSpinBox>("doubleSpinBox_tolerance")->setValue(0.3);
+                child<QPushButton>("pushButton_start")->click();
+            });
+        step(
+            "half of the directions",
+            [this] {
+                const QString figures = child<QLabel>("label_figures")->text(); // "5 s, ..."
+                return figures.section(QLatin1Char(' '), 0, 0).toDouble() >= 5.0;
+            },
+            [this] { take(*m_dock, "tip_check"); });
+        step(
+            "result of the tip check",
+            [this] {
+                m_overMs =
+                    child<QPushButton>("pushButton_stop")->isEnabled() ? waitedMs() : m_overMs;
+                return waitedMs() - m_overMs > layoutMs;
+            },
+            [this] {
+                take(*m_dock, "tip_check_result");
+                m_dock->hide();
+            });
+    }
+
+    void describePoints(bool all) {
+        step(
+            "points", [this] { return m_window.isVisible(); },
+            [this] {
+                command("kestrel2 sim place reference b01 -400 -14 28 0.5 -6.6 32.6");
+                open("ProbePointsDock", pointsSize);
+                child<QTableView>("tableView_points")->selectAll();
+                child<QPushButton>("pushButton_delete")->click();
+                child<QComboBox>("comboBox_tool")->setCurrentIndex(0);
+            });
+        const char* const places[] = {"10 20 30", "110.05 20 30", "110.05 80.02 30.01"};
+        for (int i = 0; i < 3; ++i) {
+            step(
+                "place of a point",
+                [this, i] {
+                    return child<QTableView>("tableView_points")->model()->rowCount() == i;
+                },
+                [this, place = places[i]] {
+                    command(qPrintable(QStringLiteral("kestrel2 sim place tool b01 %1 12 -35.5 4")
+                                           .arg(QLatin1String(place))));
+                });
+            step(
+                "capture", [this] { return waitedMs() > animationMs; },
+                [this] { child<QPushButton>("pushButton_capture")->click(); });
+        }
+        step(
+            "three points", // and the last one on the disk
+            [this] {
+                return child<QTableView>("tableView_points")->model()->rowCount() == 3 &&
+                       waitedMs() > 3 * animationMs;
+            },
+            [this] {
+                auto* const table = child<QTableView>("tableView_points");
+                child<QDoubleSpinBox>("doubleSpinBox_duration")->setValue(2.0);
+                child<QDoubleSpinBox>("doubleSpinBox_nominal")->setValue(100.0);
+                for (const int row : {0, 1}) {
+                    table->selectionModel()->select(table->model()->index(row, 0),
+                                                    QItemSelectionModel::Select |
+                                                        QItemSelectionModel::Rows);
+                }
+                child<QPushButton>("pushButton_capture")->click();
+            });
+        step(
+            "half of a point", [this] { return waitedMs() > ringMs; },
+            [this] { take(*m_dock, "points"); });
+        step(
+            "end of the points",
+            [this] { return child<QTableView>("tableView_points")->model()->rowCount() == 4; },
+            [this, all] {
+                m_dock->setFloating(false);
+                if (all) {
+                    take(m_window, "points_in_the_window");
+                }
+                m_dock->hide();
+            });
+    }
+
+    void describeLostData() {
+        step(
+            "data that fail to come", [this] { return m_window.isVisible(); },
+            [this] { command("kestrel2 sim misbehave lost-data 100"); });
+        step(
+            "words over the docks",
+            [this] { return !m_window.banner().lines().isEmpty() && waitedMs() > staleMs; },
+            [this] {
+                take(m_window, "no_data");
+                command("kestrel2 sim behave");
+            });
+        step(
+            "data again", [this] { return m_window.banner().lines().isEmpty(); }, [] {});
+    }
+
+    // A dock of a module by itself, at this size at 96 dpi or as large as it has to be.
+    void open(const char* name, QSize size) {
+        m_dock = m_window.findChild<QDockWidget*>(QLatin1String(name));
+        m_dock->show();
+        m_dock->setFloating(true);
+        m_dock->resize(QSize(workbench::screenPixels(size.width(), m_window),
+                             workbench::screenPixels(size.height(), m_window))
+                           .expandedTo(m_dock->minimumSizeHint()));
+    }
+
+    template <typename Widget>
+    Widget* child(const char* name) const {
+        return m_dock->findChild<Widget*>(QLatin1String(name));
+    }
+
+    // Millimetres along x and y of the first tool.
+    void useTipThatIsWrongBy(double x, double y) {
+        double tip[3] = {};
+        char reply[200] = {};
+        m_window.backend().io.get_parameter_string(reply, "sim tip b01");
+        const QStringList numbers = QString::fromLatin1(reply).split(QLatin1Char(' '));
+        for (int i = 0; i < 3; ++i) {
+            tip[i] = numbers.value(i).toDouble();
+        }
+        command(qPrintable(QStringLiteral("kestrel2 set sim tip_used b01 %1 %2 %3")
+                               .arg(tip[0] + x)
+                               .arg(tip[1] + y)
+                               .arg(tip[2])));
     }
 
     void describeSettings() {
@@ -148,7 +468,7 @@ private:
                 openEntry(1);
             });
         step(
-            "calibration", [this] { return shown("MtCalibrationDlg") && m_waitedMs > animationMs; },
+            "calibration", [this] { return shown("MtCalibrationDlg") && waitedMs() > animationMs; },
             [this] {
                 take(*dialog(), "calibration");
                 press("pushButton_help");
@@ -182,62 +502,23 @@ private:
             "leave", [] { return shown("MtCalibrationDlg"); }, [] { press("pushButton_exit"); });
     }
 
-    void poll() {
-        m_waitedMs += pollMs;
-        if (m_steps.at(m_next).condition()) {
-            m_waitedMs = 0;
-            m_steps.at(m_next++).act();
-        } else if (m_waitedMs > patienceMs) {
-            std::fprintf(stderr, "pictures: waited in vain for: %s\n", m_steps.at(m_next).name);
-            std::exit(1);
-        }
-        if (m_next == m_steps.size()) {
-            m_timer.stop();
-        }
-    }
-
-    static QWidget* dialog() { return QApplication::activeModalWidget(); }
-
-    static bool shown(const char* className) {
-        return dialog() != nullptr && dialog()->inherits(className) && dialog()->isVisible();
-    }
-
-    // Afterwards, for what it opens has its own loop, in which the tour goes on.
-    static void press(const char* button) {
-        QTimer::singleShot(0, dialog()->findChild<QPushButton*>(button), &QPushButton::click);
-    }
-
-    void openEntry(int index) {
-        const auto menus = m_window.menuBar()->findChildren<QMenu*>();
-        for (const QMenu* menu : menus) {
-            if (menu->title() == QLatin1String("&Tracking")) {
-                QTimer::singleShot(0, menu->actions().at(index), &QAction::trigger);
+    void takeMenu(QMenu& menu, const QByteArray& name) {
+        menu.popup(m_window.pos());
+        take(menu, name);
+        menu.hide();
+        int number = 0;
+        const auto entries = menu.actions();
+        for (const QAction* entry : entries) {
+            if (entry->menu() != nullptr) {
+                takeMenu(*entry->menu(), name + '_' + QByteArray::number(++number));
             }
         }
     }
 
-    void command(const char* line) {
-        char reply[200] = {};
-        if (m_window.backend().io.send_command(reply, line) != 0) {
-            std::fprintf(stderr, "pictures: %s: %s\n", line, reply);
-        }
-    }
-
-    void take(QWidget& widget, const char* name) {
-        const QString file = QDir(m_folder).filePath(QLatin1String(name) + QLatin1String(".png"));
-        if (!widget.grab().save(file)) {
-            std::fprintf(stderr, "pictures: %s cannot be written\n", qPrintable(file));
-            std::exit(1);
-        }
-        std::printf("%s\n", qPrintable(file));
-    }
-
-    workbench::MainWindow& m_window;
-    const QString m_folder;
-    std::vector<Step> m_steps;
-    std::size_t m_next = 0;
-    int m_waitedMs = 0;
-    QTimer m_timer;
+    const QTemporaryDir m_recordings;
+    QUdpSocket m_reader;
+    QDockWidget* m_dock = nullptr; ///< that is being shown
+    int m_overMs = 0;              ///< when the check ended
 };
 
 QPalette darkPalette() {
@@ -278,7 +559,8 @@ int main(int argc, char* argv[]) {
     const workbench::Translations translations(parser.value("language"),
                                                workbench::Translations::usualFolders());
     const QTemporaryDir scratch;
-    workbench::MainWindow window({scratch.filePath("settings.ini"), false, true});
+    qputenv("XDG_DATA_HOME", scratch.path().toLocal8Bit()); // where captured points are kept
+    workbench::MainWindow window({scratch.filePath("settings.ini"), false, false});
     const QStringList folders = workbench::ModuleHost::usualFolders();
     for (const QString& folder : folders) {
         window.modules().loadFolder(folder);
