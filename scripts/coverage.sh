@@ -15,7 +15,7 @@ cd "$(dirname "$0")/.."
 rooms=(
     "SDK|libs/kestrel_sdk/Lib/|100|100"
     "probe|libs/kestrel_probe/|100|100"
-    "probecheck|probecheck/|97|92"
+    "probecheck|probecheck/|98|95"
     "module|SourceFiles/ general/|98|95"
     "workbench|workbench/|90|80"
     "simulator|simulator/|90|80"

@@ -6,8 +6,9 @@ PROBE = "libs/kestrel_probe"
 WIRE = "libs/kestrel_wire"
 RECORDING = "libs/kestrel_recording"
 PLUGIN = ["SourceFiles", "general", CONTRACT, SDK, "ui"]
+SENDING = "workbench/outlets/sending"
 WORKBENCH = ["workbench", "workbench/text", "workbench/controller", "workbench/modules",
-             "workbench/outlets", "workbench/window"]
+             "workbench/outlets", SENDING, "workbench/window"]
 SIMULATOR = ["simulator", "simulator/words", "simulator/geometry", "simulator/controller"]
 HOST = [CONTRACT, SDK, WIRE, RECORDING]
 TEST_HOST = ["tests/support", CONTRACT, SDK]
@@ -18,37 +19,44 @@ KNOWS = {
     CONTRACT: [],
     "general": [CONTRACT, SDK, "ui"],
     "SourceFiles": ["general", CONTRACT, SDK, PROBE, "ui"],
-    "probecheck": ["general", CONTRACT, SDK, PROBE],
+    "probecheck": ["general", CONTRACT, SDK, PROBE, "probecheck/sounds"],
+    "probecheck/sounds": [],
     SDK: [],
     PROBE: [],
     WIRE: [SDK],
     RECORDING: [WIRE, SDK],
     "workbench/text": HOST,
     "workbench/outlets": HOST,
-    "workbench/controller": HOST + ["workbench/text", "workbench/outlets"],
-    "workbench/modules": HOST + ["workbench/text", "workbench/controller", "workbench/outlets"],
+    SENDING: HOST + ["workbench/outlets"],
+    # Each is loaded when it is wanted: nobody else includes them.
+    "workbench/outlets/mqtt": HOST + ["workbench/outlets", SENDING],
+    "workbench/outlets/igtl": HOST + ["workbench/outlets", SENDING],
+    "workbench/controller": HOST + ["workbench/text", "workbench/outlets", SENDING],
+    "workbench/modules": HOST + ["workbench/text", "workbench/controller", "workbench/outlets",
+                                 SENDING],
     "workbench/window": HOST + ["workbench/text", "workbench/controller", "workbench/modules",
-                                "workbench/outlets"],
+                                "workbench/outlets", SENDING],
     "workbench": HOST + WORKBENCH,
     "simulator/geometry": [PROBE],
     "simulator/words": [WIRE, SDK, "simulator/geometry"],
     "simulator/controller": [WIRE, SDK, "simulator/words", "simulator/geometry"],
     "simulator": [WIRE, SDK] + SIMULATOR,
     "recording": [WIRE, RECORDING],
-    "python": [SDK],
+    "python": [SDK, PROBE, WIRE, RECORDING],
     "tests/support": [CONTRACT, WIRE],
     "tests/host_api": [CONTRACT],
     "tests/general": TEST_HOST + ["general", "ui"],
     "tests/SourceFiles": TEST_HOST + PLUGIN + ["tests/general"],
-    "tests/probecheck": TEST_HOST + ["probecheck", "general", PROBE],
+    "tests/probecheck": TEST_HOST + ["probecheck", "probecheck/sounds", "general", PROBE],
     "tests/libs/kestrel_sdk": [SDK],
     "tests/libs/kestrel_probe": [PROBE],
     "tests/libs/kestrel_wire": [WIRE],
     "tests/libs/kestrel_recording": [RECORDING, WIRE],
     "tests/workbench": HOST + WORKBENCH + ["tests/support"],
+    "tests/workbench/outlets/mqtt": HOST + [SENDING, "workbench/outlets/mqtt", "tests/support"],
+    "tests/workbench/outlets/igtl": HOST + [SENDING, "workbench/outlets/igtl"],
     "tests/simulator": [WIRE, SDK] + SIMULATOR,
     "tests/recording": ["recording", RECORDING, WIRE],
-    "tests/python": [SDK],
     # Windows of all rooms side by side.
     "tests/windows": TEST_HOST + PLUGIN + ["probecheck", WIRE] + WORKBENCH
                      + ["tests/SourceFiles", "tests/general", "tests/probecheck",
@@ -60,6 +68,8 @@ KNOWS = {
     "benchmarks/sdk": [SDK],
     "benchmarks/points": ["probecheck", PROBE, "tests/probecheck"],
     "benchmarks/probe": [PROBE, "tests/libs/kestrel_probe"],
+    "benchmarks/probecheck": TEST_HOST + ["probecheck", PROBE, "tests/probecheck",
+                                          "tests/libs/kestrel_probe"],
     "benchmarks/display": PLUGIN + TEST_HOST + ["tests/SourceFiles"],
     "benchmarks/scale": HOST + WORKBENCH + SIMULATOR,
     "benchmarks/recording": [WIRE],
@@ -68,13 +78,14 @@ KNOWS = {
     "fuzz/sdk": [SDK, "tests/libs/kestrel_sdk"],
     "fuzz/recording": [RECORDING, WIRE],
     "fuzz/simulator": [WIRE, SDK] + SIMULATOR,
-    "fuzz/workbench": [WIRE, SDK, "workbench/controller"],
+    "fuzz/workbench": [WIRE, SDK, "workbench/controller", SENDING],
 }
 
 # Rooms with headers of their own that nobody else may include: these are the ones for everybody.
 PUBLIC_HEADERS = {
-    SDK: ["KestrelAngles.h", "KestrelDatatypes.h", "KestrelParse.h", "KestrelParser.h"],
-    PROBE: ["PivotFit.h", "PointCapture.h", "Verdict.h"],
+    SDK: ["KestrelAngles.h", "KestrelDatatypes.h", "KestrelParse.h", "KestrelParser.h",
+          "KestrelPick.h"],
+    PROBE: ["PivotFit.h", "PointCapture.h", "TipSolver.h", "Verdict.h"],
 }
 
 # Qt's modules that a room may use; where no room or folder above is named, all of them.
@@ -83,6 +94,7 @@ QT_MODULES = {
     "general": ["QtCore", "QtGui", "QtWidgets"],
     "SourceFiles": ["QtCore", "QtGui", "QtWidgets"],
     "probecheck": ["QtCore", "QtGui", "QtWidgets"],
+    "probecheck/sounds": ["QtCore", "QtMultimedia"],
     "libs": [],
     "simulator": ["QtCore", "QtNetwork"],
     "simulator/words": [],
@@ -101,6 +113,7 @@ OTHER_LIBRARIES = {
     PROBE: ["Eigen/"],
     WIRE: [],
     RECORDING: [],
+    "python": ["pybind11/"],
     "simulator/geometry": ["Eigen/"],
     "simulator/words": ["Eigen/"],
     "simulator/controller": ["Eigen/"],

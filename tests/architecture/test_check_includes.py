@@ -48,6 +48,7 @@ FORBIDDEN = [
     ("simulator", '"host_api/iomanager.h"', "may not know host_api"),
     ("recording", '"simulator/options.h"', "may not know simulator"),
     ("python", '"host_api/iomanager.h"', "may not know host_api"),
+    ("python/src", "<Eigen/Dense>", "may not know this library"),
     # From sub-room to sub-room.
     ("workbench/text", '"workbench/controller/channelresult.h"', "may not know workbench/controller"),
     ("workbench/text", '"../options.h"', "may not know workbench"),
