@@ -62,6 +62,10 @@ void LogModel::Entry::repeat(const Entry& other) {
     serial = other.serial;
 }
 
+qint64 LogModel::Entry::characters() const {
+    return qint64(category.size()) + source.size() + text.size();
+}
+
 QString LogModel::Entry::textWithCount() const {
     return count == 1 ? text
                       : tr("%1 (%2 times, the last one at %3)")
@@ -84,9 +88,10 @@ int LogModel::repetitions(int row) const {
     return m_entries.at(static_cast<std::size_t>(row)).count;
 }
 
-LogModel::LogModel(int maxRows, QObject* parent)
+LogModel::LogModel(int maxRows, qint64 maxCharacters, QObject* parent)
     : QAbstractTableModel(parent)
-    , m_maxRows(static_cast<std::size_t>(std::max(1, maxRows))) {}
+    , m_maxRows(static_cast<std::size_t>(std::max(1, maxRows)))
+    , m_maxCharacters(maxCharacters) {}
 
 void LogModel::add(const QString& category, const QString& source, int level, const QString& text) {
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -103,11 +108,14 @@ void LogModel::add(const QString& category, const QString& source, int level, co
         m_incoming.back().repeat(entry);
         return;
     }
-    if (m_incoming.size() >= m_maxRows) {
+    const bool isFull = m_incoming.size() >= m_maxRows ||
+                        m_incomingCharacters + entry.characters() > m_maxCharacters;
+    if (isFull && !m_incoming.empty()) { // one is always taken, and stands for those left out
         ++m_dropped;
         return;
     }
     m_incoming.push_back(entry);
+    m_incomingCharacters += entry.characters();
     if (m_incoming.size() == 1) {
         QMetaObject::invokeMethod(this, "takeIncoming", Qt::QueuedConnection);
     }
@@ -126,6 +134,7 @@ void LogModel::takeIncoming() {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         incoming.swap(m_incoming);
+        m_incomingCharacters = 0;
         if (m_dropped > 0) {
             const QDateTime now = QDateTime::currentDateTime();
             incoming.back() = {now,
@@ -174,9 +183,15 @@ std::optional<int> LogModel::countAsRepetition(const Entry& entry, std::vector<E
 }
 
 void LogModel::append(const std::vector<Entry>& added) {
-    const std::size_t total = m_entries.size() + added.size();
-    const std::size_t excess =
-        std::min(total > m_maxRows ? total - m_maxRows : 0, m_entries.size());
+    for (const Entry& entry : added) {
+        m_characters += entry.characters();
+    }
+    std::size_t excess = 0;
+    while (excess < m_entries.size() && (m_entries.size() - excess + added.size() > m_maxRows ||
+                                         m_characters > m_maxCharacters)) {
+        m_characters -= m_entries[excess].characters();
+        ++excess;
+    }
     if (excess > 0) {
         beginRemoveRows({}, 0, static_cast<int>(excess) - 1);
         m_entries.erase(m_entries.begin(), m_entries.begin() + static_cast<std::ptrdiff_t>(excess));
@@ -200,6 +215,7 @@ int LogModel::problemsSince(quint64 serial) const {
 void LogModel::clear() {
     beginResetModel();
     m_entries.clear();
+    m_characters = 0;
     endResetModel();
 }
 

@@ -11,11 +11,12 @@
 
 namespace workbench {
 
-/// The workbench's log: what modules write, what the workbench itself has to say. A table with a
-/// bounded number of rows; the oldest go first. A line that is written again and again is one row,
-/// which says how often; a complaint of a module also when other lines stand in between, for a
-/// dialog repeats all of its complaints with each of its queries. All texts are plain text: control
-/// characters are shown as escapes, nothing is ever interpreted.
+/// The workbench's log: what modules write, what the workbench itself has to say. A table that is
+/// bounded by its rows and by the characters in them; the oldest rows go first. A line that is
+/// written again and again is one row, which says how often; a complaint of a module also when
+/// other lines stand in between, for a dialog repeats all of its complaints with each of its
+/// queries. All texts are plain text: control characters are shown as escapes, nothing is ever
+/// interpreted.
 class LogModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -32,7 +33,13 @@ public:
     /// In words, for a user; an unknown one with its number.
     static QString levelWord(int level);
 
-    explicit LogModel(int maxRows = 10000, QObject* parent = nullptr);
+    static constexpr int defaultRows = 10000;
+    /// Several times what so many usual lines have; they take two bytes each.
+    static constexpr qint64 defaultCharacters = 4000000;
+
+    /// The latest line is kept even when it is longer than `maxCharacters`.
+    explicit LogModel(int maxRows = defaultRows, qint64 maxCharacters = defaultCharacters,
+                      QObject* parent = nullptr);
 
     /// Appends a line. May be called from any thread; the row appears with the next turn of the
     /// event loop.
@@ -71,6 +78,7 @@ private:
         QDateTime last;
         quint64 serial = 0; // of the last
 
+        qint64 characters() const;
         bool isOfModule() const;
         int meaning() const;
         bool isRepeatedBy(const Entry& other) const;
@@ -83,12 +91,15 @@ private:
     void append(const std::vector<Entry>& added);
     QString cell(const Entry& entry, int column) const;
 
-    std::size_t m_maxRows;
+    const std::size_t m_maxRows;
+    const qint64 m_maxCharacters;
     std::deque<Entry> m_entries;
+    qint64 m_characters = 0; // in m_entries
     quint64 m_serial = 0;
 
     std::mutex m_mutex; // guards what follows
     std::vector<Entry> m_incoming;
+    qint64 m_incomingCharacters = 0;
     std::size_t m_dropped = 0;
 };
 

@@ -75,6 +75,50 @@ private Q_SLOTS:
         QVERIFY(log.rowText(9).contains(QStringLiteral("991 lines came too fast")));
     }
 
+    void longLinesAreBoundedByTheirCharacters() {
+        constexpr int names = 18; // of the category and of the source of our own lines
+        LogModel log(100, 1000);
+        for (int i = 0; i < 20; ++i) {
+            log.info(QString::number(i).rightJustified(100 - names, QLatin1Char('.')));
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(log.rowCount(), 10);
+        QVERIFY2(log.rowText(0).endsWith(QStringLiteral(".10")), qPrintable(log.rowText(0)));
+        QVERIFY2(log.rowText(9).endsWith(QStringLiteral(".19")), qPrintable(log.rowText(9)));
+
+        log.info(QString(1000 - names, QLatin1Char('x'))); // as many as there may be
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        log.info(QString(2000, QLatin1Char('y'))); // more: the latest line is always there
+        QTRY_VERIFY_WITH_TIMEOUT(log.rowText(0).endsWith(QLatin1Char('y')), patience);
+        QCOMPARE(log.rowCount(), 1);
+        log.info(QStringLiteral("short"));
+        QTRY_VERIFY_WITH_TIMEOUT(log.rowText(0).endsWith(QStringLiteral("short")), patience);
+        QCOMPARE(log.rowCount(), 1);
+    }
+
+    void whatWasClearedCountsNoMore() {
+        const QString line(400, QLatin1Char('x'));
+        LogModel log(100, 1000);
+        log.info(line + QLatin1Char('1'));
+        log.info(line + QLatin1Char('2'));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 2, patience);
+        log.clear();
+        log.info(line + QLatin1Char('3'));
+        log.info(line + QLatin1Char('4'));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 2, patience);
+        QVERIFY2(log.rowText(0).endsWith(QLatin1Char('3')), qPrintable(log.rowText(0)));
+    }
+
+    void aFloodOfLongLinesIsBoundedAndSaysSo() {
+        LogModel log(1000, 10000);
+        for (int i = 0; i < 100; ++i) {
+            log.info(QString::number(i).rightJustified(982, QLatin1Char('.')));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 10, patience);
+        QVERIFY2(log.rowText(9).contains(QStringLiteral("91 lines came too fast")),
+                 qPrintable(log.rowText(9)));
+    }
+
     void aLineThatRepeatsIsOneLineWithACount() {
         LogModel log;
         log.problem(QStringLiteral("no answer"));
