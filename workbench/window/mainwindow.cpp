@@ -32,6 +32,13 @@ namespace {
 constexpr int moduleDockHeight = 330; // at 96 dpi
 constexpr int pictureCacheKb = 2048;
 
+// Not by clear(): that forgets the numbers of its pictures but not their names, each of which then
+// stays for as long as another picture has its number.
+void emptyPictureCache() {
+    QPixmapCache::setCacheLimit(0);
+    QPixmapCache::setCacheLimit(pictureCacheKb);
+}
+
 } // namespace
 
 MainWindow::MainWindow(const Setup& setup, QWidget* parent)
@@ -198,7 +205,7 @@ void MainWindow::tearDownModules() {
     m_modules.tearDown();
     m_moduleDocks.clear();
     restoreState(docks);
-    QPixmapCache::clear(); // what was painted of docks that are gone is never asked for again
+    emptyPictureCache(); // what was painted of docks that are gone is never asked for again
 }
 
 void MainWindow::startMeasurement() {
