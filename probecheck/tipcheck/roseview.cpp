@@ -81,9 +81,16 @@ void RoseView::display(const TiltRose::View& view, bool isLive) {
     }
 }
 
+void RoseView::setGivingWay(bool isGivingWay) {
+    if (isGivingWay != m_isGivingWay) {
+        m_isGivingWay = isGivingWay;
+        updateGeometry();
+        update();
+    }
+}
+
 QSize RoseView::sizeHint() const {
-    const int side = 5 * fontMetrics().height();
-    return {side, side};
+    return {leastSide(), m_isGivingWay ? 0 : leastSide()};
 }
 
 QSize RoseView::minimumSizeHint() const {
@@ -92,6 +99,10 @@ QSize RoseView::minimumSizeHint() const {
 
 int RoseView::comfortableSide() const {
     return 14 * fontMetrics().height();
+}
+
+int RoseView::leastSide() const {
+    return 5 * fontMetrics().height();
 }
 
 double RoseView::radius() const {
@@ -159,6 +170,9 @@ void RoseView::paintTool(QPainter& painter) const {
 }
 
 void RoseView::paintEvent(QPaintEvent* /*event*/) {
+    if (m_isGivingWay && height() < leastSide()) {
+        return;
+    }
     QPainter painter(this);
     painter.drawPixmap(0, 0, cells());
     if (!m_isLive) {

@@ -17,7 +17,11 @@ public:
     /// Live: with what is missing and where the tool is now.
     void display(const TiltRose::View& view, bool isLive);
 
+    /// Giving way: it takes what others leave, and shows nothing where that is too little to read.
+    void setGivingWay(bool isGivingWay);
+
     /// Such as it can still be read: it takes what room there is, and shrinks before others do.
+    /// No height is needed while it gives way.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     int comfortableSide() const; ///< pixels
@@ -27,6 +31,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    int leastSide() const; ///< pixels; smaller ones cannot be read
     double radius() const;
     QPointF toolPlace() const; ///< from the middle
     QRect toolArea() const;
@@ -36,5 +41,6 @@ private:
 
     TiltRose::View m_view;
     bool m_isLive = false;
+    bool m_isGivingWay = false;
     QPixmap m_cells; ///< as they were painted last; null when they have to be painted anew
 };

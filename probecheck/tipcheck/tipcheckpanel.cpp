@@ -11,7 +11,6 @@
 #include <QComboBox>
 #include <QDateTime>
 #include <QFormLayout>
-#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -26,7 +25,6 @@ namespace {
 constexpr double usualTolerance = 1.5; // mm; the controller's own default
 constexpr double leastTolerance = 0.01;
 constexpr double greatestTolerance = 100.0;
-constexpr int roseRow = 5;     // of the page
 constexpr int figuresMs = 200; // between two texts: nobody reads faster
 
 QLabel* textLabel(const char* name, QWidget* parent) {
@@ -130,16 +128,19 @@ void TipCheckPanel::buildPage() {
     buttons->addWidget(m_start);
     buttons->addWidget(m_stop);
     buttons->addStretch();
-    m_page = new QGridLayout(content);
-    m_page->addLayout(form, 0, 0);
-    m_page->addWidget(m_startByButton, 1, 0);
-    m_page->addWidget(m_buttons, 2, 0);
-    m_page->addLayout(buttons, 3, 0);
-    m_page->addWidget(m_words, 4, 0);
-    m_page->addWidget(m_rose, roseRow, 0);
-    m_page->addWidget(m_figures, roseRow + 1, 0);
-    m_page->addWidget(m_table, roseRow + 2, 0);
-    m_page->setRowStretch(roseRow, 1);
+    m_page = new QHBoxLayout(content);
+    m_left = new QVBoxLayout;
+    m_right = new QVBoxLayout;
+    m_page->addLayout(m_left);
+    m_page->addLayout(m_right);
+    m_left->addLayout(form);
+    m_left->addWidget(m_startByButton);
+    m_left->addWidget(m_buttons);
+    m_left->addLayout(buttons);
+    m_left->addWidget(m_words);
+    m_left->addWidget(m_figures);
+    m_left->addStretch();
+    putRose(false);
     // Scrolled up and down alone: it is as wide as what stands in it needs.
     m_scrolled = new QScrollArea(this);
     m_scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -154,18 +155,23 @@ void TipCheckPanel::buildPage() {
     m_scrolled->setMinimumWidth(content->minimumSizeHint().width() + 2 * scrollBar);
 }
 
+// What has been tilted, and what came of it.
+void TipCheckPanel::putRose(bool isBeside) {
+    QVBoxLayout* const column = isBeside ? m_right : m_left;
+    column->insertWidget(isBeside ? 0 : m_left->indexOf(m_figures), m_rose, 1);
+    column->insertWidget(isBeside ? 1 : m_left->indexOf(m_figures) + 1, m_table);
+    m_page->setStretchFactor(m_left, isBeside ? 1 : 0);
+    m_page->setStretchFactor(m_right, isBeside ? 1 : 0);
+}
+
 // Beside the words where there is more room than below them.
 void TipCheckPanel::placeRose() {
     const bool isBeside = width() > m_scrolled->minimumWidth() + m_rose->comfortableSide();
-    const bool wasBeside = m_page->columnCount() > 1 && m_page->itemAtPosition(0, 1) != nullptr;
-    if (isBeside != wasBeside) {
-        m_page->removeWidget(m_rose);
-        m_page->addWidget(m_rose, isBeside ? 0 : roseRow, isBeside ? 1 : 0,
-                          isBeside ? roseRow + 3 : 1, 1);
-        m_page->setColumnStretch(0, isBeside ? 1 : 0);
-        m_page->setColumnStretch(1, isBeside ? 1 : 0);
-        m_page->setRowStretch(roseRow, isBeside ? 0 : 1);
-        m_page->setRowStretch(roseRow + 3, isBeside ? 1 : 0);
+    QVBoxLayout* const before = m_right->indexOf(m_rose) >= 0 ? m_right : m_left;
+    if (isBeside != (before == m_right)) {
+        before->removeWidget(m_rose);
+        before->removeWidget(m_table);
+        putRose(isBeside);
     }
 }
 
@@ -363,6 +369,7 @@ void TipCheckPanel::showState() {
     m_start->setEnabled(canBegin);
     m_stop->setEnabled(isRunning);
     m_figures->setVisible(isRunning); // afterwards they stand in the table
+    m_rose->setGivingWay(m_check.state() == TipCheck::State::Finished);
     if (isRunning) {
         showRunning();
         return;

@@ -11,10 +11,11 @@
 class DecimalSpinBox;
 class QCheckBox;
 class QComboBox;
-class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QScrollArea;
+class QVBoxLayout;
 class RoseView;
 
 /// The tip check's page: choice of the tool, start and stop, live words with the rose of tilts, the
@@ -35,6 +36,7 @@ protected:
 private:
     void build();
     void buildPage();
+    void putRose(bool isBeside);
     void placeRose();
     void listTools();
     void readTolerances();
@@ -70,6 +72,8 @@ private:
     QLabel* m_figures;
     QElapsedTimer m_sinceFigures;
     QLabel* m_table;
-    QGridLayout* m_page;
+    QHBoxLayout* m_page;
+    QVBoxLayout* m_left;
+    QVBoxLayout* m_right;    ///< empty where there is no room for two columns
     QScrollArea* m_scrolled; ///< with the page
 };
