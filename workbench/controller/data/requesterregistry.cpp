@@ -126,6 +126,23 @@ void RequesterRegistry::callEach(const Subscriptions& list,
     }
 }
 
+void RequesterRegistry::setSubscribed(Requester* requester,
+                                      std::initializer_list<std::string_view> channels,
+                                      bool isSubscribed) {
+    for (const std::string_view channel : channels) {
+        if (isSubscribed) {
+            add(channel, requester);
+        } else {
+            remove(channel, requester);
+        }
+    }
+    if (isSubscribed) {
+        addForMeasurement(requester);
+    } else {
+        removeForMeasurement(requester);
+    }
+}
+
 RequesterRegistry::Delivery RequesterRegistry::deliver(const char* channel, const char* line) {
     Subscriptions list;
     {

@@ -4,6 +4,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -30,6 +31,10 @@ public:
 
     int addForMeasurement(Requester* requester);
     int removeForMeasurement(Requester* requester);
+
+    /// Adds to, or removes from, each of `channels` and measurement start and stop.
+    void setSubscribed(Requester* requester, std::initializer_list<std::string_view> channels,
+                       bool isSubscribed);
 
     struct Delivery {
         int accepted = 0;

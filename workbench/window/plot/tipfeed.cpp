@@ -12,8 +12,6 @@ namespace workbench {
 
 namespace {
 
-constexpr const char* channels[] = {"fr", "ts", "6dmt", "6dmt2"};
-
 double now() {
     return BootClock::seconds(BootClock::now().time_since_epoch());
 }
@@ -35,17 +33,8 @@ void TipFeed::setSubscribed(bool isSubscribed) {
         return;
     }
     m_isSubscribed = isSubscribed;
-    for (const char* channel : channels) {
-        if (isSubscribed) {
-            m_registry.add(channel, this);
-        } else {
-            m_registry.remove(channel, this);
-        }
-    }
-    if (isSubscribed) {
-        m_registry.addForMeasurement(this);
-    } else {
-        m_registry.removeForMeasurement(this);
+    m_registry.setSubscribed(this, {"fr", "ts", "6dmt", "6dmt2"}, isSubscribed);
+    if (!isSubscribed) {
         forgetFrame();
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_waiting.clear();

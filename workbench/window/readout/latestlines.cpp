@@ -6,12 +6,6 @@
 
 namespace workbench {
 
-namespace {
-
-constexpr const char* channels[] = {"6dmt", "6dmt2", "6dmtr"};
-
-}
-
 LatestLines::LatestLines(RequesterRegistry& registry)
     : m_registry(registry) {}
 
@@ -24,17 +18,8 @@ void LatestLines::setSubscribed(bool isSubscribed) {
         return;
     }
     m_isSubscribed = isSubscribed;
-    for (const char* channel : channels) {
-        if (isSubscribed) {
-            m_registry.add(channel, this);
-        } else {
-            m_registry.remove(channel, this);
-        }
-    }
-    if (isSubscribed) {
-        m_registry.addForMeasurement(this);
-    } else {
-        m_registry.removeForMeasurement(this);
+    m_registry.setSubscribed(this, {"6dmt", "6dmt2", "6dmtr"}, isSubscribed);
+    if (!isSubscribed) {
         forget();
     }
 }

@@ -208,6 +208,26 @@ TEST(RequesterRegistry, leavingDoesNotWaitForCallsOfOtherChannels) {
     data.join();
 }
 
+TEST(RequesterRegistry, severalChannelsAndTheMeasurementAtOnce) {
+    RequesterRegistry registry;
+    Receiver receiver;
+    registry.setSubscribed(&receiver, {"6dmt", "fr"}, true);
+    registry.setSubscribed(&receiver, {"6dmt", "fr"}, true); // the same as once
+    registry.deliver("6dmt", "6dmt 0");
+    registry.deliver("fr", "fr 1");
+    registry.deliver("ts", "ts 1.0");
+    registry.notifyStarted();
+    EXPECT_EQ(receiver.lines, 2);
+    EXPECT_EQ(receiver.started, 1);
+    registry.setSubscribed(&receiver, {"6dmt", "fr"}, false);
+    registry.deliver("6dmt", "6dmt 0");
+    registry.deliver("fr", "fr 2");
+    registry.notifyStarted();
+    EXPECT_EQ(receiver.lines, 2);
+    EXPECT_EQ(receiver.started, 1);
+    registry.setSubscribed(&receiver, {"6dmt"}, false);
+}
+
 TEST(RequesterRegistry, twoThatLeaveThroughEachOthersCallsDoNotLockUp) {
     RequesterRegistry registry;
     Receiver lines;
