@@ -193,11 +193,16 @@ private Q_SLOTS:
         QVERIFY(recorder.status().freeBytes <= disk.bytesTotal());
         QVERIFY(recorder.status().freeBytes > 0);
         const std::string line(1000, 'x');
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (recorder.frame({line}), recorder.status().bytesPerSecond >= 1000.0), patience);
+        double rate = 0.0;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                recorder.frame({line});
+                rate = recorder.status().bytesPerSecond;
+                return rate >= 1000.0;
+            },
+            patience));
         // Nothing more comes: the rate of the last seconds fades away.
-        const double before = recorder.status().bytesPerSecond;
-        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().bytesPerSecond < before, patience);
+        QVERIFY(QTest::qWaitFor([&] { return recorder.status().bytesPerSecond < rate; }, patience));
         end(recorder);
     }
 
@@ -367,7 +372,7 @@ private Q_SLOTS:
         QVERIFY2(longest < unheldMs, qPrintable(QString::number(longest)));
         const Recorder::Status early = recorder.status();
         QVERIFY(early.running);
-        QVERIFY(!early.stalled);
+        QVERIFY(!early.stalled || clock.elapsed() > workbench::RecordingWriter::patience.count());
         QVERIFY(early.unwritten > 0);
         QVERIFY(early.frames < frames);
         QTRY_VERIFY_WITH_TIMEOUT(recorder.status().stalled, patience);
@@ -429,7 +434,7 @@ private Q_SLOTS:
         QVERIFY(!recorder.status().begun);
         answer.set_value();
         QVERIFY(writtenTo(recorder, 1)); // frames since the start are in it
-        QVERIFY(!recorder.status().stalled);
+        QTRY_VERIFY_WITH_TIMEOUT(!recorder.status().stalled, patience);
     }
 };
 

@@ -375,10 +375,8 @@ private Q_SLOTS:
         Broker broker(manner);
         Relay relay(broker.port());
         const auto sender = plain(relay.port());
-        for (int i = 0; i < 5; ++i) {
-            sender->add(resultOf(i));
-        }
-        QTRY_COMPARE_WITH_TIMEOUT(sender->status().word.sentResults, quint64(5), patience);
+        sender->add(resultOf(0)); // of several a later one might tell that the broker was heard
+        QTRY_COMPARE_WITH_TIMEOUT(sender->status().word.sentResults, quint64(1), patience);
         relay.stall();
         broker.kill();
         // Long enough for it to be believed written, had the broker been heard again.
@@ -388,7 +386,7 @@ private Q_SLOTS:
         const Subscriber subscriber(broker.port());
         relay.flow();
         relay.cut();
-        QTRY_COMPARE_WITH_TIMEOUT(numbersIn(subscriber.payloads(results)), upTo(5), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(numbersIn(subscriber.payloads(results)), upTo(1), patience);
     }
 
     void whatHasSettledDoesNotComeAgain() {
@@ -479,9 +477,10 @@ private Q_SLOTS:
         manner.access = Broker::Access::WithPassword;
         const Broker broker(manner);
         const Subscriber subscriber(broker.port(), "anna", Broker::password);
-        const auto sender = outlet(QStringLiteral("mqtt://anna@127.0.0.1:%1/t?password-file=%2")
-                                       .arg(broker.port())
-                                       .arg(broker.passwordFile(Broker::password)));
+        const auto sender = outlet(
+            QStringLiteral("mqtt://anna@127.0.0.1:%1/t?password-file=%2")
+                .arg(broker.port())
+                .arg(broker.passwordFile(QByteArray(Broker::password) + "\nsince last May")));
         QVERIFY(becomes(*sender, State::Connected));
         QTRY_COMPARE_WITH_TIMEOUT(subscriber.last(state), QByteArray("online"), patience);
     }
@@ -617,7 +616,7 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         end(std::move(sender)); // with the result in its spool
-        QVERIFY(timer.elapsed() < 10000);
+        QVERIFY(timer.elapsed() < patience / 2);
         ::close(first);
         ::close(listener);
     }
@@ -645,7 +644,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(subscriber.payloads(results).size(), std::size_t(1), patience);
         QCOMPARE(subscriber.payloads(state).size(), std::size_t(1));
         QCOMPARE(subscriber.payloads(poses).size(), std::size_t(0));
-        QVERIFY(real->status().word.state == State::Connected);
+        QVERIFY(becomes(*real, State::Connected)); // it may be late to hear of its result
     }
 
     void noBrokerAtAllIsTold() {
