@@ -96,7 +96,7 @@ bool MqttLink::Connection::setPassword() {
                        .arg(settings.passwordFile, file.errorString()));
             return false;
         }
-        password = file.read(longestPassword);
+        password = file.readLine(longestPassword);
         while (password.endsWith('\n') || password.endsWith('\r')) {
             password.chop(1);
         }
