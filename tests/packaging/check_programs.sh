@@ -48,7 +48,7 @@ check_live_rows() {
         { kill $pid; fail "another simulator runs"; }
     kill -TERM $pid
     wait $pid || fail "kestrel-workbench ended with exit code $?"
-    wait_for 10 test ! -e "/proc/$simulator" || fail "the simulator is left over"
+    wait_for 60 test ! -e "/proc/$simulator" || fail "the simulator is left over"
 }
 
 check_programs() {

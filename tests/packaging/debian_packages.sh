@@ -66,11 +66,17 @@ dpkg_here --install "$workbench"
 [ ! -d "$root/usr/include" ] || fail "the programs come with headers"
 check_programs "$root/usr" "$work"
 
-# send_to URL EXIT_CODE WORDS: what becomes of a workbench that is to send there for a moment.
+said_or_over() { grep -qF "$1" "$work/send" || ! kill -0 "$2" 2>/dev/null; }
+
+# send_to URL EXIT_CODE WORDS: what becomes of a workbench that is to send there until it has said the words.
 send_to() {
-    local code=0
+    local code=0 program
     QT_QPA_PLATFORM=offscreen LC_ALL=C XDG_DATA_HOME="$work/data" "$root/usr/bin/kestrel-workbench" \
-        --settings "$work/send.ini" --send "$1" --quit-after 2 >"$work/send" 2>&1 || code=$?
+        --settings "$work/send.ini" --send "$1" --quit-after 100 >"$work/send" 2>&1 &
+    program=$!
+    wait_for 90 said_or_over "$3" $program || true
+    kill $program 2>/dev/null || true
+    wait $program || code=$?
     [ $code -eq "$2" ] || { cat "$work/send"; fail "--send $1 ended with exit code $code"; }
     grep -qF "$3" "$work/send" || { cat "$work/send"; fail "--send $1 does not say: $3"; }
 }
@@ -106,6 +112,20 @@ PYTHONPATH="$root/usr/lib/python3/dist-packages" /usr/bin/python3 -B -c "
 import kestrel_sdk
 assert kestrel_sdk.__file__.startswith('$root/')
 assert kestrel_sdk.Parser().parse_frame('fr 5').counter == 5" || fail "python3-kestrel-sdk does not work"
+tests=$(cd "$(dirname "$0")/../python" && pwd)
+examples=$root/usr/share/doc/python3-kestrel-sdk/examples
+python_here() { # with the package, as somebody who has installed it
+    PYTHONPATH="$root/usr/lib/python3/dist-packages" MPLCONFIGDIR="$work/matplotlib" MPLBACKEND=Agg \
+        /usr/bin/python3 -B "$@" || fail "python3-kestrel-sdk: $*"
+}
+python_here -c "
+import pathlib, sys
+sys.path.append('$tests')
+from samples import pivot_recording
+pivot_recording(pathlib.Path('$work/probe.kestrel'), (0, 0.1, 0), 0.02)"
+[[ "$(python_here "$examples/check_tip.py" "$work/probe.kestrel")" == *conforms* ]] || fail check_tip.py
+python_here "$examples/plot_recording.py" "$work/probe.kestrel" M1 "$work/plot.png" >/dev/null
+[ -s "$work/plot.png" ] || fail plot_recording.py
 
 dpkg_here --purge kestrel-workbench-outlets kestrel-workbench libkestrelsdk-dev libkestrelprobe-dev python3-kestrel-sdk
 files_in_root | diff "$work/before" - || fail "the packages leave something behind"
