@@ -5,7 +5,8 @@
 #
 #   scripts/stations.sh [--stations N] [--results N] [--minutes MINUTES] [--seed N] [--calm] [--picture PNG]
 #
-# 50 stations, 20000 results and at most 30 minutes unless told otherwise. --calm: nobody is killed.
+# 50 stations, 20000 results and 30 minutes unless told otherwise: the results are written in half of that
+# time, and it takes longer only while new ones still come. --calm: nobody is killed.
 # --picture: what came when, drawn with matplotlib.
 set -euo pipefail
 cd "$(dirname "$0")/.."
