@@ -1,3 +1,4 @@
+#include "tests/support/sanitized.h"
 #include "workbench/startup.h"
 
 #include <QApplication>
@@ -8,14 +9,6 @@
 #include <vector>
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isSanitized = true;
-#elif defined(__has_feature)
-constexpr bool isSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool isSanitized = false;
-#endif
 
 QStringList told;
 
@@ -44,7 +37,7 @@ private Q_SLOTS:
 
     // Also after a larger one has been freed, which has the allocator take them from the heap.
     void aLargeBufferHasPagesOfItsOwn() {
-        if (isSanitized) {
+        if (hasSanitizersAllocator) {
             // QSKIP wants one argument more than C++17 lets it have.
             QTest::qSkip("the sanitizer has an allocator of its own", __FILE__, __LINE__);
             return;

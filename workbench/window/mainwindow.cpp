@@ -23,6 +23,7 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <malloc.h>
 #include <utility>
 
 namespace workbench {
@@ -206,6 +207,7 @@ void MainWindow::tearDownModules() {
     m_moduleDocks.clear();
     restoreState(docks);
     emptyPictureCache(); // what was painted of docks that are gone is never asked for again
+    ::malloc_trim(0);    // what they had lies between what stays, and goes back only when asked for
 }
 
 void MainWindow::startMeasurement() {

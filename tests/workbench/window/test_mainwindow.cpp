@@ -1,6 +1,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "tests/support/contrast.h"
 #include "tests/support/datarows.h"
+#include "tests/support/sanitized.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/modules/obstacle.h"
 #include "workbench/window/log/commanddock.h"
@@ -30,13 +31,25 @@
 
 #include <cstring>
 #include <fstream>
+#include <memory>
+#include <unistd.h>
+#include <vector>
 
 using workbench::ControllerAddress;
 using workbench::MainWindow;
 
 namespace {
 constexpr int patience = 8000;
+
+qint64 residentBytes() {
+    std::ifstream figures("/proc/self/statm");
+    qint64 all = 0;
+    qint64 resident = 0;
+    figures >> all >> resident;
+    return resident * ::sysconf(_SC_PAGESIZE);
 }
+
+} // namespace
 
 class TestMainWindow : public QObject {
     Q_OBJECT
@@ -591,6 +604,32 @@ private Q_SLOTS:
         disconnect->trigger();
         QPixmap kept;
         QVERIFY(!QPixmapCache::find(key, &kept));
+    }
+
+    void whatWasFreedBetweenWhatStaysGoesBackToTheSystem() {
+        if (hasSanitizersAllocator) {
+            // QSKIP wants one argument more than C++17 lets it have.
+            QTest::qSkip("the sanitizer has an allocator of its own", __FILE__, __LINE__);
+            return;
+        }
+        constexpr std::size_t blockSize = 20 * 1000; // several pages, and none of its own
+        constexpr std::size_t all = 4000;
+        connectWindow();
+        std::vector<std::unique_ptr<char[]>> blocks;
+        for (std::size_t i = 0; i < all; ++i) {
+            blocks.push_back(std::make_unique<char[]>(blockSize));
+        }
+        for (std::size_t i = 0; i + 1 < all; ++i) {
+            if (i % 2 == 0) {
+                blocks[i].reset();
+            }
+        }
+        const qint64 before = residentBytes();
+        m_window->findChild<QAction*>(QStringLiteral("actionDisconnect"))->trigger();
+        const qint64 after = residentBytes();
+        QVERIFY(before > 0);
+        QVERIFY2(before - after > qint64(all / 2 * blockSize) / 2,
+                 qPrintable(QStringLiteral("%1, then %2 bytes").arg(before).arg(after)));
     }
 
     void aLostConnectionThatComesBackLeavesTheModulesAlone() {
