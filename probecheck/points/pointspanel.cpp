@@ -6,8 +6,11 @@
 #include "probecheck/resultline.h"
 
 #include <QDateTime>
+#include <QHeaderView>
 #include <QKeyEvent>
+#include <QScrollArea>
 #include <QSignalBlocker>
+#include <QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -21,6 +24,14 @@ namespace {
 constexpr double defaultDuration = 1.0;  // s
 constexpr double defaultTolerance = 1.5; // mm
 constexpr int mostButtons = 16;
+constexpr int fewRows = 4; // of the list, to begin with
+
+// As low as its texts can be in a width: a scroll area would give it all that it wishes for, and
+// scroll where nothing needs it.
+class LowPage : public QWidget {
+public:
+    int heightForWidth(int width) const override { return layout()->minimumHeightForWidth(width); }
+};
 
 QFont largeFont(QFont font) {
     constexpr double larger = 1.8;
@@ -65,7 +76,7 @@ PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& fold
     , m_sounds(std::make_unique<points::Loudspeaker>())
     , m_capture([this](Notice notice) { hear(notice); })
     , m_session(folder, std::move(sync)) {
-    ui.setupUi(this);
+    setUpPage();
     ui.frame_left->hide();
     ui.label_disk->hide();
     setUpCapture();
@@ -101,6 +112,44 @@ PointsPanel::~PointsPanel() {
     }
 }
 
+// Scrolled up and down alone: it is as wide as what stands in it needs.
+void PointsPanel::setUpPage() {
+    setObjectName(QLatin1String("PointsPanel"));
+    auto* const page = new LowPage;
+    page->setObjectName(QLatin1String("page"));
+    ui.setupUi(page);
+    m_scrolled = new QScrollArea(this);
+    m_scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrolled->setFrameShape(QFrame::NoFrame);
+    m_scrolled->setWidgetResizable(true);
+    m_scrolled->setFocusPolicy(Qt::NoFocus);
+    m_scrolled->setWidget(page);
+    auto* const whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(m_scrolled);
+    page->installEventFilter(this);
+    const auto children = page->findChildren<QWidget*>();
+    for (QWidget* const child : children) {
+        if (child->focusPolicy() == Qt::WheelFocus) {
+            child->setFocusPolicy(Qt::StrongFocus);
+            child->installEventFilter(this);
+        }
+    }
+    fitWidth();
+}
+
+void PointsPanel::fitWidth() {
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrolled);
+    m_scrolled->setMinimumWidth(m_scrolled->widget()->minimumSizeHint().width() + scrollBar);
+}
+
+QSize PointsPanel::sizeHint() const {
+    const QWidget* const page = m_scrolled->widget();
+    const int width = std::max(page->sizeHint().width(), minimumSizeHint().width());
+    const int rows = fewRows * ui.tableView_points->verticalHeader()->defaultSectionSize();
+    return {width, page->heightForWidth(width) + rows};
+}
+
 void PointsPanel::setUpCapture() {
     for (QLabel* const label : {ui.label_x, ui.label_y, ui.label_z}) {
         label->setFont(largeFont(font()));
@@ -129,15 +178,6 @@ void PointsPanel::setUpCapture() {
             &PointsPanel::chooseHold);
     connect(ui.doubleSpinBox_tolerance, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
             &PointsPanel::chooseHold);
-}
-
-// A layout's own minimum knows nothing of the lines that a text takes in this width.
-bool PointsPanel::event(QEvent* event) {
-    const bool isHandled = QWidget::event(event);
-    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) {
-        setMinimumHeight(layout()->minimumHeightForWidth(width()));
-    }
-    return isHandled;
 }
 
 void PointsPanel::showEvent(QShowEvent* event) {
@@ -170,14 +210,23 @@ void PointsPanel::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-// The table would take the space bar for selecting.
+// The table would take the space bar for selecting, and a box that the wheel comes by on its way
+// down the page would take another value.
 bool PointsPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
+    if (event->type() == QEvent::KeyPress && watched == ui.tableView_points) {
         auto* const press = static_cast<QKeyEvent*>(event);
         if (press->key() == Qt::Key_Space && press->modifiers() == Qt::NoModifier) {
             keyPressEvent(press);
             return true;
         }
+    } else if (event->type() == QEvent::Wheel) {
+        const auto* const child = qobject_cast<const QWidget*>(watched);
+        if (child != nullptr && child->focusPolicy() == Qt::StrongFocus && !child->hasFocus()) {
+            event->ignore();
+            return true;
+        }
+    } else if (event->type() == QEvent::LayoutRequest && watched == m_scrolled->widget()) {
+        fitWidth();
     }
     return QWidget::eventFilter(watched, event);
 }

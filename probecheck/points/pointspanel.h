@@ -17,9 +17,11 @@
 #include <cstdint>
 #include <memory>
 
-/// The dock's page of the captured points: captures them, lists them, keeps them. Every captured
-/// point is also one line of the host's log, category "result". Nothing is written to the
-/// controller. GUI thread only.
+class QScrollArea;
+
+/// The dock's page of the captured points: captures them, lists them, keeps them; it is scrolled
+/// where it has less height than it needs. Every captured point is also one line of the host's log,
+/// category "result". Nothing is written to the controller. GUI thread only.
 class PointsPanel : public QWidget {
     Q_OBJECT
 
@@ -37,13 +39,14 @@ public:
     /// What is not on the disk by then is told to the host's log.
     ~PointsPanel() override;
 
+    QSize sizeHint() const override; ///< nothing is scrolled but the list
+
     points::PointListModel& list() { return m_list; }
 
     /// Where sounds go: the loudspeaker by default.
     void setSounds(std::unique_ptr<points::SoundSink> sounds) { m_sounds = std::move(sounds); }
 
 protected:
-    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -54,6 +57,9 @@ private:
         double duration;  ///< s
         double tolerance; ///< mm
     };
+
+    void setUpPage();
+    void fitWidth();
 
     // What comes from outside.
     void followData();
@@ -99,6 +105,7 @@ private:
     void discardLeft();
 
     Ui::PointsPanel ui;
+    QScrollArea* m_scrolled = nullptr; ///< with the page
     QPointer<ProbeData> m_data;
     HostPointer m_host;
     std::unique_ptr<points::SoundSink> m_sounds;

@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
@@ -67,6 +68,8 @@ public:
             lookAt(*header);
         } else if (const auto* view = qobject_cast<const QTableView*>(&widget)) {
             lookAt(*view);
+        } else if (const auto* area = qobject_cast<const QScrollArea*>(&widget)) {
+            lookAt(*area);
         } else if (const auto* progress = qobject_cast<const QProgressBar*>(&widget)) {
             need(sizeOfText(*progress, progress->text())
                      .expandedTo({0, progress->fontMetrics().height()}),
@@ -244,6 +247,22 @@ private:
         }
     }
 
+    // Without a bar nobody gets to what is beyond.
+    void lookAt(const QScrollArea& area) {
+        if (area.widget() == nullptr) {
+            return;
+        }
+        const QSize room = area.viewport()->size();
+        QSize needed = area.widget()->size();
+        if (area.horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff) {
+            needed.setWidth(0);
+        }
+        if (area.verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff) {
+            needed.setHeight(0);
+        }
+        need(needed, room, QStringLiteral("all of it"));
+    }
+
     // The live display's sheet paints headers in plain letters and without a border, where the
     // header's own hint has bold ones with margins.
     static bool hasFixedColumns(const QHeaderView& header) {
@@ -289,11 +308,43 @@ bool standsInALayout(const QWidget& widget) {
            qobject_cast<const QMainWindow*>(parent) == nullptr && holds(*parent->layout(), widget);
 }
 
+const QScrollArea* scrollAreaAround(const QWidget& widget) {
+    for (const QWidget* above = widget.parentWidget(); above != nullptr && !widget.isWindow();
+         above = above->parentWidget()) {
+        if (const auto* area = qobject_cast<const QScrollArea*>(above)) {
+            const QWidget* const page = area->widget();
+            return page != nullptr && page->isAncestorOf(&widget) ? area : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+// Its page may cover it.
+bool isInView(const QScrollArea& area) {
+    return !area.viewport()->visibleRegion().isEmpty() ||
+           (area.widget() != nullptr && !area.widget()->visibleRegion().isEmpty());
+}
+
+// Something of it is left by what it stands in, as far as its scroll area.
+bool isInside(const QWidget& widget, const QWidget& viewport) {
+    QRect left = widget.rect();
+    for (const QWidget* inner = &widget; inner->parentWidget() != &viewport;
+         inner = inner->parentWidget()) {
+        left = left.translated(inner->pos()).intersected(inner->parentWidget()->rect());
+    }
+    return !left.isEmpty();
+}
+
 // The docks behind other tabs count as visible; nothing of them is. Tables and headers are covered
-// by their viewport, which is what one sees.
+// by their viewport, which is what one sees. What can be scrolled to can be seen.
 bool canBeSeen(const QWidget& widget) {
-    const auto* const area = qobject_cast<const QAbstractScrollArea*>(&widget);
-    return !(area != nullptr ? area->viewport() : &widget)->visibleRegion().isEmpty();
+    const auto* const own = qobject_cast<const QAbstractScrollArea*>(&widget);
+    const QWidget& shown = own != nullptr ? *own->viewport() : widget;
+    if (!shown.visibleRegion().isEmpty()) {
+        return true;
+    }
+    const QScrollArea* const around = scrollAreaAround(widget);
+    return around != nullptr && isInView(*around) && isInside(shown, *around->viewport());
 }
 
 } // namespace

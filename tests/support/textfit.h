@@ -15,9 +15,10 @@ struct TextFit {
     int cells = 0;
 };
 
-/// Looks at a window. Left out are the texts that have no bound: a line edit's own text, and cells
-/// and lines that are elided but told whole by a tool tip. A header of the live display is measured
-/// without the style's margins, which its sheet takes away.
+/// Looks at a window, also at what has to be scrolled to in it. Left out are the texts that have no
+/// bound: a line edit's own text, and cells and lines that are elided but told whole by a tool tip.
+/// A header of the live display is measured without the style's margins, which its sheet takes
+/// away.
 TextFit textFit(const QWidget& window);
 
 /// The faults alone, line by line; empty when everything can be read.

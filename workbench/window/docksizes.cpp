@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <utility>
+
 namespace workbench {
 
 DockSizes::DockSizes(QMainWindow& window)
@@ -20,6 +22,13 @@ void DockSizes::watch(QDockWidget* dock) {
     connect(dock, &QObject::destroyed, this, [this, dock] { m_places.erase(dock); });
 }
 
+void DockSizes::wish(QDockWidget* dock, int height) {
+    m_places[dock].wished = height;
+    if (dock->isVisible()) {
+        giveWished(*dock);
+    }
+}
+
 bool DockSizes::eventFilter(QObject* watched, QEvent* event) {
     auto* const dock = qobject_cast<QDockWidget*>(watched);
     const auto found = m_places.find(dock);
@@ -29,6 +38,10 @@ bool DockSizes::eventFilter(QObject* watched, QEvent* event) {
             place.docked = dock->size();
             place.area = m_window.dockWidgetArea(dock);
         }
+    }
+    if (event->type() == QEvent::Show && found != m_places.end() && found->second.wished > 0) {
+        // The window gives it a size of its own first; what is hidden has none to be changed.
+        QTimer::singleShot(0, dock, [this, dock] { giveWished(*dock); });
     }
     return QObject::eventFilter(watched, event);
 }
@@ -72,6 +85,16 @@ void DockSizes::putBack(QDockWidget& dock) {
     }
     m_window.resizeDocks(docks, heights, Qt::Vertical);
     m_window.resizeDocks(docks, widths, Qt::Horizontal);
+}
+
+void DockSizes::giveWished(QDockWidget& dock) {
+    if (!dock.isVisible() || dock.isFloating()) {
+        return;
+    }
+    const int height = std::exchange(m_places[&dock].wished, 0);
+    if (height > dock.height()) {
+        m_window.resizeDocks({&dock}, {height}, Qt::Vertical);
+    }
 }
 
 } // namespace workbench

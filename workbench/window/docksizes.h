@@ -21,6 +21,9 @@ public:
     /// May be deleted at any time.
     void watch(QDockWidget* dock);
 
+    /// As soon as the dock is in view it is at the least so high, if there is room.
+    void wish(QDockWidget* dock, int height);
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -32,10 +35,12 @@ private:
         int area = 0;             // Qt::DockWidgetArea of it
         Sizes before;             // of all docks when it was floated: they share the room
         bool isReturning = false; // docked again, not laid out yet
+        int wished = 0;           // height, until it is given
     };
 
     void onFloating(QDockWidget& dock, bool isFloating);
     void putBack(QDockWidget& dock);
+    void giveWished(QDockWidget& dock);
 
     QMainWindow& m_window;
     std::map<QDockWidget*, Place> m_places;

@@ -188,7 +188,12 @@ void MainWindow::addDock(QDockWidget* dock) {
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->setVisible(opensAtOnce);
-        resizeDocks({dock}, {screenPixels(moduleDockHeight, *this)}, Qt::Vertical);
+        const int usual = screenPixels(moduleDockHeight, *this);
+        if (opensAtOnce) {
+            resizeDocks({dock}, {usual}, Qt::Vertical);
+        } else {
+            m_dockSizes->wish(dock, std::max(usual, dock->sizeHint().height()));
+        }
     }
     if (m_setup.openDocks) {
         dock->show();

@@ -1,6 +1,7 @@
 #include "pointsfixture.h"
 
 #include <QLineEdit>
+#include <QScrollArea>
 
 #include <cmath>
 
@@ -132,6 +133,10 @@ void PointsFixture::select(const QList<int>& rows) const {
         table->selectionModel()->select(table->model()->index(row, 0),
                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
+}
+
+QScrollBar* PointsFixture::scrollBar() const {
+    return panel->findChild<QScrollArea*>()->verticalScrollBar();
 }
 
 void PointsFixture::type(const char* spinBox, const QString& text) const {

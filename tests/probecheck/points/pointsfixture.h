@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class QScrollBar;
+
 /// A scripted controller whose tools move as the test says, with a page of points in front of it.
 struct PointsFixture {
     static constexpr int patienceMs = 20000;
@@ -30,6 +32,7 @@ struct PointsFixture {
     std::vector<points::Sound> sounds() const; ///< heard so far
     void select(const QList<int>& rows) const;
     void type(const char* spinBox, const QString& text) const;
+    QScrollBar* scrollBar() const; ///< of the page
 
     template <class Widget>
     Widget* child(const char* name) const {

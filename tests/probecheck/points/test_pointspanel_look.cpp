@@ -1,4 +1,3 @@
-#include "general/widgets/growtofit.h"
 #include "pointsfixture.h"
 #include "samplepoints.h"
 #include "tests/support/datarows.h"
@@ -7,8 +6,10 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QKeySequence>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QTranslator>
+#include <QWheelEvent>
 
 /// The page in each language, with a larger font and in a dark palette. At 96 dpi unless the
 /// environment says otherwise.
@@ -23,6 +24,10 @@ private Q_SLOTS:
     void everythingCanBeRead();
     void aLowPageCanBeRead_data() { surroundings(); }
     void aLowPageCanBeRead();
+    void whatHasRoomIsNotScrolled_data() { surroundings(); }
+    void whatHasRoomIsNotScrolled();
+    void theTabulatorScrollsToWhatItReaches();
+    void theWheelScrollsAndChangesNoValue();
     void eachMnemonicIsThereOnce_data() { surroundings(); }
     void eachMnemonicIsThereOnce();
     void eachControlHasAName_data() { surroundings(); }
@@ -106,8 +111,9 @@ void TestPointsPanelLook::begin() {
 
 void TestPointsPanelLook::everythingCanBeRead() {
     begin();
-    growToFit(*f->panel);
-    QCOMPARE(cutOffTexts(*f->panel), QString());
+    const int line = f->panel->fontMetrics().height();
+    f->panel->resize(60 * line, 70 * line); // nothing has to be scrolled to
+    QTRY_COMPARE_WITH_TIMEOUT(cutOffTexts(*f->panel), QString(), PointsFixture::patienceMs);
     std::vector<points::PointRecord> all = samplePoints(3);
     all[1].position = {-12345.678, 0.0, 0.0};
     f->panel->list().append(all);
@@ -117,9 +123,9 @@ void TestPointsPanelLook::everythingCanBeRead() {
     f->child<QLabel>("label_left")->setText(f->child<QLabel>("label_distance")->text());
     f->child<QWidget>("exportBar")->show();
     f->child<QLabel>("label_export")->setText(ExportBar::tr("Cancelling the export..."));
-    QCoreApplication::processEvents();
-    growToFit(*f->panel);
-    QCoreApplication::processEvents();
+    // The page is laid out anew in several turns of the events.
+    QTRY_COMPARE_WITH_TIMEOUT(cutOffTexts(*f->panel), QString(), PointsFixture::patienceMs);
+    QCOMPARE(f->scrollBar()->maximum(), 0);
     const TextFit fit = textFit(*f->panel);
     QCOMPARE(fit.faults.join('\n'), QString());
     QVERIFY(fit.texts > 10);
@@ -137,15 +143,77 @@ void TestPointsPanelLook::aLowPageCanBeRead() {
     const int narrowest = f->panel->minimumSizeHint().width();
     for (const int width : {narrowest, std::max(narrowest, 760), 2 * narrowest, narrowest}) {
         f->panel->resize(width, 1);
-        QCoreApplication::processEvents(); // a wider page needs less height
-        f->panel->resize(width, 1);
-        QTRY_COMPARE_WITH_TIMEOUT(f->panel->height(), f->panel->minimumHeight(),
-                                  PointsFixture::patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(cutOffTexts(*f->panel), QString(), PointsFixture::patienceMs);
+        QCOMPARE(f->panel->width(), width);
+        QVERIFY(f->panel->height() < f->child<QWidget>("page")->height() / 2);
+        QVERIFY(f->scrollBar()->maximum() > 0);
         const TextFit fit = textFit(*f->panel);
         QVERIFY2(fit.faults.isEmpty(),
                  qPrintable(QStringLiteral("width %1:\n%2").arg(width).arg(fit.faults.join('\n'))));
         QVERIFY(fit.texts > 10);
+        QVERIFY(fit.buttons >= 9);
     }
+}
+
+void TestPointsPanelLook::whatHasRoomIsNotScrolled() {
+    begin();
+    f->panel->resize(f->panel->sizeHint());
+    QTRY_COMPARE_WITH_TIMEOUT(f->scrollBar()->maximum(), 0, PointsFixture::patienceMs);
+    // The list gives way first.
+    auto* const list = f->child<QTableView>("tableView_points");
+    f->panel->resize(f->panel->width(),
+                     f->panel->height() - (list->height() - list->minimumSizeHint().height()));
+    QTRY_COMPARE_WITH_TIMEOUT(list->height(), list->minimumSizeHint().height(),
+                              PointsFixture::patienceMs);
+    QCOMPARE(f->scrollBar()->maximum(), 0);
+    f->panel->resize(f->panel->width(), f->panel->height() - 1);
+    QTRY_VERIFY_WITH_TIMEOUT(f->scrollBar()->maximum() > 0, PointsFixture::patienceMs);
+}
+
+void TestPointsPanelLook::theTabulatorScrollsToWhatItReaches() {
+    f = std::make_unique<PointsFixture>();
+    f->panel->list().append(samplePoints(2));
+    f->select({0});
+    f->panel->resize(f->panel->minimumSizeHint().width(), 1);
+    QTRY_VERIFY_WITH_TIMEOUT(f->scrollBar()->maximum() > 0, PointsFixture::patienceMs);
+    f->panel->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(f->panel.get()));
+    f->child<QPushButton>("pushButton_capture")->setFocus();
+    const auto* const last = f->child<QPushButton>("pushButton_export");
+    QVERIFY(last->visibleRegion().isEmpty());
+    for (int i = 0; i < 30 && !last->hasFocus(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QVERIFY(last->hasFocus());
+    QCOMPARE(last->visibleRegion().boundingRect(), last->rect());
+}
+
+void TestPointsPanelLook::theWheelScrollsAndChangesNoValue() {
+    f = std::make_unique<PointsFixture>();
+    f->panel->resize(f->panel->minimumSizeHint().width(), 1);
+    QTRY_VERIFY_WITH_TIMEOUT(f->scrollBar()->maximum() > 0, PointsFixture::patienceMs);
+    auto* const duration = f->child<QDoubleSpinBox>("doubleSpinBox_duration");
+    auto* const mode = f->child<QComboBox>("comboBox_mode");
+    const double before = duration->value();
+    const auto turn = [](QWidget& over) {
+        const QPointF place = over.rect().center();
+        QWheelEvent event(place, over.mapToGlobal(place.toPoint()), {}, {0, -120}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&event); // others are not handed on to what is around
+        QCoreApplication::instance()->notify(&over, &event);
+    };
+    turn(*duration);
+    QVERIFY(f->scrollBar()->value() > 0);
+    QCOMPARE(duration->value(), before);
+    f->scrollBar()->setValue(0);
+    turn(*mode);
+    QVERIFY(f->scrollBar()->value() > 0);
+    QCOMPARE(mode->currentIndex(), 0);
+    f->panel->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(f->panel.get()));
+    duration->setFocus();
+    turn(*duration);
+    QVERIFY(duration->value() < before);
 }
 
 void TestPointsPanelLook::eachMnemonicIsThereOnce() {

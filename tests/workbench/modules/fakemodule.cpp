@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+#include <algorithm>
+
 FakeModule::~FakeModule() {
     note(QStringLiteral("destroyed"));
 }
@@ -53,6 +55,8 @@ QList<_GuiElement*> FakeModule::get_gui_elements() {
     table->setItem(0, 0, new QTableWidgetItem(QStringLiteral("a\tb")));
     table->setItem(0, 1, new QTableWidgetItem(QStringLiteral("green")));
     table->item(0, 1)->setBackground(QColor(0, 255, 0));
+    table->setRowHeight(0, std::max(30, qApp->property("fakeDockRow").toInt()));
+    table->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     dock->setWidget(table);
     if (qApp->property("fakeDockIsHidden").toBool()) {
         dock->hide();

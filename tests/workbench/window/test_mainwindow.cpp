@@ -140,6 +140,7 @@ private Q_SLOTS:
         m_window.reset();
         m_controller.reset();
         qApp->setProperty("fakeDockIsHidden", QVariant());
+        qApp->setProperty("fakeDockRow", QVariant());
     }
 
     void eachStateStandsInOnePlaceWithASymbol() {
@@ -249,6 +250,17 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(dock->size(), QSize(333, 222), patience);
         dock->setFloating(false);
         QTRY_COMPARE_WITH_TIMEOUT(dock->height(), height, patience);
+    }
+
+    void aDockThatIsOpenedLaterIsAsHighAsItWishes() {
+        constexpr int row = 400; // at 96 dpi
+        m_window->resize(900, 1000);
+        qApp->setProperty("fakeDockRow", row);
+        qApp->setProperty("fakeDockIsHidden", true);
+        connectWindow();
+        QVERIFY(fakeDock()->sizeHint().height() > row);
+        entry(QStringLiteral("Fake display"))->trigger();
+        QTRY_COMPARE_WITH_TIMEOUT(fakeDock()->height(), fakeDock()->sizeHint().height(), patience);
     }
 
     void beforeTheFirstConnectionModulesHaveNoEntries() {
