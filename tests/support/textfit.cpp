@@ -189,6 +189,9 @@ private:
         if (qobject_cast<const QAbstractSpinBox*>(line.parentWidget()) != nullptr) {
             return; // looked at as a whole
         }
+        if (line.toolTip() == line.placeholderText()) {
+            return; // elided
+        }
         QStyleOptionFrame option;
         option.initFrom(&line);
         option.lineWidth = line.hasFrame() ? line.style()->pixelMetric(QStyle::PM_DefaultFrameWidth,
@@ -205,6 +208,9 @@ private:
     void lookAt(const QTabBar& bar) {
         const int space = bar.style()->pixelMetric(QStyle::PM_TabBarTabHSpace, nullptr, &bar);
         for (int tab = 0; tab < bar.count(); ++tab) {
+            if (bar.elideMode() != Qt::ElideNone && bar.tabToolTip(tab) == bar.tabText(tab)) {
+                continue;
+            }
             const QRect room = bar.tabRect(tab).intersected(bar.rect());
             need(sizeOfText(bar, bar.tabText(tab)) + QSize(space, 0), room.size(),
                  bar.tabText(tab));

@@ -16,9 +16,9 @@ struct TextFit {
 };
 
 /// Looks at a window, also at what has to be scrolled to in it. Left out are the texts that have no
-/// bound: a line edit's own text, and cells and lines that are elided but told whole by a tool tip.
-/// A header of the live display is measured without the style's margins, which its sheet takes
-/// away.
+/// bound: a line edit's own text, and cells, lines, tabs and placeholders that are elided but told
+/// whole by a tool tip. A header of the live display is measured without the style's margins, which
+/// its sheet takes away.
 TextFit textFit(const QWidget& window);
 
 /// The faults alone, line by line; empty when everything can be read.

@@ -4,6 +4,7 @@
 #include "workbench/text/rowprinter.h"
 #include "workbench/window/dialogs/guidedialog.h"
 #include "workbench/window/dialogs/modulelistdialog.h"
+#include "workbench/window/dockroom.h"
 #include "workbench/window/docksizes.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
@@ -67,8 +68,13 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     tabifyDockWidget(m_logDock, m_commandDock);
     m_logDock->raise();
     m_dockSizes = new DockSizes(*this);
-    m_dockSizes->watch(m_logDock);
-    m_dockSizes->watch(m_commandDock);
+    m_dockRoom = new DockRoom(*this);
+    connect(m_dockRoom, &DockRoom::middleMoved, this, &MainWindow::showMiddle);
+    for (QDockWidget* const dock :
+         {static_cast<QDockWidget*>(m_logDock), static_cast<QDockWidget*>(m_commandDock)}) {
+        m_dockSizes->watch(dock);
+        m_dockRoom->watch(dock);
+    }
     setUpActions();
     m_words = new StateWords({m_backend, m_recording, m_modules}, *m_ui, this);
     setUpStartPage();
@@ -185,6 +191,7 @@ void MainWindow::addDock(QDockWidget* dock) {
     // show or hide yet is open from the start.
     const bool opensAtOnce = !dock->testAttribute(Qt::WA_WState_ExplicitShowHide);
     m_dockSizes->watch(dock);
+    m_dockRoom->watch(dock);
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->setVisible(opensAtOnce);

@@ -28,6 +28,7 @@ namespace workbench {
 
 class Banner;
 class CommandDock;
+class DockRoom;
 class DockSizes;
 class LiveState;
 class LogDock;
@@ -149,6 +150,7 @@ private:
     SimulatorMenu* m_simulatorMenu = nullptr;
     StateWords* m_words = nullptr;
     DockSizes* m_dockSizes = nullptr;
+    DockRoom* m_dockRoom = nullptr;
     QList<QPointer<QDockWidget>> m_moduleDocks;
     QPointer<QDialog> m_guide;
     OpenDialogs m_openDialogs;

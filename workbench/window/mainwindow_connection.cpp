@@ -1,6 +1,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "ui_mainwindow.h"
 #include "workbench/window/dialogs/connectdialog.h"
+#include "workbench/window/dockroom.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
 #include "workbench/window/mainwindow.h"
@@ -70,6 +71,8 @@ void MainWindow::showMiddle() {
     m_startPage->setVisible(isStart);
     m_noDockHint->setVisible(isEmpty);
     const QSize least = m_ui->verticalLayout->minimumSize();
+    m_dockRoom->setMiddleOptional(!isStart && !isEmpty);
+    centralWidget()->setVisible(!m_dockRoom->isMiddleFolded());
     centralWidget()->setMaximumHeight(isStart || isEmpty ? QWIDGETSIZE_MAX : least.height());
 }
 

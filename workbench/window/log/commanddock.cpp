@@ -12,15 +12,18 @@ namespace workbench {
 namespace {
 
 constexpr int maxShownLength = 20000;
+constexpr int fewestLines = 3;
 
-}
+} // namespace
 
 CommandDock::CommandDock(ControllerSession& session, QWidget* parent)
     : QDockWidget(parent)
     , m_session(session)
     , m_ui(std::make_unique<Ui::CommandDock>()) {
     m_ui->setupUi(this);
-    m_ui->plainTextEdit_replies->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    QPlainTextEdit* const replies = m_ui->plainTextEdit_replies;
+    replies->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    replies->setMinimumHeight(fewestLines * replies->fontMetrics().lineSpacing()); // it scrolls
     m_ui->lineEdit_command->installEventFilter(this);
     connect(m_ui->lineEdit_command, &QLineEdit::returnPressed, this, &CommandDock::sendTyped);
     connect(m_ui->pushButton_send, &QPushButton::clicked, this, &CommandDock::sendTyped);
