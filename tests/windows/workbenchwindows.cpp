@@ -114,8 +114,15 @@ public:
         dock->show();
         measure();
         const auto* const panel = dock->findChild<QWidget*>(QStringLiteral("figurePanel"));
-        QTRY_VERIFY_WITH_TIMEOUT(
-            panel->accessibleDescription().contains(QLatin1String("-12345.67")), patience);
+        const auto isShown = [panel] {
+            return panel->accessibleDescription().contains(QLatin1String("-12345.67"));
+        };
+        int frame = 1000;
+        for (QElapsedTimer waited(started()); !isShown() && waited.elapsed() < patience;) {
+            m_controller.sendFrame("fr " + std::to_string(frame += 2) + lines);
+            QTest::qWait(10);
+        }
+        QVERIFY(isShown());
         openAlone("ReadoutDock");
         QCoreApplication::processEvents();
     }
