@@ -5,7 +5,7 @@
 
 Both read the same files, in the same run and in turns, and have to come to the same columns. The plain
 reader is what one writes at first: a regular expression for the tools' blocks, float for what is asked of
-the tool, lists that become arrays at the end. Each is timed five times; what counts is the least time of
+the tool, lists that become arrays at the end. Each is timed fifteen times; what counts is the least time of
 the processor, which other programs on a busy machine disturb least.
 """
 
@@ -20,7 +20,7 @@ import numpy as np
 
 import kestrel_sdk
 
-ROUNDS = 5
+ROUNDS = 15
 
 BLOCK = re.compile(r"\[([^\]]*)\]")
 NO_PLACE = [np.nan] * 3
