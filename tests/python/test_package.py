@@ -19,7 +19,7 @@ from samples import pivot_recording
 
 ROOT = Path(__file__).resolve().parents[2]
 PYTHON = ROOT / "python"
-PATIENCE = 200
+PATIENCE = 600
 
 
 def run_example(name, *arguments):
