@@ -160,16 +160,23 @@ OutletChannel::Delivery MqttChannel::send(const TrackedFrame& frame) {
 
 void MqttChannel::send(const ModuleResult& result) {
     m_unspooled.push_back(resultMessage(result, resultId(result, m_station), m_station));
+}
+
+void MqttChannel::keep() {
     if (m_spool.isOpen()) {
         spoolUnspooled();
     }
-    if (m_unspooled.size() > mostUnspooled) {
+    while (m_unspooled.size() > mostUnspooled) {
         m_unspooled.pop_front();
         ++m_dropped;
     }
 }
 
+// Together, or as many as a disk that is nearly full takes.
 void MqttChannel::spoolUnspooled() {
+    if (m_unspooled.size() > 1 && m_spool.append(m_unspooled)) {
+        m_unspooled.clear();
+    }
     while (!m_unspooled.empty()) {
         if (!m_spool.append(m_unspooled.front())) {
             m_trouble = ChannelTexts::tr("the results cannot be kept: %1")

@@ -33,6 +33,7 @@ public:
     OutletWord word() const override;
     Delivery send(const TrackedFrame& frame) override;
     void send(const ModuleResult& result) override;
+    void keep() override;
     void close() override;
 
 private:

@@ -133,6 +133,7 @@ private:
             m_channel->send(result);
         }
         if (!work.results.empty()) {
+            m_channel->keep();
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_inHand = 0;
             m_isLate = m_isLate && !areHanded();

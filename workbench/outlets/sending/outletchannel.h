@@ -46,7 +46,7 @@ public:
     /// Whether results are wanted; the same in all calls, and called on any thread.
     virtual bool takesResults() const { return false; }
 
-    /// Whether a result outlives the program once send() has returned; the same in all calls, and
+    /// Whether a result outlives the program once keep() has returned; the same in all calls, and
     /// called on any thread.
     virtual bool keepsResults() const { return false; }
 
@@ -56,6 +56,9 @@ public:
     virtual OutletWord word() const = 0;
     virtual Delivery send(const TrackedFrame& frame) = 0;
     virtual void send(const ModuleResult& result) { static_cast<void>(result); }
+
+    /// After the last of several results: a disk is waited for once.
+    virtual void keep() {}
 
     /// The last call but for the destructor: takes leave, within two seconds.
     virtual void close() {}

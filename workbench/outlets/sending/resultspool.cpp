@@ -194,20 +194,31 @@ bool ResultSpool::countLines() {
 }
 
 bool ResultSpool::append(std::string_view text) {
-    std::string line(text);
-    line += '\n';
-    if (m_size - m_taken + static_cast<std::int64_t>(line.size()) > m_mostBytes) {
+    return appendLines(std::string(text) + '\n', 1);
+}
+
+bool ResultSpool::append(const std::deque<std::string>& texts) {
+    std::string lines;
+    for (const std::string& text : texts) {
+        lines += text;
+        lines += '\n';
+    }
+    return appendLines(lines, texts.size());
+}
+
+bool ResultSpool::appendLines(std::string_view lines, std::uint64_t count) {
+    if (m_size - m_taken + static_cast<std::int64_t>(lines.size()) > m_mostBytes) {
         errno = EFBIG;
         return false;
     }
-    if (!writeAt(m_file, line, m_size) || ::fsync(m_file) != 0) {
+    if (!writeAt(m_file, lines, m_size) || ::fsync(m_file) != 0) {
         const int error = errno;
         static_cast<void>(::ftruncate(m_file, m_size) + 0);
         errno = error;
         return false;
     }
-    m_size += static_cast<std::int64_t>(line.size());
-    ++m_waiting;
+    m_size += static_cast<std::int64_t>(lines.size());
+    m_waiting += count;
     return true;
 }
 

@@ -45,6 +45,8 @@ public:
     /// `text` without a line end and not empty. False when the disk does not take it (errno tells):
     /// then nothing of it is there.
     bool append(std::string_view text);
+    /// The same for several in their order, which wait for the disk together.
+    bool append(const std::deque<std::string>& texts);
 
     /// The line behind the one that was handed out last; nothing when there is none.
     std::optional<Line> next();
@@ -65,6 +67,7 @@ private:
         bool isConfirmed = false;
     };
 
+    bool appendLines(std::string_view lines, std::uint64_t count);
     bool cutLastLine();
     void readTaken();
     void writeTaken();

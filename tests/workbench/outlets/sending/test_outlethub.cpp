@@ -32,6 +32,7 @@ struct Ledger {
     std::condition_variable wake;
     std::vector<TrackedFrame> frames;
     std::vector<ModuleResult> results;
+    std::size_t kept = 0; ///< results, when keep() was called
     int closed = 0;
     bool isHeld = false; ///< send() waits
     bool keepsResults = false;
@@ -88,6 +89,10 @@ public:
             lock.lock();
         }
         m_ledger->results.push_back(result);
+    }
+    void keep() override {
+        const std::lock_guard<std::mutex> lock(m_ledger->mutex);
+        m_ledger->kept = m_ledger->results.size();
     }
     void close() override {
         const std::lock_guard<std::mutex> lock(m_ledger->mutex);
@@ -320,6 +325,7 @@ private Q_SLOTS:
             outlet.waitForResults(std::chrono::steady_clock::now() +
                                   std::chrono::milliseconds(patience));
             QCOMPARE(ledger->resultCount(), i);
+            QCOMPARE(ledger->ask([&] { return ledger->kept; }), i);
         }
     }
 

@@ -65,6 +65,21 @@ private Q_SLOTS:
         QCOMPARE(rest(*spool), std::string("a;b;c;d;"));
     }
 
+    void severalLinesAreThereTogetherOrNotAtAll() {
+        {
+            const auto spool = opened();
+            QVERIFY(spool->append("a"));
+            QVERIFY(spool->append(std::deque<std::string>{"b", "c"}));
+            QCOMPARE(spool->waiting(), std::uint64_t(3));
+        }
+        ResultSpool spool(QFile::encodeName(path()).toStdString(), 10);
+        QVERIFY(spool.open() == Opened::Yes);
+        QVERIFY(!spool.append(std::deque<std::string>{"d", "ee"}));
+        QVERIFY(spool.append("d"));
+        QCOMPARE(spool.waiting(), std::uint64_t(4));
+        QCOMPARE(rest(spool), std::string("a;b;c;d;"));
+    }
+
     void whatIsConfirmedIsNotHandedOutAgain() {
         const auto spool = opened();
         spool->append("a");
