@@ -2,13 +2,23 @@
 
 #include <QDockWidget>
 #include <QEvent>
+#include <QLayout>
 #include <QMainWindow>
-#include <QPointer>
+#include <QStatusBar>
 #include <QTimer>
+#include <QToolBar>
 
+#include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace workbench {
+
+namespace {
+
+constexpr int mostSteps = 16;
+
+} // namespace
 
 DockSizes::DockSizes(QMainWindow& window)
     : QObject(&window)
@@ -37,6 +47,7 @@ bool DockSizes::eventFilter(QObject* watched, QEvent* event) {
         if (!dock->isFloating() && dock->isVisible() && !place.isReturning) {
             place.docked = dock->size();
             place.area = m_window.dockWidgetArea(dock);
+            place.hadTabs = hasTabs(*dock);
         }
     }
     if (event->type() == QEvent::Show && found != m_places.end() && found->second.wished > 0) {
@@ -58,6 +69,7 @@ void DockSizes::onFloating(QDockWidget& dock, bool isFloating) {
     }
     place.isReturning = false;
     place.before.clear();
+    place.room = roomOfDocks();
     for (const auto& [other, itsPlace] : m_places) {
         if (other == &dock || (!other->isFloating() && other->isVisible())) {
             place.before[other] = itsPlace.docked;
@@ -72,19 +84,77 @@ void DockSizes::putBack(QDockWidget& dock) {
     }
     place.isReturning = false;
     dock.raise(); // it may have become a tab behind others
+    const bool isAsBefore = place.room == roomOfDocks() && isCompany(place.before);
     QList<QDockWidget*> docks;
     QList<int> heights;
     QList<int> widths;
     for (const auto& [other, size] : place.before) {
-        if (m_places.count(other) > 0 && !other->isFloating() && size.isValid() &&
-            (other == &dock || other->isVisible())) {
+        if (size.isValid() && (other == &dock || isAsBefore)) {
             docks << other;
             heights << size.height();
             widths << size.width();
         }
     }
-    m_window.resizeDocks(docks, heights, Qt::Vertical);
-    m_window.resizeDocks(docks, widths, Qt::Horizontal);
+    // The bar of tabs is no part of a dock's height.
+    if (place.hadTabs == hasTabs(dock)) {
+        resize(docks, heights, Qt::Vertical);
+    }
+    resize(docks, widths, Qt::Horizontal);
+}
+
+// Qt takes from one neighbour what it gives to another: each step halves what is missing.
+void DockSizes::resize(const QList<QDockWidget*>& docks, const QList<int>& sizes,
+                       Qt::Orientation direction) {
+    const auto extents = [&docks, direction] {
+        QList<int> found;
+        for (const QDockWidget* const dock : docks) {
+            found << (direction == Qt::Vertical ? dock->height() : dock->width());
+        }
+        return found;
+    };
+    QList<int> wanted = sizes;
+    QList<int> before;
+    for (int step = 0; step < mostSteps && extents() != sizes; ++step) {
+        if (extents() == before) {
+            const int missing = sizes.first() - before.first();
+            if (docks.size() != 1 || wanted != sizes || std::abs(missing) != 1) {
+                return; // there is no room for more
+            }
+            wanted.first() += missing; // half a pixel is none
+        }
+        before = extents();
+        m_window.resizeDocks(docks, wanted, direction);
+        m_window.layout()->activate();
+    }
+}
+
+bool DockSizes::hasTabs(QDockWidget& dock) const {
+    return !m_window.tabifiedDockWidgets(&dock).isEmpty();
+}
+
+// Those and no others are docked.
+bool DockSizes::isCompany(const Sizes& docks) const {
+    return std::all_of(m_places.begin(), m_places.end(), [&docks](const auto& place) {
+        const QDockWidget& dock = *place.first;
+        return (docks.count(place.first) > 0) == (dock.isVisible() && !dock.isFloating());
+    });
+}
+
+// What the bars of the window leave them.
+QSize DockSizes::roomOfDocks() const {
+    QSize room = m_window.size();
+    const auto take = [&room](const QWidget* bar, bool isHorizontal) {
+        if (bar != nullptr && bar->isVisible()) {
+            room -= isHorizontal ? QSize(0, bar->height()) : QSize(bar->width(), 0);
+        }
+    };
+    take(m_window.menuWidget(), true);
+    take(m_window.findChild<QStatusBar*>(QString(), Qt::FindDirectChildrenOnly), true);
+    const auto bars = m_window.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QToolBar* const bar : bars) {
+        take(bar->isFloating() ? nullptr : bar, bar->orientation() == Qt::Horizontal);
+    }
+    return room;
 }
 
 void DockSizes::giveWished(QDockWidget& dock) {
@@ -93,7 +163,7 @@ void DockSizes::giveWished(QDockWidget& dock) {
     }
     const int height = std::exchange(m_places[&dock].wished, 0);
     if (height > dock.height()) {
-        m_window.resizeDocks({&dock}, {height}, Qt::Vertical);
+        resize({&dock}, {height}, Qt::Vertical);
     }
 }
 

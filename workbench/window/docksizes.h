@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QSize>
 
@@ -11,7 +12,8 @@ class QMainWindow;
 namespace workbench {
 
 /// A dock that was floated and is docked again at the same edge gets the size that it had there;
-/// one among tabs comes to the front, with about that size.
+/// one among tabs comes to the front. So do the others, unless the window has got another room for
+/// docks meanwhile, or other docks: then they keep what the user sees.
 class DockSizes : public QObject {
     Q_OBJECT
 
@@ -33,13 +35,20 @@ private:
     struct Place {
         QSize docked;             // as it is, or was last
         int area = 0;             // Qt::DockWidgetArea of it
+        bool hadTabs = false;     // beside it
         Sizes before;             // of all docks when it was floated: they share the room
+        QSize room;               // of all docks, then
         bool isReturning = false; // docked again, not laid out yet
         int wished = 0;           // height, until it is given
     };
 
     void onFloating(QDockWidget& dock, bool isFloating);
     void putBack(QDockWidget& dock);
+    void resize(const QList<QDockWidget*>& docks, const QList<int>& sizes,
+                Qt::Orientation direction);
+    bool hasTabs(QDockWidget& dock) const;
+    bool isCompany(const Sizes& docks) const;
+    QSize roomOfDocks() const;
     void giveWished(QDockWidget& dock);
 
     QMainWindow& m_window;
