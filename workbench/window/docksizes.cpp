@@ -163,7 +163,8 @@ void DockSizes::giveWished(QDockWidget& dock) {
     }
     const int height = std::exchange(m_places[&dock].wished, 0);
     if (height > dock.height()) {
-        resize({&dock}, {height}, Qt::Vertical);
+        // One step: what its neighbours have to give is not all taken from them.
+        m_window.resizeDocks({&dock}, {height}, Qt::Vertical);
     }
 }
 
