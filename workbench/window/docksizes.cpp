@@ -8,7 +8,6 @@
 #include <QTimer>
 #include <QToolBar>
 
-#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -132,12 +131,18 @@ bool DockSizes::hasTabs(QDockWidget& dock) const {
     return !m_window.tabifiedDockWidgets(&dock).isEmpty();
 }
 
-// Those and no others are docked.
+// Those and no others are docked; none of them has been deleted then.
 bool DockSizes::isCompany(const Sizes& docks) const {
-    return std::all_of(m_places.begin(), m_places.end(), [&docks](const auto& place) {
-        const QDockWidget& dock = *place.first;
-        return (docks.count(place.first) > 0) == (dock.isVisible() && !dock.isFloating());
-    });
+    std::size_t docked = 0;
+    for (const auto& [dock, place] : m_places) {
+        if (dock->isVisible() && !dock->isFloating()) {
+            ++docked;
+            if (docks.count(dock) == 0) {
+                return false;
+            }
+        }
+    }
+    return docked == docks.size();
 }
 
 // What the bars of the window leave them.

@@ -182,6 +182,17 @@ private Q_SLOTS:
         QCOMPARE(rig.log->width(), width);
     }
 
+    void oneThatIsDockedMayBeDeletedMeanwhile() {
+        Rig rig;
+        QVERIFY(rig.show());
+        const QSize size = rig.display->size();
+        floatIt(*rig.display, {333, 222});
+        delete rig.readout;
+        rig.readout = nullptr;
+        dockIt(*rig.display);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.display->size(), size, patience);
+    }
+
     void oneThatIsFloatingMayBeDeleted() {
         Rig rig;
         QVERIFY(rig.show());
