@@ -7,6 +7,7 @@
 #include "workbench/text/elidedlabel.h"
 #include "workbench/window/plot/trackitem.h"
 #include "workbench/window/readout/readouttexts.h"
+#include "workbench/window/readout/toolbox.h"
 #include "workbench/window/recording/savefile.h"
 
 #include <QApplication>
@@ -115,7 +116,7 @@ PlotDock::PlotDock(Backend& backend, ToolFacts& facts, QWidget* parent)
     connect(&backend.session, &ControllerSession::stateChanged, this, &PlotDock::showState);
     connect(&backend.monitor, &MeasurementMonitor::changed, this, &PlotDock::showState);
     connect(&backend.watch, &DataWatch::changed, this, &PlotDock::showState);
-    offerTools();
+    offerTools(*m_ui->comboBox_plotTool, m_facts.toolCount(), m_readout.tool());
     draw();
 }
 
@@ -211,7 +212,7 @@ void PlotDock::follow() {
     const double column = 1000.0 * span() / usualColumns;
     m_timer.start(std::clamp(static_cast<int>(column), fastestMs, slowestMs));
     takeSamples();
-    offerTools();
+    offerTools(*m_ui->comboBox_plotTool, m_facts.toolCount(), m_readout.tool());
     draw();
 }
 
@@ -238,19 +239,6 @@ void PlotDock::takeSamples() {
             m_ring.add(sample);
         }
     }
-}
-
-void PlotDock::offerTools() {
-    const int count = std::max(m_facts.toolCount(), m_readout.tool());
-    QComboBox* const box = m_ui->comboBox_plotTool;
-    const QSignalBlocker blocked(box);
-    while (box->count() > count) {
-        box->removeItem(box->count() - 1);
-    }
-    while (box->count() < count) {
-        box->addItem(QStringLiteral("M%1").arg(box->count() + 1));
-    }
-    box->setCurrentIndex(m_readout.tool() - 1);
 }
 
 QRectF PlotDock::shownRange() const {

@@ -55,7 +55,6 @@ private:
     void follow(bool isVisible);
     void follow();
     void takeSamples();
-    void offerTools();
     void draw();
     void showState();
     void setPaused(bool isPaused);

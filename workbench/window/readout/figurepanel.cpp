@@ -49,7 +49,7 @@ FigurePanel::FigurePanel(QWidget* parent)
 
 void FigurePanel::tell(const ReadoutView& view, bool withAngles) {
     Content content;
-    content.tool = QStringLiteral("M%1").arg(view.tool);
+    content.tool = readouttexts::toolName(view.tool);
     content.word = readouttexts::word(view);
     content.age = readouttexts::age(view);
     content.colour = readouttexts::colour(view);

@@ -4,6 +4,7 @@
 #include "workbench/controller/data/toolfacts.h"
 #include "workbench/modules/backend.h"
 #include "workbench/window/readout/readouttexts.h"
+#include "workbench/window/readout/toolbox.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -113,19 +114,7 @@ void ReadoutDock::takeLines() {
 // in any case.
 void ReadoutDock::offerTools() {
     const int known = m_lines.tools.empty() ? m_facts.toolCount() : m_toolCount;
-    const int count = std::max(known, m_readout.tool());
-    QComboBox* const box = m_ui->comboBox_tool;
-    if (box->count() == count) {
-        return;
-    }
-    const QSignalBlocker blocked(box);
-    while (box->count() > count) {
-        box->removeItem(box->count() - 1);
-    }
-    while (box->count() < count) {
-        box->addItem(QStringLiteral("M%1").arg(box->count() + 1));
-    }
-    box->setCurrentIndex(m_readout.tool() - 1);
+    workbench::offerTools(*m_ui->comboBox_tool, known, m_readout.tool());
 }
 
 void ReadoutDock::refresh() {

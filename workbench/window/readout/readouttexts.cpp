@@ -129,8 +129,12 @@ QString buttons(const ReadoutView& view) {
     return texts.join(QLatin1Char(' '));
 }
 
+QString toolName(int number) {
+    return QStringLiteral("M%1").arg(number);
+}
+
 QString sentence(const ReadoutView& view, bool withAngles) {
-    QStringList parts{QStringLiteral("M%1").arg(view.tool), word(view)};
+    QStringList parts{toolName(view.tool), word(view)};
     if (view.figures) {
         for (int axis = 0; axis < 3; ++axis) {
             parts += QStringLiteral("%1 %2 mm")
@@ -156,7 +160,7 @@ QString forClipboard(const ReadoutView& view, bool withAngles) {
     if (!view.figures) {
         return {};
     }
-    QStringList parts{QStringLiteral("M%1").arg(view.tool), word(view)};
+    QStringList parts{toolName(view.tool), word(view)};
     for (const double value : view.figures->position) {
         parts += figure(value);
     }

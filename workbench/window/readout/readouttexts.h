@@ -8,6 +8,9 @@
 
 namespace workbench::readouttexts {
 
+/// "M1" for the tool with the number 1.
+QString toolName(int number);
+
 /// A position or an angle with two decimals as the live display has it, whatever the locale: "nan"
 /// and "inf" as they are, what is too long for anybody with an exponent.
 QString figure(double value);
