@@ -89,11 +89,13 @@ class TestPlotDock : public QObject {
     template <typename Condition>
     bool sendUntil(Condition condition) {
         const QDeadlineTimer deadline(patience);
-        for (int i = 0; !condition() && !deadline.hasExpired(); ++i) {
+        bool isReached = condition();
+        for (int i = 0; !isReached && !deadline.hasExpired(); ++i) {
             sendFrame(i % 2 == 0 ? 5.0 : 7.0);
             QTest::qWait(20);
+            isReached = condition();
         }
-        return condition();
+        return isReached;
     }
 
 private Q_SLOTS:

@@ -101,11 +101,13 @@ class TestReadoutDock : public QObject {
     template <typename Condition>
     bool sendUntil(const std::string& tools, Condition condition) {
         const QDeadlineTimer deadline(patience);
-        while (!condition() && !deadline.hasExpired()) {
+        bool isReached = condition();
+        while (!isReached && !deadline.hasExpired()) {
             sendFrame(tools);
             QTest::qWait(20);
+            isReached = condition();
         }
-        return condition();
+        return isReached;
     }
 
 private Q_SLOTS:
