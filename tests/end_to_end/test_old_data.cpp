@@ -12,7 +12,6 @@
 #include <memory>
 
 using namespace processes;
-using workbench::BannerTopic;
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 using kestrel_simulator::ControllerSetup;
-using kestrel_simulator::Version;
 
 namespace {
 

@@ -14,7 +14,6 @@
 
 using workbench::FrameDecoder;
 using workbench::FrameTimes;
-using workbench::ModuleResult;
 using workbench::TrackedBody;
 using workbench::TrackedFrame;
 

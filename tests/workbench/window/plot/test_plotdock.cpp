@@ -22,7 +22,6 @@
 using workbench::ControllerAddress;
 using workbench::MainWindow;
 using workbench::PlotDock;
-using workbench::ReadoutState;
 
 namespace {
 

@@ -11,7 +11,6 @@
 #include <QToolButton>
 #include <QtTest>
 
-using workbench::Banner;
 using workbench::BannerTopic;
 using workbench::ControllerAddress;
 using workbench::ControllerSession;
