@@ -2,6 +2,7 @@
 
 #include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
+#include "probecheck/pagescroll.h"
 #include "probecheck/points/files/pointjson.h"
 #include "probecheck/resultline.h"
 
@@ -112,21 +113,13 @@ PointsPanel::~PointsPanel() {
     }
 }
 
-// Scrolled up and down alone: it is as wide as what stands in it needs.
+// As wide as what stands in it needs.
 void PointsPanel::setUpPage() {
     setObjectName(QLatin1String("PointsPanel"));
     auto* const page = new LowPage;
     page->setObjectName(QLatin1String("page"));
     ui.setupUi(page);
-    m_scrolled = new QScrollArea(this);
-    m_scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scrolled->setFrameShape(QFrame::NoFrame);
-    m_scrolled->setWidgetResizable(true);
-    m_scrolled->setFocusPolicy(Qt::NoFocus);
-    m_scrolled->setWidget(page);
-    auto* const whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(m_scrolled);
+    m_scrolled = scrollUpAndDown(page, this);
     page->installEventFilter(this);
     const auto children = page->findChildren<QWidget*>();
     for (QWidget* const child : children) {

@@ -4,6 +4,7 @@
 #include "general/host/hostlink.h"
 #include "general/widgets/spinboxes.h"
 #include "host_api/iomanager.h"
+#include "probecheck/pagescroll.h"
 #include "probecheck/tipcheck/roseview.h"
 #include "probecheck/tipcheck/tipchecktexts.h"
 
@@ -141,16 +142,7 @@ void TipCheckPanel::buildPage() {
     m_left->addWidget(m_figures);
     m_left->addStretch();
     putRose(false);
-    // Scrolled up and down alone: it is as wide as what stands in it needs.
-    m_scrolled = new QScrollArea(this);
-    m_scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scrolled->setFrameShape(QFrame::NoFrame);
-    m_scrolled->setWidgetResizable(true);
-    m_scrolled->setFocusPolicy(Qt::NoFocus);
-    m_scrolled->setWidget(content);
-    auto* const whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(m_scrolled);
+    m_scrolled = scrollUpAndDown(content, this); // as wide as what stands in it needs
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrolled);
     m_scrolled->setMinimumWidth(content->minimumSizeHint().width() + 2 * scrollBar);
 }
