@@ -70,11 +70,8 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     m_dockSizes = new DockSizes(*this);
     m_dockRoom = new DockRoom(*this);
     connect(m_dockRoom, &DockRoom::middleMoved, this, &MainWindow::showMiddle);
-    for (QDockWidget* const dock :
-         {static_cast<QDockWidget*>(m_logDock), static_cast<QDockWidget*>(m_commandDock)}) {
-        m_dockSizes->watch(dock);
-        m_dockRoom->watch(dock);
-    }
+    watchDock(m_logDock);
+    watchDock(m_commandDock);
     setUpActions();
     m_words = new StateWords({m_backend, m_recording, m_modules}, *m_ui, this);
     setUpStartPage();
@@ -180,6 +177,11 @@ void MainWindow::buildModules() {
     m_moduleEntries->offer(elements, m_setup.observerMode);
 }
 
+void MainWindow::watchDock(QDockWidget* dock) {
+    m_dockSizes->watch(dock);
+    m_dockRoom->watch(dock);
+}
+
 void MainWindow::addDock(QDockWidget* dock) {
     if (dock->objectName().isEmpty()) {
         dock->setObjectName(QStringLiteral("moduleDock_") + dock->windowTitle());
@@ -190,8 +192,7 @@ void MainWindow::addDock(QDockWidget* dock) {
     // One that its module has hidden waits for its menu entry; only one that nobody has asked to
     // show or hide yet is open from the start.
     const bool opensAtOnce = !dock->testAttribute(Qt::WA_WState_ExplicitShowHide);
-    m_dockSizes->watch(dock);
-    m_dockRoom->watch(dock);
+    watchDock(dock);
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->setVisible(opensAtOnce);

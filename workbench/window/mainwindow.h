@@ -119,6 +119,7 @@ private:
     void onReady(bool first);
     void onMeasuring(bool measuring);
     void buildModules();
+    void watchDock(QDockWidget* dock);
     void addDock(QDockWidget* dock);
     void tearDownModules();
     void showState();

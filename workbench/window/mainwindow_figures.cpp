@@ -1,5 +1,3 @@
-#include "workbench/window/dockroom.h"
-#include "workbench/window/docksizes.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/readout/readoutdock.h"
 #include "workbench/window/state/livestate.h"
@@ -25,8 +23,7 @@ void MainWindow::setUpFigures() {
         addDockWidget(Qt::BottomDockWidgetArea, dock, Qt::Horizontal);
         dock->hide();
         m_liveState->addDock(dock);
-        m_dockSizes->watch(dock);
-        m_dockRoom->watch(dock);
+        watchDock(dock);
         connect(dock, &QDockWidget::visibilityChanged, this, &MainWindow::showMiddle);
     }
     m_menus->arrange();
