@@ -2,6 +2,7 @@
 
 #include "libs/kestrel_wire/utctime.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -31,6 +32,13 @@ struct TrackedFrame {
     std::optional<double> seconds;             ///< the controller's time stamp
     std::optional<unsigned> counter;           ///< the controller's frame counter
     std::vector<TrackedBody> bodies;           ///< tools first, each kind by its numbers
+
+    int toolCount() const {
+        return static_cast<int>(
+            std::count_if(bodies.begin(), bodies.end(), [](const TrackedBody& body) {
+                return body.kind == TrackedBody::Kind::Tool;
+            }));
+    }
 };
 
 } // namespace workbench

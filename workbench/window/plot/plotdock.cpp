@@ -229,9 +229,7 @@ void PlotDock::choose(int tool) {
 void PlotDock::takeSamples() {
     m_feed.take(m_batch);
     if (m_batch.latest) {
-        m_facts.setToolsInLines(static_cast<int>(std::count_if(
-            m_batch.latest->bodies.begin(), m_batch.latest->bodies.end(),
-            [](const TrackedBody& body) { return body.kind == TrackedBody::Kind::Tool; })));
+        m_facts.setToolsInLines(m_batch.latest->toolCount());
     }
     // What a tool that is not calibrated says of its tip is nothing.
     if (m_facts.isKnown() && m_facts.tool(m_readout.tool()).isCalibrated) {
@@ -314,7 +312,7 @@ void PlotDock::showState() {
         m_stateColour = colour;
         showColour(*m_ui->label_plotColour, colour, 1.0);
     }
-    m_ui->label_plotState->setText(QStringLiteral("M%1 %2").arg(view.tool).arg(word));
+    m_ui->label_plotState->setText(readouttexts::toolName(view.tool) + QLatin1Char(' ') + word);
     QString remark = tr("mm from the mean, over seconds; s: standard deviation over %1")
                          .arg(m_ui->comboBox_span->currentText());
     if (news.isMeasuring && news.isOld) {

@@ -11,8 +11,6 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 
-#include <algorithm>
-
 namespace workbench {
 
 namespace {
@@ -101,10 +99,7 @@ void ReadoutDock::takeLines() {
     m_decoder.add(m_lines.tools.c_str());
     m_decoder.add(m_lines.references.c_str());
     m_frame = m_decoder.end();
-    m_toolCount = static_cast<int>(
-        std::count_if(m_frame.bodies.begin(), m_frame.bodies.end(), [](const TrackedBody& body) {
-            return body.kind == TrackedBody::Kind::Tool;
-        }));
+    m_toolCount = m_frame.toolCount();
     if (!m_lines.tools.empty()) {
         m_facts.setToolsInLines(m_toolCount);
     }

@@ -79,6 +79,7 @@ private Q_SLOTS:
         QCOMPARE(frame.arrival, arrival);
         QVERIFY(frame.counter == 7U && frame.seconds == 1.5);
         QCOMPARE(frame.bodies.size(), std::size_t(4));
+        QCOMPARE(frame.toolCount(), 2);
         const TrackedBody& first = frame.bodies[0];
         QVERIFY(first.kind == TrackedBody::Kind::Tool && first.isTracked());
         QCOMPARE(first.number, 1);
