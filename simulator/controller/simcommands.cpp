@@ -237,11 +237,8 @@ void SimCommands::addCalibrationSettings(ParameterTable& table) {
                             [&settings](const text::Words&) {
                                 return Answer::value(std::string(pivotName(settings.pivot)));
                             },
-                            [&settings](const text::Words&, const text::Words& value) {
-                                const auto pivot = findPivot(text::join(value));
-                                settings.pivot = pivot.value_or(settings.pivot);
-                                return pivot ? Answer::ok()
-                                             : badValue("expected one of " + pivotNames());
+                            [this](const text::Words&, const text::Words& value) {
+                                return setPivot(text::join(value));
                             }});
     table.add("sim calibration_tool",
               {0,

@@ -51,6 +51,7 @@ private:
 
     Answer pose(const Body& body) const;
     Answer refuse(const text::Words& words);
+    Answer setPivot(const std::string& name);
     Answer misbehave(const text::Words& words);
     Answer behave(const text::Words& words);
     Answer device(const text::Words& words);

@@ -35,6 +35,9 @@ Answer SimCommands::act(const text::Words& words) {
     if (verb == "refuse") {
         return refuse(words);
     }
+    if (verb == "pivot") {
+        return setPivot(text::join(words, 1));
+    }
     return bodyAction(words);
 }
 
@@ -48,6 +51,13 @@ Answer SimCommands::refuse(const text::Words& words) {
     }
     m_state.refused.push_back(text::join(words, 1));
     return Answer::ok();
+}
+
+Answer SimCommands::setPivot(const std::string& name) {
+    const std::optional<Pivot> pivot = findPivot(name);
+    Calibration::Settings& settings = m_calibration.settings();
+    settings.pivot = pivot.value_or(settings.pivot);
+    return pivot ? Answer::ok() : badValue("expected one of " + pivotNames());
 }
 
 Answer SimCommands::misbehave(const text::Words& words) {

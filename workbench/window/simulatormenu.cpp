@@ -88,7 +88,7 @@ void SimulatorMenu::build(const SimulatorWords& words) {
     misbehaviour->addSeparator();
     addLine(*misbehaviour, tr("&End all"), QStringLiteral("kestrel2 sim behave"));
     QMenu* const calibration = addMenu(30, tr("&Calibration outcome"));
-    addWords(*calibration, words.pivots, QStringLiteral("kestrel2 set sim pivot %1"));
+    addWords(*calibration, words.pivots, QStringLiteral("kestrel2 sim pivot %1"));
     buildTools(0);
     m_room.menus.arrange();
 }

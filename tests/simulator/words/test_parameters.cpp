@@ -73,8 +73,22 @@ TEST(Parameters, aRefusalSaysWhatWouldBePossible) {
               "kestrel2 err 4 \"the value must be from 0 to 3600\"");
     EXPECT_EQ(talk.say("sim misbehave silent 1000001"),
               "kestrel2 err 4 \"the value must be from 0 to 1000000\"");
-    EXPECT_EQ(talk.say("set sim pivot x"),
-              "kestrel2 err 4 \"expected one of cone, planar, twist, slip, still\"");
+    for (const char* command :
+         {"set sim pivot x", "sim pivot x", "sim pivot", "sim pivot cone x"}) {
+        EXPECT_EQ(talk.say(command),
+                  "kestrel2 err 4 \"expected one of cone, planar, twist, slip, still\"")
+            << command;
+    }
+}
+
+TEST(Parameters, thePivotIsAnActionToo) {
+    Talk talk;
+    EXPECT_EQ(talk.act("sim pivot slip"), "ok");
+    EXPECT_EQ(talk.get("sim pivot"), "slip");
+    EXPECT_EQ(talk.act("sim pivot nonsense"), "err 4");
+    EXPECT_EQ(talk.get("sim pivot"), "slip");
+    EXPECT_EQ(talk.set("sim pivot twist"), "ok");
+    EXPECT_EQ(talk.get("sim pivot"), "twist");
 }
 
 namespace {

@@ -142,7 +142,7 @@ private Q_SLOTS:
         row("Misbehaviour/silent", QString("kestrel2 sim misbehave silent"));
         row("Misbehaviour/cal-error", QString("kestrel2 sim misbehave cal-error"));
         row("Misbehaviour/End all", QString("kestrel2 sim behave"));
-        row("Calibration outcome/cone", QString("kestrel2 set sim pivot cone"));
+        row("Calibration outcome/cone", QString("kestrel2 sim pivot cone"));
     }
     void eachEntryIsALineOfTheCommandLine() {
         QFETCH(QString, line);
