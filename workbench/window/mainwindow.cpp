@@ -49,7 +49,8 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     , m_setup(setup)
     , m_settings(setup.settingsFile)
     , m_simulator(setup.simulatorProgram)
-    , m_recording(m_backend.session, m_backend.recorder, m_backend.log)
+    , m_recording(m_backend.session, m_backend.recorder, m_backend.log, nullptr,
+                  setup.recordingGoneMs)
     , m_modules({&m_backend.io, this, m_backend.session.versions(), setup.observerMode},
                 m_backend.log) {
     QPixmapCache::setCacheLimit(pictureCacheKb);

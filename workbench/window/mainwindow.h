@@ -51,6 +51,7 @@ public:
         bool observerMode = false;
         bool openDocks = false;        ///< open all docks of modules, whatever was remembered
         QString simulatorProgram = {}; ///< empty for the one beside ours
+        int recordingGoneMs = RecordingControl::usualGoneMs; ///< see there
     };
 
     explicit MainWindow(const Setup& setup, QWidget* parent = nullptr);
