@@ -1,9 +1,7 @@
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/plot/makeplot.h"
 #include "workbench/window/readout/readoutdock.h"
 #include "workbench/window/state/livestate.h"
-#ifdef KESTREL_HAS_PLOT
-#include "workbench/window/plot/plotdock.h"
-#endif
 
 namespace workbench {
 
@@ -13,12 +11,11 @@ void MainWindow::setUpFigures() {
     readout->toggleViewAction()->setText(tr("&Read-out"));
     m_menus->add({tr("&View"), 400, 22, readout->toggleViewAction()});
     m_figureDocks += readout;
-#ifdef KESTREL_HAS_PLOT
-    auto* const plot = new PlotDock(m_backend, m_backend.facts, this);
-    plot->toggleViewAction()->setText(tr("Time &plot"));
-    m_menus->add({tr("&View"), 400, 24, plot->toggleViewAction()});
-    m_figureDocks += plot;
-#endif
+    if (QDockWidget* const plot = makePlotDock(m_backend, m_backend.facts, this)) {
+        plot->toggleViewAction()->setText(tr("Time &plot"));
+        m_menus->add({tr("&View"), 400, 24, plot->toggleViewAction()});
+        m_figureDocks += plot;
+    }
     for (QDockWidget* dock : qAsConst(m_figureDocks)) {
         addDockWidget(Qt::BottomDockWidgetArea, dock, Qt::Horizontal);
         dock->hide();
