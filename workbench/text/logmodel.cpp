@@ -236,7 +236,7 @@ QString LogModel::cell(const Entry& entry, int column) const {
     case SourceColumn:
         return entry.source;
     case LevelColumn:
-        return QString::number(entry.level);
+        return levelWord(entry.meaning());
     default:
         return entry.textWithCount();
     }
@@ -248,14 +248,8 @@ QVariant LogModel::data(const QModelIndex& index, int role) const {
     }
     const Entry& entry = m_entries[static_cast<std::size_t>(index.row())];
     if (role == Qt::DisplayRole) {
-        switch (index.column()) {
-        case TimeColumn:
-            return entry.time.toString(QStringLiteral("HH:mm:ss.zzz"));
-        case LevelColumn:
-            return levelWord(entry.meaning());
-        default:
-            return cell(entry, index.column());
-        }
+        return index.column() == TimeColumn ? entry.time.toString(QStringLiteral("HH:mm:ss.zzz"))
+                                            : cell(entry, index.column());
     }
     if (role == LevelRole) {
         return entry.meaning();

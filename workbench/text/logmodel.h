@@ -56,7 +56,8 @@ public:
     void info(const QString& text);    ///< a line of the workbench itself
     void problem(const QString& text); ///< the same, about something that went wrong
 
-    /// All rows as text, one line each, columns separated by tabs.
+    /// All rows as text, one line each, columns separated by tabs: with the date, otherwise as the
+    /// table shows them, the level as levelWord().
     QString toText() const;
     QString rowText(int row) const;
 

@@ -162,7 +162,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(
             lines(unanswered), QStringList(unanswered + QStringLiteral(" → ") + reason), patience);
         const QString text = m_parts->log.toText();
-        QVERIFY(text.contains(QStringLiteral("\ttraffic\tCONTROLLER\t0\t") + unanswered));
+        QVERIFY(text.contains(QStringLiteral("\ttraffic\tCONTROLLER\tInformation\t") + unanswered));
         m_controller->setSilent(false);
         m_parts->news.setTrafficWanted(false);
         QTRY_VERIFY_WITH_TIMEOUT(m_parts->session.isReady(), patience);

@@ -244,7 +244,7 @@ private Q_SLOTS:
 
     void logLinesOfModulesArePlainText() {
         host().write_log("standard", "KESTREL3", 1, "Error: <b>100%s</b>\nnext");
-        QVERIFY(logHas(QStringLiteral("standard\tKESTREL3\t1\tError: <b>100%s</b>\\nnext")));
+        QVERIFY(logHas(QStringLiteral("standard\tKESTREL3\tError\tError: <b>100%s</b>\\nnext")));
     }
 };
 
