@@ -644,6 +644,26 @@
         <source>cannot send to %1: %2</source>
         <translation>an %1 kann nicht gesendet werden: %2</translation>
     </message>
+    <message>
+        <source>cannot record to %1: the file exists already, and only with --overwrite is it replaced</source>
+        <translation>Aufzeichnung nach %1 nicht möglich: die Datei gibt es schon, und nur mit --overwrite wird sie ersetzt</translation>
+    </message>
+    <message>
+        <source>Record to</source>
+        <translation>Aufzeichnen in</translation>
+    </message>
+    <message>
+        <source>%1 exists already. Do you want to replace it?</source>
+        <translation>%1 gibt es schon. Soll die Datei ersetzt werden?</translation>
+    </message>
+    <message>
+        <source>If not, nothing is recorded for now.</source>
+        <translation>Wenn nicht, wird vorerst nichts aufgezeichnet.</translation>
+    </message>
+    <message>
+        <source>cannot record to %1: it is not to be replaced</source>
+        <translation>Aufzeichnung nach %1 nicht möglich: die Datei soll nicht ersetzt werden</translation>
+    </message>
 </context>
 <context>
     <name>workbench::CommandNews</name>
@@ -1447,6 +1467,14 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>--send %1: %2</source>
         <translation>--send %1: %2</translation>
+    </message>
+    <message>
+        <source>Let --record replace a file that exists, without a question.</source>
+        <translation>Lässt --record eine vorhandene Datei ohne Rückfrage ersetzen.</translation>
+    </message>
+    <message>
+        <source>--overwrite needs --record</source>
+        <translation>--overwrite verlangt --record</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,8 @@
 #include "workbench/window/mainwindow.h"
 
 #include <QApplication>
+#include <QFileInfo>
+#include <QMessageBox>
 #include <QSocketNotifier>
 
 #include <algorithm>
@@ -36,9 +38,12 @@ int milliseconds(double seconds) {
 
 } // namespace
 
-CommandLineRun::CommandLineRun(MainWindow& window, const Options& options)
+// Who has the program end by itself does not sit before it.
+CommandLineRun::CommandLineRun(MainWindow& window, const Options& options, Audience audience)
     : m_window(window)
-    , m_options(options) {
+    , m_options(options)
+    , m_audience(options.quitAfter < 0.0 ? audience : Audience::Nobody)
+    , m_mayOverwrite(options.overwrite) {
     connect(&m_window, &MainWindow::modulesBuilt, this, &CommandLineRun::onModulesBuilt);
     connect(&m_window, &MainWindow::recordingChanged, this,
             [this](bool running, const QString& error) {
@@ -65,13 +70,23 @@ CommandLineRun::CommandLineRun(MainWindow& window, const Options& options)
 
 CommandLineRun::~CommandLineRun() = default;
 
+CommandLineRun::Audience CommandLineRun::usualAudience() {
+    const QString platform = QGuiApplication::platformName();
+    return platform == QLatin1String("offscreen") || platform == QLatin1String("minimal")
+               ? Audience::Nobody
+               : Audience::Somebody;
+}
+
 void CommandLineRun::start() {
     loadModules();
     addOutlets();
-    if (m_options.simulate) {
-        m_window.simulate(m_options.simulatorOptions);
-    } else if (m_options.connectTo) {
-        m_window.connectTo(*m_options.connectTo);
+    if (!wouldReplaceRecording()) {
+        goOn();
+    } else if (m_audience == Audience::Somebody) {
+        askWhetherToReplace();
+    } else {
+        // The event loop that is to end does not run yet.
+        QTimer::singleShot(0, this, &CommandLineRun::refuseRecording);
     }
     if (m_options.printRows) {
         m_rowTimer.start(rowIntervalMs);
@@ -83,6 +98,52 @@ void CommandLineRun::start() {
     if (m_options.quitAfter >= 0.0) {
         QTimer::singleShot(milliseconds(m_options.quitAfter), this, &CommandLineRun::quit);
     }
+}
+
+void CommandLineRun::goOn() {
+    if (m_options.simulate) {
+        m_window.simulate(m_options.simulatorOptions);
+    } else if (m_options.connectTo) {
+        m_window.connectTo(*m_options.connectTo);
+    }
+}
+
+// A device or a pipe loses nothing.
+bool CommandLineRun::wouldReplaceRecording() const {
+    return !m_options.recordFile.isEmpty() && !m_mayOverwrite &&
+           QFileInfo(m_options.recordFile).isFile();
+}
+
+void CommandLineRun::refuseRecording() {
+    giveUp(ExitNoRecording, tr("cannot record to %1: the file exists already, and only with "
+                               "--overwrite is it replaced")
+                                .arg(m_options.recordFile));
+}
+
+// Before there is a connection: the recording begins with the first measurement.
+void CommandLineRun::askWhetherToReplace() {
+    auto* const box = new QMessageBox(
+        QMessageBox::Warning, tr("Record to"),
+        tr("%1 exists already. Do you want to replace it?").arg(m_options.recordFile),
+        QMessageBox::Yes | QMessageBox::No, &m_window);
+    box->setInformativeText(tr("If not, nothing is recorded for now."));
+    box->setObjectName(QStringLiteral("ReplaceRecording"));
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::No);
+    box->setEscapeButton(QMessageBox::No);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QMessageBox::finished, this, [this](int answer) {
+        if (answer == QDialog::Rejected) { // by the program's end, not by a button
+            return;
+        }
+        m_mayOverwrite = answer == QMessageBox::Yes;
+        m_recordingDeclined = !m_mayOverwrite;
+        if (m_recordingDeclined) {
+            complain(tr("cannot record to %1: it is not to be replaced").arg(m_options.recordFile));
+        }
+        goOn();
+    });
+    box->open();
 }
 
 void CommandLineRun::loadModules() {
@@ -125,7 +186,11 @@ void CommandLineRun::onModulesBuilt() {
         return;
     }
     m_first = false;
-    if (!m_options.recordFile.isEmpty()) {
+    if (wouldReplaceRecording() && !m_recordingDeclined) { // it was not there at the start
+        refuseRecording();
+        return;
+    }
+    if (!m_options.recordFile.isEmpty() && !m_recordingDeclined) {
         m_window.startRecording(m_options.recordFile);
     }
     if (m_options.measure) {
@@ -169,6 +234,9 @@ int CommandLineRun::finish(int code) const {
     if (!m_options.screenshotFile.isEmpty() && !m_pictureTried) {
         complain(tr("no picture: the program ended before it was due"));
         return ExitNoScreenshot;
+    }
+    if (m_recordingDeclined) {
+        return ExitNoRecording;
     }
     if (!m_options.recordFile.isEmpty() && !m_recordingMade) {
         complain(tr("cannot record to %1: the program ended before the recording began")

@@ -15,7 +15,10 @@ class CommandLineRun : public QObject {
     Q_OBJECT
 
 public:
-    CommandLineRun(MainWindow& window, const Options& options);
+    /// Whether somebody sees the window and can be asked.
+    enum class Audience { Somebody, Nobody };
+
+    CommandLineRun(MainWindow& window, const Options& options, Audience audience = usualAudience());
     ~CommandLineRun() override;
 
     /// To be called once, with the event loop about to run.
@@ -28,9 +31,16 @@ public:
     /// stderr, when the picture or the recording asked for was not made until then.
     int finish(int code) const;
 
+    /// Nobody without a display.
+    static Audience usualAudience();
+
 private:
     void loadModules();
     void addOutlets();
+    bool wouldReplaceRecording() const;
+    void refuseRecording();
+    void askWhetherToReplace();
+    void goOn();
     void onModulesBuilt();
     void printRows();
     void takePicture();
@@ -39,10 +49,13 @@ private:
 
     MainWindow& m_window;
     const Options m_options;
+    const Audience m_audience;
+    bool m_mayOverwrite; // what --record names
     QTimer m_rowTimer;
     bool m_first = true;
     bool m_pictureTried = false;
     bool m_recordingMade = false;
+    bool m_recordingDeclined = false; // by the user
     bool m_simulatorEnded = false;
 };
 

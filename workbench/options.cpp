@@ -44,6 +44,7 @@ void declare(QCommandLineParser& parser) {
          "LANGUAGE"},
         {"settings", Texts::tr("Keep window and connection settings in this file."), "FILE"},
         {"record", Texts::tr("Record the data lines once connected."), "FILE"},
+        {"overwrite", Texts::tr("Let --record replace a file that exists, without a question.")},
         {"send",
          Texts::tr("Send tools, references and results to udp://HOST, mqtt://HOST/PREFIX, "
                    "mqtts://HOST/PREFIX or igtl://; may be repeated."),
@@ -110,6 +111,7 @@ QString readInto(const QCommandLineParser& parser, Options& options) {
     }
     options.settingsFile = parser.value("settings");
     options.recordFile = parser.value("record");
+    options.overwrite = parser.isSet("overwrite");
     const QStringList urls = parser.values("send");
     for (const QString& url : urls) {
         OutletUrl outlet;
@@ -127,6 +129,9 @@ QString readInto(const QCommandLineParser& parser, Options& options) {
     }
     if (parser.isSet("simulator-options") && !options.simulate) {
         return Texts::tr("--simulator-options needs --simulate");
+    }
+    if (options.overwrite && options.recordFile.isEmpty()) {
+        return Texts::tr("--overwrite needs --record");
     }
     if (parser.isSet("after") && options.screenshotFile.isEmpty()) {
         return Texts::tr("--after needs --screenshot");

@@ -33,6 +33,7 @@ struct Options {
     QString language;     ///< empty: the system's; set even when something is wrong
     QString settingsFile; ///< empty: the user's own
     QString recordFile;
+    bool overwrite = false;    ///< a file that exists is recorded to without a question
     QVector<OutletUrl> sendTo; ///< outlets, besides those that are remembered
     QString screenshotFile;
     double screenshotAfter = 3.0; ///< seconds from the start

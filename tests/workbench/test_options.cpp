@@ -56,6 +56,7 @@ private Q_SLOTS:
                                           "s.ini",
                                           "--record",
                                           "r",
+                                          "--overwrite",
                                           "--send",
                                           "udp://plotter",
                                           "--send",
@@ -74,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(parsed.action, Action::Run);
         const workbench::Options& options = parsed.options;
         QVERIFY(options.simulate && options.measure && options.observer && options.printRows &&
-                options.openDocks);
+                options.openDocks && options.overwrite);
         QCOMPARE(options.simulatorOptions, QStringList({"--seed", "3", "--tools", "2"}));
         QCOMPARE(options.modules, QStringList({"a.so", "b.so"}));
         QCOMPARE(*options.pluginFolder, QStringLiteral("dir"));

@@ -163,6 +163,36 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path));
     }
 
+    void aRecordingReplacesAFileOnlyWhenItIsTold() {
+        const ScriptedController controller;
+        const QString path = m_folder.filePath(QStringLiteral("there.kestrel"));
+        const QByteArray before("mine");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(before), qint64(before.size()));
+        file.close();
+        const QStringList options{QStringLiteral("--connect"),
+                                  QStringLiteral("127.0.0.1:%1").arg(controller.port()),
+                                  QStringLiteral("--record"), path};
+        Ended ended = run(options);
+        QCOMPARE(ended.exitCode, int(workbench::ExitNoRecording));
+        QVERIFY2(ended.errors.contains(
+                     QStringLiteral("cannot record to %1: the file exists already, and only with "
+                                    "--overwrite is it replaced")
+                         .arg(path)),
+                 qPrintable(ended.errors));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), before);
+        file.close();
+        QCOMPARE(controller.connections(), 0);
+
+        ended = run(options + QStringList{QStringLiteral("--overwrite"),
+                                          QStringLiteral("--quit-after"), QStringLiteral("3")});
+        QVERIFY2(ended.exitCode == 0, qPrintable(ended.errors));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().startsWith("kestrel-recording 2\n"));
+    }
+
     void rowsPictureAndRecordingOfASimulatedSession() {
         const QString picture = m_folder.filePath(QStringLiteral("p.png"));
         const QString recording = m_folder.filePath(QStringLiteral("r.kestrel"));

@@ -1,0 +1,141 @@
+#include "tests/support/datarows.h"
+#include "tests/workbench/scriptedcontroller.h"
+#include "workbench/commandlinerun.h"
+#include "workbench/window/mainwindow.h"
+
+#include <QAbstractButton>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+using workbench::CommandLineRun;
+using workbench::MainWindow;
+
+namespace {
+constexpr int patience = 15000;
+}
+
+/// "--record" with a file that exists, before a window that somebody sees.
+class TestRecordQuestion : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<ScriptedController> m_controller;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<CommandLineRun> m_run;
+    const QByteArray m_before = "mine";
+
+    QString path() const { return m_folder->filePath(QStringLiteral("r.kestrel")); }
+
+    QByteArray content() const {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QMessageBox* question() const {
+        return m_window->findChild<QMessageBox*>(QStringLiteral("ReplaceRecording"));
+    }
+
+    bool isRecording() { return m_window->backend().recorder.status().begun; }
+
+    void start(bool overwrite = false) {
+        workbench::Options options;
+        options.pluginFolder = m_folder->path(); // none
+        options.connectTo.emplace();
+        options.connectTo->port = m_controller->port();
+        options.recordFile = path();
+        options.overwrite = overwrite;
+        m_run = std::make_unique<CommandLineRun>(*m_window, options,
+                                                 CommandLineRun::Audience::Somebody);
+        m_window->show();
+        m_run->start();
+    }
+
+    void answer(QMessageBox::StandardButton button) {
+        QVERIFY(question() != nullptr && question()->isVisible());
+        question()->button(button)->click();
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().session.isReady(), patience);
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(m_before), qint64(m_before.size()));
+        m_controller = std::make_unique<ScriptedController>();
+        MainWindow::Setup setup;
+        setup.settingsFile = m_folder->filePath(QStringLiteral("s.ini"));
+        m_window = std::make_unique<MainWindow>(setup);
+    }
+    void cleanup() {
+        m_run.reset();
+        m_window.reset();
+        m_controller.reset();
+        m_folder.reset();
+    }
+
+    void yesReplacesTheFile() {
+        start();
+        QVERIFY2(question()->text().startsWith(path() + QStringLiteral(" exists already.")),
+                 qPrintable(question()->text()));
+        QCOMPARE(content(), m_before);
+        answer(QMessageBox::Yes);
+        QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(content().startsWith("kestrel-recording 2\n"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_run->finish(0), 0, patience);
+    }
+
+    void noLeavesItAndConnectsWithoutARecording() {
+        start();
+        QCOMPARE(question()->defaultButton(),
+                 qobject_cast<QPushButton*>(question()->button(QMessageBox::No)));
+        answer(QMessageBox::No);
+        // Whatever is to happen once connected has happened when this is answered.
+        bool isDone = false;
+        m_window->backend().session.channel().askLater(
+            "kestrel2 get version model",
+            [&isDone](const workbench::CommandChannel::Answer&) { isDone = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(isDone, patience);
+        QVERIFY(!isRecording());
+        QCOMPARE(content(), m_before);
+        QCOMPARE(m_run->finish(0), int(workbench::ExitNoRecording));
+    }
+
+    void nobodyIsAskedWhoHasSaidSoBefore() {
+        start(/*overwrite=*/true);
+        QVERIFY(question() == nullptr);
+        QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(content().startsWith("kestrel-recording 2\n"), patience);
+    }
+
+    void aFileThatIsNotThereIsNoQuestion() {
+        QVERIFY(QFile::remove(path()));
+        start();
+        QVERIFY(question() == nullptr);
+        QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+    }
+
+    void escapeIsANo() {
+        start();
+        QTest::keyClick(question(), Qt::Key_Escape);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().session.isReady(), patience);
+        QCOMPARE(content(), m_before);
+        QCOMPARE(m_run->finish(0), int(workbench::ExitNoRecording));
+    }
+
+    void theWindowCanBeClosedInFrontOfIt() {
+        start();
+        QVERIFY(question()->isVisible());
+        m_window->close();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
+        QCOMPARE(content(), m_before);
+        QCOMPARE(m_controller->connections(), 0);
+    }
+};
+
+QTEST_MAIN(TestRecordQuestion)
+#include "test_recordquestion.moc"
