@@ -1,5 +1,5 @@
 // How fast kestrel-recording goes through a large recording, beside "wc -l" on the same file in the
-// same run, and how much memory it takes for that.
+// same run, and how much memory it takes for that. Fails below the bounds of docs/performance.md.
 
 #include "libs/kestrel_wire/recording.h"
 
@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -19,6 +20,8 @@ namespace {
 
 constexpr int rounds = 3;
 constexpr std::uint64_t megabyte = 1000000;
+constexpr double leastOfCheck = 150.0; // MB/s
+constexpr double mostMemory = 8.0;     // MiB, however large the recording is
 
 struct Run {
     double seconds = 0.0;
@@ -93,28 +96,55 @@ Run run(const std::vector<std::string>& words) {
     return result;
 }
 
-bool measure(const char* name, const std::vector<std::string>& words, std::uint64_t bytes) {
+struct Figures {
+    double megabytesPerSecond = 0.0;
+    double mebibytes = 0.0;
+};
+
+std::optional<Figures> measure(const char* name, const std::vector<std::string>& words,
+                               std::uint64_t bytes) {
     std::vector<double> seconds;
     long kilobytes = 0;
     for (int i = 0; i < rounds; ++i) {
         const Run one = run(words);
         if (!one.good) {
             std::printf("%-8s failed\n", name);
-            return false;
+            return std::nullopt;
         }
         seconds.push_back(one.seconds);
         kilobytes = std::max(kilobytes, one.kilobytes);
     }
     std::sort(seconds.begin(), seconds.end());
-    std::printf("%-8s %8.2f s %10.0f MB/s %10.1f MiB of memory\n", name, seconds[rounds / 2],
-                static_cast<double>(bytes) / 1e6 / seconds[rounds / 2],
-                static_cast<double>(kilobytes) / 1024.0);
-    return true;
+    const double median = seconds[rounds / 2];
+    const Figures figures{static_cast<double>(bytes) / 1e6 / median,
+                          static_cast<double>(kilobytes) / 1024.0};
+    std::printf("%-8s %8.2f s %10.0f MB/s %10.1f MiB of memory\n", name, median,
+                figures.megabytesPerSecond, figures.mebibytes);
+    return figures;
+}
+
+struct Bounds {
+    double leastOfCheck = ::leastOfCheck;
+    double mostMemory = ::mostMemory;
+};
+
+bool isWithin(const Bounds& bounds, const std::string& command, const Figures& figures) {
+    const bool isFast = command != "check" || figures.megabytesPerSecond >= bounds.leastOfCheck;
+    const bool isSmall = figures.mebibytes <= bounds.mostMemory;
+    if (!isFast) {
+        std::printf("%s is slower than %.0f MB/s: failed\n", command.c_str(), bounds.leastOfCheck);
+    }
+    if (!isSmall) {
+        std::printf("%s takes more than %.1f MiB of memory: failed\n", command.c_str(),
+                    bounds.mostMemory);
+    }
+    return isFast && isSmall;
 }
 
 } // namespace
 
-/// Argument: the size in MB (1000). The recording is made in TMPDIR and goes at the end.
+/// Arguments: the size in MB (1000), and bounds other than the usual ones, to see it fail: MB/s of
+/// "check", MiB of memory. The recording is made in TMPDIR and goes at the end.
 int main(int argc, char** argv) {
     const std::uint64_t size = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : 1000;
     const char* const folder = std::getenv("TMPDIR");
@@ -129,9 +159,18 @@ int main(int argc, char** argv) {
     std::ifstream file(path, std::ios::ate | std::ios::binary);
     const auto bytes = static_cast<std::uint64_t>(file.tellg());
     std::printf("%.0f MB, medians of %d runs\n", static_cast<double>(bytes) / 1e6, rounds);
-    bool good = measure("wc -l", {"wc", "-l", path}, bytes);
+    Bounds bounds;
+    if (argc > 2) {
+        bounds.leastOfCheck = std::strtod(argv[2], nullptr);
+    }
+    if (argc > 3) {
+        bounds.mostMemory = std::strtod(argv[3], nullptr);
+    }
+    bool good = measure("wc -l", {"wc", "-l", path}, bytes).has_value();
     for (const char* command : {"check", "info", "csv", "cut"}) {
-        good = measure(command, {RECORDING_PROGRAM, command, path}, bytes) && good;
+        const std::optional<Figures> figures =
+            measure(command, {RECORDING_PROGRAM, command, path}, bytes);
+        good = figures && isWithin(bounds, command, *figures) && good;
     }
     std::remove(path.c_str());
     return good ? 0 : 1;
