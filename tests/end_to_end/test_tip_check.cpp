@@ -195,13 +195,61 @@ private Q_SLOTS:
         verifyFoundError();
     }
 
-    void theWindowClosesInTheMiddle() {
+    void theModulesExitOrTheWindowClosesInEachState_data() {
+        QTest::addColumn<QStringList>("orders"); // to the simulator
+        QTest::addColumn<QString>("state");      // what is said then
+        QTest::addColumn<bool>("isStarted");
+        QTest::addColumn<bool>("isClosed");
+        const struct {
+            const char* name;
+            QStringList orders;
+            const char* state;
+            bool isStarted;
+        } rows[] = {
+            {"no measurement", {"tracking stop"}, "No tracking runs.", false},
+            {"idle", {}, "Put the tip into a hollow", false},
+            {"measuring", {"sim move tool b01 cone 12"}, "", true},
+            {"hidden", {"sim occlude tool b01 yes"}, "The tool is hidden.", true},
+            {"reference lost", {"sim occlude reference b01 yes"}, "The reference MR1", true},
+            {"no data", {"sim misbehave lost-data 100"}, "No data come.", true},
+            {"finished", {"tracking stop"}, "No result: ", true},
+        };
+        for (const bool isClosed : {false, true}) {
+            for (const auto& row : rows) {
+                QTest::addRow("%s, %s", row.name, isClosed ? "closed" : "exit")
+                    << row.orders << QString::fromLatin1(row.state) << row.isStarted << isClosed;
+            }
+        }
+    }
+    void theModulesExitOrTheWindowClosesInEachState() {
+        QFETCH(QStringList, orders);
+        QFETCH(QString, state);
+        QFETCH(bool, isStarted);
+        QFETCH(bool, isClosed);
         open();
-        move("cone");
-        start()->click();
-        QVERIFY(seconds(3.0));
-        m_place->window->close();
-        m_place->close();
+        if (isStarted) {
+            start()->click();
+            QVERIFY(isRunning());
+        }
+        for (const QString& order : orders) {
+            QVERIFY(m_place->order(order));
+        }
+        QTRY_VERIFY2_WITH_TIMEOUT(words().startsWith(state), qPrintable(words()), patienceMs);
+        if (isStarted && state.isEmpty()) {
+            QVERIFY(seconds(3.0));
+        }
+        const auto hasDock = [this](const char* name) {
+            return m_place->window->findChild<QDockWidget*>(QLatin1String(name)) != nullptr;
+        };
+        QVERIFY(hasDock("ProbeTipCheckDock") && hasDock("MtDataDisplayDock"));
+        if (isClosed) {
+            m_place->window->close();
+            m_place->close();
+        } else {
+            m_place->window->findChild<QAction*>(QStringLiteral("actionDisconnect"))->trigger();
+            QTRY_VERIFY_WITH_TIMEOUT(!hasDock("ProbeTipCheckDock") && !hasDock("MtDataDisplayDock"),
+                                     patienceMs);
+        }
         QCOMPARE(m_place->simulator->value("measurementtool available"), QString("yes"));
     }
 };
