@@ -59,6 +59,25 @@ void stop(Stage& stage) {
     stage.check.stop(stage.now);
 }
 
+void pivot(Stage& stage, Pivoting tool) {
+    constexpr double seconds = 15.0; // a verdict may end a check from 10 s on
+    const double first = stage.now;
+    for (int frame = 1; frame <= static_cast<int>(seconds * rate); ++frame) {
+        const ProbeSample sample = tool.at(frame / rate, first);
+        stage.now = sample.arrival;
+        stage.check.take(sample);
+        stage.check.tick(stage.now);
+    }
+}
+void bePlain(Stage& stage) {
+    pivot(stage, Pivoting());
+}
+void slip(Stage& stage) {
+    Pivoting tool;
+    tool.slip = 4.0;
+    pivot(stage, tool);
+}
+
 Stage stageIn(State state) {
     Stage stage;
     if (state == State::Idle) {
@@ -130,6 +149,8 @@ private Q_SLOTS:
              [](Stage& s) { s.wait(0.1); }},
             {"time is up          | Idle      Finished  Finished  Finished  Finished  Finished",
              [](Stage& s) { s.wait(120.0); }},
+            {"a verdict stands    | Idle      Finished  Finished  Finished  Finished  Finished", bePlain},
+            {"a slip stands       | Idle      Finished  Finished  Finished  Finished  Finished", slip},
             // clang-format on
         };
         forEachCell(
