@@ -86,7 +86,8 @@ public:
                  qPrintable(beginning));
     }
 
-    /// By hand, again where a standstill of this machine has made the dock give up.
+    /// By hand, again where a standstill of this machine has made the dock give up. A disk that is
+    /// slow keeps the point for later.
     void capture() {
         QVERIFY(waitFor([&] {
             const QString said = words(points);
@@ -94,7 +95,7 @@ public:
                 click(points, "pushButton_capture");
             }
             send(partSeconds);
-            return !m_host.hasEnded() && words(points).startsWith("Point captured.");
+            return !m_host.hasEnded() && words(points).startsWith("Point captured");
         }));
     }
 
@@ -185,7 +186,7 @@ void captureStates(EndingHost& host) {
     host.pause(); // Holding
     host.act([&] {
         user.hold(shortSeconds);
-        user.sendUntil(points, "Point captured. Move the tip");
+        user.sendUntil(points, "Point captured");
     });
     host.act([&] { QCOMPARE(wordsOnTheWay, QString("Captured, being written to the disk.")); });
     host.pause(); // Leaving
