@@ -1,6 +1,6 @@
 #include "SourceFiles/doublespinboxdelegate.h"
 
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/widgets/spinboxes.h"
 
 #include <cmath>

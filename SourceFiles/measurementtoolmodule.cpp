@@ -5,7 +5,7 @@
 #include "SourceFiles/mtsettingsdlg.h"
 #include "general/host/hostparameters.h"
 #include "general/host/toolqueries.h"
-#include "general/underway.h"
+#include "general/host/underway.h"
 #include "general/widgets/menuentry.h"
 #include "general/widgets/widgetending.h"
 #include "host_api/iomanager.h"

@@ -3,7 +3,7 @@
 #include "SourceFiles/mthelpdlg.h"
 #include "SourceFiles/mtresultdlg.h"
 #include "general/CalibrationProgressDlg.h"
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/host/hostlink.h"
 #include "general/widgets/dpiscaling.h"
 #include "general/widgets/growtofit.h"

@@ -2,7 +2,7 @@
 
 #include "KestrelAngles.h"
 #include "SourceFiles/mtdatadisplay_plaincelldelegate.h"
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/widgets/dpiscaling.h"
 
 #include <QBrush>

@@ -1,7 +1,7 @@
 #include "KestrelParser.h"
 #include "SourceFiles/mtdatadisplay.h"
 #include "SourceFiles/mtdatadisplay_cells.h"
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/host/toolqueries.h"
 
 #include <QBrush>

@@ -1,6 +1,6 @@
 #include "SourceFiles/mtresultdlg.h"
 
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/host/hostlink.h"
 #include "general/widgets/dpiscaling.h"
 #include "general/widgets/modalrun.h"

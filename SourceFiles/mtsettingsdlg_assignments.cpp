@@ -1,5 +1,5 @@
 #include "SourceFiles/mtsettingsdlg.h"
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/widgets/dpiscaling.h"
 
 namespace {

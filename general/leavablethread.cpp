@@ -1,6 +1,6 @@
 #include "general/leavablethread.h"
 
-#include "general/underway.h"
+#include "general/host/underway.h"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 
 #include "general/host/hostparameters.h"
 #include "general/host/toolqueries.h"
-#include "general/underway.h"
+#include "general/host/underway.h"
 #include "general/widgets/menuentry.h"
 #include "general/widgets/widgetending.h"
 #include "host_api/backendversions.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "general/underway.h"
+#include "general/host/underway.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "general/host/toolqueries.h"
 
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/host/hostlink.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"

@@ -1,7 +1,7 @@
 #include "general/widgets/modalrun.h"
 
 #include "general/host/hostpointer.h"
-#include "general/underway.h"
+#include "general/host/underway.h"
 
 int runModally(QDialog& dialog, const HostPointer& host) {
     if (host.isHungUp()) {

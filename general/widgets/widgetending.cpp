@@ -1,6 +1,6 @@
 #include "general/widgets/widgetending.h"
 
-#include "general/underway.h"
+#include "general/host/underway.h"
 
 #include <QDialog>
 #include <QEvent>

@@ -1,6 +1,6 @@
 #include "probecheck/points/pointrecord.h"
 
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #include "probecheck/tipcheck/tipcheckpanel.h"
 
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "general/host/hostlink.h"
 #include "general/widgets/spinboxes.h"
 #include "host_api/iomanager.h"

@@ -1,6 +1,6 @@
 #include "probecheck/tipcheck/tipchecktexts.h"
 
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "probecheck/resultline.h"
 
 #include <QCoreApplication>

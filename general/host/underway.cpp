@@ -1,4 +1,4 @@
-#include "general/underway.h"
+#include "general/host/underway.h"
 
 #include <QList>
 #include <QObject>

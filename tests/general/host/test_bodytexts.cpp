@@ -1,4 +1,4 @@
-#include "general/bodytexts.h"
+#include "general/host/bodytexts.h"
 #include "tests/support/datarows.h"
 
 #include <QtTest>
