@@ -1,6 +1,6 @@
 #include "probecheck/points/pointlistmodel.h"
 
-#include "probecheck/points/pointdistance.h"
+#include "probecheck/points/record/pointdistance.h"
 
 #include <QUndoCommand>
 

@@ -1,7 +1,7 @@
 #include "general/host/hostlink.h"
 #include "probecheck/points/files/pointcsv.h"
-#include "probecheck/points/pointdistance.h"
 #include "probecheck/points/pointspanel.h"
+#include "probecheck/points/record/pointdistance.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #include "probecheck/points/files/pointcsv.h"
 
 #include "probecheck/points/files/pointjson.h"
-#include "probecheck/points/pointdistance.h"
+#include "probecheck/points/record/pointdistance.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "general/leavablethread.h"
-#include "probecheck/points/pointrecord.h"
+#include "probecheck/points/record/pointrecord.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "probecheck/points/files/pointjson.h"
 
-#include "probecheck/points/pointdistance.h"
+#include "probecheck/points/record/pointdistance.h"
 
 #include <QDateTime>
 #include <QJsonValue>

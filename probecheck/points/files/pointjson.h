@@ -1,6 +1,6 @@
 #pragma once
 
-#include "probecheck/points/pointrecord.h"
+#include "probecheck/points/record/pointrecord.h"
 
 #include <QByteArray>
 #include <QJsonObject>

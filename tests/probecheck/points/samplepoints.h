@@ -1,7 +1,7 @@
 #pragma once
 
 #include "probecheck/points/files/sessionfile.h"
-#include "probecheck/points/pointrecord.h"
+#include "probecheck/points/record/pointrecord.h"
 
 #include <QByteArray>
 

@@ -1,5 +1,5 @@
-#include "probecheck/points/pointdistance.h"
 #include "probecheck/points/pointlistmodel.h"
+#include "probecheck/points/record/pointdistance.h"
 #include "samplepoints.h"
 #include "tests/support/datarows.h"
 

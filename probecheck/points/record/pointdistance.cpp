@@ -1,4 +1,4 @@
-#include "probecheck/points/pointdistance.h"
+#include "probecheck/points/record/pointdistance.h"
 
 #include <cmath>
 #include <iterator>

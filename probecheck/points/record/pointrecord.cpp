@@ -1,4 +1,4 @@
-#include "probecheck/points/pointrecord.h"
+#include "probecheck/points/record/pointrecord.h"
 
 #include "general/host/bodytexts.h"
 

@@ -1,5 +1,5 @@
-#include "probecheck/points/pointdistance.h"
-#include "samplepoints.h"
+#include "probecheck/points/record/pointdistance.h"
+#include "tests/probecheck/points/samplepoints.h"
 #include "tests/support/datarows.h"
 
 #include <QtTest>
