@@ -7,8 +7,8 @@
 #include "general/widgets/widgetending.h"
 #include "host_api/backendversions.h"
 #include "host_api/iomanager.h"
+#include "probecheck/data/probedata.h"
 #include "probecheck/points/pointspanel.h"
-#include "probecheck/probedata.h"
 #include "probecheck/tipcheck/tipcheckpanel.h"
 
 #include <QAction>

@@ -1,6 +1,6 @@
 #include "benchmarks/probecheck/looks.h"
 
-#include "probecheck/probedata.h"
+#include "probecheck/data/probedata.h"
 #include "probecheck/tipcheck/tipcheck.h"
 #include "tests/libs/kestrel_probe/pivotruns.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "probecheck/linetap.h"
+#include "probecheck/data/linetap.h"
 #include "probecheck/points/record/pointrecord.h"
 
 #include <QVector>

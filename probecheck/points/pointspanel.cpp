@@ -2,9 +2,9 @@
 
 #include "general/host/hostlink.h"
 #include "host_api/iomanager.h"
+#include "probecheck/data/resultline.h"
 #include "probecheck/pagescroll.h"
 #include "probecheck/points/files/pointjson.h"
-#include "probecheck/resultline.h"
 
 #include <QDateTime>
 #include <QHeaderView>

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "probecheck/data/probedata.h"
 #include "probecheck/points/capture.h"
 #include "probecheck/points/files/pointexport.h"
 #include "probecheck/points/files/pointsession.h"
 #include "probecheck/points/pointlistmodel.h"
 #include "probecheck/points/soundsink.h"
-#include "probecheck/probedata.h"
 #include "ui_pointspanel.h"
 
 #include <QHash>

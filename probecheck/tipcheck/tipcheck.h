@@ -2,7 +2,7 @@
 
 #include "libs/kestrel_probe/PivotFit.h"
 #include "libs/kestrel_probe/Verdict.h"
-#include "probecheck/linetap.h"
+#include "probecheck/data/linetap.h"
 #include "probecheck/tipcheck/tiltrose.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "probecheck/probedata.h"
+#include "probecheck/data/probedata.h"
 #include "probecheck/tipcheck/tipcheck.h"
 
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "probecheck/tipcheck/tipchecktexts.h"
 
 #include "general/host/bodytexts.h"
-#include "probecheck/resultline.h"
+#include "probecheck/data/resultline.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 #include "host_api/metatypes.h"
+#include "probecheck/data/probedata.h"
+#include "probecheck/data/resultline.h"
 #include "probecheck/probecheckmodule.h"
-#include "probecheck/probedata.h"
-#include "probecheck/resultline.h"
 #include "tests/probecheck/probefixture.h"
 #include "tests/support/datarows.h"
 

@@ -1,4 +1,4 @@
-#include "probecheck/buttonclaim.h"
+#include "probecheck/data/buttonclaim.h"
 
 #include <QAbstractButton>
 #include <QApplication>

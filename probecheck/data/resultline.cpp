@@ -1,4 +1,4 @@
-#include "probecheck/resultline.h"
+#include "probecheck/data/resultline.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "probecheck/probedata.h"
+#include "probecheck/data/probedata.h"
 
 #include "general/host/hostlink.h"
 #include "general/host/toolqueries.h"

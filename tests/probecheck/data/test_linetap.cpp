@@ -1,4 +1,4 @@
-#include "probecheck/linetap.h"
+#include "probecheck/data/linetap.h"
 #include "tests/probecheck/probefixture.h"
 
 #include <QtTest>

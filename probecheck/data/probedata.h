@@ -2,8 +2,8 @@
 
 #include "general/host/hostpointer.h"
 #include "host_api/requester.h"
-#include "probecheck/buttonclaim.h"
-#include "probecheck/linetap.h"
+#include "probecheck/data/buttonclaim.h"
+#include "probecheck/data/linetap.h"
 
 #include <QObject>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "probecheck/buttonclaim.h"
+#include "probecheck/data/buttonclaim.h"
 #include "tests/support/datarows.h"
 #include "tests/support/statetable.h"
 
