@@ -1,9 +1,9 @@
 #include "probecheck/points/pointspanel.h"
 
 #include "general/host/hostlink.h"
+#include "general/widgets/pagescroll.h"
 #include "host_api/iomanager.h"
 #include "probecheck/data/resultline.h"
-#include "probecheck/pagescroll.h"
 #include "probecheck/points/files/pointjson.h"
 
 #include <QDateTime>

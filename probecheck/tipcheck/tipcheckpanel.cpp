@@ -2,9 +2,9 @@
 
 #include "general/host/bodytexts.h"
 #include "general/host/hostlink.h"
+#include "general/widgets/pagescroll.h"
 #include "general/widgets/spinboxes.h"
 #include "host_api/iomanager.h"
-#include "probecheck/pagescroll.h"
 #include "probecheck/tipcheck/roseview.h"
 #include "probecheck/tipcheck/tipchecktexts.h"
 

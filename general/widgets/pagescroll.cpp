@@ -1,4 +1,4 @@
-#include "probecheck/pagescroll.h"
+#include "general/widgets/pagescroll.h"
 
 #include <QScrollArea>
 #include <QVBoxLayout>
