@@ -1,6 +1,6 @@
 #include "soak/mischief.h"
 
-#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/command/commandchannel.h"
 
 #include <iterator>
 

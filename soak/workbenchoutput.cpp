@@ -1,6 +1,6 @@
 #include "soak/workbenchoutput.h"
 
-#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/command/commandchannel.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/reply.h"
-#include "workbench/controller/replyrules.h"
+#include "workbench/controller/command/replyrules.h"
 
 #include <array>
 #include <cstdint>

@@ -50,7 +50,7 @@ FORBIDDEN = [
     ("python", '"host_api/iomanager.h"', "may not know host_api"),
     ("python/src", "<Eigen/Dense>", "may not know this library"),
     # From sub-room to sub-room.
-    ("workbench/text", '"workbench/controller/channelresult.h"', "may not know workbench/controller"),
+    ("workbench/text", '"workbench/controller/command/channelresult.h"', "may not know workbench/controller"),
     ("workbench/text", '"../options.h"', "may not know workbench"),
     ("workbench/outlets", '"workbench/text/logmodel.h"', "may not know workbench/text"),
     ("workbench/controller", '"workbench/modules/hostio.h"', "may not know workbench/modules"),
@@ -87,7 +87,7 @@ FORBIDDEN = [
 ]
 
 ALLOWED = [
-    ("workbench/window", '"workbench/controller/channelresult.h"'),
+    ("workbench/window", '"workbench/controller/command/channelresult.h"'),
     ("SourceFiles", '"ui_mtresultdlg.h"'),
     ("SourceFiles", "<KestrelParser.h>"),
     ("probecheck", '"general/widgets/modalrun.h"'),

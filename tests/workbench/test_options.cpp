@@ -1,5 +1,5 @@
 #include "tests/support/datarows.h"
-#include "workbench/controller/controlleraddress.h"
+#include "workbench/controller/command/controlleraddress.h"
 #include "workbench/options.h"
 
 #include <QtTest>

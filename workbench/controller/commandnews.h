@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/command/commandchannel.h"
 
 #include <QObject>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host_api/backendversions.h"
-#include "workbench/controller/commandchannel.h"
-#include "workbench/controller/controlleraddress.h"
+#include "workbench/controller/command/commandchannel.h"
+#include "workbench/controller/command/controlleraddress.h"
 
 #include <QByteArray>
 #include <QMap>

@@ -2,9 +2,9 @@
 
 #include "libs/kestrel_wire/bodynames.h"
 #include "libs/kestrel_wire/command.h"
+#include "workbench/controller/command/replyrules.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/toollines.h"
-#include "workbench/controller/replyrules.h"
 #include "workbench/text/versiontext.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "workbench/modules/hostio.h"
 
 #include "libs/kestrel_wire/command.h"
+#include "workbench/controller/command/replyrules.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/requesterregistry.h"
-#include "workbench/controller/replyrules.h"
 #include "workbench/outlets/sending/outlethub.h"
 #include "workbench/text/logmodel.h"
 

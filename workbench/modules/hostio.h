@@ -2,7 +2,7 @@
 
 #include "host_api/iomanager.h"
 #include "libs/kestrel_wire/formattedhost.h"
-#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/command/commandchannel.h"
 
 #include <string>
 #include <string_view>

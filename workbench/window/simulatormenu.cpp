@@ -1,8 +1,8 @@
 #include "workbench/window/simulatormenu.h"
 
 #include "libs/kestrel_wire/command.h"
+#include "workbench/controller/command/replyrules.h"
 #include "workbench/controller/controllersession.h"
-#include "workbench/controller/replyrules.h"
 #include "workbench/modules/entrystates.h"
 #include "workbench/modules/menuarranger.h"
 #include "workbench/window/log/commanddock.h"

@@ -1,6 +1,6 @@
 #include "workbench/controller/data/requesterregistry.h"
 
-#include "workbench/controller/channelresult.h"
+#include "workbench/controller/command/channelresult.h"
 
 #include <algorithm>
 #include <set>

@@ -3,10 +3,10 @@
 #include "libs/kestrel_wire/bodynames.h"
 #include "libs/kestrel_wire/command.h"
 #include "libs/kestrel_wire/startswith.h"
+#include "workbench/controller/command/replyrules.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/toollines.h"
 #include "workbench/controller/measurementmonitor.h"
-#include "workbench/controller/replyrules.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/controlleraddress.h"
+#include "workbench/controller/command/controlleraddress.h"
 
 #include <QObject>
 #include <QProcess>

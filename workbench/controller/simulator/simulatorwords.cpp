@@ -1,8 +1,8 @@
 #include "workbench/controller/simulator/simulatorwords.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "workbench/controller/commandchannel.h"
-#include "workbench/controller/replyrules.h"
+#include "workbench/controller/command/commandchannel.h"
+#include "workbench/controller/command/replyrules.h"
 
 #include <QRegularExpression>
 

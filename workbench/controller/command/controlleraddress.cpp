@@ -1,4 +1,4 @@
-#include "workbench/controller/controlleraddress.h"
+#include "workbench/controller/command/controlleraddress.h"
 
 #include <QRegularExpression>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/channelresult.h"
+#include "workbench/controller/command/channelresult.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/command/commandchannel.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>

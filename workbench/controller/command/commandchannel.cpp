@@ -1,4 +1,4 @@
-#include "workbench/controller/commandchannel.h"
+#include "workbench/controller/command/commandchannel.h"
 
 #include "libs/kestrel_wire/command.h"
 

@@ -2,7 +2,7 @@
 
 #include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/reply.h"
-#include "workbench/controller/channelresult.h"
+#include "workbench/controller/command/channelresult.h"
 
 #include <QDeadlineTimer>
 #include <QHostAddress>

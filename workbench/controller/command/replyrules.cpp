@@ -1,4 +1,4 @@
-#include "workbench/controller/replyrules.h"
+#include "workbench/controller/command/replyrules.h"
 
 #include "KestrelParse.h"
 
