@@ -1,7 +1,7 @@
 #include "workbench/controller/measurementmonitor.h"
 
 #include "libs/kestrel_wire/command.h"
-#include "workbench/controller/measurementteller.h"
+#include "workbench/controller/data/measurementteller.h"
 
 namespace workbench {
 

@@ -2,8 +2,8 @@
 
 #include "libs/kestrel_wire/lineframer.h"
 #include "libs/kestrel_wire/recording.h"
+#include "workbench/controller/data/measurementteller.h"
 #include "workbench/controller/data/requesterregistry.h"
-#include "workbench/controller/measurementteller.h"
 #include "workbench/outlets/recorder.h"
 #include "workbench/outlets/sending/outlethub.h"
 

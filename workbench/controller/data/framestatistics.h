@@ -1,7 +1,7 @@
 #pragma once
 
 #include "libs/kestrel_wire/framegaps.h"
-#include "workbench/controller/bootclock.h"
+#include "workbench/controller/data/bootclock.h"
 
 #include <cstddef>
 #include <cstdint>

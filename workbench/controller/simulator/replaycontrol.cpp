@@ -2,7 +2,7 @@
 
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/datareceiver.h"
-#include "workbench/controller/data/datawatch.h"
+#include "workbench/controller/datawatch.h"
 #include "workbench/controller/measurementmonitor.h"
 
 #include <QDateTime>

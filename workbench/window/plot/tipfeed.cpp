@@ -1,6 +1,6 @@
 #include "workbench/window/plot/tipfeed.h"
 
-#include "workbench/controller/bootclock.h"
+#include "workbench/controller/data/bootclock.h"
 #include "workbench/controller/data/requesterregistry.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host_api/requester.h"
-#include "workbench/controller/bootclock.h"
+#include "workbench/controller/data/bootclock.h"
 
 #include <cstdint>
 #include <mutex>

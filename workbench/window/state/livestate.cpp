@@ -1,7 +1,7 @@
 #include "workbench/window/state/livestate.h"
 
 #include "workbench/controller/controllersession.h"
-#include "workbench/controller/data/datawatch.h"
+#include "workbench/controller/datawatch.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/window/docktitle.h"
 #include "workbench/window/state/banner.h"

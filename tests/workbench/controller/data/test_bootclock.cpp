@@ -1,5 +1,5 @@
 #include "tests/support/kernelfile.h"
-#include "workbench/controller/bootclock.h"
+#include "workbench/controller/data/bootclock.h"
 
 #include <gtest/gtest.h>
 #include <sched.h>

@@ -1,5 +1,5 @@
+#include "workbench/controller/data/measurementteller.h"
 #include "workbench/controller/data/requesterregistry.h"
-#include "workbench/controller/measurementteller.h"
 
 #include <functional>
 #include <gtest/gtest.h>

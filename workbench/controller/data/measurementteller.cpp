@@ -1,4 +1,4 @@
-#include "workbench/controller/measurementteller.h"
+#include "workbench/controller/data/measurementteller.h"
 
 #include "workbench/controller/data/requesterregistry.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/bootclock.h"
+#include "workbench/controller/data/bootclock.h"
 
 #include <QObject>
 #include <QString>

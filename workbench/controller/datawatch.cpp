@@ -1,8 +1,8 @@
-#include "workbench/controller/data/datawatch.h"
+#include "workbench/controller/datawatch.h"
 
 #include "workbench/controller/data/datareceiver.h"
+#include "workbench/controller/data/measurementteller.h"
 #include "workbench/controller/measurementmonitor.h"
-#include "workbench/controller/measurementteller.h"
 
 #include <algorithm>
 #include <cmath>
