@@ -1,7 +1,7 @@
 #include "workbench/window/plot/plotdock.h"
 
 #include "ui_plotdock.h"
-#include "workbench/controller/data/toolfacts.h"
+#include "workbench/controller/tools/toolfacts.h"
 #include "workbench/modules/backend.h"
 #include "workbench/outlets/savedfile.h"
 #include "workbench/text/elidedlabel.h"

@@ -1,7 +1,7 @@
 #include "workbench/window/readout/readoutdock.h"
 
 #include "ui_readoutdock.h"
-#include "workbench/controller/data/toolfacts.h"
+#include "workbench/controller/tools/toolfacts.h"
 #include "workbench/modules/backend.h"
 #include "workbench/window/readout/readouttexts.h"
 #include "workbench/window/readout/toolbox.h"

@@ -1,6 +1,6 @@
 #include "workbench/window/sending/outletcontrol.h"
 
-#include "workbench/controller/data/outletfeed.h"
+#include "workbench/controller/tools/outletfeed.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/window/windowsettings.h"
 

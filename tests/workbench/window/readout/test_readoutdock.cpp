@@ -1,6 +1,6 @@
 #include "tests/support/paintwatch.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/controller/data/toolfacts.h"
+#include "workbench/controller/tools/toolfacts.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/readout/figurepanel.h"
 #include "workbench/window/readout/latestlines.h"

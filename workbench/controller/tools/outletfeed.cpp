@@ -1,6 +1,6 @@
-#include "workbench/controller/data/outletfeed.h"
+#include "workbench/controller/tools/outletfeed.h"
 
-#include "workbench/controller/data/toolfacts.h"
+#include "workbench/controller/tools/toolfacts.h"
 #include "workbench/outlets/sending/outlethub.h"
 
 #include <optional>

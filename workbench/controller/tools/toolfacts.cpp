@@ -1,12 +1,12 @@
-#include "workbench/controller/data/toolfacts.h"
+#include "workbench/controller/tools/toolfacts.h"
 
 #include "libs/kestrel_wire/bodynames.h"
 #include "libs/kestrel_wire/command.h"
 #include "libs/kestrel_wire/startswith.h"
 #include "workbench/controller/command/replyrules.h"
 #include "workbench/controller/controllersession.h"
-#include "workbench/controller/data/toollines.h"
 #include "workbench/controller/measurementmonitor.h"
+#include "workbench/controller/tools/toollines.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/controller/recordingheaderquery.h"
+#include "workbench/controller/tools/recordingheaderquery.h"
 
 #include <QObject>
 #include <QSet>

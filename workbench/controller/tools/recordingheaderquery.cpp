@@ -1,10 +1,10 @@
-#include "workbench/controller/recordingheaderquery.h"
+#include "workbench/controller/tools/recordingheaderquery.h"
 
 #include "libs/kestrel_wire/bodynames.h"
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/command/replyrules.h"
 #include "workbench/controller/controllersession.h"
-#include "workbench/controller/data/toollines.h"
+#include "workbench/controller/tools/toollines.h"
 #include "workbench/text/versiontext.h"
 
 #include <algorithm>

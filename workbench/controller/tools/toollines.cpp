@@ -1,4 +1,4 @@
-#include "workbench/controller/data/toollines.h"
+#include "workbench/controller/tools/toollines.h"
 
 #include "libs/kestrel_wire/bodynames.h"
 #include "libs/kestrel_wire/command.h"
