@@ -1,8 +1,8 @@
 #include "scripts/pictures/walk.h"
 #include "workbench/startup.h"
 #include "workbench/translations.h"
+#include "workbench/window/look/screenpixels.h"
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/screenpixels.h"
 #include "workbench/window/sending/outletcontrol.h"
 #include "workbench/window/state/banner.h"
 

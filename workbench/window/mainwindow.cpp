@@ -8,13 +8,13 @@
 #include "workbench/window/docksizes.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
+#include "workbench/window/look/screenpixels.h"
+#include "workbench/window/look/symbols.h"
 #include "workbench/window/recording/replaybar.h"
-#include "workbench/window/screenpixels.h"
 #include "workbench/window/sending/senddialog.h"
 #include "workbench/window/state/banner.h"
 #include "workbench/window/state/livestate.h"
 #include "workbench/window/state/statewords.h"
-#include "workbench/window/state/symbols.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,8 +1,8 @@
 #include "workbench/text/recordingreason.h"
+#include "workbench/window/look/symbols.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/recording/replaybar.h"
 #include "workbench/window/state/livestate.h"
-#include "workbench/window/state/symbols.h"
 
 #include <QAction>
 #include <QFileDialog>

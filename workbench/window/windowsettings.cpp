@@ -1,6 +1,6 @@
 #include "workbench/window/windowsettings.h"
 
-#include "workbench/window/screenpixels.h"
+#include "workbench/window/look/screenpixels.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -6,8 +6,8 @@
 #include "workbench/modules/obstacle.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
+#include "workbench/window/look/symbols.h"
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/state/symbols.h"
 #include "workbench/window/windowsettings.h"
 
 #include <QAbstractButton>

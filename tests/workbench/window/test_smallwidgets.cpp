@@ -5,7 +5,7 @@
 #include "workbench/window/dialogs/connectdialog.h"
 #include "workbench/window/dialogs/modulelistdialog.h"
 #include "workbench/window/log/commanddock.h"
-#include "workbench/window/state/symbols.h"
+#include "workbench/window/look/symbols.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

@@ -1,7 +1,7 @@
 #include "workbench/window/log/logfilter.h"
 
 #include "workbench/text/logmodel.h"
-#include "workbench/window/log/levellook.h"
+#include "workbench/window/look/levellook.h"
 #include "workbench/window/state/banner.h"
 
 #include <QIcon>

@@ -1,7 +1,7 @@
 #include "workbench/window/readout/figurepanel.h"
 
+#include "workbench/window/look/screenpixels.h"
 #include "workbench/window/readout/readouttexts.h"
-#include "workbench/window/screenpixels.h"
 
 #include <QEvent>
 #include <QPainter>

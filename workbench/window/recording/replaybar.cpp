@@ -2,7 +2,7 @@
 
 #include "workbench/controller/simulator/replaycontrol.h"
 #include "workbench/text/elidedlabel.h"
-#include "workbench/window/state/symbols.h"
+#include "workbench/window/look/symbols.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>

@@ -1,6 +1,6 @@
 #include "workbench/window/state/banner.h"
 
-#include "workbench/window/log/levellook.h"
+#include "workbench/window/look/levellook.h"
 
 #include <QAccessible>
 #include <QEvent>

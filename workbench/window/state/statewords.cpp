@@ -5,8 +5,8 @@
 #include "workbench/modules/modulehost.h"
 #include "workbench/text/elidedlabel.h"
 #include "workbench/text/versiontext.h"
+#include "workbench/window/look/symbols.h"
 #include "workbench/window/recording/recordingcontrol.h"
-#include "workbench/window/state/symbols.h"
 
 #include <QFileInfo>
 #include <QStatusBar>

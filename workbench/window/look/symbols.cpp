@@ -1,4 +1,4 @@
-#include "workbench/window/state/symbols.h"
+#include "workbench/window/look/symbols.h"
 
 #include <QGuiApplication>
 #include <QIconEngine>

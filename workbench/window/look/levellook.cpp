@@ -1,4 +1,4 @@
-#include "workbench/window/log/levellook.h"
+#include "workbench/window/look/levellook.h"
 
 #include "workbench/window/state/banner.h"
 
