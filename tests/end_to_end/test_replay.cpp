@@ -4,8 +4,8 @@
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/readout/readoutdock.h"
 #include "workbench/window/recording/replaybar.h"
+#include "workbench/window/settings/windowsettings.h"
 #include "workbench/window/state/banner.h"
-#include "workbench/window/windowsettings.h"
 
 #include <QAction>
 #include <QComboBox>

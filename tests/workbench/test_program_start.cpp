@@ -1,6 +1,6 @@
 #include "tests/support/datarows.h"
-#include "workbench/controller/controlleraddress.h"
-#include "workbench/window/windowsettings.h"
+#include "workbench/controller/command/controlleraddress.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <QAccessible>
 #include <QDir>

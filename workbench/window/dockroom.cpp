@@ -1,6 +1,6 @@
 #include "workbench/window/dockroom.h"
 
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <QDockWidget>
 #include <QEvent>

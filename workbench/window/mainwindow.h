@@ -10,7 +10,7 @@
 #include "workbench/window/recording/csvexport.h"
 #include "workbench/window/recording/recordingcontrol.h"
 #include "workbench/window/sending/outletcontrol.h"
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <QDockWidget>
 #include <QLabel>

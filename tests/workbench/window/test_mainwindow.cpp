@@ -8,7 +8,7 @@
 #include "workbench/window/log/logdock.h"
 #include "workbench/window/look/symbols.h"
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <QAbstractButton>
 #include <QAccessible>

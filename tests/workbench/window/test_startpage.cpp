@@ -1,7 +1,7 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/settings/windowsettings.h"
 #include "workbench/window/startpage.h"
-#include "workbench/window/windowsettings.h"
 
 #include <QAction>
 #include <QDockWidget>

@@ -2,7 +2,7 @@
 
 #include "workbench/controller/tools/outletfeed.h"
 #include "workbench/text/logmodel.h"
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <algorithm>
 

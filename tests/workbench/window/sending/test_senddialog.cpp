@@ -2,7 +2,7 @@
 #include "tests/workbench/backendfixture.h"
 #include "workbench/window/sending/outletcontrol.h"
 #include "workbench/window/sending/senddialog.h"
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <QLabel>
 #include <QLineEdit>

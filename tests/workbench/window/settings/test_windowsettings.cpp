@@ -1,5 +1,5 @@
 #include "tests/support/datarows.h"
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include <QDockWidget>
 #include <QMainWindow>

@@ -1,4 +1,4 @@
-#include "workbench/window/windowsettings.h"
+#include "workbench/window/settings/windowsettings.h"
 
 #include "workbench/window/look/screenpixels.h"
 
