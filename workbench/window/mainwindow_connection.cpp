@@ -1,7 +1,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "ui_mainwindow.h"
 #include "workbench/window/dialogs/connectdialog.h"
-#include "workbench/window/dockroom.h"
+#include "workbench/window/docks/dockroom.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
 #include "workbench/window/mainwindow.h"

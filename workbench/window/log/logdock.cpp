@@ -3,7 +3,7 @@
 #include "ui_logdock.h"
 #include "workbench/outlets/savedfile.h"
 #include "workbench/text/logmodel.h"
-#include "workbench/window/docktitle.h"
+#include "workbench/window/docks/docktitle.h"
 #include "workbench/window/log/logfilter.h"
 
 #include <QClipboard>

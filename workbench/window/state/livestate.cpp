@@ -3,7 +3,7 @@
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/datawatch.h"
 #include "workbench/text/logmodel.h"
-#include "workbench/window/docktitle.h"
+#include "workbench/window/docks/docktitle.h"
 #include "workbench/window/state/banner.h"
 
 #include <QApplication>

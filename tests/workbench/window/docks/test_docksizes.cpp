@@ -1,4 +1,4 @@
-#include "workbench/window/docksizes.h"
+#include "workbench/window/docks/docksizes.h"
 
 #include <QDockWidget>
 #include <QMainWindow>

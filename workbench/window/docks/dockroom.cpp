@@ -1,4 +1,4 @@
-#include "workbench/window/dockroom.h"
+#include "workbench/window/docks/dockroom.h"
 
 #include "workbench/window/settings/windowsettings.h"
 
