@@ -14,7 +14,7 @@
 #include "workbench/window/sending/senddialog.h"
 #include "workbench/window/state/banner.h"
 #include "workbench/window/state/livestate.h"
-#include "workbench/window/state/statewords.h"
+#include "workbench/window/statewords.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "ui_mainwindow.h"
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/state/statewords.h"
+#include "workbench/window/statewords.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/recording/savefile.h"
 #include "workbench/window/state/banner.h"
-#include "workbench/window/state/statewords.h"
+#include "workbench/window/statewords.h"
 
 #include <QAction>
 

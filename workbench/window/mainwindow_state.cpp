@@ -1,5 +1,5 @@
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/state/statewords.h"
+#include "workbench/window/statewords.h"
 
 namespace workbench {
 

@@ -1,4 +1,4 @@
-#include "workbench/window/state/statewords.h"
+#include "workbench/window/statewords.h"
 
 #include "ui_mainwindow.h"
 #include "workbench/modules/backend.h"
