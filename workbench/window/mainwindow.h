@@ -6,7 +6,7 @@
 #include "workbench/modules/menuarranger.h"
 #include "workbench/modules/moduleentries.h"
 #include "workbench/modules/modulehost.h"
-#include "workbench/window/opendialogs.h"
+#include "workbench/window/dialogs/opendialogs.h"
 #include "workbench/window/recording/csvexport.h"
 #include "workbench/window/recording/recordingcontrol.h"
 #include "workbench/window/sending/outletcontrol.h"

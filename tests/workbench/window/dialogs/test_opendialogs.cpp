@@ -1,4 +1,4 @@
-#include "workbench/window/opendialogs.h"
+#include "workbench/window/dialogs/opendialogs.h"
 
 #include <QMessageBox>
 #include <QtTest>
