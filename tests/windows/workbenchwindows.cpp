@@ -262,8 +262,8 @@ std::vector<TourStop> workbenchStops() {
              rig.replay();
              rig.waitUntilDataAreOld();
              Banner& banner = rig.window.banner();
-             banner.set(BannerTopic::Restart, BannerLevel::Warning,
-                        Banner::word(BannerLevel::Warning), Banner::Ending::ByUser);
+             banner.set(BannerTopic::Restart, Severity::Warning, Banner::word(Severity::Warning),
+                        Banner::Ending::ByUser);
              QCoreApplication::processEvents(); // the lines get their room
              showAndLook(rig.window, look);
          }},

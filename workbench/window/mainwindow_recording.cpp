@@ -22,8 +22,7 @@ void MainWindow::setUpRecording() {
         if (problem.isEmpty()) {
             m_banner->clear(BannerTopic::Notice);
         } else {
-            m_banner->set(BannerTopic::Notice, BannerLevel::Warning, problem,
-                          Banner::Ending::ByUser);
+            m_banner->set(BannerTopic::Notice, Severity::Warning, problem, Banner::Ending::ByUser);
         }
     });
     connect(&m_recording, &RecordingControl::changed, this,
@@ -36,13 +35,13 @@ void MainWindow::setUpRecording() {
                 Q_EMIT recordingChanged(running, error);
             });
     connect(&m_recording, &RecordingControl::failed, this, [this](const QString& text) {
-        m_banner->set(BannerTopic::Recording, BannerLevel::Error, text, Banner::Ending::ByUser);
+        m_banner->set(BannerTopic::Recording, Severity::Error, text, Banner::Ending::ByUser);
     });
     connect(&m_recording, &RecordingControl::roomIsShort, this, [this](const QString& left) {
         if (left.isEmpty()) {
             m_banner->clear(BannerTopic::Recording);
         } else {
-            m_banner->set(BannerTopic::Recording, BannerLevel::Warning,
+            m_banner->set(BannerTopic::Recording, Severity::Warning,
                           tr("The disk is nearly full: room for %1 of recording").arg(left));
         }
     });

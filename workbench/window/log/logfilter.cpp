@@ -2,7 +2,6 @@
 
 #include "workbench/text/logmodel.h"
 #include "workbench/window/look/levellook.h"
-#include "workbench/window/state/banner.h"
 
 #include <QIcon>
 #include <QPalette>
@@ -13,12 +12,12 @@ namespace workbench {
 namespace {
 
 // Modules may have levels that nobody here knows.
-std::optional<BannerLevel> lookedAtAs(int level) {
+std::optional<Severity> lookedAtAs(int level) {
     switch (level) {
     case LogModel::Information:
-        return BannerLevel::Information;
+        return Severity::Information;
     case LogModel::Problem:
-        return BannerLevel::Error;
+        return Severity::Error;
     default:
         return std::nullopt;
     }
@@ -81,7 +80,7 @@ QVariant LogFilter::data(const QModelIndex& index, int role) const {
     if (role == Qt::DecorationRole) {
         return iconOf(look.symbol);
     }
-    return *level == BannerLevel::Information
+    return *level == Severity::Information
                ? QVariant()
                : QVariant(look.tinted(m_view->palette().color(QPalette::Base)));
 }

@@ -1,7 +1,5 @@
 #include "workbench/window/look/levellook.h"
 
-#include "workbench/window/state/banner.h"
-
 namespace workbench {
 
 namespace {
@@ -10,13 +8,13 @@ constexpr qreal tintShare = 0.14; // of the hue in the surface's own colour
 
 }
 
-LevelLook LevelLook::of(BannerLevel level) {
+LevelLook LevelLook::of(Severity level) {
     switch (level) {
-    case BannerLevel::Error:
+    case Severity::Error:
         return {QStyle::SP_MessageBoxCritical, QColor(200, 30, 30)};
-    case BannerLevel::Warning:
+    case Severity::Warning:
         return {QStyle::SP_MessageBoxWarning, QColor(220, 150, 0)};
-    case BannerLevel::Information:
+    case Severity::Information:
         break;
     }
     return {QStyle::SP_MessageBoxInformation, QColor(40, 110, 200)};

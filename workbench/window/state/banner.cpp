@@ -1,7 +1,5 @@
 #include "workbench/window/state/banner.h"
 
-#include "workbench/window/look/levellook.h"
-
 #include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -46,7 +44,7 @@ public:
         layout->addWidget(m_dismiss, 0, Qt::AlignTop);
     }
 
-    void tell(BannerLevel level, const QString& text, Ending ending) {
+    void tell(Severity level, const QString& text, Ending ending) {
         m_level = level;
         m_text = text;
         m_dismiss->setVisible(ending == Ending::ByUser);
@@ -56,7 +54,7 @@ public:
         applyLook();
     }
 
-    bool shows(BannerLevel level, const QString& text, Ending ending) const {
+    bool shows(Severity level, const QString& text, Ending ending) const {
         return level == m_level && text == m_text &&
                (ending == Ending::ByUser) == !m_dismiss->isHidden();
     }
@@ -83,7 +81,7 @@ private:
     QLabel* m_symbol;
     QLabel* m_label;
     QToolButton* m_dismiss;
-    BannerLevel m_level = BannerLevel::Information;
+    Severity m_level = Severity::Information;
     QString m_text;
 };
 
@@ -107,19 +105,19 @@ Banner::Banner(QWidget* parent)
     setVisible(false);
 }
 
-QString Banner::word(BannerLevel level) {
+QString Banner::word(Severity level) {
     switch (level) {
-    case BannerLevel::Error:
+    case Severity::Error:
         return tr("Error");
-    case BannerLevel::Warning:
+    case Severity::Warning:
         return tr("Warning");
-    case BannerLevel::Information:
+    case Severity::Information:
         break;
     }
     return tr("Note");
 }
 
-void Banner::set(BannerTopic topic, BannerLevel level, const QString& text, Ending ending) {
+void Banner::set(BannerTopic topic, Severity level, const QString& text, Ending ending) {
     const bool isNew = m_lines.count(topic) == 0;
     if (isNew) {
         auto* const line = new Line(*m_content, QString::number(int(topic)));
@@ -233,7 +231,7 @@ int Banner::upperEdgeOfDocks() const {
 }
 
 // Nothing else is laid out or painted: what a module shows may be half done while it asks.
-void Banner::showAtOnce(BannerLevel level, const QString& text) {
+void Banner::showAtOnce(Severity level, const QString& text) {
     QWidget* const top = window();
     hideAtOnce();
     auto* const line = new Line(*top, QStringLiteral("AtOnce"));

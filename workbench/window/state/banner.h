@@ -1,5 +1,7 @@
 #pragma once
 
+#include "workbench/window/look/levellook.h"
+
 #include <QPointer>
 #include <QString>
 #include <QToolBar>
@@ -20,9 +22,6 @@ enum class BannerTopic {
     Replay,     ///< a recording is shown, not a controller
     Notice      ///< anything else
 };
-
-/// Told by a symbol and a word; the colour only repeats them.
-enum class BannerLevel { Information, Warning, Error };
 
 /// A strip of words over the docks. Each topic has at most one line, which its owner sets and
 /// clears; the strip is there as long as any has one. GUI thread only.
@@ -45,7 +44,7 @@ public:
 
     /// Shows `text` as the topic's line, or puts it in the place of the one before. One that is
     /// shown already costs nothing.
-    void set(BannerTopic topic, BannerLevel level, const QString& text,
+    void set(BannerTopic topic, Severity level, const QString& text,
              Ending ending = Ending::ByOwner);
 
     /// Takes the topic's line away; nothing when there is none.
@@ -57,13 +56,13 @@ public:
 
     /// A line that is painted at once, without the event loop, for a GUI thread that is about to
     /// wait. It lies on what stands under the strip and moves nothing.
-    void showAtOnce(BannerLevel level, const QString& text);
+    void showAtOnce(Severity level, const QString& text);
     void hideAtOnce();
 
     /// A strip with lines is visible, one without is not, whatever a saved state says.
     void setVisible(bool visible) override;
 
-    static QString word(BannerLevel level); ///< translated
+    static QString word(Severity level); ///< translated
 
 Q_SIGNALS:
     /// The user took the line away.

@@ -56,7 +56,7 @@ void LiveState::setReplay(const QString& words) {
 void LiveState::showConnection() {
     if (m_session.state() == ControllerSession::State::Lost) {
         m_dialogInterrupted = m_dialogInterrupted || isDialogOfModuleOpen();
-        m_banner.set(BannerTopic::Connection, BannerLevel::Error,
+        m_banner.set(BannerTopic::Connection, Severity::Error,
                      tr("%1. No live data until it is back; check that the controller is switched "
                         "on and its cable plugged in.")
                          .arg(m_session.stateText()));
@@ -79,14 +79,14 @@ void LiveState::tellOfInterruption(bool first) {
                  "that was under way. Settings that the dialog shows may be out of date: close it "
                  "and open it again.");
     m_log.problem(text);
-    m_banner.set(BannerTopic::Restart, BannerLevel::Warning, text, Banner::Ending::ByUser);
+    m_banner.set(BannerTopic::Restart, Severity::Warning, text, Banner::Ending::ByUser);
 }
 
 // Called while the GUI thread waits: nothing but this is painted, and no event is handled.
 void LiveState::showWaiting(bool isWaiting) {
     if (isWaiting) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
-        m_banner.showAtOnce(BannerLevel::Information, tr("Waiting for the controller…"));
+        m_banner.showAtOnce(Severity::Information, tr("Waiting for the controller…"));
     } else {
         m_banner.hideAtOnce();
         QApplication::restoreOverrideCursor();
@@ -97,8 +97,7 @@ void LiveState::showData() {
     const bool isOld = m_watch.age() > 0.0;
     if (isOld) {
         m_banner.set(BannerTopic::NoData,
-                     m_watch.age() < DataWatch::stoppedAfter ? BannerLevel::Warning
-                                                             : BannerLevel::Error,
+                     m_watch.age() < DataWatch::stoppedAfter ? Severity::Warning : Severity::Error,
                      tr("No data for %1 s: %2").arg(m_watch.ageText(), sentence()));
     } else {
         m_banner.clear(BannerTopic::NoData);

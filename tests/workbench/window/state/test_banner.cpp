@@ -18,10 +18,10 @@
 #include <cmath>
 
 using workbench::Banner;
-using workbench::BannerLevel;
 using workbench::BannerTopic;
+using workbench::Severity;
 
-Q_DECLARE_METATYPE(workbench::BannerLevel)
+Q_DECLARE_METATYPE(workbench::Severity)
 Q_DECLARE_METATYPE(workbench::BannerTopic)
 
 namespace {
@@ -112,7 +112,7 @@ private Q_SLOTS:
 
     void aLineStandsBetweenMenuAndDocksAndGoesAgain() {
         showWindow();
-        m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "No data for 3 s");
+        m_banner->set(BannerTopic::NoData, Severity::Warning, "No data for 3 s");
         QTRY_VERIFY_WITH_TIMEOUT(isBetweenMenuAndDocks(), patience);
         QCOMPARE(place(m_banner).width(), m_window->width());
         QCOMPARE(m_banner->text(BannerTopic::NoData), QString("No data for 3 s"));
@@ -123,20 +123,20 @@ private Q_SLOTS:
     }
 
     void aLineSetBeforeTheWindowIsShownIsThere() {
-        m_banner->set(BannerTopic::Notice, BannerLevel::Information, "Early");
+        m_banner->set(BannerTopic::Notice, Severity::Information, "Early");
         showWindow();
         QTRY_VERIFY_WITH_TIMEOUT(isBetweenMenuAndDocks(), patience);
     }
 
     void levelsAreWordsAndSymbols_data() {
-        QTest::addColumn<BannerLevel>("level");
+        QTest::addColumn<Severity>("level");
         QTest::addColumn<QString>("word");
-        QTest::newRow("information") << BannerLevel::Information << "Note: x";
-        QTest::newRow("warning") << BannerLevel::Warning << "Warning: x";
-        QTest::newRow("error") << BannerLevel::Error << "Error: x";
+        QTest::newRow("information") << Severity::Information << "Note: x";
+        QTest::newRow("warning") << Severity::Warning << "Warning: x";
+        QTest::newRow("error") << Severity::Error << "Error: x";
     }
     void levelsAreWordsAndSymbols() {
-        QFETCH(BannerLevel, level);
+        QFETCH(Severity, level);
         QFETCH(QString, word);
         m_banner->set(BannerTopic::Notice, level, "x");
         showWindow();
@@ -153,10 +153,10 @@ private Q_SLOTS:
 
     void theStripIsReadableOnEveryPalette_data() {
         QTest::addColumn<bool>("onDark");
-        QTest::addColumn<BannerLevel>("level");
+        QTest::addColumn<Severity>("level");
         for (const bool onDark : {false, true}) {
-            for (const BannerLevel level :
-                 {BannerLevel::Information, BannerLevel::Warning, BannerLevel::Error}) {
+            for (const Severity level :
+                 {Severity::Information, Severity::Warning, Severity::Error}) {
                 QTest::newRow(qPrintable((onDark ? "dark, " : "light, ") + Banner::word(level)))
                     << onDark << level;
             }
@@ -164,7 +164,7 @@ private Q_SLOTS:
     }
     void theStripIsReadableOnEveryPalette() {
         QFETCH(bool, onDark);
-        QFETCH(BannerLevel, level);
+        QFETCH(Severity, level);
         m_banner->set(BannerTopic::Notice, level, "x");
         showWindow();
         qApp->setPalette(onDark ? dark() : QApplication::style()->standardPalette());
@@ -178,10 +178,10 @@ private Q_SLOTS:
     }
 
     void theMostImportantLineStandsOnTop() {
-        m_banner->set(BannerTopic::Notice, BannerLevel::Information, "notice");
-        m_banner->set(BannerTopic::Connection, BannerLevel::Error, "lost");
-        m_banner->set(BannerTopic::Replay, BannerLevel::Information, "replay");
-        m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "no data");
+        m_banner->set(BannerTopic::Notice, Severity::Information, "notice");
+        m_banner->set(BannerTopic::Connection, Severity::Error, "lost");
+        m_banner->set(BannerTopic::Replay, Severity::Information, "replay");
+        m_banner->set(BannerTopic::NoData, Severity::Warning, "no data");
         showWindow();
         const QStringList lines{"Error: lost", "Warning: no data", "Note: replay", "Note: notice"};
         QCOMPARE(m_banner->lines(), lines);
@@ -200,7 +200,7 @@ private Q_SLOTS:
 
     void aLongTextIsWrappedAndNotCutOff() {
         const QString text = QString("Many words of which not all fit into one line. ").repeated(8);
-        m_banner->set(BannerTopic::NoData, BannerLevel::Warning, text);
+        m_banner->set(BannerTopic::NoData, Severity::Warning, text);
         showWindow();
         const QLabel* const shown = label(BannerTopic::NoData);
         const auto fits = [&] { return shown->height() >= shown->heightForWidth(shown->width()); };
@@ -217,8 +217,8 @@ private Q_SLOTS:
 
     void aLineOfTheOwnerHasNoButtonOneThatHappenedHas() {
         QSignalSpy dismissed(m_banner, &Banner::dismissed);
-        m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "a state");
-        m_banner->set(BannerTopic::Recording, BannerLevel::Error, "The recording ended",
+        m_banner->set(BannerTopic::NoData, Severity::Warning, "a state");
+        m_banner->set(BannerTopic::Recording, Severity::Error, "The recording ended",
                       Banner::Ending::ByUser);
         showWindow();
         QVERIFY(!button(BannerTopic::NoData)->isVisible());
@@ -230,24 +230,24 @@ private Q_SLOTS:
         QCOMPARE(m_banner->lines(), QStringList("Warning: a state"));
         QCOMPARE(dismissed.count(), 1);
         QCOMPARE(dismissed.first().first().value<BannerTopic>(), BannerTopic::Recording);
-        m_banner->set(BannerTopic::Recording, BannerLevel::Error, "again", Banner::Ending::ByUser);
+        m_banner->set(BannerTopic::Recording, Severity::Error, "again", Banner::Ending::ByUser);
         QCOMPARE(m_banner->lines().size(), 2);
     }
 
     void textsOfOthersAreNotInterpreted() {
-        m_banner->set(BannerTopic::Notice, BannerLevel::Warning, "<b>bold</b>");
+        m_banner->set(BannerTopic::Notice, Severity::Warning, "<b>bold</b>");
         QCOMPARE(label(BannerTopic::Notice)->textFormat(), Qt::PlainText);
     }
 
     void assistiveToolsReadTheWholeLine() {
         QCOMPARE(m_banner->accessibleName(), QString("Notices"));
-        m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "one");
+        m_banner->set(BannerTopic::NoData, Severity::Warning, "one");
         QLabel* const text = label(BannerTopic::NoData);
         const auto name = [text] {
             return QAccessible::queryAccessibleInterface(text)->text(QAccessible::Name);
         };
         QCOMPARE(name(), QString("Warning: one"));
-        m_banner->set(BannerTopic::NoData, BannerLevel::Error, "two");
+        m_banner->set(BannerTopic::NoData, Severity::Error, "two");
         QCOMPARE(label(BannerTopic::NoData), text);
         QCOMPARE(name(), QString("Error: two"));
     }
@@ -261,7 +261,7 @@ private Q_SLOTS:
         }();
         showWindow();
         const QByteArray empty = m_window->saveState();
-        m_banner->set(BannerTopic::Notice, BannerLevel::Warning, "x");
+        m_banner->set(BannerTopic::Notice, Severity::Warning, "x");
         const QByteArray shown = m_window->saveState();
         for (const QByteArray& state : {empty, shown, withoutBanner}) {
             QVERIFY(m_window->restoreState(state));
@@ -282,14 +282,14 @@ private Q_SLOTS:
     void aLineCanBePaintedWithoutTheEventLoopAndMovesNothing() {
         QFETCH(bool, withStrip);
         if (withStrip) {
-            m_banner->set(BannerTopic::NoData, BannerLevel::Warning, "no data");
+            m_banner->set(BannerTopic::NoData, Severity::Warning, "no data");
         }
         showWindow();
         QTRY_VERIFY_WITH_TIMEOUT(!withStrip || isBetweenMenuAndDocks(), patience);
         const QRect before = place(m_dock);
         Painted painted;
         m_dock->widget()->installEventFilter(&painted);
-        m_banner->showAtOnce(BannerLevel::Information, "Waiting");
+        m_banner->showAtOnce(Severity::Information, "Waiting");
         auto* const line = m_window->findChild<QWidget*>("bannerLineAtOnce");
         QVERIFY(line->isVisible());
         QCOMPARE(place(line).width(), m_window->width());
