@@ -5,21 +5,42 @@ SDK = "libs/kestrel_sdk"
 PROBE = "libs/kestrel_probe"
 WIRE = "libs/kestrel_wire"
 RECORDING = "libs/kestrel_recording"
-PLUGIN = ["SourceFiles", "general", CONTRACT, SDK, "ui"]
+GENERAL = ["general", "general/host", "general/widgets"]
+PLUGIN = ["SourceFiles", *GENERAL, CONTRACT, SDK, "ui"]
+RECORD, FILES = "probecheck/points/record", "probecheck/points/files"
+PROBECHECK = ["probecheck", "probecheck/data", "probecheck/tipcheck", "probecheck/points",
+              RECORD, FILES]
 SENDING = "workbench/outlets/sending"
-WORKBENCH = ["workbench", "workbench/text", "workbench/controller", "workbench/modules",
-             "workbench/outlets", SENDING, "workbench/window"]
+OUTLETS = ["workbench/outlets", SENDING]
+CONTROLLER = ["workbench/controller/command", "workbench/controller/data", "workbench/controller",
+              "workbench/controller/tools", "workbench/controller/simulator"]
+COMMAND, DATA, SESSION, TOOLS, SIMULATED = CONTROLLER
+LOOK, SETTINGS, DOCKS = (f"workbench/window/{room}" for room in ("look", "settings", "docks"))
+READOUT, TABLES = (f"workbench/window/{room}" for room in ("readout", "recording"))
+WINDOW = ["workbench/window", LOOK, SETTINGS, DOCKS, READOUT, TABLES] + [
+    f"workbench/window/{room}" for room in ("dialogs", "log", "plot", "sending", "state")]
+WORKBENCH = ["workbench", "workbench/text", *CONTROLLER, "workbench/modules", *OUTLETS, *WINDOW]
 SIMULATOR = ["simulator", "simulator/words", "simulator/geometry", "simulator/controller"]
 HOST = [CONTRACT, SDK, WIRE, RECORDING]
 TEST_HOST = ["tests/support", CONTRACT, SDK]
 
-# Room: the other rooms that it may know. A folder belongs to the longest name that fits; a source
-# in a folder without a room is an error. A room that is not there yet has its rule already.
+# Room: the other rooms that it may know; no arrow leads back to where it came from. A folder belongs
+# to the longest name that fits; a source in a folder without a room is an error. A room that is not
+# there yet has its rule already.
 KNOWS = {
     CONTRACT: [],
-    "general": [CONTRACT, SDK, "ui"],
-    "SourceFiles": ["general", CONTRACT, SDK, PROBE, "ui"],
-    "probecheck": ["general", CONTRACT, SDK, PROBE, "probecheck/sounds"],
+    "general": ["general/host", "general/widgets", CONTRACT, "ui"],
+    "general/host": [CONTRACT, SDK],
+    "general/widgets": ["general/host", CONTRACT],
+    "SourceFiles": [*GENERAL, CONTRACT, SDK, PROBE, "ui"],
+    "probecheck": [*GENERAL, CONTRACT, SDK, PROBE, "probecheck/data", "probecheck/points",
+                   "probecheck/tipcheck"],
+    "probecheck/data": [*GENERAL, CONTRACT, SDK],
+    "probecheck/points": [*GENERAL, CONTRACT, PROBE, "probecheck/data", RECORD, FILES,
+                          "probecheck/sounds"],
+    RECORD: [*GENERAL, PROBE],
+    FILES: [*GENERAL, RECORD],
+    "probecheck/tipcheck": [*GENERAL, CONTRACT, PROBE, "probecheck/data"],
     "probecheck/sounds": [],
     SDK: [],
     PROBE: [],
@@ -31,11 +52,25 @@ KNOWS = {
     # Each is loaded when it is wanted: nobody else includes them.
     "workbench/outlets/mqtt": HOST + ["workbench/outlets", SENDING],
     "workbench/outlets/igtl": HOST + ["workbench/outlets", SENDING],
-    "workbench/controller": HOST + ["workbench/text", "workbench/outlets", SENDING],
-    "workbench/modules": HOST + ["workbench/text", "workbench/controller", "workbench/outlets",
-                                 SENDING],
-    "workbench/window": HOST + ["workbench/text", "workbench/controller", "workbench/modules",
-                                "workbench/outlets", SENDING],
+    COMMAND: HOST,
+    DATA: HOST + [COMMAND, *OUTLETS],
+    SESSION: HOST + ["workbench/text", COMMAND, DATA],
+    TOOLS: HOST + ["workbench/text", SENDING, COMMAND, DATA, SESSION],
+    SIMULATED: HOST + [COMMAND, DATA, SESSION],
+    "workbench/modules": HOST + ["workbench/text", *CONTROLLER, *OUTLETS],
+    LOOK: [],
+    SETTINGS: [LOOK, COMMAND, "workbench/modules"],
+    DOCKS: [LOOK, SETTINGS],
+    "workbench/window/log": [LOOK, DOCKS, "workbench/text", *CONTROLLER, "workbench/outlets"],
+    "workbench/window/state": [LOOK, DOCKS, "workbench/text", *CONTROLLER],
+    READOUT: HOST + [LOOK, *CONTROLLER, SENDING, "workbench/modules"],
+    TABLES: [LOOK, "workbench/text", *CONTROLLER, "workbench/outlets"],
+    "workbench/window/plot": HOST + [LOOK, READOUT, TABLES, "workbench/text", *CONTROLLER, *OUTLETS,
+                                     "workbench/modules"],
+    "workbench/window/sending": [LOOK, SETTINGS, "workbench/text", *CONTROLLER, SENDING],
+    "workbench/window/dialogs": [LOOK, "workbench/text", *CONTROLLER, SENDING, "workbench/modules"],
+    "workbench/window": HOST + ["workbench/text", *CONTROLLER, "workbench/modules", *OUTLETS,
+                                *WINDOW[1:]],
     "workbench": HOST + WORKBENCH,
     "simulator/geometry": [PROBE],
     "simulator/words": [WIRE, SDK, "simulator/geometry"],
@@ -45,9 +80,9 @@ KNOWS = {
     "python": [SDK, PROBE, WIRE, RECORDING],
     "tests/support": [CONTRACT, WIRE],
     "tests/host_api": [CONTRACT],
-    "tests/general": TEST_HOST + ["general", "ui"],
+    "tests/general": TEST_HOST + GENERAL + ["ui"],
     "tests/SourceFiles": TEST_HOST + PLUGIN + ["tests/general"],
-    "tests/probecheck": TEST_HOST + ["probecheck", "probecheck/sounds", "general", PROBE],
+    "tests/probecheck": TEST_HOST + PROBECHECK + ["probecheck/sounds", *GENERAL, PROBE],
     "tests/libs/kestrel_sdk": [SDK],
     "tests/libs/kestrel_probe": [PROBE],
     "tests/libs/kestrel_wire": [WIRE],
@@ -58,7 +93,7 @@ KNOWS = {
     "tests/simulator": [WIRE, SDK] + SIMULATOR,
     "tests/recording": ["recording", RECORDING, WIRE],
     # Windows of all rooms side by side.
-    "tests/windows": TEST_HOST + PLUGIN + ["probecheck", WIRE] + WORKBENCH
+    "tests/windows": TEST_HOST + PLUGIN + PROBECHECK + [WIRE] + WORKBENCH
                      + ["tests/SourceFiles", "tests/general", "tests/probecheck",
                         "tests/workbench"],
     # Real processes: what is loaded or started is not included.
@@ -66,10 +101,10 @@ KNOWS = {
     "soak": HOST + WORKBENCH,
     "scripts": HOST + WORKBENCH,
     "benchmarks/sdk": [SDK],
-    "benchmarks/points": ["probecheck", PROBE, "tests/probecheck"],
+    "benchmarks/points": PROBECHECK + [PROBE, "tests/probecheck"],
     "benchmarks/probe": [PROBE, "tests/libs/kestrel_probe"],
-    "benchmarks/probecheck": TEST_HOST + ["probecheck", PROBE, "tests/probecheck",
-                                          "tests/libs/kestrel_probe"],
+    "benchmarks/probecheck": TEST_HOST + PROBECHECK + [PROBE, "tests/probecheck",
+                                                       "tests/libs/kestrel_probe"],
     "benchmarks/display": PLUGIN + TEST_HOST + ["tests/SourceFiles"],
     "benchmarks/scale": HOST + WORKBENCH + SIMULATOR,
     "benchmarks/recording": [WIRE],
@@ -78,8 +113,11 @@ KNOWS = {
     "fuzz/sdk": [SDK, "tests/libs/kestrel_sdk"],
     "fuzz/recording": [RECORDING, WIRE],
     "fuzz/simulator": [WIRE, SDK] + SIMULATOR,
-    "fuzz/workbench": [WIRE, SDK, "workbench/controller", SENDING],
+    "fuzz/workbench": [WIRE, SDK, COMMAND, SENDING],
 }
+
+# Whose sub-rooms each have a rule of their own, so that a new one cannot hide in the room above it.
+RULED = ["SourceFiles", "general", "probecheck", "workbench", "simulator", "recording"]
 
 # Rooms with headers of their own that nobody else may include: these are the ones for everybody.
 PUBLIC_HEADERS = {

@@ -10,7 +10,7 @@ import os
 import re
 import sys
 
-from arrows import KNOWS, OTHER_LIBRARIES, PUBLIC_HEADERS, QT_MODULES
+from arrows import KNOWS, OTHER_LIBRARIES, PUBLIC_HEADERS, QT_MODULES, RULED
 
 SOURCE = re.compile(r"\.(h|hh|hpp|hxx|inl|ipp|c|cc|cpp|cxx)$")
 INCLUDE = re.compile(r"^[ \t]*(?:#|%:|\?\?=)[ \t]*(?:include|include_next|import)\b[ \t]*(.*)$", re.M)
@@ -93,8 +93,9 @@ class Qt:
 
 def judge(repository, qt, source, target):
     """What is wrong with one include, None when nothing is."""
-    room = longest_fit(os.path.dirname(source), KNOWS)
-    if not room:
+    folder = os.path.dirname(source)
+    room = longest_fit(folder, KNOWS)
+    if not room or (room != folder and room.split("/")[0] in RULED):
         return "no rule says whom this folder may know"
     parts = TARGET.match(target)
     if not parts:
@@ -144,6 +145,25 @@ def judge_library(qt, source, room, name):
     return None
 
 
+def circle(knows):
+    """Rooms that know each other in a circle, the first one at both ends; empty without one."""
+    done = set()
+
+    def walk(room, path):
+        if room in path:
+            return path[path.index(room):] + [room]
+        if room in done:
+            return []
+        for other in knows.get(room, []):
+            found = [] if other == room else walk(other, path + [room])
+            if found:
+                return found
+        done.add(room)
+        return []
+
+    return next(filter(None, (walk(room, []) for room in knows)), [])
+
+
 def check(root, qt_folder):
     """The number of includes, and what is wrong: one line for each fault."""
     repository, qt = Repository(root), Qt(qt_folder)
@@ -159,6 +179,9 @@ def check(root, qt_folder):
 
 
 def main():
+    round_trip = circle(KNOWS)
+    if round_trip:
+        raise SystemExit("rooms in a circle: " + " -> ".join(round_trip))
     count, faults = check(sys.argv[1], sys.argv[2])
     if faults:
         raise SystemExit("\n".join(faults))

@@ -10,7 +10,8 @@ import sys
 import tempfile
 import unittest
 
-from check_includes import SOURCE, check
+from arrows import KNOWS
+from check_includes import SOURCE, check, circle
 
 REPOSITORY, QT = sys.argv.pop(1), sys.argv.pop(1)
 
@@ -59,6 +60,51 @@ FORBIDDEN = [
     ("simulator/geometry", '"simulator/words/text.h"', "may not know simulator/words"),
     ("simulator/words", '"simulator/controller/scene.h"', "may not know simulator/controller"),
     ("simulator/controller", '"simulator/options.h"', "may not know simulator"),
+    ("general/host", '"general/leavablethread.h"', "general/host may not know general"),
+    ("general/host", '"../widgets/modalrun.h"', "may not know general/widgets"),
+    ("general/widgets", '"general/CountdownDlg.h"', "may not know general"),
+    ("probecheck/data", '"probecheck/probecheckmodule.h"', "may not know probecheck"),
+    ("probecheck/points", '"probecheck/tipcheck/tipcheck.h"', "may not know probecheck/tipcheck"),
+    ("probecheck/points", '"../probecheckmodule.h"', "may not know probecheck"),
+    ("probecheck/points/record", '"probecheck/points/files/pointjson.h"',
+     "may not know probecheck/points/files"),
+    ("probecheck/points/files", '"probecheck/points/pointlistmodel.h"',
+     "may not know probecheck/points"),
+    ("probecheck/points/files", '"probecheck/data/linetap.h"', "may not know probecheck/data"),
+    ("probecheck/tipcheck", '"probecheck/points/capture.h"', "may not know probecheck/points"),
+    ("probecheck/tipcheck", "<tipcheck/../probecheckmodule.h>", "may not know probecheck"),
+    ("workbench/controller/command", '"workbench/controller/data/bootclock.h"',
+     "may not know workbench/controller/data"),
+    ("workbench/controller/command", '"../controllersession.h"', "may not know workbench/controller"),
+    ("workbench/controller/data", '"workbench/controller/measurementmonitor.h"',
+     "workbench/controller/data may not know workbench/controller"),
+    ("workbench/controller", '"workbench/controller/tools/toollines.h"',
+     "workbench/controller may not know workbench/controller/tools"),
+    ("workbench/controller", '"simulator/simulatorprocess.h"',
+     "may not know workbench/controller/simulator"),
+    ("workbench/controller/tools", '"workbench/controller/simulator/simulatorwords.h"',
+     "may not know workbench/controller/simulator"),
+    ("workbench/controller/simulator", '"workbench/controller/tools/toolfacts.h"',
+     "may not know workbench/controller/tools"),
+    ("workbench/window/look", '"workbench/window/state/banner.h"',
+     "may not know workbench/window/state"),
+    ("workbench/window/settings", '"workbench/window/docks/docktitle.h"',
+     "may not know workbench/window/docks"),
+    ("workbench/window/docks", '"ui_mainwindow.h"', "may not know workbench/window"),
+    ("workbench/window/log", '"workbench/window/state/banner.h"',
+     "may not know workbench/window/state"),
+    ("workbench/window/state", '"workbench/window/log/logdock.h"',
+     "may not know workbench/window/log"),
+    ("workbench/window/recording", '"workbench/window/statewords.h"',
+     "may not know workbench/window"),
+    ("workbench/window/readout", '"workbench/window/plot/tipring.h"',
+     "may not know workbench/window/plot"),
+    ("workbench/window/plot", '"workbench/window/mainwindow.h"', "may not know workbench/window"),
+    ("workbench/window/sending", '"workbench/window/dialogs/guidedialog.h"',
+     "may not know workbench/window/dialogs"),
+    ("workbench/window/dialogs", '"../mainwindow.h"', "may not know workbench/window"),
+    ("workbench/window/planted", "<vector>", "no rule says"),
+    ("general/planted", "<vector>", "no rule says"),
     # Libraries.
     ("libs/kestrel_sdk/Lib", "<QString>", "may not know QtCore"),
     ("libs/kestrel_sdk/Lib", "<qstring.h>", "may not know QtCore"),
@@ -153,6 +199,19 @@ class CheckOfIncludes(unittest.TestCase):
         for number, (folder, include) in enumerate(ALLOWED):
             with self.subTest(folder=folder, include=include):
                 self.assertEqual(self.faults_of(f"{folder}/allowed{number}.cpp"), [])
+
+    def test_no_arrow_leads_back(self):
+        self.assertEqual(circle(KNOWS), [])
+
+    def test_arrows_that_lead_back_are_found(self):
+        for room, other in [("workbench/window/look", "workbench/window/state"),
+                            ("workbench/controller/data", "workbench/controller"),
+                            ("general/host", "general")]:
+            with self.subTest(room=room, other=other):
+                found = circle(dict(KNOWS, **{room: KNOWS[room] + [other]}))
+                self.assertEqual(found[0], found[-1])
+                self.assertIn(room, found)
+                self.assertIn(other, found)
 
     def test_words_in_a_comment_are_none(self):
         self.assertEqual(self.faults_of("workbench/comment.cpp"), [])
