@@ -1,6 +1,5 @@
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
-#include "workbench/controller/simulator/simulatorprocess.h"
 #include "workbench/options.h"
 
 #include <QDir>
@@ -74,16 +73,6 @@ class TestProgram : public QObject {
             sockets += file.symLinkTarget().contains(QStringLiteral("socket:")) ? 1 : 0;
         }
         return sockets >= 3; // commands, data, the client
-    }
-
-    QString script(const QByteArray& content) const {
-        const QString path = m_folder.filePath(QStringLiteral("script.sh"));
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write("#!/bin/sh\n" + content);
-            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        }
-        return path;
     }
 
 private Q_SLOTS:
@@ -243,48 +232,6 @@ private Q_SLOTS:
             patience);
     }
 
-    void aSimulatorTellsWhereItListens() {
-        workbench::SimulatorProcess simulator(
-            script("echo \"listening on 127.0.0.1:4711\"\nexec sleep 60\n"));
-        QSignalSpy listening(&simulator, &workbench::SimulatorProcess::listening);
-        simulator.start({});
-        QVERIFY(listening.wait(patience));
-        const auto address = listening.first().first().value<workbench::ControllerAddress>();
-        QCOMPARE(address.toString(), QStringLiteral("127.0.0.1:4711"));
-    }
-
-    void aSimulatorThatMisbehavesIsTold_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("part");
-        row("ends", QByteArray("echo too bad >&2\nexit 7\n"), "(exit code 7) too bad");
-        row("says something else", QByteArray("echo hello\nexec sleep 60\n"), "says \"hello\"");
-        row("bad address", QByteArray("echo listening on nowhere:x\nexec sleep 60\n"), "says");
-    }
-    void aSimulatorThatMisbehavesIsTold() {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, part);
-        workbench::SimulatorProcess simulator(script(content));
-        QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
-        simulator.start({});
-        QVERIFY(failed.wait(patience));
-        QCOMPARE(failed.count(), 1);
-        QVERIFY2(failed.first().first().toString().contains(part),
-                 qPrintable(failed.first().first().toString()));
-    }
-
-    void aSimulatorThatEndsLaterIsToldAsThat() {
-        workbench::SimulatorProcess simulator(
-            script("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n"));
-        QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
-        QSignalSpy ended(&simulator, &workbench::SimulatorProcess::ended);
-        simulator.start({});
-        QVERIFY(simulator.isStarting());
-        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
-        QVERIFY(ended.first().first().toString().contains(QStringLiteral("(exit code 0)")));
-        QVERIFY(!simulator.isListening());
-        QCOMPARE(failed.count(), 0);
-    }
-
     void theWindowOutlivesItsSimulator() {
         QProcess process;
         process.start(QStringLiteral(WORKBENCH), with({QStringLiteral("--simulate")}));
@@ -304,17 +251,9 @@ private Q_SLOTS:
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), int(workbench::ExitNoSimulator));
     }
-
-    void aSimulatorThatIsNotThereIsTold() {
-        workbench::SimulatorProcess simulator(QStringLiteral("/no/such/program"));
-        QSignalSpy failed(&simulator, &workbench::SimulatorProcess::failed);
-        simulator.start({});
-        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, patience);
-    }
 };
 
 int main(int argc, char* argv[]) {
-    qRegisterMetaType<workbench::ControllerAddress>();
     const QCoreApplication application(argc, argv);
     TestProgram test;
     return QTest::qExec(&test, argc, argv);

@@ -1,0 +1,83 @@
+#include "tests/support/datarows.h"
+#include "workbench/controller/simulator/simulatorprocess.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using workbench::SimulatorProcess;
+
+namespace {
+constexpr int patience = 20000;
+}
+
+/// A script stands for the simulator's program.
+class TestSimulatorProcess : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QString script(const QByteArray& content) const {
+        const QString path = m_folder.filePath(QStringLiteral("script.sh"));
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write("#!/bin/sh\n" + content);
+            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        }
+        return path;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { qRegisterMetaType<workbench::ControllerAddress>(); }
+
+    void aSimulatorTellsWhereItListens() {
+        SimulatorProcess simulator(script("echo \"listening on 127.0.0.1:4711\"\nexec sleep 60\n"));
+        QSignalSpy listening(&simulator, &SimulatorProcess::listening);
+        simulator.start({});
+        QVERIFY(listening.wait(patience));
+        const auto address = listening.first().first().value<workbench::ControllerAddress>();
+        QCOMPARE(address.toString(), QStringLiteral("127.0.0.1:4711"));
+    }
+
+    void aSimulatorThatMisbehavesIsTold_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("part");
+        row("ends", QByteArray("echo too bad >&2\nexit 7\n"), "(exit code 7) too bad");
+        row("says something else", QByteArray("echo hello\nexec sleep 60\n"), "says \"hello\"");
+        row("bad address", QByteArray("echo listening on nowhere:x\nexec sleep 60\n"), "says");
+    }
+    void aSimulatorThatMisbehavesIsTold() {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, part);
+        SimulatorProcess simulator(script(content));
+        QSignalSpy failed(&simulator, &SimulatorProcess::failed);
+        simulator.start({});
+        QVERIFY(failed.wait(patience));
+        QCOMPARE(failed.count(), 1);
+        QVERIFY2(failed.first().first().toString().contains(part),
+                 qPrintable(failed.first().first().toString()));
+    }
+
+    void aSimulatorThatEndsLaterIsToldAsThat() {
+        SimulatorProcess simulator(script("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n"));
+        QSignalSpy failed(&simulator, &SimulatorProcess::failed);
+        QSignalSpy ended(&simulator, &SimulatorProcess::ended);
+        simulator.start({});
+        QVERIFY(simulator.isStarting());
+        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
+        QVERIFY(ended.first().first().toString().contains(QStringLiteral("(exit code 0)")));
+        QVERIFY(!simulator.isListening());
+        QCOMPARE(failed.count(), 0);
+    }
+
+    void aSimulatorThatIsNotThereIsTold() {
+        SimulatorProcess simulator(QStringLiteral("/no/such/program"));
+        QSignalSpy failed(&simulator, &SimulatorProcess::failed);
+        simulator.start({});
+        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, patience);
+    }
+};
+
+QTEST_MAIN(TestSimulatorProcess)
+#include "test_simulatorprocess.moc"
