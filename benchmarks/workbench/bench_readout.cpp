@@ -2,7 +2,7 @@
 // whole window's share of a core at 1 000 frames/s with one dock or another.
 
 #include "workbench/controller/data/requesterregistry.h"
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/readout/figurepanel.h"
 #include "workbench/window/readout/latestlines.h"

@@ -1,6 +1,6 @@
 #include "workbench/outlets/igtl/igtlmessages.h"
 
-#include "workbench/outlets/sending/framejson.h"
+#include "workbench/outlets/sending/frames/framejson.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "workbench/outlets/sending/frames/trackedframe.h"
 #include "workbench/outlets/sending/resultmessage.h"
-#include "workbench/outlets/sending/trackedframe.h"
 
 #include <QString>
 

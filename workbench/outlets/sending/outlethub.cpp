@@ -1,7 +1,7 @@
 #include "workbench/outlets/sending/outlethub.h"
 
 #include "workbench/outlets/quietthread.h"
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 
 #include <QCoreApplication>
 

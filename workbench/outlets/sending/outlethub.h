@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/outlets/sending/framebuffer.h"
+#include "workbench/outlets/sending/frames/framebuffer.h"
 #include "workbench/outlets/sending/outlet.h"
 #include "workbench/outlets/sending/outleturl.h"
 

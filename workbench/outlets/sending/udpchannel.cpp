@@ -1,6 +1,6 @@
 #include "workbench/outlets/sending/udpchannel.h"
 
-#include "workbench/outlets/sending/framejson.h"
+#include "workbench/outlets/sending/frames/framejson.h"
 
 #include <QCoreApplication>
 

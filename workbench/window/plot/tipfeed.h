@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host_api/requester.h"
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 #include "workbench/window/plot/tipring.h"
 
 #include <mutex>

@@ -1,6 +1,6 @@
 #include "workbench/window/readout/readout.h"
 
-#include "workbench/outlets/sending/trackedframe.h"
+#include "workbench/outlets/sending/frames/trackedframe.h"
 
 #include <algorithm>
 

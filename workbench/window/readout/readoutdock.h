@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 #include "workbench/window/readout/latestlines.h"
 #include "workbench/window/readout/readout.h"
 

@@ -1,6 +1,6 @@
 #include "tests/support/datarows.h"
 #include "tests/support/statetable.h"
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 #include "workbench/window/readout/readout.h"
 #include "workbench/window/readout/readouttexts.h"
 

@@ -1,6 +1,6 @@
-#include "workbench/outlets/sending/framebuffer.h"
+#include "workbench/outlets/sending/frames/framebuffer.h"
 
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 
 #include <utility>
 

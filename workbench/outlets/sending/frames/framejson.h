@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/outlets/sending/trackedframe.h"
+#include "workbench/outlets/sending/frames/trackedframe.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KestrelParser.h"
-#include "workbench/outlets/sending/trackedframe.h"
+#include "workbench/outlets/sending/frames/trackedframe.h"
 
 #include <string_view>
 

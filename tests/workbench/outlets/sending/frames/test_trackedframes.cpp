@@ -1,6 +1,6 @@
 #include "tests/support/datarows.h"
-#include "workbench/outlets/sending/framedecoder.h"
-#include "workbench/outlets/sending/framejson.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
+#include "workbench/outlets/sending/frames/framejson.h"
 #include "workbench/outlets/sending/resultmessage.h"
 
 #include <QJsonArray>

@@ -1,4 +1,4 @@
-#include "workbench/outlets/sending/framedecoder.h"
+#include "workbench/outlets/sending/frames/framedecoder.h"
 
 #include "libs/kestrel_recording/buttons.h"
 #include "libs/kestrel_wire/recording.h"

@@ -1,4 +1,4 @@
-#include "workbench/outlets/sending/framejson.h"
+#include "workbench/outlets/sending/frames/framejson.h"
 
 #include "KestrelAngles.h"
 #include "libs/kestrel_recording/numbertext.h"
