@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/controller/cameras.h"
 #include "simulator/controller/controllerstate.h"
+#include "simulator/controller/scene/cameras.h"
 #include "simulator/geometry/tipsolver.h"
 #include "simulator/words/misbehaviour.h"
 

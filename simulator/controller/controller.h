@@ -5,8 +5,8 @@
 #include "simulator/controller/controllerstate.h"
 #include "simulator/controller/radionetwork.h"
 #include "simulator/controller/replay.h"
+#include "simulator/controller/scene/simulatedframes.h"
 #include "simulator/controller/simcommands.h"
-#include "simulator/controller/simulatedframes.h"
 #include "simulator/words/faults.h"
 
 #include <map>

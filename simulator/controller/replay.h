@@ -1,7 +1,7 @@
 #pragma once
 
 #include "libs/kestrel_wire/recording.h"
-#include "simulator/controller/framesource.h"
+#include "simulator/controller/scene/framesource.h"
 #include "simulator/words/version.h"
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include "simulator/controller/calibration.h"
 #include "simulator/controller/controllerstate.h"
 #include "simulator/controller/radionetwork.h"
-#include "simulator/controller/scene.h"
+#include "simulator/controller/scene/scene.h"
 
 namespace kestrel_simulator {
 

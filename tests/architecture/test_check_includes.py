@@ -58,7 +58,7 @@ FORBIDDEN = [
     ("workbench/modules", '"workbench/window/mainwindow.h"', "may not know workbench/window"),
     ("workbench/window", '"workbench/options.h"', "may not know workbench"),
     ("simulator/geometry", '"simulator/words/text.h"', "may not know simulator/words"),
-    ("simulator/words", '"simulator/controller/scene.h"', "may not know simulator/controller"),
+    ("simulator/words", '"simulator/controller/scene/scene.h"', "may not know simulator/controller"),
     ("simulator/controller", '"simulator/options.h"', "may not know simulator"),
     ("general/host", '"general/leavablethread.h"', "general/host may not know general"),
     ("general/host", '"../widgets/modalrun.h"', "may not know general/widgets"),

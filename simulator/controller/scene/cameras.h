@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/controller/scene.h"
+#include "simulator/controller/scene/scene.h"
 #include "simulator/geometry/posenoise.h"
 
 #include <cstdint>

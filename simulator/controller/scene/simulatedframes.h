@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/controller/cameras.h"
-#include "simulator/controller/framesource.h"
+#include "simulator/controller/scene/cameras.h"
+#include "simulator/controller/scene/framesource.h"
 #include "simulator/words/datalines.h"
 
 #include <array>

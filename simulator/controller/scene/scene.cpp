@@ -1,4 +1,4 @@
-#include "simulator/controller/scene.h"
+#include "simulator/controller/scene/scene.h"
 
 namespace kestrel_simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/controller/simulatedframes.h"
+#include "simulator/controller/scene/simulatedframes.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "simulator/controller/cameras.h"
+#include "simulator/controller/scene/cameras.h"
 
 namespace kestrel_simulator {
 
