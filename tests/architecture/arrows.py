@@ -11,7 +11,8 @@ RECORD, FILES = "probecheck/points/record", "probecheck/points/files"
 PROBECHECK = ["probecheck", "probecheck/data", "probecheck/tipcheck", "probecheck/points",
               RECORD, FILES]
 SENDING = "workbench/outlets/sending"
-OUTLETS = ["workbench/outlets", SENDING]
+FRAMES = "workbench/outlets/sending/frames"
+OUTLETS = ["workbench/outlets", SENDING, FRAMES]
 CONTROLLER = ["workbench/controller/command", "workbench/controller/data", "workbench/controller",
               "workbench/controller/tools", "workbench/controller/simulator"]
 COMMAND, DATA, SESSION, TOOLS, SIMULATED = CONTROLLER
@@ -20,7 +21,8 @@ READOUT, TABLES = (f"workbench/window/{room}" for room in ("readout", "recording
 WINDOW = ["workbench/window", LOOK, SETTINGS, DOCKS, READOUT, TABLES] + [
     f"workbench/window/{room}" for room in ("dialogs", "log", "plot", "sending", "state")]
 WORKBENCH = ["workbench", "workbench/text", *CONTROLLER, "workbench/modules", *OUTLETS, *WINDOW]
-SIMULATOR = ["simulator", "simulator/words", "simulator/geometry", "simulator/controller"]
+SIMULATOR = ["simulator", "simulator/words", "simulator/geometry", "simulator/controller",
+             "simulator/controller/scene"]
 HOST = [CONTRACT, SDK, WIRE, RECORDING]
 TEST_HOST = ["tests/support", CONTRACT, SDK]
 
@@ -48,10 +50,11 @@ KNOWS = {
     RECORDING: [WIRE, SDK],
     "workbench/text": HOST,
     "workbench/outlets": HOST,
-    SENDING: HOST + ["workbench/outlets"],
+    FRAMES: HOST,
+    SENDING: HOST + ["workbench/outlets", FRAMES],
     # Each is loaded when it is wanted: nobody else includes them.
-    "workbench/outlets/mqtt": HOST + ["workbench/outlets", SENDING],
-    "workbench/outlets/igtl": HOST + ["workbench/outlets", SENDING],
+    "workbench/outlets/mqtt": HOST + OUTLETS,
+    "workbench/outlets/igtl": HOST + OUTLETS,
     COMMAND: HOST,
     DATA: HOST + [COMMAND, *OUTLETS],
     SESSION: HOST + ["workbench/text", COMMAND, DATA],
@@ -63,7 +66,7 @@ KNOWS = {
     DOCKS: [LOOK, SETTINGS],
     "workbench/window/log": [LOOK, DOCKS, "workbench/text", *CONTROLLER, "workbench/outlets"],
     "workbench/window/state": [LOOK, DOCKS, "workbench/text", *CONTROLLER],
-    READOUT: HOST + [LOOK, *CONTROLLER, SENDING, "workbench/modules"],
+    READOUT: HOST + [LOOK, *CONTROLLER, FRAMES, "workbench/modules"],
     TABLES: [LOOK, "workbench/text", *CONTROLLER, "workbench/outlets"],
     "workbench/window/plot": HOST + [LOOK, READOUT, TABLES, "workbench/text", *CONTROLLER, *OUTLETS,
                                      "workbench/modules"],
@@ -74,7 +77,9 @@ KNOWS = {
     "workbench": HOST + WORKBENCH,
     "simulator/geometry": [PROBE],
     "simulator/words": [WIRE, SDK, "simulator/geometry"],
-    "simulator/controller": [WIRE, SDK, "simulator/words", "simulator/geometry"],
+    "simulator/controller/scene": ["simulator/words", "simulator/geometry"],
+    "simulator/controller": [WIRE, SDK, "simulator/words", "simulator/geometry",
+                             "simulator/controller/scene"],
     "simulator": [WIRE, SDK] + SIMULATOR,
     "recording": [WIRE, RECORDING],
     "python": [SDK, PROBE, WIRE, RECORDING],
@@ -88,8 +93,8 @@ KNOWS = {
     "tests/libs/kestrel_wire": [WIRE],
     "tests/libs/kestrel_recording": [RECORDING, WIRE],
     "tests/workbench": HOST + WORKBENCH + ["tests/support"],
-    "tests/workbench/outlets/mqtt": HOST + [SENDING, "workbench/outlets/mqtt", "tests/support"],
-    "tests/workbench/outlets/igtl": HOST + [SENDING, "workbench/outlets/igtl"],
+    "tests/workbench/outlets/mqtt": HOST + [SENDING, FRAMES, "workbench/outlets/mqtt", "tests/support"],
+    "tests/workbench/outlets/igtl": HOST + [SENDING, FRAMES, "workbench/outlets/igtl"],
     "tests/simulator": [WIRE, SDK] + SIMULATOR,
     "tests/recording": ["recording", RECORDING, WIRE],
     # Windows of all rooms side by side.
@@ -113,7 +118,7 @@ KNOWS = {
     "fuzz/sdk": [SDK, "tests/libs/kestrel_sdk"],
     "fuzz/recording": [RECORDING, WIRE],
     "fuzz/simulator": [WIRE, SDK] + SIMULATOR,
-    "fuzz/workbench": [WIRE, SDK, COMMAND, SENDING],
+    "fuzz/workbench": [WIRE, SDK, COMMAND, SENDING, FRAMES],
 }
 
 # Whose sub-rooms each have a rule of their own, so that a new one cannot hide in the room above it.
