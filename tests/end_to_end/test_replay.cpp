@@ -1,5 +1,6 @@
 #include "libs/kestrel_wire/recording.h"
 #include "tests/end_to_end/processes.h"
+#include "tests/support/datarows.h"
 #include "workbench/commandlinerun.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/readout/readoutdock.h"
@@ -350,11 +351,11 @@ private Q_SLOTS:
     void whatCannotBePlayedIsSaid_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("damaged") << QByteArray("kestrel-recording 1\nversion system 3.1.0\nversion "
-                                               "protocol 1.14.0\nrecords\n5 fr fr 1\nnonsense\n")
-                                 << "line 6: unreadable time stamp";
-        QTest::newRow("no recording")
-            << QByteArray("hello\n") << "line 1: not a recording of a known format";
+        row("damaged",
+            QByteArray("kestrel-recording 1\nversion system 3.1.0\nversion protocol "
+                       "1.14.0\nrecords\n5 fr fr 1\nnonsense\n"),
+            "line 6: unreadable time stamp");
+        row("no recording", QByteArray("hello\n"), "line 1: not a recording of a known format");
         QTest::newRow("empty") << QByteArray() << "the recording is empty or unreadable";
     }
 

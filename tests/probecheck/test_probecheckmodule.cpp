@@ -101,12 +101,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("name");
-        QTest::newRow("tip check") << 0 << 70 << "Measurement Tool tip &check"
-                                   << "Measurement Tool Tip Check"
-                                   << "ProbeTipCheckDock";
-        QTest::newRow("points") << 1 << 80 << "Measurement Tool &points"
-                                << "Measurement Tool Points"
-                                << "ProbePointsDock";
+        row("tip check", 0, 70, "Measurement Tool tip &check", "Measurement Tool Tip Check",
+            "ProbeTipCheckDock");
+        row("points", 1, 80, "Measurement Tool &points", "Measurement Tool Points",
+            "ProbePointsDock");
     }
     void entriesAreDescribed() {
         QFETCH(int, index);

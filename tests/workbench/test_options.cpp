@@ -15,8 +15,7 @@ private Q_SLOTS:
     void addresses_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected"); // empty: refused
-        QTest::newRow("host") << "10.0.0.1"
-                              << "10.0.0.1:47300";
+        row("host", "10.0.0.1", "10.0.0.1:47300");
         row("host and port", "ctl.example:1234", "ctl.example:1234");
         row("IPv6", "[::1]", "[::1]:47300");
         row("IPv6 and port", "[fe80::1%eth0]:99", "[fe80::1%eth0]:99");
@@ -28,8 +27,7 @@ private Q_SLOTS:
         row("port is a word", "a:b", "");
         row("port missing", "a:", "");
         row("blanks", "a b", "");
-        QTest::newRow("URL") << "tcp://a:1"
-                             << "";
+        row("URL", "tcp://a:1", "");
     }
     void addresses() {
         QFETCH(QString, text);

@@ -1,5 +1,6 @@
 #include "probecheck/data/linetap.h"
 #include "tests/probecheck/probefixture.h"
+#include "tests/support/datarows.h"
 
 #include <QtTest>
 
@@ -206,8 +207,7 @@ private Q_SLOTS:
     void malformedLinesAreRejected_data() {
         QTest::addColumn<QByteArray>("line");
         QTest::newRow("no tool") << QByteArray("6dmt2 1 1 [0");
-        QTest::newRow("wrong id") << QByteArray("6dmt2 1 1 [1 1 0 1][0 0 0][1 0 0 0 1 0 0 0 1][][0 "
-                                                "0 0 0 0 0]");
+        row("wrong id", QByteArray("6dmt2 1 1 [1 1 0 1][0 0 0][1 0 0 0 1 0 0 0 1][][0 0 0 0 0 0]"));
         QTest::newRow("too many") << QByteArray("6dmt2 70000 70000");
         QTest::newRow("too long") << QByteArray("6dmt2 0 0").leftJustified(65536, ' ');
     }

@@ -1,5 +1,6 @@
 #include "probecheck/tipcheck/tipcheck.h"
 #include "tests/probecheck/tipcheck/pivoting.h"
+#include "tests/support/datarows.h"
 #include "tests/support/statetable.h"
 
 #include <QtTest>
@@ -231,8 +232,7 @@ private Q_SLOTS:
         using Missing = TiltRose::Missing;
         QTest::newRow("planar") << Pivoting::Motion::AcrossX << int(Missing::FrontBack);
         QTest::newRow("the other plane") << Pivoting::Motion::AcrossY << int(Missing::LeftRight);
-        QTest::newRow("diagonal") << Pivoting::Motion::AcrossDiagonal
-                                  << int(Missing::FrontLeftBackRight);
+        row("diagonal", Pivoting::Motion::AcrossDiagonal, int(Missing::FrontLeftBackRight));
         QTest::newRow("twist") << Pivoting::Motion::Twist << int(Missing::AllSides);
         QTest::newRow("still") << Pivoting::Motion::Still << int(Missing::AllSides);
     }

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/support/statetable.h"
 #include "tests/workbench/controller/connectionrig.h"
 
@@ -112,8 +113,7 @@ private Q_SLOTS:
         forEachCell(
             header, table,
             [](const QString& name, const QString& before, Event event, const QString& after) {
-                QTest::newRow(qPrintable(before + ", " + name))
-                    << places[before] << event << places[after];
+                row(qPrintable(before + ", " + name), places[before], event, places[after]);
             });
     }
     void everyEventInEveryPlace() {

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "workbench/outlets/sending/channelmaker.h"
 
 #include <QFile>
@@ -36,8 +37,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("url");
         QTest::addColumn<QString>("package");
         QTest::newRow("MQTT") << QByteArray("mqtt://a/p") << QStringLiteral("libmosquitto1");
-        QTest::newRow("MQTT over TLS")
-            << QByteArray("mqtts://a/p") << QStringLiteral("libmosquitto1");
+        row("MQTT over TLS", QByteArray("mqtts://a/p"), QStringLiteral("libmosquitto1"));
         QTest::newRow("OpenIGTLink") << QByteArray("igtl://") << QStringLiteral("libopenigtlink");
     }
     void whatIsMissingIsNamed() {

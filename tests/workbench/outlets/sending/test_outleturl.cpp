@@ -86,10 +86,8 @@ private Q_SLOTS:
         row("another scheme", "tcp://a", "begins with");
         row("blank inside", "udp://a b", "no URL");
         row("control character", "udp://a\tb", "no URL");
-        QTest::newRow("endless") << QStringLiteral("udp://") + QString(3000, QLatin1Char('a'))
-                                 << "no URL";
-        QTest::newRow("endless host")
-            << QStringLiteral("udp://") + QString(254, QLatin1Char('a')) << "host";
+        row("endless", QStringLiteral("udp://") + QString(3000, QLatin1Char('a')), "no URL");
+        row("endless host", QStringLiteral("udp://") + QString(254, QLatin1Char('a')), "host");
         row("no host", "udp://", "host");
         row("port without host", "udp://:9870", "host");
         row("host like an option", "udp://-a", "host");

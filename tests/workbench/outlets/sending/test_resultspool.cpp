@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/support/fulldisk.h"
 #include "workbench/outlets/sending/resultspool.h"
 
@@ -176,8 +177,7 @@ private Q_SLOTS:
         QTest::newRow("negative") << QByteArray("-2\n") << QByteArray("a;b;c;");
         QTest::newRow("no number") << QByteArray("two\n") << QByteArray("a;b;c;");
         QTest::newRow("cut") << QByteArray("2") << QByteArray("a;b;c;");
-        QTest::newRow("overflow") << QByteArray("99999999999999999999999\n")
-                                  << QByteArray("a;b;c;");
+        row("overflow", QByteArray("99999999999999999999999\n"), QByteArray("a;b;c;"));
         QTest::newRow("zeros") << QByteArray(32, '\0') << QByteArray("a;b;c;");
     }
     void howFarItIsTakenIsBelievedOnlyIfItCanBe() {

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/support/fulldisk.h"
 #include "tests/support/modalwatchdog.h"
 #include "tests/support/paintwatch.h"
@@ -257,10 +258,9 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("button");
         QTest::addColumn<QString>("suffix");
         QTest::addColumn<QByteArray>("begin");
-        QTest::newRow("picture") << QByteArray("toolButton_picture") << "png"
-                                 << QByteArray("\x89PNG");
-        QTest::newRow("table") << QByteArray("toolButton_table") << "csv"
-                               << QByteArray("seconds_s,tool,tracked,x_mm,y_mm,z_mm\n");
+        row("picture", QByteArray("toolButton_picture"), "png", QByteArray("\x89PNG"));
+        row("table", QByteArray("toolButton_table"), "csv",
+            QByteArray("seconds_s,tool,tracked,x_mm,y_mm,z_mm\n"));
     }
     void theButtonsAskForAFileAndWriteWhatWasSeen() {
         QFETCH(QByteArray, button);

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/support/fulldisk.h"
 #include "tests/workbench/backendfixture.h"
 #include "tests/workbench/outlets/hangingdisk.h"
@@ -143,10 +144,9 @@ private Q_SLOTS:
     void aRecordingThatEndsByItselfIsToldWithItsReasonAndIsWhole_data() {
         QTest::addColumn<QString>("cause");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("controller gone")
-            << QStringLiteral("gone") << QStringLiteral("the controller is gone");
-        QTest::newRow("connection closed")
-            << QStringLiteral("closed") << QStringLiteral("the connection was closed");
+        row("controller gone", QStringLiteral("gone"), QStringLiteral("the controller is gone"));
+        row("connection closed", QStringLiteral("closed"),
+            QStringLiteral("the connection was closed"));
         QTest::newRow("disk full") << QStringLiteral("full") << qt_error_string(EFBIG);
     }
     void aRecordingThatEndsByItselfIsToldWithItsReasonAndIsWhole() {

@@ -1,4 +1,5 @@
 #include "tests/support/children.h"
+#include "tests/support/datarows.h"
 #include "tests/workbench/backendfixture.h"
 #include "workbench/window/sending/outletcontrol.h"
 #include "workbench/window/sending/senddialog.h"
@@ -228,10 +229,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("text");
         QTest::newRow("works") << int(State::Connected) << QStringLiteral("It works: so it is");
-        QTest::newRow("refused") << int(State::Refused)
-                                 << QStringLiteral("It does not work: so it is");
-        QTest::newRow("nobody") << int(State::Waiting)
-                                << QStringLiteral("Nobody has answered: so it is");
+        row("refused", int(State::Refused), QStringLiteral("It does not work: so it is"));
+        row("nobody", int(State::Waiting), QStringLiteral("Nobody has answered: so it is"));
     }
     void aTrialTellsWhatItFound() {
         QFETCH(int, state);

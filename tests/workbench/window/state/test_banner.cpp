@@ -1,4 +1,5 @@
 #include "tests/support/contrast.h"
+#include "tests/support/datarows.h"
 #include "workbench/window/state/banner.h"
 
 #include <QAccessible>
@@ -157,8 +158,8 @@ private Q_SLOTS:
         for (const bool onDark : {false, true}) {
             for (const Severity level :
                  {Severity::Information, Severity::Warning, Severity::Error}) {
-                QTest::newRow(qPrintable((onDark ? "dark, " : "light, ") + Banner::word(level)))
-                    << onDark << level;
+                row(qPrintable((onDark ? "dark, " : "light, ") + Banner::word(level)), onDark,
+                    level);
             }
         }
     }

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/dialogs/connectdialog.h"
 #include "workbench/window/mainwindow.h"
@@ -191,12 +192,9 @@ private Q_SLOTS:
     void anInterruptionInTheMiddleOfADialogIsTold_data() {
         QTest::addColumn<QString>("output");
         QTest::addColumn<QString>("told");
-        QTest::newRow("started anew") << "no"
-                                      << "The controller was started anew while a dialog";
-        QTest::newRow("went on") << "yes"
-                                 << "The connection was interrupted while a dialog";
-        QTest::newRow("nobody knows") << ""
-                                      << "The connection was interrupted while a dialog";
+        row("started anew", "no", "The controller was started anew while a dialog");
+        row("went on", "yes", "The connection was interrupted while a dialog");
+        row("nobody knows", "", "The connection was interrupted while a dialog");
     }
     void anInterruptionInTheMiddleOfADialogIsTold() {
         QFETCH(QString, output);
