@@ -161,11 +161,12 @@ private:
     RadioDevices radioDevices;
     ToolAssignments assignments;
     ToolParameters parameters;
-    double m_dMeasurementDuration = 1.0;     ///< s
-    double m_dMeasurementTipTolerance = 1.5; ///< mm
+    double m_dMeasurementDuration = ToolParameters::Duration.fallback;         ///< s
+    double m_dMeasurementTipTolerance = ToolParameters::TipTolerance.fallback; ///< mm
     bool m_bStartSimulation = false;
-    double m_dMeasurementAngularSpeed = 30.0; ///< the start angle, degrees
-    double m_dMeasurementStartLeadTime = 0.2; ///< s
+    double m_dMeasurementAngularSpeed =
+        ToolParameters::StartAngle.fallback; ///< the start angle, degrees
+    double m_dMeasurementStartLeadTime = ToolParameters::StartLeadTime.fallback; ///< s
     int m_iLastSelection_tableWidget_meaBodies = 0;
     int m_iLastSelection_tableWidget_refBodies = 0; ///< also of the table of radio devices
     bool m_is_config_locked = false;
