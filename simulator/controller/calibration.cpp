@@ -102,9 +102,7 @@ void Calibration::addParameters(ParameterTable& table) {
     addOfStep("cal step_duration", {1, 4, 0},
               [this](const Type&, int) { return text::shortest(m_settings.stepSeconds); });
 
-    const auto noResult = [] {
-        return Answer::refuse(ErrorNumber::WrongState, "there is no calibration result");
-    };
+    const auto noResult = [] { return Answer::wrongState("there is no calibration result"); };
     table.add("measurementtool calibration_body_id",
               {0,
                {1, 3, 0},
@@ -129,11 +127,11 @@ Answer Calibration::start(const std::string& type, double now) {
         return Answer::refuse(ErrorNumber::BadBody, "no such calibration type");
     }
     if (isRunning()) {
-        return Answer::refuse(ErrorNumber::WrongState, "a calibration is running");
+        return Answer::wrongState("a calibration is running");
     }
     const std::optional<int> tool = toolToCalibrate();
     if (found->name == tipType && !tool) {
-        return Answer::refuse(ErrorNumber::WrongState, "no Measurement Tool is calibrated");
+        return Answer::wrongState("no Measurement Tool is calibrated");
     }
     m_type = found;
     m_tool = tool.value_or(0);
@@ -152,7 +150,7 @@ Answer Calibration::start(const std::string& type, double now) {
 
 Answer Calibration::startStep(const std::string& type, const std::string& step, double now) {
     if (!m_type || m_type->name != type || m_stage != Stage::Pause || step != "s02") {
-        return Answer::refuse(ErrorNumber::WrongState, "the calibration does not wait for this");
+        return Answer::wrongState("the calibration does not wait for this");
     }
     enterStep(2, now);
     return Answer::ok();
@@ -163,7 +161,7 @@ Answer Calibration::stop(const std::string& type, double now) {
         return Answer::refuse(ErrorNumber::BadBody, "no such calibration type");
     }
     if (isRunning() && m_type->name != type) {
-        return Answer::refuse(ErrorNumber::WrongState, "another calibration is running");
+        return Answer::wrongState("another calibration is running");
     }
     enter(Stage::Idle, now);
     if (m_result && !m_result->accepted) {
@@ -174,7 +172,7 @@ Answer Calibration::stop(const std::string& type, double now) {
 
 Answer Calibration::acceptResult() {
     if (!m_result || m_result->accepted || isRunning()) {
-        return Answer::refuse(ErrorNumber::WrongState, "there is no new calibration");
+        return Answer::wrongState("there is no new calibration");
     }
     Tool& tool = m_configuration.tool(m_result->tool);
     tool.tip = m_result->solution.tip;
@@ -363,7 +361,7 @@ void Calibration::conclude(double now) {
 
 Answer Calibration::describeResult() const {
     if (!m_result) {
-        return Answer::refuse(ErrorNumber::WrongState, "there is no calibration result");
+        return Answer::wrongState("there is no calibration result");
     }
     const TipSolution& solution = m_result->solution;
     std::string text = text::numbered('b', m_result->tool + 1);

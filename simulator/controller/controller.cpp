@@ -32,10 +32,6 @@ std::string sayable(const std::string& recorded) {
     return Version::parse(recorded, version) ? version.toString() : recorded;
 }
 
-Answer wrongState(const char* reason) {
-    return Answer::refuse(ErrorNumber::WrongState, reason);
-}
-
 } // namespace
 
 Controller::Controller(const ControllerSetup& setup)
@@ -165,7 +161,7 @@ Answer Controller::answer(const Command& command) {
         }
         return m_parameters.get(words);
     case CommandKind::Set:
-        return isRecorded(words) ? wrongState("a recording is being replayed")
+        return isRecorded(words) ? Answer::wrongState("a recording is being replayed")
                                  : m_parameters.set(words);
     case CommandKind::Action:
         break;
@@ -191,7 +187,7 @@ std::optional<Answer> Controller::refuseChange() const {
         return Answer::refuse(ErrorNumber::Locked, "the configuration is locked");
     }
     if (m_calibration.isRunning()) {
-        return wrongState("a calibration is running");
+        return Answer::wrongState("a calibration is running");
     }
     return std::nullopt;
 }

@@ -49,10 +49,10 @@ Answer Controller::actOnTracking(const text::Words& words) {
         return unknownAction();
     }
     if (m_calibration.isRunning()) {
-        return Answer::refuse(ErrorNumber::WrongState, "a calibration is running");
+        return Answer::wrongState("a calibration is running");
     }
     if (verb == "start" && !m_state.trackingAvailable) {
-        return Answer::refuse(ErrorNumber::WrongState, "tracking is not available");
+        return Answer::wrongState("tracking is not available");
     }
     m_calibration.leaveFinalStage();
     if (verb == "start" && !m_state.tracking) {
@@ -81,13 +81,13 @@ Answer Controller::startCalibration(const std::string& type) {
         return *refusal;
     }
     if (m_state.tracking) {
-        return Answer::refuse(ErrorNumber::WrongState, "tracking is running");
+        return Answer::wrongState("tracking is running");
     }
     if (!m_state.sync) {
-        return Answer::refuse(ErrorNumber::WrongState, "waiting for the sync signal");
+        return Answer::wrongState("waiting for the sync signal");
     }
     if (m_replay || (type == "measurementtool" && !isCalibrationAvailable())) {
-        return Answer::refuse(ErrorNumber::WrongState, "calibration is not available");
+        return Answer::wrongState("calibration is not available");
     }
     m_lastFinalStatus = m_calibration.hasFailed() ? "err" : "none";
     m_statusQueries = 0;

@@ -80,7 +80,7 @@ bool RadioNetwork::isInRange(const RadioDevice& device) const {
 
 Answer RadioNetwork::add(const RadioDevice& device, const std::string& description) {
     if (isInRange(device)) {
-        return Answer::refuse(ErrorNumber::WrongState, "the device is in range already");
+        return Answer::wrongState("the device is in range already");
     }
     if (m_inRange.size() >= maxDevices) {
         return Answer::refuse(ErrorNumber::TooMany, "too many radio devices");

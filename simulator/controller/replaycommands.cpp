@@ -6,12 +6,8 @@ namespace kestrel_simulator {
 
 namespace {
 
-Answer wrongState(const char* reason) {
-    return Answer::refuse(ErrorNumber::WrongState, reason);
-}
-
 Answer noReplay() {
-    return wrongState("no recording is being replayed");
+    return Answer::wrongState("no recording is being replayed");
 }
 
 const char* nameOf(Replay::State state) {
@@ -69,7 +65,8 @@ Answer actOnReplay(Replay* replay, const text::Words& words, double now, bool is
                               "expected play, pause, step, speed F or seek SECONDS");
     }
     if (!isSending) {
-        return wrongState("no frames are sent now"); // and a start would begin with the first one
+        return Answer::wrongState(
+            "no frames are sent now"); // and a start would begin with the first one
     }
     if (isSeek) {
         return seek(*replay, words[1], now);

@@ -24,6 +24,9 @@ struct Answer {
     static Answer refuse(ErrorNumber error, std::string reason) {
         return {std::move(reason), error};
     }
+    static Answer wrongState(std::string reason) {
+        return refuse(ErrorNumber::WrongState, std::move(reason));
+    }
 
     /// Refusals that many parameters have.
     static Answer outOfRange(double minimum, double maximum);

@@ -14,7 +14,7 @@ using Ending = kestrel_recording::Outcome::Ending;
 
 namespace {
 
-constexpr int followIntervalMs = 100;
+constexpr int progressIntervalMs = 100;
 constexpr int steps = 1000; // of the progress bar
 
 } // namespace
@@ -23,7 +23,7 @@ CsvExport::CsvExport(LogModel& log, QWidget* window)
     : QObject(window)
     , m_log(log)
     , m_window(window) {
-    m_followTimer.setInterval(followIntervalMs);
+    m_followTimer.setInterval(progressIntervalMs);
     connect(&m_followTimer, &QTimer::timeout, this, &CsvExport::follow);
 }
 
