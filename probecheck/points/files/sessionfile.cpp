@@ -27,11 +27,6 @@ QString reasonOf(int error) {
     return QString::fromStdString(std::generic_category().message(error));
 }
 
-/// What cannot be cut off does no harm: it is written over, or is no line.
-void cutOff(int file, qint64 size) {
-    [[maybe_unused]] const int result = ::ftruncate(file, size);
-}
-
 QByteArray lineOf(const QJsonObject& object) {
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -111,28 +106,20 @@ QString SessionFile::write() {
             return reason;
         }
     }
-    qint64 written = 0;
-    while (written < m_pending.size()) {
-        const ssize_t part =
-            ::pwrite(m_file.get(), m_pending.constData() + written,
-                     static_cast<std::size_t>(m_pending.size() - written), m_size + written);
-        if (part < 0 && errno != EINTR) {
-            return fail();
-        }
-        written += part > 0 ? part : 0;
+    if (!writeAt(m_file.get(), m_pending, m_size)) {
+        return fail();
     }
     if (m_sync(m_file.get()) != 0) {
         return fail();
     }
     if (!m_folderIsSynced) {
-        const Descriptor folder(
-            ::open(QFile::encodeName(m_folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        const Descriptor folder = openFolder(m_folder);
         if (!folder.isOpen() || m_sync(folder.get()) != 0) {
             return fail();
         }
         m_folderIsSynced = true;
     }
-    m_size += written;
+    m_size += m_pending.size();
     m_pending.clear();
     return {};
 }
@@ -143,33 +130,27 @@ void SessionFile::remove() {
     }
 }
 
-std::vector<LeftSession> leftSessions(const QString& folder) {
-    std::vector<LeftSession> found;
-    const QDir place(folder);
-    const QStringList names =
-        place.entryList({QStringLiteral("points-*.jsonl")}, QDir::Files, QDir::Name);
-    for (const QString& name : names) {
-        const QString path = place.filePath(name);
-        Descriptor lock(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC));
-        if (!lock.isOpen() || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-            continue;
+Descriptor openFolder(const QString& folder) {
+    return Descriptor(
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+bool writeAt(int file, const QByteArray& bytes, qint64 place) {
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const ssize_t part =
+            ::pwrite(file, bytes.constData() + written,
+                     static_cast<std::size_t>(bytes.size() - written), place + written);
+        if (part < 0 && errno != EINTR) {
+            return false;
         }
-        QFile file;
-        if (!file.open(lock.get(), QIODevice::ReadOnly)) {
-            continue;
-        }
-        QByteArray text = file.readAll();
-        const int whole = text.lastIndexOf('\n') + 1;
-        if (whole < text.size()) {
-            text.truncate(whole);
-            cutOff(lock.get(), whole);
-        }
-        std::vector<PointRecord> points = pointsOfLines(text);
-        if (!points.empty()) {
-            found.push_back({path, std::move(lock), std::move(points)});
-        }
+        written += part > 0 ? part : 0;
     }
-    return found;
+    return true;
+}
+
+void cutOff(int file, qint64 size) {
+    [[maybe_unused]] const int result = ::ftruncate(file, size);
 }
 
 QByteArray pointLine(const PointRecord& point) {
@@ -190,21 +171,27 @@ QByteArray restoringLine(const std::vector<int>& numbers) {
     return numbersLine(QStringLiteral("restored"), numbers);
 }
 
-std::vector<PointRecord> pointsOfLines(const QByteArray& lines) {
+QByteArray mergedLine(const QStringList& files) {
+    return lineOf({{QStringLiteral("type"), QStringLiteral("merged")},
+                   {QStringLiteral("files"), QJsonArray::fromStringList(files)}});
+}
+
+SessionContent contentOfLines(const QByteArray& lines) {
+    SessionContent content;
     std::map<int, PointRecord> points;
     std::set<int> deleted;
     const QList<QByteArray> all = lines.split('\n');
     for (const QByteArray& line : all) {
         const QJsonObject object = QJsonDocument::fromJson(line).object();
         const QString type = object.value(QLatin1String("type")).toString();
-        if (type == QLatin1String("point")) {
-            if (const std::optional<PointRecord> point = fromJson(object)) {
-                points.insert_or_assign(point->number, *point);
-            }
+        const std::optional<PointRecord> point =
+            type == QLatin1String("point") ? fromJson(object) : std::nullopt;
+        if (point) {
+            points.insert_or_assign(point->number, *point);
         } else if (type == QLatin1String("name")) {
-            const auto point = points.find(object.value(QLatin1String("number")).toInt());
-            if (point != points.end()) {
-                point->second.name = object.value(QLatin1String("name")).toString();
+            const auto named = points.find(object.value(QLatin1String("number")).toInt());
+            if (named != points.end()) {
+                named->second.name = object.value(QLatin1String("name")).toString();
             }
         } else if (type == QLatin1String("deleted")) {
             deleted.merge(numbersOf(object));
@@ -212,15 +199,21 @@ std::vector<PointRecord> pointsOfLines(const QByteArray& lines) {
             for (const int number : numbersOf(object)) {
                 deleted.erase(number);
             }
+        } else if (type == QLatin1String("merged")) {
+            const QJsonArray files = object.value(QLatin1String("files")).toArray();
+            for (const QJsonValue& file : files) {
+                content.merged += file.toString();
+            }
+        } else if (!line.isEmpty()) {
+            content.strange += line + '\n';
         }
     }
-    std::vector<PointRecord> rest;
     for (const auto& [number, point] : points) {
         if (deleted.count(number) == 0) {
-            rest.push_back(point);
+            content.points.push_back(point);
         }
     }
-    return rest;
+    return content;
 }
 
 } // namespace points

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -61,16 +62,14 @@ private:
     QByteArray m_pending;
 };
 
-/// What an instance has left that is gone. Locked for others as long as this lives.
-struct LeftSession {
-    QString path;
-    Descriptor lock;
-    std::vector<PointRecord> points;
-};
+/// Not open when there is no such folder.
+Descriptor openFolder(const QString& folder);
 
-/// The sessions of a folder that nobody holds and that have points. A last line without an end,
-/// which was not written whole, is cut off; lines that make no sense are passed over.
-std::vector<LeftSession> leftSessions(const QString& folder);
+/// Whether all of it was written; `errno` says why not.
+bool writeAt(int file, const QByteArray& bytes, qint64 place);
+
+/// What cannot be cut off does no harm: it is written over, or is no line.
+void cutOff(int file, qint64 size);
 
 /// One line of a session file for each change of the list.
 QByteArray pointLine(const PointRecord& point);
@@ -78,7 +77,15 @@ QByteArray renamingLine(int number, const QString& name);
 QByteArray deletionLine(const std::vector<int>& numbers);
 QByteArray restoringLine(const std::vector<int>& numbers);
 
-/// The list that such lines tell, numbers ascending.
-std::vector<PointRecord> pointsOfLines(const QByteArray& lines);
+/// The file has what these files of its folder had; where they are still there, they do not count.
+QByteArray mergedLine(const QStringList& files);
+
+/// What such lines tell.
+struct SessionContent {
+    std::vector<PointRecord> points; ///< numbers ascending
+    QStringList merged;              ///< files
+    QByteArray strange;              ///< lines that make no sense, whole ones
+};
+SessionContent contentOfLines(const QByteArray& lines);
 
 } // namespace points

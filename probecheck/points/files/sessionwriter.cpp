@@ -22,7 +22,8 @@ QString soundsOffIn(const QString& folder) {
 
 SessionWriter::SessionWriter(PointSession& session, QString folder, SessionFile::Sync sync)
     : m_session(&session)
-    , m_file(std::move(folder), std::move(sync)) {}
+    , m_file(folder, sync)
+    , m_left(std::move(folder), std::move(sync)) {}
 
 void SessionWriter::add(const QByteArray& line) {
     {
@@ -131,17 +132,7 @@ void SessionWriter::findLeft() {
     if (QFile::exists(soundsOffIn(m_file.folder()))) {
         tell([](PointSession& session) { Q_EMIT session.soundsFoundOff(); });
     }
-    m_left.clear(); // unlocks
-    m_left = leftSessions(m_file.folder());
-    std::vector<PointRecord> points;
-    int before = 0;
-    for (const LeftSession& session : m_left) {
-        for (PointRecord point : session.points) {
-            point.number += before;
-            points.push_back(std::move(point));
-        }
-        before = points.back().number;
-    }
+    const std::vector<PointRecord> points = m_left.find();
     if (!points.empty()) {
         tell([points](PointSession& session) { Q_EMIT session.leftFound(points); });
     }
@@ -161,10 +152,7 @@ void SessionWriter::flush() {
     }
     m_lastReason.clear();
     if (m_dropWhenWritten) {
-        for (const LeftSession& session : m_left) {
-            QFile::remove(session.path);
-        }
-        m_left.clear();
+        m_left.remove();
         m_dropWhenWritten = false;
     }
     if (wasPending) {

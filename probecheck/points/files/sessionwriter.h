@@ -1,5 +1,6 @@
 #pragma once
 
+#include "probecheck/points/files/leftsessions.h"
 #include "probecheck/points/files/sessionfile.h"
 
 #include <chrono>
@@ -71,7 +72,7 @@ private:
     quint64 m_stepsTried = 0; ///< when it last failed
     QString m_lastReason;
     bool m_dropWhenWritten = false;
-    std::vector<LeftSession> m_left;
+    LeftSessions m_left;
 };
 
 } // namespace points

@@ -93,7 +93,8 @@ void TestPointsPanel::thePointIsOnTheDiskBeforeItIsHeard() {
     QVERIFY(f->capture());
     QCOMPARE(f->sounds(), (std::vector<Sound>{Sound::Begun, Sound::Captured}));
     QVERIFY(f->heard[0].session.isEmpty());
-    const std::vector<points::PointRecord> kept = points::pointsOfLines(f->heard[1].session);
+    const std::vector<points::PointRecord> kept =
+        points::contentOfLines(f->heard[1].session).points;
     QCOMPARE(kept.size(), std::size_t(1));
     QCOMPARE(kept[0].position[2], 300.0);
 }
@@ -581,9 +582,9 @@ void TestPointsPanel::pointsAreDeletedRenamedAndBroughtBackByKeys() {
     QCOMPARE(f->cell(1, PointListModel::Name), QString("P2"));
     QVERIFY(!f->child<QPushButton>("pushButton_undo")->isEnabled());
     QTest::mouseClick(f->child<QPushButton>("pushButton_redo"), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(points::pointsOfLines(f->sessionText()).back().name ==
+    QTRY_VERIFY_WITH_TIMEOUT(points::contentOfLines(f->sessionText()).points.back().name ==
                                      QString("edge") &&
-                                 points::pointsOfLines(f->sessionText()).size() == 2,
+                                 points::contentOfLines(f->sessionText()).points.size() == 2,
                              PointsFixture::patienceMs); // all of it is in the file
 }
 
@@ -640,7 +641,7 @@ void TestPointsPanel::pointsWithoutExportAreOfferedAndKept() {
     QCOMPARE(f->cell(2, PointListModel::Name), QString("edge"));
     QTRY_COMPARE_WITH_TIMEOUT(QDir(f->folder.path()).entryList({"*.jsonl"}).size(), 1,
                               PointsFixture::patienceMs);
-    QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(3));
+    QCOMPARE(points::contentOfLines(f->sessionText()).points.size(), std::size_t(3));
 }
 
 void TestPointsPanel::pointsWithoutExportAreOfferedAndDiscarded() {
@@ -738,7 +739,8 @@ void TestPointsPanel::itsEndInEachState() {
     QVERIFY(f->controller.host.measurementRequesters().empty());
     QVERIFY(f->controller.host.requesters("6dmt2").empty());
     QCOMPARE(f->resultLines().size(), isCaptured ? 1 : 0);
-    QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(isCaptured ? 1 : 0));
+    QCOMPARE(points::contentOfLines(f->sessionText()).points.size(),
+             std::size_t(isCaptured ? 1 : 0));
 }
 
 QTEST_MAIN(TestPointsPanel)

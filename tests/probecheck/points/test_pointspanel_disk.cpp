@@ -239,7 +239,7 @@ void TestPointsPanelDisk::aFullDiskIsTold() {
     QCOMPARE(rows, 1);
     QCOMPARE(f->resultLines().size(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(!disk->isVisible(), exportPatienceMs); // written by itself
-    QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(1));
+    QCOMPARE(points::contentOfLines(f->sessionText()).points.size(), std::size_t(1));
     QCOMPARE(f->resultLines().size(), 1);
     QCOMPARE(f->heard.size(), std::size_t(2)); // not told once more
 }
@@ -276,8 +276,8 @@ void TestPointsPanelDisk::aHangingDiskHoldsTheEndUpForALittleOnly() {
     disk.answer();
     f->sync = points::SessionFile::systemSync();
     f->data = std::make_unique<ProbeData>(&f->controller.host, &f->controller.versions);
-    QTRY_COMPARE_WITH_TIMEOUT(points::pointsOfLines(f->sessionText()).size(), std::size_t(1),
-                              exportPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(points::contentOfLines(f->sessionText()).points.size(),
+                              std::size_t(1), exportPatienceMs);
     QTRY_VERIFY_WITH_TIMEOUT(
         [this] {
             f->makePanel(); // the next start offers it, as soon as the disk has let go of it
@@ -335,7 +335,7 @@ void TestPointsPanelDisk::aPointOnItsWayAtTheEndIsAResult() {
     f->panel.reset();
     QCOMPARE(f->resultLines().size(), 1);
     QCOMPARE(errors(), QStringList());
-    QCOMPARE(points::pointsOfLines(f->sessionText()).size(), std::size_t(1));
+    QCOMPARE(points::contentOfLines(f->sessionText()).points.size(), std::size_t(1));
 }
 
 void TestPointsPanelDisk::anEndWithNothingOnItsWaySaysNothing() {

@@ -71,6 +71,64 @@ std::vector<PointRecord> offeredIn(const QString& folder) {
                                         : found.at(0).at(0).value<std::vector<PointRecord>>();
 }
 
+/// Sessions of a point each, which is where its session's number says.
+void putSessions(const QString& folder, int count) {
+    for (int session = 1; session <= count; ++session) {
+        putFile(folder, QStringLiteral("points-%1.jsonl").arg(session, 4, 10, QLatin1Char('0')),
+                points::pointLine(samplePoint(1, 10.0 * session)));
+    }
+}
+
+int openFiles() {
+    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::AllEntries).size();
+}
+
+/// A folder in which nothing can be made, not by root either.
+class ReadOnlyFolder {
+public:
+    explicit ReadOnlyFolder(const QString& path)
+        : m_path(QFile::encodeName(path)) {
+        const QStringList names = filesIn(path);
+        for (const QString& name : names) {
+            ::chmod(m_path + '/' + QFile::encodeName(name), 0666);
+        }
+        ::chmod(m_path, 0555);
+        if (m_user == 0) {
+            m_isSomebodyElse = ::seteuid(nobody) == 0;
+        }
+    }
+    ~ReadOnlyFolder() {
+        if (m_isSomebodyElse) {
+            m_isSomebodyElse = ::seteuid(m_user) != 0;
+        }
+        ::chmod(m_path, 0700);
+    }
+    ReadOnlyFolder(const ReadOnlyFolder&) = delete;
+    ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
+
+private:
+    static constexpr uid_t nobody = 65534;
+
+    const QByteArray m_path;
+    const uid_t m_user = ::geteuid();
+    bool m_isSomebodyElse = false;
+};
+
+constexpr int crashed = 77;
+
+/// Ends at the sync of this number.
+int playCrash(const char* folder, int number) {
+    int syncs = 0;
+    PointSession session(QString::fromLocal8Bit(folder), [&](int) {
+        if (++syncs == number) {
+            ::_exit(crashed);
+        }
+        return 0;
+    });
+    session.lookForLeft();
+    return session.waitForDisk().reason.isEmpty() ? 0 : 1;
+}
+
 /// Writes two points, says so, and waits to be killed.
 int playVictim(const char* folder) {
     PointSession session(QString::fromLocal8Bit(folder));
@@ -96,6 +154,18 @@ private Q_SLOTS:
     void linesWithoutSenseArePassedOver();
     void twoInstancesDoNotMeet();
     void severalSessionsAreOfferedOneAfterTheOther();
+    void manySessionsTakeOneDescriptor();
+    void aSessionMoreJoinsTheOne();
+    void aCrashWhileTheyBecomeOneLosesAndDoublesNothing_data();
+    void aCrashWhileTheyBecomeOneLosesAndDoublesNothing();
+    void whatHasBecomeOneDoesNotCountAgain();
+    void aFullDiskLeavesSessionsAsTheyAre();
+    void aReadOnlyFolderLeavesSessionsAsTheyAre();
+    void sessionsStayUntilTheOneIsSafe();
+    void manySessionsOnAFullDiskComeInParts();
+    void aSessionThatSomebodyHoldsStaysHis();
+    void nobodyLooksWhileAnotherLooks();
+    void linesWithoutSenseAreKept();
     void whatWasAddedHereGoesThere();
     void whatIsNotOnTheDiskHereStaysThere();
     void aFullDiskIsToldAndWrittenLater();
@@ -185,6 +255,186 @@ void TestPointSession::severalSessionsAreOfferedOneAfterTheOther() {
     putFile(m_folder->path(), "points-b.jsonl",
             points::pointLine(samplePoint(1)) + points::pointLine(samplePoint(4)));
     QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{2, 3, 6}));
+}
+
+void TestPointSession::manySessionsTakeOneDescriptor() {
+    constexpr int sessions = 3 * int(points::LeftSessions::mostAtOnce) + 5;
+    QVERIFY(offeredIn(m_folder->path()).empty()); // what Qt opens for itself is open
+    putSessions(m_folder->path(), sessions);
+    PointSession session(m_folder->path());
+    QCOMPARE(session.waitForDisk().steps, quint64(0)); // the thread runs
+    const int before = openFiles();
+    QSignalSpy found(&session, &PointSession::leftFound);
+    session.lookForLeft();
+    QVERIFY(found.wait(patienceMs));
+    const auto offered = found.at(0).at(0).value<std::vector<PointRecord>>();
+    QCOMPARE(numbersOf(offered), numbersOf(samplePoints(sessions)));
+    for (const PointRecord& point : offered) { // in the order of their sessions
+        QCOMPARE(point.position[0], 10.0 * point.number);
+    }
+    QCOMPARE(openFiles(), before + 1);
+    QCOMPARE(filesIn(m_folder->path()).size(), 1);
+    session.dropLeft();
+    QTRY_COMPARE_WITH_TIMEOUT(filesIn(m_folder->path()), QStringList(), patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(openFiles(), before, patienceMs);
+}
+
+void TestPointSession::aSessionMoreJoinsTheOne() {
+    for (int start = 1; start <= 4; ++start) {
+        putFile(m_folder->path(), QString("points-%1.jsonl").arg(start),
+                points::pointLine(samplePoint(1, start)));
+        const std::vector<PointRecord> offered = offeredIn(m_folder->path());
+        QCOMPARE(numbersOf(offered), numbersOf(samplePoints(start)));
+        QCOMPARE(offered.back().position[0], double(start));
+        QCOMPARE(filesIn(m_folder->path()), QStringList("points-1.jsonl"));
+    }
+}
+
+// At each of the syncs, and so between all the steps: of the new file, of its name, of the end.
+void TestPointSession::aCrashWhileTheyBecomeOneLosesAndDoublesNothing_data() {
+    QTest::addColumn<int>("sync");
+    for (int sync = 1; sync <= 3; ++sync) {
+        QTest::addRow("%d", sync) << sync;
+    }
+}
+
+void TestPointSession::aCrashWhileTheyBecomeOneLosesAndDoublesNothing() {
+    QFETCH(int, sync);
+    putSessions(m_folder->path(), 5);
+    QProcess victim;
+    victim.start(QCoreApplication::applicationFilePath(),
+                 {"--crash", m_folder->path(), QString::number(sync)});
+    QVERIFY(victim.waitForFinished(patienceMs));
+    QCOMPARE(victim.exitCode(), crashed);
+    QCOMPARE(filesIn(m_folder->path()).size(), sync == 1 ? 6 : sync == 2 ? 5 : 1);
+    for (int time = 1; time <= 2; ++time) {
+        QCOMPARE(numbersOf(offeredIn(m_folder->path())), numbersOf(samplePoints(5)));
+        QCOMPARE(filesIn(m_folder->path()), QStringList("points-0001.jsonl"));
+    }
+}
+
+void TestPointSession::whatHasBecomeOneDoesNotCountAgain() {
+    const QByteArray point = points::pointLine(samplePoint(1));
+    putFile(m_folder->path(), "points-a.jsonl",
+            points::mergedLine({"points-b.jsonl", "points-c.jsonl"}) + point);
+    putFile(m_folder->path(), "points-c.jsonl", point); // b is gone already
+    putFile(m_folder->path(), "points-d.jsonl", point);
+    putFile(m_folder->path(), "points-e.part", point);
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1, 2}));
+    QCOMPARE(filesIn(m_folder->path()), QStringList("points-a.jsonl"));
+}
+
+void TestPointSession::aFullDiskLeavesSessionsAsTheyAre() {
+    putSessions(m_folder->path(), 3);
+    const QByteArray before = contentOf(m_folder->path());
+    PointSession session(m_folder->path());
+    QSignalSpy failed(&session, &PointSession::failed);
+    QSignalSpy found(&session, &PointSession::leftFound);
+    {
+        const FullDisk disk(static_cast<rlim_t>(before.size() / 2));
+        session.lookForLeft();
+        QVERIFY(found.wait(patienceMs));
+    }
+    QCOMPARE(numbersOf(found.at(0).at(0).value<std::vector<PointRecord>>()),
+             (std::vector<int>{1, 2, 3}));
+    QVERIFY(failed.isEmpty()); // nothing of it is missing
+    QCOMPARE(filesIn(m_folder->path()).size(), 3);
+    QCOMPARE(contentOf(m_folder->path()), before);
+    QVERIFY(offeredIn(m_folder->path()).empty()); // all three are held
+}
+
+void TestPointSession::aReadOnlyFolderLeavesSessionsAsTheyAre() {
+    putSessions(m_folder->path(), 3);
+    const QByteArray before = contentOf(m_folder->path());
+    const ReadOnlyFolder folder(m_folder->path());
+    QVERIFY(!QFile(m_folder->filePath("new")).open(QIODevice::WriteOnly));
+    PointSession session(m_folder->path());
+    QSignalSpy found(&session, &PointSession::leftFound);
+    session.lookForLeft();
+    QVERIFY(found.wait(patienceMs));
+    QCOMPARE(numbersOf(found.at(0).at(0).value<std::vector<PointRecord>>()),
+             (std::vector<int>{1, 2, 3}));
+    QCOMPARE(contentOf(m_folder->path()), before);
+}
+
+// Its name may be gone after a crash for as long as the folder is not on the disk.
+void TestPointSession::sessionsStayUntilTheOneIsSafe() {
+    putSessions(m_folder->path(), 3);
+    {
+        PointSession session(m_folder->path(), [](int file) {
+            struct stat what = {};
+            ::fstat(file, &what);
+            errno = EIO;
+            return S_ISDIR(what.st_mode) ? -1 : ::fsync(file);
+        });
+        QSignalSpy found(&session, &PointSession::leftFound);
+        session.lookForLeft();
+        QVERIFY(found.wait(patienceMs));
+        QCOMPARE(found.at(0).at(0).value<std::vector<PointRecord>>().size(), std::size_t(3));
+        QCOMPARE(filesIn(m_folder->path()).size(), 3);
+        QVERIFY(offeredIn(m_folder->path()).empty()); // it holds them all
+    }
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1, 2, 3}));
+    QCOMPARE(filesIn(m_folder->path()).size(), 1);
+}
+
+void TestPointSession::manySessionsOnAFullDiskComeInParts() {
+    constexpr int most = int(points::LeftSessions::mostAtOnce);
+    putSessions(m_folder->path(), most + 2);
+    const QByteArray before = contentOf(m_folder->path());
+    const FullDisk disk(1000);
+    PointSession session(m_folder->path());
+    QSignalSpy found(&session, &PointSession::leftFound);
+    session.lookForLeft();
+    QVERIFY(found.wait(patienceMs));
+    QCOMPARE(numbersOf(found.at(0).at(0).value<std::vector<PointRecord>>()),
+             numbersOf(samplePoints(most)));
+    QCOMPARE(contentOf(m_folder->path()), before);
+    session.dropLeft();
+    QTRY_COMPARE_WITH_TIMEOUT(filesIn(m_folder->path()).size(), 2, patienceMs);
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1, 2}));
+}
+
+void TestPointSession::aSessionThatSomebodyHoldsStaysHis() {
+    PointSession other(m_folder->path());
+    other.addPoints({samplePoint(7)});
+    QVERIFY(waitUntilOnDisk(other));
+    const QString his = filesIn(m_folder->path()).value(0);
+    putSessions(m_folder->path(), 2);
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1, 2}));
+    QCOMPARE(filesIn(m_folder->path()).size(), 2);
+    other.addPoints({samplePoint(8)});
+    QVERIFY(waitUntilOnDisk(other));
+    QFile file(m_folder->filePath(his));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), points::pointLine(samplePoint(7)) + points::pointLine(samplePoint(8)));
+}
+
+void TestPointSession::nobodyLooksWhileAnotherLooks() {
+    putSessions(m_folder->path(), 3);
+    HangingSync disk;
+    PointSession session(m_folder->path(), disk.sync());
+    QSignalSpy found(&session, &PointSession::leftFound);
+    session.lookForLeft();
+    const auto isUnderWay = [this] {
+        return !QDir(m_folder->path()).entryList({"points-*.part"}).isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isUnderWay(), patienceMs);
+    QVERIFY(offeredIn(m_folder->path()).empty());
+    QVERIFY(isUnderWay());
+    disk.answer();
+    QVERIFY(found.wait(patienceMs));
+    QCOMPARE(found.at(0).at(0).value<std::vector<PointRecord>>().size(), std::size_t(3));
+}
+
+void TestPointSession::linesWithoutSenseAreKept() {
+    putFile(m_folder->path(), "points-a.jsonl", "nonsense\n" + points::pointLine(samplePoint(1)));
+    putFile(m_folder->path(), "points-b.jsonl",
+            points::pointLine(samplePoint(1)) + "{\"type\":\"later\"}\n");
+    QCOMPARE(numbersOf(offeredIn(m_folder->path())), (std::vector<int>{1, 2}));
+    QCOMPARE(filesIn(m_folder->path()).size(), 1);
+    QVERIFY(contentOf(m_folder->path()).contains("nonsense\n"));
+    QVERIFY(contentOf(m_folder->path()).contains("{\"type\":\"later\"}\n"));
 }
 
 void TestPointSession::whatWasAddedHereGoesThere() {
@@ -304,7 +554,7 @@ void TestPointSession::aSlowDiskHoldsNobodyUp() {
     QVERIFY(settled.isEmpty());
     isBusy.unlock();
     QVERIFY(waitUntilOnDisk(session));
-    QCOMPARE(numbersOf(points::pointsOfLines(contentOf(m_folder->path()))),
+    QCOMPARE(numbersOf(points::contentOfLines(contentOf(m_folder->path())).points),
              (std::vector<int>{1, 2, 3}));
 }
 
@@ -410,7 +660,7 @@ void TestPointSession::itsEndInsideAReport() {
     QTRY_VERIFY_WITH_TIMEOUT(alive.isNull(), patienceMs);
     QCoreApplication::processEvents();
     QCOMPARE(heard, 1);
-    QCOMPARE(numbersOf(points::pointsOfLines(contentOf(m_folder->path()))),
+    QCOMPARE(numbersOf(points::contentOfLines(contentOf(m_folder->path())).points),
              (std::vector<int>{1, 2}));
 }
 
@@ -444,6 +694,9 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     if (argc == 3 && qstrcmp(argv[1], "--victim") == 0) {
         return playVictim(argv[2]);
+    }
+    if (argc == 4 && qstrcmp(argv[1], "--crash") == 0) {
+        return playCrash(argv[2], QByteArray(argv[3]).toInt());
     }
     TestPointSession test;
     return QTest::qExec(&test, argc, argv);
