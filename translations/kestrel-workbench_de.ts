@@ -664,6 +664,14 @@
         <source>cannot record to %1: it is not to be replaced</source>
         <translation>Aufzeichnung nach %1 nicht möglich: die Datei soll nicht ersetzt werden</translation>
     </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>Do &amp;not record</source>
+        <translation>&amp;Nicht aufzeichnen</translation>
+    </message>
 </context>
 <context>
     <name>workbench::CommandNews</name>
@@ -815,6 +823,10 @@
     <message>
         <source>%1 data lines of %2 could not be read and have no rows</source>
         <translation>%1 Datenzeilen von %2 waren unlesbar und fehlen in der Tabelle</translation>
+    </message>
+    <message>
+        <source>Progress of the export</source>
+        <translation>Fortschritt des Exports</translation>
     </message>
 </context>
 <context>
@@ -1774,10 +1786,6 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>keine</translation>
     </message>
     <message>
-        <source>%1 frames to %2</source>
-        <translation>%1 Frames in %2</translation>
-    </message>
-    <message>
         <source>, %1 not written</source>
         <translation>, %1 nicht geschrieben</translation>
     </message>
@@ -1820,6 +1828,14 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>, room for %1</source>
         <translation>, Platz für %1</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Frames</translation>
+    </message>
+    <message>
+        <source>, to %1</source>
+        <translation>, in %1</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSocketNotifier>
 
 #include <algorithm>
@@ -125,18 +126,22 @@ void CommandLineRun::askWhetherToReplace() {
     auto* const box = new QMessageBox(
         QMessageBox::Warning, tr("Record to"),
         tr("%1 exists already. Do you want to replace it?").arg(m_options.recordFile),
-        QMessageBox::Yes | QMessageBox::No, &m_window);
+        QMessageBox::NoButton, &m_window);
     box->setInformativeText(tr("If not, nothing is recorded for now."));
     box->setObjectName(QStringLiteral("ReplaceRecording"));
     box->setTextFormat(Qt::PlainText);
-    box->setDefaultButton(QMessageBox::No);
-    box->setEscapeButton(QMessageBox::No);
+    QPushButton* const replace = box->addButton(tr("&Replace"), QMessageBox::AcceptRole);
+    QPushButton* const keep = box->addButton(tr("Do &not record"), QMessageBox::RejectRole);
+    replace->setObjectName(QStringLiteral("pushButton_replace"));
+    keep->setObjectName(QStringLiteral("pushButton_keep"));
+    box->setDefaultButton(keep);
+    box->setEscapeButton(keep);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [this](int answer) {
-        if (answer == QDialog::Rejected) { // by the program's end, not by a button
+    connect(box, &QMessageBox::finished, this, [this, box, replace] {
+        if (box->clickedButton() == nullptr) { // by the program's end
             return;
         }
-        m_mayOverwrite = answer == QMessageBox::Yes;
+        m_mayOverwrite = box->clickedButton() == replace;
         m_recordingDeclined = !m_mayOverwrite;
         if (m_recordingDeclined) {
             complain(tr("cannot record to %1: it is not to be replaced").arg(m_options.recordFile));

@@ -19,6 +19,7 @@
 #include <QMenuBar>
 #include <QPalette>
 #include <QProgressBar>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
@@ -67,7 +68,7 @@ private:
                 take(m_window, "start");
                 m_window.simulate(QString::fromLatin1(simulatorOptions).split(QLatin1Char(' ')));
             });
-        describeLiveView();
+        describeLiveView(all);
         describeSending();
         describeTipCheck();
         describePoints(all);
@@ -93,7 +94,7 @@ private:
             "end", [] { return dialog() == nullptr; }, [] { QCoreApplication::quit(); });
     }
 
-    void describeLiveView() {
+    void describeLiveView(bool all) {
         const auto shows = [this](int row, const QString& colour) {
             const auto* const table = m_window.findChild<QTableWidget*>("tableWidget6dmt");
             return table != nullptr && table->rowCount() > row && table->item(row, 0) != nullptr &&
@@ -121,7 +122,24 @@ private:
             "record", [] { return true; }, [this] { m_window.startRecording(recording()); });
         step(
             "a second and a half of frames", [this] { return waitedMs() > recordedMs; },
-            [this] { m_window.stopRecording(); });
+            [this, all] {
+                if (all) {
+                    take(m_window, "recording");
+                }
+                m_window.stopRecording();
+            });
+        if (all) {
+            step(
+                "export", [] { return dialog() == nullptr; },
+                [this] {
+                    auto* const shown = workbench::CsvExport::makeDialog(
+                        m_recordings.filePath(QStringLiteral("session.csv")), &m_window);
+                    shown->setMinimumDuration(0);
+                    shown->setValue(workbench::CsvExport::steps * 2 / 5);
+                    take(*shown, "csv_export");
+                    delete shown;
+                });
+        }
     }
 
     // To a reader that takes them, and to viewers of which none is there.

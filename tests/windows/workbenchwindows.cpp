@@ -4,6 +4,7 @@
 #include "tests/support/children.h"
 #include "tests/support/modalwatchdog.h"
 #include "tests/workbench/scriptedcontroller.h"
+#include "workbench/commandlinerun.h"
 #include "workbench/window/dialogs/connectdialog.h"
 #include "workbench/window/dialogs/guidedialog.h"
 #include "workbench/window/dialogs/modulelistdialog.h"
@@ -16,8 +17,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
@@ -173,6 +178,29 @@ public:
         QTRY_COMPARE_WITH_TIMEOUT(control.state(), ReplayControl::State::Playing, patience);
     }
 
+    // To a file in a folder of its own.
+    void record() {
+        QSignalSpy changed(&window, &MainWindow::recordingChanged);
+        window.startRecording(recording());
+        QVERIFY(changed.wait(patience));
+        QCOMPARE(changed.first().constFirst().toBool(), true);
+        measure();
+        const auto* const numbers = window.findChild<QLabel*>(QStringLiteral("label_recording"));
+        QTRY_VERIFY_WITH_TIMEOUT(numbers->text().contains(QLatin1String(".kestrel")), patience);
+    }
+
+    // As "--record" with a file that exists has it ask.
+    void askWhetherToReplace() {
+        QFile file(recording());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        Options options;
+        options.pluginFolder = m_folder.filePath(QStringLiteral("none"));
+        options.recordFile = recording();
+        m_run =
+            std::make_unique<CommandLineRun>(window, options, CommandLineRun::Audience::Somebody);
+        m_run->start();
+    }
+
     void waitUntilDataAreOld() {
         QTRY_VERIFY_WITH_TIMEOUT(!window.banner().text(BannerTopic::NoData).isEmpty(), patience);
     }
@@ -191,11 +219,18 @@ private:
         return timer;
     }
 
+    QString recording() const {
+        return m_folder.filePath(QStringLiteral("2026-11-22_034012.kestrel"));
+    }
+
     QTemporaryDir m_folder;
     ScriptedController m_controller;
 
 public:
     MainWindow window; // goes before its controller
+
+private:
+    std::unique_ptr<CommandLineRun> m_run;
 };
 
 void lookAtModalOf(QAction& action, const char* objectName, const Look& look) {
@@ -303,6 +338,33 @@ std::vector<TourStop> workbenchStops() {
              rig.measure();
              rig.capturePoint();
              showAndLook(rig.window, look);
+         }},
+        {"main window, recording",
+         [](const Look& look) {
+             MainWindowRig rig;
+             rig.window.show();
+             rig.connectToMeasuringController();
+             rig.record();
+             showAndLook(rig.window, look);
+         }},
+        {"question whether to replace a recording",
+         [](const Look& look) {
+             MainWindowRig rig;
+             rig.window.show();
+             rig.askWhetherToReplace();
+             auto* const box = rig.window.findChild<QMessageBox*>();
+             QVERIFY(box != nullptr);
+             showAndLook(*box, look);
+         }},
+        {"CSV export under way",
+         [](const Look& look) {
+             MainWindowRig rig;
+             rig.window.show();
+             QProgressDialog* const dialog = CsvExport::makeDialog(
+                 QStringLiteral("/home/user/2026-11-22_034012.csv"), &rig.window);
+             dialog->setMinimumDuration(0);
+             dialog->setValue(CsvExport::steps * 2 / 5);
+             showAndLook(*dialog, look);
          }},
         {"main window, commands",
          [](const Look& look) {

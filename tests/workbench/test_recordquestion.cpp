@@ -3,9 +3,9 @@
 #include "workbench/commandlinerun.h"
 #include "workbench/window/mainwindow.h"
 
-#include <QAbstractButton>
 #include <QFile>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -54,9 +54,13 @@ class TestRecordQuestion : public QObject {
         m_run->start();
     }
 
-    void answer(QMessageBox::StandardButton button) {
+    QPushButton* button(const char* name) const {
+        return question()->findChild<QPushButton*>(QLatin1String(name));
+    }
+
+    void answer(const char* name) {
         QVERIFY(question() != nullptr && question()->isVisible());
-        question()->button(button)->click();
+        button(name)->click();
         QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().session.isReady(), patience);
     }
 
@@ -83,7 +87,7 @@ private Q_SLOTS:
         QVERIFY2(question()->text().startsWith(path() + QStringLiteral(" exists already.")),
                  qPrintable(question()->text()));
         QCOMPARE(content(), m_before);
-        answer(QMessageBox::Yes);
+        answer("pushButton_replace");
         QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
         QTRY_VERIFY_WITH_TIMEOUT(content().startsWith("kestrel-recording 2\n"), patience);
         QTRY_COMPARE_WITH_TIMEOUT(m_run->finish(0), 0, patience);
@@ -91,9 +95,8 @@ private Q_SLOTS:
 
     void noLeavesItAndConnectsWithoutARecording() {
         start();
-        QCOMPARE(question()->defaultButton(),
-                 qobject_cast<QPushButton*>(question()->button(QMessageBox::No)));
-        answer(QMessageBox::No);
+        QCOMPARE(question()->defaultButton(), button("pushButton_keep"));
+        answer("pushButton_keep");
         // Whatever is to happen once connected has happened when this is answered.
         bool isDone = false;
         m_window->backend().session.channel().askLater(

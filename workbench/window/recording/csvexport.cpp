@@ -6,6 +6,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QProgressBar>
 #include <QProgressDialog>
 
 namespace workbench {
@@ -15,7 +16,7 @@ using Ending = kestrel_recording::Outcome::Ending;
 namespace {
 
 constexpr int progressIntervalMs = 100;
-constexpr int steps = 1000; // of the progress bar
+constexpr int widthInCharacters = 50; // of the dialog: its title is to be read
 
 } // namespace
 
@@ -63,12 +64,7 @@ void CsvExport::start(const QString& recording, const QString& table) {
         return;
     }
     m_job = std::make_unique<CsvJob>(recording, table);
-    m_dialog = new QProgressDialog(tr("Writing %1").arg(QFileInfo(table).fileName()), tr("Cancel"),
-                                   0, steps, m_window);
-    m_dialog->setObjectName(QStringLiteral("progressDialog_csv"));
-    m_dialog->setWindowTitle(tr("Export as CSV"));
-    m_dialog->setAutoClose(false);
-    m_dialog->setAutoReset(false);
+    m_dialog = makeDialog(table, m_window);
     const auto cancel = [this] {
         if (m_job) {
             m_job->cancel();
@@ -77,6 +73,18 @@ void CsvExport::start(const QString& recording, const QString& table) {
     connect(m_dialog, &QProgressDialog::canceled, this, cancel);
     connect(m_dialog, &QDialog::rejected, this, cancel);
     m_followTimer.start();
+}
+
+QProgressDialog* CsvExport::makeDialog(const QString& table, QWidget* window) {
+    auto* const dialog = new QProgressDialog(tr("Writing %1").arg(QFileInfo(table).fileName()),
+                                             tr("Cancel"), 0, steps, window);
+    dialog->setObjectName(QStringLiteral("progressDialog_csv"));
+    dialog->setWindowTitle(tr("Export as CSV"));
+    dialog->setAutoClose(false);
+    dialog->setAutoReset(false);
+    dialog->findChild<QProgressBar*>()->setAccessibleName(tr("Progress of the export"));
+    dialog->setMinimumWidth(widthInCharacters * dialog->fontMetrics().averageCharWidth());
+    return dialog;
 }
 
 void CsvExport::follow() {

@@ -32,6 +32,10 @@ public:
 
     bool isRunning() const { return m_job != nullptr; }
 
+    /// The dialog that tells how far an export to `table` is, from 0 to `steps`; `window` owns it.
+    static QProgressDialog* makeDialog(const QString& table, QWidget* window);
+    static constexpr int steps = 1000;
+
 Q_SIGNALS:
     /// The export is over. `problem` is not empty when the table is not or not wholly there.
     void finished(const QString& problem);

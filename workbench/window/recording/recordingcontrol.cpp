@@ -233,7 +233,8 @@ QString RecordingControl::numbersText() const {
     if (!status.running) {
         return tr("none");
     }
-    QString text = tr("%1 frames to %2").arg(QString::number(status.frames), status.fileName);
+    // The path, which may be long, comes last: the end is what a narrow window leaves out.
+    QString text = tr("%1 frames").arg(status.frames);
     if (status.freeBytes >= 0) {
         text +=
             tr(", %1 free")
@@ -243,7 +244,10 @@ QString RecordingControl::numbersText() const {
     if (seconds >= 0) {
         text += tr(", room for %1").arg(timeText(seconds));
     }
-    return status.unwritten == 0 ? text : text + tr(", %1 not written").arg(status.unwritten);
+    if (status.unwritten > 0) {
+        text += tr(", %1 not written").arg(status.unwritten);
+    }
+    return text + tr(", to %1").arg(status.fileName);
 }
 
 } // namespace workbench

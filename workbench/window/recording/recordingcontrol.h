@@ -43,7 +43,7 @@ public:
 
     bool isRunning() const;      ///< from start() until the last frame is written
     QString stateText() const;   ///< "recording" and the like
-    QString numbersText() const; ///< how many frames to which file
+    QString numbersText() const; ///< frames, room on the disk, file
 
 Q_SIGNALS:
     /// A recording has begun or ended; `error` is not empty when it could not begin or go on, or

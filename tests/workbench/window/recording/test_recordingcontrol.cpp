@@ -79,7 +79,8 @@ private Q_SLOTS:
         QVERIFY(log().contains(QStringLiteral("frames are missing in ") + path()));
         const quint64 missing = recorder.status().unwritten;
         QVERIFY(missing > 0);
-        QVERIFY(control.numbersText().endsWith(QStringLiteral(", %1 not written").arg(missing)));
+        QVERIFY(control.numbersText().endsWith(
+            QStringLiteral(", %1 not written, to %2").arg(QString::number(missing), path())));
         QVERIFY(control.isRunning());
 
         disk.read();
