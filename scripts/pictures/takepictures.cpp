@@ -373,7 +373,11 @@ private:
                                            .arg(QLatin1String(place))));
                 });
             step(
-                "capture", [this] { return waitedMs() > animationMs; },
+                "capture",
+                [this] {
+                    return waitedMs() > animationMs &&
+                           child<QPushButton>("pushButton_capture")->isEnabled();
+                },
                 [this] { child<QPushButton>("pushButton_capture")->click(); });
         }
         step(
