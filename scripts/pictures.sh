@@ -4,17 +4,18 @@
 #
 #   scripts/pictures.sh [FOLDER] [--dpi DPI] [--language LANGUAGE] [--font PERCENT] [--dark] [--all]
 #
-# FOLDER is docs/images unless given. --all: the windows that the guide does not show, too.
+# FOLDER is docs/images unless given, docs/images/LANGUAGE with a language. --all: the windows that the guide does not show, too.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-folder=docs/images
+folder=
 if [ $# -gt 0 ] && [[ $1 != --* ]]; then
     folder=$1
     shift
 fi
 dpi=96
+language=
 options=()
 while [ $# -gt 0 ]; do
     if [ "$1" = --dpi ]; then
@@ -22,9 +23,11 @@ while [ $# -gt 0 ]; do
         shift
     else
         options+=("$1")
+        [ "$1" != --language ] || language=/$2
     fi
     shift
 done
+folder=${folder:-docs/images$language}
 mkdir -p "$folder"
 install_missing "${build_packages[@]}"
 cmake --preset release >/dev/null

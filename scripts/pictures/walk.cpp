@@ -5,18 +5,46 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QImage>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QVector>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <unordered_map>
 #include <utility>
 
 namespace {
 
 constexpr int pollMs = 50;
 constexpr int patienceMs = 60000;
+constexpr int paletteSize = 256;
+
+// With a palette, for a third of the room: its colours are the most frequent ones, and all others
+// (a few pixels at the rims of letters) become the nearest of these.
+QImage withPalette(const QImage& picture) {
+    std::unordered_map<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            ++counts[picture.pixel(x, y)];
+        }
+    }
+    std::vector<std::pair<int, QRgb>> colours;
+    for (const auto& [colour, count] : counts) {
+        colours.emplace_back(count, colour);
+    }
+    std::sort(colours.rbegin(), colours.rend());
+    colours.resize(std::min<std::size_t>(colours.size(), paletteSize));
+    QVector<QRgb> palette;
+    for (const auto& [count, colour] : colours) {
+        palette += colour;
+    }
+    return picture.convertToFormat(QImage::Format_Indexed8, palette, Qt::AvoidDither);
+}
 
 } // namespace
 
@@ -81,7 +109,8 @@ void Walk::command(const char* line) {
 
 void Walk::take(QWidget& widget, const char* name) {
     const QString file = QDir(m_folder).filePath(QLatin1String(name) + QLatin1String(".png"));
-    if (!widget.grab().save(file)) {
+    const QImage picture = widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    if (!withPalette(picture).save(file)) {
         std::fprintf(stderr, "pictures: %s cannot be written\n", qPrintable(file));
         std::exit(1);
     }
