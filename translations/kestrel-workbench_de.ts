@@ -310,7 +310,7 @@
     </message>
     <message>
         <source>&amp;Send to…</source>
-        <translation>&amp;Senden an…</translation>
+        <translation>&amp;Senden an …</translation>
     </message>
     <message>
         <source>Send tools, references and results to other programs</source>
@@ -903,7 +903,7 @@
     </message>
     <message>
         <source>Waiting for the controller…</source>
-        <translation>Warten auf den Controller…</translation>
+        <translation>Warten auf den Controller …</translation>
     </message>
     <message>
         <source>no data for %1 s</source>
@@ -2272,6 +2272,9 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <source>, and the file is kept as %1</source>
         <translation>, und die Datei bleibt als %1 erhalten</translation>
     </message>
+</context>
+<context>
+    <name>workbench::textLanguage</name>
     <message>
         <source>en</source>
         <comment>the code of this language</comment>

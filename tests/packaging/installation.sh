@@ -15,11 +15,12 @@ for file in share/applications/kestrel-workbench.desktop \
     share/metainfo/example.kestrel.workbench.metainfo.xml \
     share/icons/hicolor/scalable/apps/kestrel-workbench.svg \
     share/doc/kestrel-workbench/user_guide.md \
+    share/doc/kestrel-workbench/user_guide.de.md \
     include/kestrel/host_api/moduleinterface.h; do
     [ -s "$work/prefix/$file" ] || fail "$file is not installed"
 done
 guide=$work/prefix/share/doc/kestrel-workbench
-for picture in $(grep -oE 'images/[a-z_]+\.png' "$guide/user_guide.md"); do
+for picture in $(grep -ohE 'images/[a-z_/]+\.png' "$guide"/user_guide*.md); do
     [ -s "$guide/$picture" ] || fail "the guide's $picture is not installed"
 done
 desktop=$work/prefix/share/applications/kestrel-workbench.desktop

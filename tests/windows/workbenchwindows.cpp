@@ -407,7 +407,7 @@ std::vector<TourStop> workbenchStops() {
          }},
         {"user guide",
          [](const Look& look) {
-             GuideDialog dialog(QStringLiteral(USER_GUIDE), nullptr);
+             GuideDialog dialog(GuideDialog::guideIn(QStringLiteral(DOCS_FOLDER)));
              showAndLook(dialog, look);
          }},
         {"about",

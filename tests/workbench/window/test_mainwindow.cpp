@@ -22,9 +22,6 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
-#include <QTextBlock>
-#include <QTextBrowser>
-#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
@@ -785,34 +782,6 @@ private Q_SLOTS:
         QVERIFY(changed.wait(patience));
         QCOMPARE(changed.first().first().toBool(), false);
         QVERIFY(!QFile::exists(path));
-    }
-
-    void theUserGuideOpensWithItsPictures() {
-        m_window->findChild<QAction*>(QStringLiteral("actionGuide"))->trigger();
-        auto* const guide = m_window->findChild<QDialog*>(QStringLiteral("GuideDialog"));
-        QVERIFY(guide != nullptr);
-        QVERIFY(guide->isVisible());
-        QVERIFY(!guide->isModal());
-        const auto* const browser = guide->findChild<QTextBrowser*>();
-        QVERIFY(browser->toPlainText().startsWith(QStringLiteral("User guide")));
-        const QTextDocument& document = *browser->document();
-        int pictures = 0;
-        for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-            for (auto part = block.begin(); !part.atEnd(); ++part) {
-                const QTextImageFormat image = part.fragment().charFormat().toImageFormat();
-                if (image.isValid()) {
-                    ++pictures;
-                    const QVariant loaded =
-                        document.resource(QTextDocument::ImageResource, QUrl(image.name()));
-                    QVERIFY2(!loaded.isNull(), qPrintable(image.name()));
-                }
-            }
-        }
-        QVERIFY(pictures >= 5);
-        m_window->findChild<QAction*>(QStringLiteral("actionGuide"))->trigger();
-        QCOMPARE(m_window->findChildren<QDialog*>(QStringLiteral("GuideDialog")).size(), 1);
-        m_window->close();
-        QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
     }
 
     void everythingToOperateHasANameForAssistiveTools() {

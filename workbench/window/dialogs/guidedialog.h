@@ -13,8 +13,12 @@ public:
     /// `file` is the guide as Markdown.
     explicit GuideDialog(const QString& file, QWidget* parent = nullptr);
 
-    /// The guide of a build or an installation; empty when there is none.
+    /// The guide of a build or an installation, see guideIn().
     static QString usualFile();
+
+    /// The guide in `folder` that is in the language of the program's texts, else the English one;
+    /// empty when there is none.
+    static QString guideIn(const QString& folder);
 };
 
 } // namespace workbench

@@ -1,5 +1,6 @@
 #include "workbench/window/settings/windowsettings.h"
 
+#include "workbench/text/textlanguage.h"
 #include "workbench/window/look/screenpixels.h"
 
 #include <QCoreApplication>
@@ -69,11 +70,6 @@ bool readStored(const QString& text, ControllerAddress& address) {
     const uint dataPort = text.midRef(slash + 1).toUInt(&good);
     address.dataPort = static_cast<quint16>(dataPort);
     return good && slash > 0 && dataPort <= 0xffff && address.parse(text.left(slash));
-}
-
-QString language() {
-    return QCoreApplication::translate("workbench::WindowSettings", "en",
-                                       "the code of this language");
 }
 
 // "300\t50\t&Tracking\t&Measurement Tool"
@@ -302,7 +298,7 @@ QVector<EntryMemo> WindowSettings::moduleEntries() {
         }
         entries += entry;
     }
-    return m_settings.value(QStringLiteral("modules/language")) == language()
+    return m_settings.value(QStringLiteral("modules/language")) == textLanguage()
                ? entries
                : QVector<EntryMemo>();
 }
@@ -317,7 +313,7 @@ void WindowSettings::setModuleEntries(const QVector<EntryMemo>& entries) {
         }
     }
     m_settings.setValue(QStringLiteral("modules/entries"), stored);
-    m_settings.setValue(QStringLiteral("modules/language"), language());
+    m_settings.setValue(QStringLiteral("modules/language"), textLanguage());
 }
 
 QStringList WindowSettings::outlets() {
