@@ -1,6 +1,7 @@
 #include "workbench/startup.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QString>
 #include <QtGlobal>
 
@@ -35,6 +36,9 @@ void prepareForWindows() {
     keepLargeBuffersOffTheHeap();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // Half a step more is larger letters, not everything doubled: windows that fit stay so.
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::RoundPreferFloor);
     handlerBefore = qInstallMessageHandler(dropNoise);
 }
 

@@ -33,6 +33,10 @@ private Q_SLOTS:
     void windowsFollowTheScalingOfTheDisplay() {
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+        // As large as the screen says; the same program runs at several resolutions.
+        const QWidget widget;
+        QCOMPARE(widget.devicePixelRatioF() * widget.logicalDpiX(),
+                 qEnvironmentVariable("QT_FONT_DPI").toDouble());
     }
 
     // Also after a larger one has been freed, which has the allocator take them from the heap.
