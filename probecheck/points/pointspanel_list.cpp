@@ -97,6 +97,10 @@ void PointsPanel::setUpSession() {
     connect(&m_session, &PointSession::settled, this, [this] {
         if (m_session.stepsOnDisk() == m_session.steps()) {
             ui.label_disk->hide();
+            if (m_words == wordsOf(points::Notice::NotKept)) { // no longer true
+                m_words = wordsOf(points::Notice::Kept);
+                showNow();
+            }
         }
         if (m_session.stepsOnDisk() >= m_awaitedStep) {
             answerDisk(true);

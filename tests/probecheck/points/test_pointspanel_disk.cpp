@@ -239,6 +239,7 @@ void TestPointsPanelDisk::aFullDiskIsTold() {
     QCOMPARE(rows, 1);
     QCOMPARE(f->resultLines().size(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(!disk->isVisible(), exportPatienceMs); // written by itself
+    QCOMPARE(f->child<QLabel>("label_state")->text(), QStringLiteral("Point captured."));
     QCOMPARE(points::contentOfLines(f->sessionText()).points.size(), std::size_t(1));
     QCOMPARE(f->resultLines().size(), 1);
     QCOMPARE(f->heard.size(), std::size_t(2)); // not told once more
