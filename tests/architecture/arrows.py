@@ -62,7 +62,7 @@ KNOWS = {
     SIMULATED: HOST + [COMMAND, DATA, SESSION],
     "workbench/modules": HOST + ["workbench/text", *CONTROLLER, *OUTLETS],
     LOOK: [],
-    SETTINGS: [LOOK, COMMAND, "workbench/modules"],
+    SETTINGS: [LOOK, "workbench/text", COMMAND, "workbench/modules"],
     DOCKS: [LOOK, SETTINGS],
     "workbench/window/log": [LOOK, DOCKS, "workbench/text", *CONTROLLER, "workbench/outlets"],
     "workbench/window/state": [LOOK, DOCKS, "workbench/text", *CONTROLLER],
