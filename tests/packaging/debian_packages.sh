@@ -66,15 +66,22 @@ dpkg_here --install "$workbench"
 [ ! -d "$root/usr/include" ] || fail "the programs come with headers"
 check_programs "$root/usr" "$work"
 
-said_or_over() { grep -qF "$1" "$work/send" || ! kill -0 "$2" 2>/dev/null; }
+is_over() { ! kill -0 "$1" 2>/dev/null; }
+said_or_over() { grep -qsF "$1" "$work/send" || is_over "$2"; }
 
-# send_to URL EXIT_CODE WORDS: what becomes of a workbench that is to send there until it has said the words.
+# send_to URL EXIT_CODE WORDS: what becomes of a workbench that is to send there until it has said the words,
+# or ends by itself.
 send_to() {
     local code=0 program
+    rm -f "$work/send" # of the one before
     QT_QPA_PLATFORM=offscreen LC_ALL=C XDG_DATA_HOME="$work/data" "$root/usr/bin/kestrel-workbench" \
         --settings "$work/send.ini" --send "$1" --quit-after 100 >"$work/send" 2>&1 &
     program=$!
-    wait_for 90 said_or_over "$3" $program || true
+    if [ "$2" -eq 0 ]; then
+        wait_for 90 said_or_over "$3" $program || true
+    else
+        wait_for 90 is_over $program || true
+    fi
     kill $program 2>/dev/null || true
     wait $program || code=$?
     [ $code -eq "$2" ] || { cat "$work/send"; fail "--send $1 ended with exit code $code"; }
