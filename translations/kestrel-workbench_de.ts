@@ -1837,6 +1837,14 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <source>, to %1</source>
         <translation>, in %1</translation>
     </message>
+    <message>
+        <source>%1 free</source>
+        <translation>%1 frei</translation>
+    </message>
+    <message>
+        <source>%1 not written</source>
+        <translation>%1 nicht geschrieben</translation>
+    </message>
 </context>
 <context>
     <name>workbench::RecordingReason</name>
@@ -2233,6 +2241,18 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>none</source>
         <translation>keine</translation>
+    </message>
+    <message>
+        <source>Lost frames and free space</source>
+        <translation>Verlorene Frames und freier Platz</translation>
+    </message>
+    <message>
+        <source>about %1 lost</source>
+        <translation>etwa %1 verloren</translation>
+    </message>
+    <message>
+        <source>%1 lost</source>
+        <translation>%1 verloren</translation>
     </message>
 </context>
 <context>

@@ -42,6 +42,17 @@ QString toolTipOf(const QWidget& widget) {
     return QToolTip::text();
 }
 
+const QScrollArea* scrollAreaAround(const QWidget& widget) {
+    for (const QWidget* above = widget.parentWidget(); above != nullptr && !widget.isWindow();
+         above = above->parentWidget()) {
+        if (const auto* area = qobject_cast<const QScrollArea*>(above)) {
+            const QWidget* const page = area->widget();
+            return page != nullptr && page->isAncestorOf(&widget) ? area : nullptr;
+        }
+    }
+    return nullptr;
+}
+
 class Finder {
 public:
     TextFit found;
@@ -88,7 +99,8 @@ public:
         const QWidget* const parent = widget.parentWidget();
         const QRect inWindow(widget.mapTo(widget.window(), QPoint()), widget.size());
         // (Docks behind other tabs are kept outside of their window.)
-        const bool isInDialog = widget.window()->inherits("QDialog");
+        const bool isInDialog =
+            widget.window()->inherits("QDialog") && scrollAreaAround(widget) == nullptr;
         if (!parent->rect().contains(widget.geometry()) ||
             (isInDialog && !widget.window()->rect().contains(inWindow))) {
             fault(QStringLiteral("stands outside of ") + parent->objectName());
@@ -312,17 +324,6 @@ bool standsInALayout(const QWidget& widget) {
     const QWidget* const parent = widget.parentWidget();
     return parent != nullptr && parent->layout() != nullptr &&
            qobject_cast<const QMainWindow*>(parent) == nullptr && holds(*parent->layout(), widget);
-}
-
-const QScrollArea* scrollAreaAround(const QWidget& widget) {
-    for (const QWidget* above = widget.parentWidget(); above != nullptr && !widget.isWindow();
-         above = above->parentWidget()) {
-        if (const auto* area = qobject_cast<const QScrollArea*>(above)) {
-            const QWidget* const page = area->widget();
-            return page != nullptr && page->isAncestorOf(&widget) ? area : nullptr;
-        }
-    }
-    return nullptr;
 }
 
 // Its page may cover it.

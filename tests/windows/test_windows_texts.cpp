@@ -1,14 +1,11 @@
 #include "tests/support/textfit.h"
 #include "tests/windows/texts.h"
 #include "tests/windows/windowtour.h"
-#include "tests/windows/workbenchwindows.h"
 
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QWidget>
 #include <QtTest>
-
-#include <algorithm>
 
 namespace {
 
@@ -26,12 +23,6 @@ const char* const foreignTexts =
     "kestrel2 (set )?sim .*|cone|silent|(udp|mqtt|igtl)://.*|"
     "too little movement|OtherPlugin|/.*\\.so|no host|"
     "workbench|WORKBENCH|ProbeCheckModule|standard|result"; // who has written a line of the log
-
-constexpr int patience = 20000;
-
-bool isOfToolBarExtension(const QString& fault) {
-    return fault.startsWith(QLatin1String("QToolBarExtension"));
-}
 
 bool mayBeTheSame(const QString& text) {
     static const QRegularExpression expression(
@@ -74,50 +65,6 @@ private Q_SLOTS:
         visit(stop, [&](QWidget& window) { fit = textFit(window); });
         QVERIFY2(fit.faults.isEmpty(), qPrintable('\n' + fit.faults.join(QLatin1Char('\n'))));
         QVERIFY(fit.texts + fit.buttons > 0);
-    }
-
-    void everythingHasRoomOnASmallScreen_data() {
-        QTest::addColumn<int>("stop");
-        QTest::addColumn<QSize>("screen");
-        const std::vector<TourStop> own = workbenchStops(); // the first ones of the tour
-        for (const QSize screen : {QSize(800, 600), QSize(1024, 768)}) {
-            for (std::size_t i = 0; i < own.size(); ++i) {
-                for (const char* language : {"en", "de"}) {
-                    QTest::addRow("%s, %d x %d, %s", own[i].name, screen.width(), screen.height(),
-                                  language)
-                        << static_cast<int>(i) << screen;
-                }
-            }
-        }
-    }
-    void everythingHasRoomOnASmallScreen() {
-        QFETCH(int, stop);
-        QFETCH(QSize, screen);
-        const QSize withoutFrame = screen - QSize(2 * 8, 40);
-        const Surroundings surroundings(QByteArray(QTest::currentDataTag()).right(2), 100);
-        QSize least;
-        QSize size;
-        QStringList faults;
-        visit(stop, [&](QWidget& window) {
-            window.setMaximumSize(withoutFrame); // as a screen would bound it
-            const auto measured = [&] {
-                least = window.minimumSizeHint().expandedTo(window.minimumSize());
-                size = window.size();
-                faults = textFit(window).faults;
-                // The tool bar has a key of its own for what is behind its end.
-                faults.erase(std::remove_if(faults.begin(), faults.end(), isOfToolBarExtension),
-                             faults.end());
-                return least.boundedTo(withoutFrame) == least &&
-                       size.boundedTo(withoutFrame) == size && faults.isEmpty();
-            };
-            // What is not laid out yet is not judged; what stays is told below.
-            static_cast<void>(QTest::qWaitFor(measured, patience));
-        });
-        QVERIFY(!size.isEmpty());
-        QVERIFY2(least.boundedTo(withoutFrame) == least,
-                 qPrintable(QStringLiteral("%1 x %2").arg(least.width()).arg(least.height())));
-        QCOMPARE(size.boundedTo(withoutFrame), size);
-        QCOMPARE(faults.join(QLatin1Char('\n')), QString());
     }
 
     void everyCellHeaderAndButtonIsLookedAt_data() {

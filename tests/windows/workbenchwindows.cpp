@@ -150,6 +150,20 @@ public:
         QCoreApplication::processEvents();
     }
 
+    // All of these in their places; no other.
+    void openDocks(const std::vector<const char*>& names) {
+        const auto docks = window.findChildren<QDockWidget*>();
+        for (QDockWidget* dock : docks) {
+            dock->hide();
+        }
+        for (const char* name : names) {
+            auto* const dock = window.findChild<QDockWidget*>(QLatin1String(name));
+            QVERIFY2(dock != nullptr, name);
+            dock->show();
+        }
+        QCoreApplication::processEvents();
+    }
+
     // At the place of the first tool.
     void capturePoint() {
         const auto* const dock = openAlone("ProbePointsDock");
@@ -417,5 +431,26 @@ std::vector<TourStop> workbenchStops() {
              lookAtModalOf(*rig.window.findChild<QAction*>(QStringLiteral("actionAbout")),
                            "messageBox_about", look);
          }},
+    };
+}
+
+std::vector<TourStop> crowdedStops() {
+    const auto crowd = [](const char* name, const std::vector<const char*>& docks) {
+        return TourStop{name, [docks](const Look& look) {
+                            MainWindowRig rig(true);
+                            rig.window.show();
+                            rig.connectToMeasuringController();
+                            rig.measure();
+                            rig.openDocks(docks);
+                            showAndLook(rig.window, look);
+                        }};
+    };
+    return {
+        crowd("log and commands", {"LogDock", "CommandDock"}),
+#ifdef KESTREL_HAS_PLOT
+        crowd("plot and log", {"PlotDock", "LogDock"}),
+        crowd("all of its own", {"LogDock", "CommandDock", "ReadoutDock", "PlotDock"}),
+#endif
+        crowd("read-out and log", {"ReadoutDock", "LogDock"}),
     };
 }

@@ -10,6 +10,7 @@
 #include "workbench/window/log/logdock.h"
 #include "workbench/window/look/screenpixels.h"
 #include "workbench/window/look/symbols.h"
+#include "workbench/window/look/toolbarroom.h"
 #include "workbench/window/recording/replaybar.h"
 #include "workbench/window/sending/senddialog.h"
 #include "workbench/window/state/banner.h"
@@ -116,6 +117,7 @@ void MainWindow::setUpActions() {
     ui.actionStop->setIcon(symbolIcon(Symbol::Stop));
     ui.actionRecord->setIcon(symbolIcon(Symbol::Record));
     ui.actionStopRecording->setIcon(symbolIcon(Symbol::Close));
+    new ToolBarRoom(*ui.toolBar);
     const MenuEntry entries[] = {
         {tr("&File"), 100, 10, ui.actionRecord},
         {tr("&File"), 100, 20, ui.actionStopRecording},

@@ -7,6 +7,7 @@
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/simulatormenu.h"
 #include "workbench/window/startpage.h"
+#include "workbench/window/statewords.h"
 
 #include <QPushButton>
 
@@ -73,6 +74,7 @@ void MainWindow::showMiddle() {
     const QSize least = m_ui->verticalLayout->minimumSize();
     m_dockRoom->setMiddleOptional(!isStart && !isEmpty);
     centralWidget()->setVisible(!m_dockRoom->isMiddleFolded());
+    m_words->setPanelShown(!m_dockRoom->isMiddleFolded());
     centralWidget()->setMaximumHeight(isStart || isEmpty ? QWIDGETSIZE_MAX : least.height());
 }
 

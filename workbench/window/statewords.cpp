@@ -44,9 +44,14 @@ StateWords::StateWords(const Sources& sources, const Ui::MainWindow& ui, QMainWi
     , m_ui(ui)
     , m_window(window)
     , m_connection(add(new ElidedLabel(window), "Connection", tr("Connection"), 1))
-    , m_measurement(add(new QLabel(window), "Measurement", tr("Measurement"), 0))
-    , m_recording(add(new QLabel(window), "Recording", tr("Recording"), 0)) {
+    , m_measurement(add(new ElidedLabel(window), "Measurement", tr("Measurement"), 0))
+    , m_recording(add(new ElidedLabel(window), "Recording", tr("Recording"), 0))
+    , m_inShort(add(new ElidedLabel(window), "InShort", tr("Lost frames and free space"), 0)) {
+    setVisible(m_inShort, false);
     m_connection.word->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_connection.word->setMinimumWidth(m_connection.word->minimumSizeHint().width());
+    // Words are cut where the window is narrow; none of them widens it.
+    window->statusBar()->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     connect(&m_numbersTimer, &QTimer::timeout, this, &StateWords::showNumbers);
     connect(&m_numbersTimer, &QTimer::timeout, this, &StateWords::tellOfLongLines);
     m_numbersTimer.start(numbersIntervalMs);
@@ -69,6 +74,19 @@ void StateWords::show(const Place& place, Symbol symbol, const QString& word) {
     place.symbol->setSymbol(symbol);
     place.word->setText(word);
     place.word->setAccessibleDescription(word);
+}
+
+void StateWords::setVisible(const Place& place, bool isVisible) {
+    place.symbol->setVisible(isVisible);
+    place.word->setVisible(isVisible);
+}
+
+void StateWords::setPanelShown(bool isShown) {
+    if (m_isPanelShown != isShown) {
+        m_isPanelShown = isShown;
+        showInShort();
+        setVisible(m_inShort, !isShown);
+    }
 }
 
 void StateWords::showState() {
@@ -144,6 +162,28 @@ void StateWords::showNumbers() {
                           : Symbol::Record,
          m_sources.recording.stateText());
     m_ui.label_recording->setText(m_sources.recording.numbersText());
+    showInShort();
+}
+
+// What somebody has to see who measures or records. Nothing of it stands in two places.
+void StateWords::showInShort() {
+    if (m_isPanelShown) {
+        return;
+    }
+    const FrameStatistics::Snapshot counts = m_sources.backend.receiver.statistics().snapshot();
+    const QString lost = QString::number(counts.lostFrames);
+    QString text = counts.lastFrameAge < 0.0 ? tr("no frames")
+                   : counts.lossIsEstimated  ? tr("about %1 lost").arg(lost)
+                                             : tr("%1 lost").arg(lost);
+    const QString disk = m_sources.recording.diskText();
+    if (!disk.isEmpty()) {
+        text += QStringLiteral(", ") + disk;
+    }
+    show(m_inShort,
+         counts.lastFrameAge < 0.0 ? Symbol::No
+         : counts.lostFrames > 0   ? Symbol::Attention
+                                   : Symbol::Yes,
+         text);
 }
 
 // A display that stays empty while lines arrive: why, in words, once for each measurement.

@@ -20,7 +20,8 @@ enum class Symbol;
 
 /// What goes on, each thing in one place: connection, measurement and recording are a symbol and a
 /// word in the status bar; what the controller is, its data and what is recorded stand in the
-/// panel. The numbers follow by themselves.
+/// panel. Where there is no room for the panel, the status bar has lost frames and free space. The
+/// numbers follow by themselves.
 class StateWords : public QObject {
     Q_OBJECT
 
@@ -37,6 +38,7 @@ public:
     void showState();   ///< connection, measurement, controller
     void showNumbers(); ///< data and recording
     void showModules();
+    void setPanelShown(bool isShown);
 
 private:
     struct Place {
@@ -46,8 +48,10 @@ private:
 
     Place add(QLabel* word, const char* name, const QString& accessibleName, int stretch);
     static void show(const Place& place, Symbol symbol, const QString& word);
+    static void setVisible(const Place& place, bool isVisible);
     void showConnection();
     void showMeasurement();
+    void showInShort();
     void tellOfLongLines();
 
     const Sources m_sources;
@@ -56,7 +60,9 @@ private:
     const Place m_connection;
     const Place m_measurement;
     const Place m_recording;
+    const Place m_inShort; // of the panel, while it is not in sight
     QTimer m_numbersTimer;
+    bool m_isPanelShown = true;
     bool m_longLinesTold = false;
 };
 

@@ -1,6 +1,7 @@
 #include "workbench/window/dialogs/connectdialog.h"
 
 #include "ui_connectdialog.h"
+#include "workbench/window/look/dialogroom.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -28,6 +29,7 @@ ConnectDialog::ConnectDialog(const ControllerAddress& address, const QStringList
             m_ui->buttonBox->button(QDialogButtonBox::Ok), &QPushButton::click);
     check();
     setFixedHeight(sizeHint().height());
+    new DialogRoom(*this);
 }
 
 ConnectDialog::~ConnectDialog() = default;

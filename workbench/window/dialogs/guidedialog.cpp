@@ -1,6 +1,7 @@
 #include "workbench/window/dialogs/guidedialog.h"
 
 #include "workbench/text/textlanguage.h"
+#include "workbench/window/look/dialogroom.h"
 
 #include <QCoreApplication>
 #include <QDialogButtonBox>
@@ -69,6 +70,7 @@ GuideDialog::GuideDialog(const QString& file, QWidget* parent)
     layout->addWidget(browser);
     layout->addWidget(buttons);
     resize(guideWidth * fontMetrics().averageCharWidth(), guideHeight * fontMetrics().height());
+    new DialogRoom(*this);
 }
 
 QString GuideDialog::usualFile() {

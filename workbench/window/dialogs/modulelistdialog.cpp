@@ -3,6 +3,7 @@
 #include "ui_modulelistdialog.h"
 #include "workbench/modules/modulehost.h"
 #include "workbench/text/plaintip.h"
+#include "workbench/window/look/dialogroom.h"
 
 #include <QHeaderView>
 #include <QPushButton>
@@ -55,6 +56,7 @@ ModuleListDialog::ModuleListDialog(const QVector<ModuleInfo>& modules,
                                    heightInLines * fontMetrics().height())));
     ui.buttonBox->button(QDialogButtonBox::Close)->setText(tr("Close"));
     ui.label_none->setVisible(modules.isEmpty());
+    new DialogRoom(*this);
 }
 
 } // namespace workbench

@@ -1,13 +1,12 @@
 #include "workbench/window/docks/dockroom.h"
 
-#include "workbench/window/settings/windowsettings.h"
+#include "workbench/window/look/screenroom.h"
 
 #include <QDockWidget>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLayout>
 #include <QMainWindow>
-#include <QScreen>
 #include <QStyle>
 
 #include <algorithm>
@@ -81,7 +80,7 @@ bool DockRoom::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void DockRoom::check() {
-    const QSize room = this->room();
+    const QSize room = screenRoom(m_window);
     if (!m_window.isVisible() || !room.isValid()) {
         return;
     }
@@ -131,7 +130,7 @@ bool DockRoom::foldOne(Qt::Orientation direction) {
         return false;
     };
     const auto standsTooWide = [this, direction](const QDockWidget& dock) {
-        return direction == Qt::Vertical || widthOfRow(dock) > room().width();
+        return direction == Qt::Vertical || widthOfRow(dock) > screenRoom(m_window).width();
     };
     const auto any = [](const QDockWidget&) { return true; };
     return foldWith(standsTooWide, true) || foldWith(any, true) || foldWith(any, false);
@@ -191,22 +190,6 @@ QDockWidget* DockRoom::partnerOf(const QDockWidget& dock, Qt::Orientation direct
 // In a place of its own: of tabs, the one that is in front.
 bool DockRoom::isDocked(const QDockWidget& dock) const {
     return dock.isVisible() && !dock.isFloating() && m_window.rect().intersects(dock.geometry());
-}
-
-// The screen that nobody looks at has no size that means anything.
-QSize DockRoom::room() const {
-    const QSize greatest = m_window.maximumSize();
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
-        const bool isBounded =
-            greatest.width() < QWIDGETSIZE_MAX || greatest.height() < QWIDGETSIZE_MAX;
-        return isBounded ? greatest : QSize();
-    }
-    const QScreen* const screen = m_window.screen();
-    return screen == nullptr ? QSize()
-                             : WindowSettings::insideFrame(screen->availableGeometry(),
-                                                           m_window.fontMetrics().height())
-                                   .size()
-                                   .boundedTo(greatest);
 }
 
 QSize DockRoom::needed() const {

@@ -42,7 +42,6 @@ private:
     int widthOfRow(const QDockWidget& dock) const;
     QDockWidget* partnerOf(const QDockWidget& dock, Qt::Orientation direction,
                            bool atTheSameEdge) const;
-    QSize room() const;
     QSize needed() const;
     int heightOfMiddle() const;
     bool isDocked(const QDockWidget& dock) const;

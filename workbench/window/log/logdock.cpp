@@ -5,6 +5,7 @@
 #include "workbench/text/logmodel.h"
 #include "workbench/window/docks/docktitle.h"
 #include "workbench/window/log/logfilter.h"
+#include "workbench/window/look/flowrow.h"
 
 #include <QClipboard>
 #include <QFileDialog>
@@ -29,6 +30,7 @@ LogDock::LogDock(LogModel& log, QWidget* parent)
     , m_log(log)
     , m_ui(std::make_unique<Ui::LogDock>()) {
     m_ui->setupUi(this);
+    FlowRow::replace(*m_ui->verticalLayout, m_ui->horizontalLayout);
     m_filter = new LogFilter(m_ui->tableView_log);
     m_filter->setSourceModel(&log);
     setUpTable();

@@ -5,6 +5,7 @@
 #include "workbench/modules/backend.h"
 #include "workbench/outlets/savedfile.h"
 #include "workbench/text/elidedlabel.h"
+#include "workbench/window/look/flowrow.h"
 #include "workbench/window/plot/trackitem.h"
 #include "workbench/window/readout/readouttexts.h"
 #include "workbench/window/readout/toolbox.h"
@@ -102,6 +103,8 @@ PlotDock::PlotDock(Backend& backend, ToolFacts& facts, QWidget* parent)
     , m_ring(1)
     , m_paused(1) {
     m_ui->setupUi(this);
+    FlowRow::replace(*m_ui->verticalLayout, m_ui->horizontalLayout);
+    FlowRow::replace(*m_ui->verticalLayout, m_ui->horizontalLayout_2);
     setUpPlot();
     setUpControls();
     connect(&m_timer, &QTimer::timeout, this, qOverload<>(&PlotDock::follow));
@@ -152,7 +155,7 @@ void PlotDock::setUpPlot() {
         pair->addWidget(m_deviations[index]);
         m_ui->horizontalLayout_deviations->addLayout(pair);
     }
-    m_ui->horizontalLayout_deviations->addStretch(1);
+    FlowRow::replace(*m_ui->verticalLayout_figure, m_ui->horizontalLayout_deviations);
     m_ui->verticalLayout_figure->addWidget(m_plot, 1);
     auto* const picker = new QwtPlotPicker(QwtPlot::xBottom, QwtPlot::yLeft,
                                            QwtPicker::RectRubberBand, QwtPicker::AlwaysOff, canvas);

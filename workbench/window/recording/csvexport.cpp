@@ -1,7 +1,9 @@
 #include "workbench/window/recording/csvexport.h"
 
+#include "workbench/text/elidedlabel.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/text/recordingreason.h"
+#include "workbench/window/look/dialogroom.h"
 #include "workbench/window/recording/savefile.h"
 
 #include <QFileDialog>
@@ -76,14 +78,16 @@ void CsvExport::start(const QString& recording, const QString& table) {
 }
 
 QProgressDialog* CsvExport::makeDialog(const QString& table, QWidget* window) {
-    auto* const dialog = new QProgressDialog(tr("Writing %1").arg(QFileInfo(table).fileName()),
-                                             tr("Cancel"), 0, steps, window);
+    auto* const dialog = new QProgressDialog(QString(), tr("Cancel"), 0, steps, window);
+    dialog->setLabel(new ElidedLabel); // names may be long
+    dialog->setLabelText(tr("Writing %1").arg(QFileInfo(table).fileName()));
     dialog->setObjectName(QStringLiteral("progressDialog_csv"));
     dialog->setWindowTitle(tr("Export as CSV"));
     dialog->setAutoClose(false);
     dialog->setAutoReset(false);
     dialog->findChild<QProgressBar*>()->setAccessibleName(tr("Progress of the export"));
     dialog->setMinimumWidth(widthInCharacters * dialog->fontMetrics().averageCharWidth());
+    new DialogRoom(*dialog);
     return dialog;
 }
 

@@ -228,6 +228,19 @@ QString RecordingControl::stateText() const {
     return status.stalled ? tr("the disk does not answer") : tr("recording");
 }
 
+QString RecordingControl::diskText() const {
+    const Recorder::Status status = m_recorder.status();
+    QStringList parts;
+    if (status.running && status.freeBytes >= 0) {
+        parts += tr("%1 free").arg(
+            QLocale().formattedDataSize(status.freeBytes, 1, QLocale::DataSizeSIFormat));
+    }
+    if (status.running && status.unwritten > 0) {
+        parts += tr("%1 not written").arg(status.unwritten);
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
 QString RecordingControl::numbersText() const {
     const Recorder::Status status = m_recorder.status();
     if (!status.running) {

@@ -2,6 +2,7 @@
 
 #include "ui_senddialog.h"
 #include "workbench/text/plaintip.h"
+#include "workbench/window/look/dialogroom.h"
 #include "workbench/window/sending/outletcontrol.h"
 
 #include <QHeaderView>
@@ -95,6 +96,9 @@ SendDialog::SendDialog(OutletControl& control, OutletHub::Maker trialMaker, QWid
     showEntries();
     showButtons();
     m_ui->tableWidget_outlets->resizeColumnsToContents();
+    // The last one is as narrow as that when there is no room for it.
+    QHeaderView* const header = m_ui->tableWidget_outlets->horizontalHeader();
+    header->setMinimumSectionSize(header->sectionSizeHint(OutletResultsColumn));
     const int character = fontMetrics().averageCharWidth();
     const int columns = m_ui->tableWidget_outlets->horizontalHeader()->length();
     const QMargins margins = layout()->contentsMargins();
@@ -103,6 +107,7 @@ SendDialog::SendDialog(OutletControl& control, OutletHub::Maker trialMaker, QWid
     resize(size().expandedTo(QSize(std::clamp(columns + besides, leastWidthInCharacters * character,
                                               mostWidthInCharacters * character),
                                    outletsHeightInLines * fontMetrics().height())));
+    new DialogRoom(*this);
 }
 
 SendDialog::~SendDialog() = default;

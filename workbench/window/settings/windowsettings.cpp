@@ -2,6 +2,7 @@
 
 #include "workbench/text/textlanguage.h"
 #include "workbench/window/look/screenpixels.h"
+#include "workbench/window/look/screenroom.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -33,8 +34,7 @@ QVector<QRect> screenRects(const QWidget& window) {
     }
     const QList<QScreen*> screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
-        rects +=
-            WindowSettings::insideFrame(screen->availableGeometry(), window.fontMetrics().height());
+        rects += insideFrame(screen->availableGeometry(), window.fontMetrics().height());
     }
     return rects;
 }
@@ -142,11 +142,6 @@ QString WindowSettings::takeNotice() {
                : notice + QCoreApplication::translate("workbench::WindowSettings",
                                                       ", and the file is kept as %1")
                               .arg(m_keptFile);
-}
-
-QRect WindowSettings::insideFrame(const QRect& screen, int textHeight) {
-    constexpr int border = 4;
-    return screen.adjusted(border, 2 * textHeight, -border, -border);
 }
 
 QRect WindowSettings::clamped(const QRect& rect, const QVector<QRect>& screens) {

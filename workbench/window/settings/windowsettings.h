@@ -48,10 +48,6 @@ public:
     /// any; never larger than that screen.
     static QRect clamped(const QRect& rect, const QVector<QRect>& screens);
 
-    /// What of a screen is left for a window inside its frame, which window systems tell only after
-    /// it was shown: as much as a large one takes. `textHeight` is that of the window's letters.
-    static QRect insideFrame(const QRect& screen, int textHeight);
-
 private:
     void keepAside(bool (*keep)(const QString& from, const QString& to));
     void dropBroken(const QString& key);

@@ -1,4 +1,5 @@
 #include "tests/support/datarows.h"
+#include "workbench/window/look/screenroom.h"
 #include "workbench/window/settings/windowsettings.h"
 
 #include <QDockWidget>
@@ -62,7 +63,7 @@ private Q_SLOTS:
         constexpr int titleBar = 30; // of a usual letter's height of 16
         const QRect screen(0, 0, 800, 600);
         const QRect inside = WindowSettings::clamped(
-            QRect(-5, -5, 5000, 4000), {WindowSettings::insideFrame(screen, titleBar / 2)});
+            QRect(-5, -5, 5000, 4000), {workbench::insideFrame(screen, titleBar / 2)});
         QVERIFY2(screen.contains(inside.adjusted(-4, -titleBar, 4, 4)), "the frame is cut off");
         QVERIFY2(inside.width() >= 784 && inside.height() >= 560, "room is given away");
     }
