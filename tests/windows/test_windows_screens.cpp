@@ -103,7 +103,8 @@ QString outOfSight(QWidget& dialog) {
     }
     for (int i = 0; i < moreThanThereAre && QApplication::focusWidget() != nullptr; ++i) {
         const QWidget& focus = *QApplication::focusWidget();
-        if (!isWhole(focus) && !focus.inherits("QAbstractScrollArea")) {
+        if (!focus.inherits("QAbstractScrollArea") &&
+            !QTest::qWaitFor([&focus] { return isWhole(focus); }, patience)) {
             names << nameOf(focus) + QStringLiteral(" with the focus");
         }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);

@@ -103,12 +103,14 @@ void DialogRoom::letScroll() {
     m_area->setWidget(page);
     rows->insertWidget(0, m_area, 1);
     m_area->show();
-    connect(qApp, &QApplication::focusChanged, m_area, [area = m_area](QWidget*, QWidget* focus) {
+    const auto follow = [area = m_area](const QWidget*, const QWidget* focus) {
         if (focus != nullptr && area->widget()->isAncestorOf(focus)) {
             // The area itself looks no further than to the cursor, and after this.
             QTimer::singleShot(0, focus, [area, focus] { showWhole(*area, *focus); });
         }
-    });
+    };
+    connect(qApp, &QApplication::focusChanged, m_area, follow);
+    follow(nullptr, m_dialog.focusWidget());
     m_dialog.setMinimumSize(0, 0);
     rows->activate();
     m_dialog.resize(wanted + QSize(m_area->verticalScrollBar()->sizeHint().width(), 0));
