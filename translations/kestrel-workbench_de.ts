@@ -1786,10 +1786,6 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>keine</translation>
     </message>
     <message>
-        <source>, %1 not written</source>
-        <translation>, %1 nicht geschrieben</translation>
-    </message>
-    <message>
         <source>It is whole until then: %1 frames.</source>
         <translation>Sie ist bis dahin vollständig: %1 Frames.</translation>
     </message>
@@ -1822,20 +1818,16 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>die Verbindung wurde getrennt</translation>
     </message>
     <message>
-        <source>, %1 free</source>
-        <translation>, %1 frei</translation>
-    </message>
-    <message>
-        <source>, room for %1</source>
-        <translation>, Platz für %1</translation>
+        <source>room for %1</source>
+        <translation>Platz für %1</translation>
     </message>
     <message>
         <source>%1 frames</source>
         <translation>%1 Frames</translation>
     </message>
     <message>
-        <source>, to %1</source>
-        <translation>, in %1</translation>
+        <source>to %1</source>
+        <translation>in %1</translation>
     </message>
     <message>
         <source>%1 free</source>

@@ -28,6 +28,24 @@ QString contentText(quint64 frames) {
                       : Texts::tr("There are no frames in it.");
 }
 
+// Empty when nobody knows.
+QString freeText(const Recorder::Status& status) {
+    return status.freeBytes < 0 ? QString()
+                                : Texts::tr("%1 free").arg(QLocale().formattedDataSize(
+                                      status.freeBytes, 1, QLocale::DataSizeSIFormat));
+}
+
+// Empty when all is.
+QString unwrittenText(const Recorder::Status& status) {
+    return status.unwritten == 0 ? QString() : Texts::tr("%1 not written").arg(status.unwritten);
+}
+
+// Those that are not empty.
+QString listed(QStringList parts) {
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
 } // namespace
 
 qint64 secondsLeft(qint64 freeBytes, double bytesPerSecond) {
@@ -230,15 +248,7 @@ QString RecordingControl::stateText() const {
 
 QString RecordingControl::diskText() const {
     const Recorder::Status status = m_recorder.status();
-    QStringList parts;
-    if (status.running && status.freeBytes >= 0) {
-        parts += tr("%1 free").arg(
-            QLocale().formattedDataSize(status.freeBytes, 1, QLocale::DataSizeSIFormat));
-    }
-    if (status.running && status.unwritten > 0) {
-        parts += tr("%1 not written").arg(status.unwritten);
-    }
-    return parts.join(QStringLiteral(", "));
+    return status.running ? listed({freeText(status), unwrittenText(status)}) : QString();
 }
 
 QString RecordingControl::numbersText() const {
@@ -246,21 +256,11 @@ QString RecordingControl::numbersText() const {
     if (!status.running) {
         return tr("none");
     }
-    // The path, which may be long, comes last: the end is what a narrow window leaves out.
-    QString text = tr("%1 frames").arg(status.frames);
-    if (status.freeBytes >= 0) {
-        text +=
-            tr(", %1 free")
-                .arg(QLocale().formattedDataSize(status.freeBytes, 1, QLocale::DataSizeSIFormat));
-    }
     const qint64 seconds = secondsLeft(status.freeBytes, status.bytesPerSecond);
-    if (seconds >= 0) {
-        text += tr(", room for %1").arg(timeText(seconds));
-    }
-    if (status.unwritten > 0) {
-        text += tr(", %1 not written").arg(status.unwritten);
-    }
-    return text + tr(", to %1").arg(status.fileName);
+    const QString room = seconds < 0 ? QString() : tr("room for %1").arg(timeText(seconds));
+    // The path, which may be long, comes last: the end is what a narrow window leaves out.
+    return listed({tr("%1 frames").arg(status.frames), freeText(status), room,
+                   unwrittenText(status), tr("to %1").arg(status.fileName)});
 }
 
 } // namespace workbench
