@@ -2,6 +2,7 @@
 // one: the display against a plain one that writes every cell and paints with the stock delegate.
 
 #include "KestrelAngles.h"
+#include "benchmarks/median.h"
 #include "tests/SourceFiles/display/displayfixture.h"
 
 #include <QApplication>
@@ -180,12 +181,6 @@ using Clock = std::chrono::steady_clock;
 
 double microseconds(Clock::duration time) {
     return std::chrono::duration<double, std::micro>(time).count();
-}
-
-double median(std::vector<double>& values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 // Both in turn, so that whatever else the machine does slows both; fails above the bound.

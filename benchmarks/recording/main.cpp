@@ -1,6 +1,7 @@
 // How fast kestrel-recording goes through a large recording, beside "wc -l" on the same file in the
 // same run, and how much memory it takes for that. Fails beyond the bounds of docs/performance.md.
 
+#include "benchmarks/median.h"
 #include "libs/kestrel_wire/recording.h"
 
 #include <algorithm>
@@ -112,11 +113,10 @@ std::optional<Figures> measure(const char* name, const std::vector<std::string>&
         seconds.push_back(one.seconds);
         kilobytes = std::max(kilobytes, one.kilobytes);
     }
-    std::sort(seconds.begin(), seconds.end());
-    const double median = seconds[rounds / 2];
-    const Figures figures{static_cast<double>(bytes) / 1e6 / median,
+    const double usual = median(seconds);
+    const Figures figures{static_cast<double>(bytes) / 1e6 / usual,
                           static_cast<double>(kilobytes) / 1024.0};
-    std::printf("%-8s %8.2f s %10.0f MB/s %10.1f MiB of memory\n", name, median,
+    std::printf("%-8s %8.2f s %10.0f MB/s %10.1f MiB of memory\n", name, usual,
                 figures.megabytesPerSecond, figures.mebibytes);
     return figures;
 }

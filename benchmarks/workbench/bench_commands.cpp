@@ -1,10 +1,10 @@
+#include "benchmarks/median.h"
 #include "benchmarks/workbench/rawsockets.h"
 #include "workbench/modules/backend.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -29,11 +29,6 @@ double microsecondsPerCommand(Function command) {
     }
     const std::chrono::duration<double, std::micro> time = std::chrono::steady_clock::now() - begin;
     return time.count() / commandsPerRound;
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 void require(bool good, const char* what) {

@@ -1,6 +1,7 @@
 // What the read-out costs: a line on the line path, a refresh with new figures, painted; and the
 // whole window's share of a core at 1 000 frames/s with one dock or another, in turns.
 
+#include "benchmarks/median.h"
 #include "workbench/controller/data/requesterregistry.h"
 #include "workbench/outlets/sending/frames/framedecoder.h"
 #include "workbench/window/mainwindow.h"
@@ -107,12 +108,6 @@ constexpr double mostScatter = 0.2;    // percent of a core that chance may excu
 enum Shown { NoDock, LiveDisplay, ReadOut, shownCount };
 constexpr std::array<const char*, shownCount> names{"no dock", "live display", "read-out"};
 constexpr std::array<const char*, shownCount> dockNames{"", "MtDataDisplayDock", "ReadoutDock"};
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 bool complain(const char* sentence) {
     std::fprintf(stderr, "%s\n", sentence);

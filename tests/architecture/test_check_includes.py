@@ -95,6 +95,8 @@ FORBIDDEN = [
     ("workbench/window/settings", '"workbench/window/docks/docktitle.h"',
      "may not know workbench/window/docks"),
     ("workbench/window/docks", '"ui_mainwindow.h"', "may not know workbench/window"),
+    ("workbench/window/docks", '"workbench/window/settings/windowsettings.h"',
+     "may not know workbench/window/settings"),
     ("workbench/window/log", '"workbench/window/state/banner.h"',
      "may not know workbench/window/state"),
     ("workbench/window/state", '"workbench/window/log/logdock.h"',
