@@ -11,9 +11,13 @@ QRect insideFrame(const QRect& screen, int textHeight) {
     return screen.adjusted(border, 2 * textHeight, -border, -border);
 }
 
+bool areScreensSeen() {
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
 QSize screenRoom(const QWidget& window) {
     const QSize greatest = window.maximumSize();
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+    if (!areScreensSeen()) {
         const bool isBounded =
             greatest.width() < QWIDGETSIZE_MAX || greatest.height() < QWIDGETSIZE_MAX;
         return isBounded ? greatest : QSize();

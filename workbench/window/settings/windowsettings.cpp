@@ -29,8 +29,8 @@ constexpr int farthest = 32767; // what window systems can express
 
 QVector<QRect> screenRects(const QWidget& window) {
     QVector<QRect> rects;
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
-        return rects; // nobody looks at that screen, and its size means nothing
+    if (!areScreensSeen()) {
+        return rects;
     }
     const QList<QScreen*> screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
