@@ -4,7 +4,8 @@
 #
 #   scripts/pictures.sh [FOLDER] [--dpi DPI] [--language LANGUAGE] [--font PERCENT] [--dark] [--all]
 #
-# FOLDER is docs/images unless given, docs/images/LANGUAGE with a language. --all: the windows that the guide does not show, too.
+# FOLDER is docs/images unless given, docs/images/LANGUAGE with a language. --all: the windows that the guide
+# does not show, too.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh

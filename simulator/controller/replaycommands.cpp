@@ -65,8 +65,8 @@ Answer actOnReplay(Replay* replay, const text::Words& words, double now, bool is
                               "expected play, pause, step, speed F or seek SECONDS");
     }
     if (!isSending) {
-        return Answer::wrongState(
-            "no frames are sent now"); // and a start would begin with the first one
+        // And a start would begin with the first one.
+        return Answer::wrongState("no frames are sent now");
     }
     if (isSeek) {
         return seek(*replay, words[1], now);

@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "workbench/translations.h"
 #include "workbench/window/dialogs/guidedialog.h"
 #include "workbench/window/mainwindow.h"
@@ -61,10 +62,8 @@ QTextBlock headingOf(const QTextDocument& document, const QString& text) {
 void addLanguages() {
     QTest::addColumn<QString>("language");
     QTest::addColumn<QString>("title");
-    QTest::newRow("English") << "en"
-                             << "User guide";
-    QTest::newRow("German") << "de"
-                            << "Benutzerhandbuch";
+    row("English", "en", "User guide");
+    row("German", "de", "Benutzerhandbuch");
 }
 
 } // namespace

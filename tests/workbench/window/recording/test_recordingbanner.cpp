@@ -1,3 +1,4 @@
+#include "tests/support/datarows.h"
 #include "tests/support/fulldisk.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/mainwindow.h"
@@ -92,8 +93,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("content");
         const QString one = QStringLiteral("It is whole until then: 1 frames.");
         QTest::newRow("disk full") << qt_error_string(EFBIG) << one;
-        QTest::newRow("folder gone")
-            << QStringLiteral("the file was removed meanwhile") << "There are no frames in it.";
+        row("folder gone", QStringLiteral("the file was removed meanwhile"),
+            QStringLiteral("There are no frames in it."));
         QTest::newRow("controller gone") << QStringLiteral("the controller is gone") << one;
     }
     void anEndByItselfStandsThereWithItsReason() {
