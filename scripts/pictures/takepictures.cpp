@@ -403,8 +403,10 @@ private:
         step(
             "end of the points",
             [this] { return child<QTableView>("tableView_points")->model()->rowCount() == 4; },
+            [this] { m_dock->setFloating(false); });
+        step(
+            "room for the dock", [this] { return waitedMs() > animationMs; },
             [this, all] {
-                m_dock->setFloating(false);
                 if (all) {
                     take(m_window, "points_in_the_window");
                 }
