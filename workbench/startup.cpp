@@ -13,6 +13,7 @@ namespace {
 
 constexpr int ownPagesFrom = 1024 * 1024; // bytes
 constexpr int mostFreeAtTop = 1024 * 1024;
+constexpr int heaps = 1;
 
 QtMessageHandler handlerBefore = nullptr;
 
@@ -21,6 +22,12 @@ void dropNoise(QtMsgType type, const QMessageLogContext& context, const QString&
     if (text != QLatin1String("This plugin does not support propagateSizeHints()")) {
         handlerBefore(type, context, text);
     }
+}
+
+// Each thread would take a heap of its own, and threads come and go with connections, dialogs and
+// replays all day: what one of them leaves between what stays is no use to the others.
+void shareOneHeap() {
+    ::mallopt(M_ARENA_MAX, heaps);
 }
 
 // The modules' large buffers come and go with each connection. Left to itself the allocator takes
@@ -33,6 +40,7 @@ void keepLargeBuffersOffTheHeap() {
 } // namespace
 
 void prepareForWindows() {
+    shareOneHeap();
     keepLargeBuffersOffTheHeap();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

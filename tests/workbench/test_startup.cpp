@@ -5,7 +5,11 @@
 #include <QWidget>
 #include <QtTest>
 
+#include <cstdio>
+#include <cstdlib>
 #include <malloc.h>
+#include <memory>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -55,6 +59,34 @@ private Q_SLOTS:
         const std::vector<char> buffer(large, 'b');
         QCOMPARE(buffer.back(), 'b');
         QCOMPARE(::mallinfo2().hblks, before + 1);
+    }
+
+    void threadsShareOneHeap() {
+        if (hasSanitizersAllocator) {
+            QTest::qSkip("the sanitizer has an allocator of its own", __FILE__, __LINE__);
+            return;
+        }
+        std::vector<std::thread> threads;
+        std::vector<std::unique_ptr<char[]>> taken(8);
+        for (std::unique_ptr<char[]>& place : taken) {
+            threads.emplace_back([&place] { place = std::make_unique<char[]>(1000); });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        QCOMPARE(heapsInUse(), 1);
+    }
+
+private:
+    static int heapsInUse() {
+        char* text = nullptr;
+        std::size_t size = 0;
+        std::FILE* const report = ::open_memstream(&text, &size);
+        ::malloc_info(0, report);
+        std::fclose(report);
+        const int heaps = QByteArray(text, int(size)).count("<heap nr=");
+        std::free(text);
+        return heaps;
     }
 };
 
