@@ -1,5 +1,6 @@
 #include "SourceFiles/mtdatadisplay_settledrows.h"
 #include "tests/SourceFiles/display/displayfixture.h"
+#include "tests/support/datarows.h"
 
 #include <QPalette>
 #include <QStyledItemDelegate>
@@ -112,41 +113,26 @@ private Q_SLOTS:
     void whateverChangesTheTableIsNoticed_data() {
         QTest::addColumn<TableAction>("action");
         QTest::addColumn<QString>("state");
-        const auto row = [](const char* name, const TableAction& action, const char* state) {
-            QTest::newRow(name) << action << QString::fromLatin1(state);
+        const auto change = [](const char* name, const char* state, const TableAction& action) {
+            row(name, action, QString::fromLatin1(state));
         };
-        row(
-            "nothing", [](QTableWidget&) {}, "sss");
-        row(
-            "the same text", [](QTableWidget& t) { t.item(1, 0)->setText("1"); }, "sss");
-        row(
-            "a text", [](QTableWidget& t) { t.item(1, 0)->setText("x"); }, "s-s");
-        row(
-            "a colour", [](QTableWidget& t) { t.item(2, 1)->setForeground(Qt::red); }, "ss-");
-        row(
-            "a ground", [](QTableWidget& t) { t.item(0, 1)->setBackground(Qt::red); }, "-ss");
-        row(
-            "a new item", [](QTableWidget& t) { t.setItem(1, 1, new QTableWidgetItem); }, "s-s");
-        row(
-            "an item taken", [](QTableWidget& t) { delete t.takeItem(1, 1); }, "s-s");
-        row(
-            "an item deleted", [](QTableWidget& t) { delete t.item(1, 1); }, "s-s");
-        row(
-            "a row inserted", [](QTableWidget& t) { t.insertRow(1); }, "---");
-        row(
-            "a row removed", [](QTableWidget& t) { t.removeRow(0); }, "---");
-        row(
-            "a column inserted", [](QTableWidget& t) { t.insertColumn(0); }, "---");
-        row(
-            "a column removed", [](QTableWidget& t) { t.removeColumn(0); }, "---");
-        row(
-            "contents cleared", [](QTableWidget& t) { t.clearContents(); }, "---");
-        row(
-            "sorted", [](QTableWidget& t) { t.sortItems(0, Qt::DescendingOrder); }, "---");
-        row(
-            "a change of nothing",
-            [](QTableWidget& t) { Q_EMIT t.model()->dataChanged(QModelIndex(), QModelIndex()); },
-            "sss");
+        change("nothing", "sss", [](QTableWidget&) {});
+        change("the same text", "sss", [](QTableWidget& t) { t.item(1, 0)->setText("1"); });
+        change("a text", "s-s", [](QTableWidget& t) { t.item(1, 0)->setText("x"); });
+        change("a colour", "ss-", [](QTableWidget& t) { t.item(2, 1)->setForeground(Qt::red); });
+        change("a ground", "-ss", [](QTableWidget& t) { t.item(0, 1)->setBackground(Qt::red); });
+        change("a new item", "s-s", [](QTableWidget& t) { t.setItem(1, 1, new QTableWidgetItem); });
+        change("an item taken", "s-s", [](QTableWidget& t) { delete t.takeItem(1, 1); });
+        change("an item deleted", "s-s", [](QTableWidget& t) { delete t.item(1, 1); });
+        change("a row inserted", "---", [](QTableWidget& t) { t.insertRow(1); });
+        change("a row removed", "---", [](QTableWidget& t) { t.removeRow(0); });
+        change("a column inserted", "---", [](QTableWidget& t) { t.insertColumn(0); });
+        change("a column removed", "---", [](QTableWidget& t) { t.removeColumn(0); });
+        change("contents cleared", "---", [](QTableWidget& t) { t.clearContents(); });
+        change("sorted", "---", [](QTableWidget& t) { t.sortItems(0, Qt::DescendingOrder); });
+        change("a change of nothing", "sss", [](QTableWidget& t) {
+            Q_EMIT t.model()->dataChanged(QModelIndex(), QModelIndex());
+        });
     }
     void whateverChangesTheTableIsNoticed() {
         QFETCH(TableAction, action);

@@ -27,6 +27,7 @@ using workbench::PlotDock;
 namespace {
 
 constexpr int patience = 8000;
+constexpr int quietMs = 700; // two of the plot's refreshes
 
 std::string toolBlock(int index, double x, bool isSeen) {
     return " [" + std::to_string(index) + (isSeen ? " 1.0" : " -1.0") + " 0 1.5][" +
@@ -211,7 +212,7 @@ private Q_SLOTS:
         for (int i = 0; i < 20; ++i) {
             sendFrame(5.0);
         }
-        QTest::qWait(2 * 200);
+        QTest::qWait(quietMs);
         QCOMPARE(count(), before);
         child<QToolButton>("toolButton_pause")->click();
         QTRY_VERIFY_WITH_TIMEOUT(count() >= before + 20, patience);
