@@ -13,7 +13,6 @@ namespace {
 
 constexpr int ownPagesFrom = 1024 * 1024; // bytes
 constexpr int mostFreeAtTop = 1024 * 1024;
-constexpr int heaps = 1;
 
 QtMessageHandler handlerBefore = nullptr;
 
@@ -27,7 +26,7 @@ void dropNoise(QtMsgType type, const QMessageLogContext& context, const QString&
 // Each thread would take a heap of its own, and threads come and go with connections, dialogs and
 // replays all day: what one of them leaves between what stays is no use to the others.
 void shareOneHeap() {
-    ::mallopt(M_ARENA_MAX, heaps);
+    ::mallopt(M_ARENA_MAX, 1);
 }
 
 // The modules' large buffers come and go with each connection. Left to itself the allocator takes

@@ -27,7 +27,7 @@ using workbench::PlotDock;
 namespace {
 
 constexpr int patience = 8000;
-constexpr int quietMs = 700; // two of the plot's refreshes
+constexpr int quietMs = 700; // more than two of the plot's refreshes at their fastest
 
 std::string toolBlock(int index, double x, bool isSeen) {
     return " [" + std::to_string(index) + (isSeen ? " 1.0" : " -1.0") + " 0 1.5][" +
