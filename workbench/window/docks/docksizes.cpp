@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QToolBar>
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -21,14 +22,19 @@ constexpr int mostSteps = 16;
 
 DockSizes::DockSizes(QMainWindow& window)
     : QObject(&window)
-    , m_window(window) {}
+    , m_window(window) {
+    window.installEventFilter(this);
+}
 
 void DockSizes::watch(QDockWidget* dock) {
     m_places[dock] = {};
     dock->installEventFilter(this);
     connect(dock, &QDockWidget::topLevelChanged, this,
             [this, dock](bool isFloating) { onFloating(*dock, isFloating); });
-    connect(dock, &QObject::destroyed, this, [this, dock] { m_places.erase(dock); });
+    connect(dock, &QObject::destroyed, this, [this, dock] {
+        m_places.erase(dock);
+        m_layout.reset();
+    });
 }
 
 void DockSizes::wish(QDockWidget* dock, int height) {
@@ -39,40 +45,71 @@ void DockSizes::wish(QDockWidget* dock, int height) {
 }
 
 bool DockSizes::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (watched == &m_window) {
+        // What of them reaches the window itself is for the borders between docks.
+        if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease) {
+            onMouseButton(type == QEvent::MouseButtonPress);
+        }
+        return QObject::eventFilter(watched, event);
+    }
     auto* const dock = qobject_cast<QDockWidget*>(watched);
     const auto found = m_places.find(dock);
-    if (event->type() == QEvent::Resize && found != m_places.end()) {
-        Place& place = found->second;
-        if (!dock->isFloating() && dock->isVisible() && !place.isReturning) {
-            place.docked = dock->size();
-            place.area = m_window.dockWidgetArea(dock);
-            place.hadTabs = hasTabs(*dock);
-        }
+    if (type == QEvent::Resize && found != m_places.end()) {
+        onResized(*dock);
     }
-    if (event->type() == QEvent::Show && found != m_places.end() && found->second.wished > 0) {
+    if (type == QEvent::Show && found != m_places.end() && found->second.wished > 0) {
         // The window gives it a size of its own first; what is hidden has none to be changed.
         QTimer::singleShot(0, dock, [this, dock] { giveWished(*dock); });
     }
     return QObject::eventFilter(watched, event);
 }
 
-void DockSizes::onFloating(QDockWidget& dock, bool isFloating) {
-    Place& place = m_places[&dock];
-    if (!isFloating) {
-        if (!place.before.empty() && m_window.dockWidgetArea(&dock) == place.area) {
-            place.isReturning = true;
-            // The window gives the dock a size of its own first.
-            QTimer::singleShot(0, &dock, [this, &dock] { putBack(dock); });
-        }
+void DockSizes::onResized(QDockWidget& dock) {
+    if (!isInFront(dock)) {
         return;
     }
-    place.isReturning = false;
-    place.before.clear();
-    place.room = roomOfDocks();
-    for (const auto& [other, itsPlace] : m_places) {
-        if (other == &dock || (!other->isFloating() && other->isVisible())) {
-            place.before[other] = itsPlace.docked;
+    const auto behind = m_window.tabifiedDockWidgets(&dock);
+    const Docked docked{dock.size(), m_window.dockWidgetArea(&dock), !behind.isEmpty()};
+    for (QDockWidget* const one : QList<QDockWidget*>{&dock} + behind) {
+        const auto found = m_places.find(one);
+        if (found != m_places.end() && !found->second.isReturning) {
+            found->second.docked = docked;
         }
+    }
+}
+
+void DockSizes::onFloating(QDockWidget& dock, bool isFloating) {
+    Place& place = m_places[&dock];
+    if (isFloating) {
+        place.isReturning = false;
+        if (m_layout == nullptr || m_layout->docks.count(&dock) == 0 || !isOnlyFloated(*m_layout)) {
+            Layout layout{allDocked(), roomOfDocks()};
+            layout.docks[&dock] = place.docked;
+            m_layout = std::make_shared<const Layout>(std::move(layout));
+        }
+        place.before = m_layout;
+        return;
+    }
+    if (place.before != nullptr &&
+        m_window.dockWidgetArea(&dock) == place.before->docks.at(&dock).area) {
+        place.isReturning = true;
+        // The window gives the dock a size of its own first.
+        QTimer::singleShot(0, &dock, [this, &dock] { putBack(dock); });
+    } else {
+        m_layout.reset();
+    }
+}
+
+void DockSizes::onMouseButton(bool isPressed) {
+    std::map<QDockWidget*, QSize> sizes;
+    for (const auto& [dock, docked] : allDocked()) {
+        sizes[dock] = docked.size;
+    }
+    if (isPressed) {
+        m_sizesAtPress = std::move(sizes);
+    } else if (sizes != m_sizesAtPress) {
+        m_layout.reset();
     }
 }
 
@@ -83,22 +120,36 @@ void DockSizes::putBack(QDockWidget& dock) {
     }
     place.isReturning = false;
     dock.raise(); // it may have become a tab behind others
-    const bool isAsBefore = place.room == roomOfDocks() && isCompany(place.before);
+    const std::shared_ptr<const Layout> before = std::exchange(place.before, nullptr);
+    const bool isAsBefore = before == m_layout && isOnlyFloated(*before);
     QList<QDockWidget*> docks;
-    QList<int> heights;
     QList<int> widths;
-    for (const auto& [other, size] : place.before) {
-        if (size.isValid() && (other == &dock || isAsBefore)) {
-            docks << other;
-            heights << size.height();
-            widths << size.width();
+    QList<QDockWidget*> likeTabs;
+    QList<int> heights;
+    const auto behind = m_window.tabifiedDockWidgets(&dock);
+    for (const auto& [other, docked] : before->docks) {
+        const bool isMeant =
+            other == &dock || (isAsBefore && isInFront(*other) && !behind.contains(other));
+        if (!isMeant || !docked.size.isValid()) {
+            continue;
+        }
+        docks << other;
+        widths << docked.size.width();
+        // The bar of tabs is no part of a dock's height.
+        if (docked.hasTabs == hasTabs(*other)) {
+            likeTabs << other;
+            heights << docked.size.height();
         }
     }
-    // The bar of tabs is no part of a dock's height.
-    if (place.hadTabs == hasTabs(dock)) {
-        resize(docks, heights, Qt::Vertical);
-    }
+    resize(likeTabs, heights, Qt::Vertical);
     resize(docks, widths, Qt::Horizontal);
+    for (const auto& [other, itsPlace] : m_places) {
+        onResized(*other); // it may have been so all along
+    }
+    const auto floats = [](const auto& one) { return one.first->isFloating(); };
+    if (isAsBefore && std::none_of(before->docks.begin(), before->docks.end(), floats)) {
+        m_layout.reset();
+    }
 }
 
 // Qt takes from one neighbour what it gives to another: each step halves what is missing.
@@ -131,18 +182,38 @@ bool DockSizes::hasTabs(QDockWidget& dock) const {
     return !m_window.tabifiedDockWidgets(&dock).isEmpty();
 }
 
-// Those and no others are docked; none of them has been deleted then.
-bool DockSizes::isCompany(const Sizes& docks) const {
-    std::size_t docked = 0;
+bool DockSizes::isDocked(const QDockWidget& dock) const {
+    return dock.isVisible() && !dock.isFloating();
+}
+
+// The tabs behind are laid out when they come to the front.
+bool DockSizes::isInFront(const QDockWidget& dock) const {
+    return isDocked(dock) && m_window.rect().intersects(dock.geometry());
+}
+
+std::map<QDockWidget*, DockSizes::Docked> DockSizes::allDocked() const {
+    std::map<QDockWidget*, Docked> found;
     for (const auto& [dock, place] : m_places) {
-        if (dock->isVisible() && !dock->isFloating()) {
-            ++docked;
-            if (docks.count(dock) == 0) {
-                return false;
-            }
+        if (isDocked(*dock)) {
+            found[dock] = place.docked;
         }
     }
-    return docked == docks.size();
+    return found;
+}
+
+// The room is the same, its docks are where they were, or float, and there are no others.
+bool DockSizes::isOnlyFloated(const Layout& layout) const {
+    const auto stays = [this, &layout](QDockWidget* dock) {
+        const auto found = layout.docks.find(dock);
+        return found != layout.docks.end() && found->second.area == m_window.dockWidgetArea(dock);
+    };
+    for (const auto& [dock, place] : m_places) {
+        const bool isMissing = !isDocked(*dock) && !dock->isFloating();
+        if (isMissing ? layout.docks.count(dock) != 0 : isDocked(*dock) && !stays(dock)) {
+            return false;
+        }
+    }
+    return layout.room == roomOfDocks();
 }
 
 // What the bars of the window leave them.

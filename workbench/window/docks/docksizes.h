@@ -5,6 +5,7 @@
 #include <QSize>
 
 #include <map>
+#include <memory>
 
 class QDockWidget;
 class QMainWindow;
@@ -12,8 +13,10 @@ class QMainWindow;
 namespace workbench {
 
 /// A dock that was floated and is docked again at the same edge gets the size that it had there;
-/// one among tabs comes to the front. So do the others, unless the window has got another room for
-/// docks meanwhile, or other docks: then they keep what the user sees.
+/// one among tabs comes to the front. So do the others: of several that were floated, in whatever
+/// order they come back, each that is docked has what it had when all of them were. Unless the
+/// window has got another room for docks meanwhile, or other docks, or the user has moved a border
+/// between them: then they keep what the user sees.
 class DockSizes : public QObject {
     Q_OBJECT
 
@@ -30,29 +33,42 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    using Sizes = std::map<QDockWidget*, QSize>;
-
-    struct Place {
-        QSize docked;             // as it is, or was last
-        int area = 0;             // Qt::DockWidgetArea of it
-        bool hadTabs = false;     // beside it
-        Sizes before;             // of all docks when it was floated: they share the room
-        QSize room;               // of all docks, then
-        bool isReturning = false; // docked again, not laid out yet
-        int wished = 0;           // height, until it is given
+    struct Docked {
+        QSize size;
+        int area = 0;         // Qt::DockWidgetArea of it
+        bool hasTabs = false; // beside it
     };
 
+    struct Layout {
+        std::map<QDockWidget*, Docked> docks;
+        QSize room; // of all of them
+    };
+
+    struct Place {
+        Docked docked;                        // as it is, or was last
+        std::shared_ptr<const Layout> before; // it was floated, as m_layout
+        bool isReturning = false;             // docked again, not laid out yet
+        int wished = 0;                       // height, until it is given
+    };
+
+    void onResized(QDockWidget& dock);
     void onFloating(QDockWidget& dock, bool isFloating);
+    void onMouseButton(bool isPressed);
     void putBack(QDockWidget& dock);
     void resize(const QList<QDockWidget*>& docks, const QList<int>& sizes,
                 Qt::Orientation direction);
     bool hasTabs(QDockWidget& dock) const;
-    bool isCompany(const Sizes& docks) const;
+    bool isDocked(const QDockWidget& dock) const;
+    bool isInFront(const QDockWidget& dock) const;
+    std::map<QDockWidget*, Docked> allDocked() const;
+    bool isOnlyFloated(const Layout& layout) const;
     QSize roomOfDocks() const;
     void giveWished(QDockWidget& dock);
 
     QMainWindow& m_window;
     std::map<QDockWidget*, Place> m_places;
+    std::shared_ptr<const Layout> m_layout; // before the first of those that float was floated
+    std::map<QDockWidget*, QSize> m_sizesAtPress;
 };
 
 } // namespace workbench

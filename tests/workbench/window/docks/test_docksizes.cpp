@@ -1,19 +1,19 @@
+#include "tests/support/docksinview.h"
 #include "workbench/window/docks/docksizes.h"
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QMouseEvent>
 #include <QToolBar>
 #include <QtTest>
 
-#include <map>
+#include <algorithm>
 
 using workbench::DockSizes;
 
 namespace {
 
 constexpr int patience = 20000;
-
-using Sizes = std::map<QString, QSize>;
 
 // Two docks above, tabs and a dock below.
 struct Rig {
@@ -59,17 +59,7 @@ struct Rig {
         return true;
     }
 
-    // Of those in view.
-    Sizes all() const {
-        Sizes found;
-        for (const QDockWidget* const dock : {display, points, log, commands, readout}) {
-            if (dock->isVisible() && !dock->isFloating() &&
-                window.rect().intersects(dock->geometry())) {
-                found[dock->objectName()] = dock->size();
-            }
-        }
-        return found;
-    }
+    QDockWidget* dock(const QString& name) const { return window.findChild<QDockWidget*>(name); }
 
     QMainWindow window;
     QToolBar* bar = new QToolBar(&window);
@@ -95,6 +85,13 @@ void dockIt(QDockWidget& dock) {
     }
 }
 
+// QTest::mouseMove() holds no button.
+void moveWithButton(QWidget& widget, const QPoint& to) {
+    QMouseEvent move(QEvent::MouseMove, to, widget.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &move);
+}
+
 } // namespace
 
 class TestDockSizes : public QObject {
@@ -111,21 +108,21 @@ private Q_SLOTS:
         QFETCH(QString, name);
         Rig rig;
         QVERIFY(rig.show());
-        const Sizes before = rig.all();
-        QCOMPARE(before.size(), std::size_t(4));
-        auto* const dock = rig.window.findChild<QDockWidget*>(name);
+        const QString before = sizesInView(rig.window);
+        QCOMPARE(before.count(QLatin1Char(',')), 3);
+        QDockWidget* const dock = rig.dock(name);
         for (int turn = 0; turn < 3; ++turn) {
             floatIt(*dock, {333, 222});
-            QVERIFY(rig.all() != before);
+            QVERIFY(sizesInView(rig.window) != before);
             dockIt(*dock);
-            QTRY_COMPARE_WITH_TIMEOUT(rig.all(), before, patience);
+            QTRY_COMPARE_WITH_TIMEOUT(sizesInView(rig.window), before, patience);
         }
     }
 
     void aDockAmongTabsGetsItsSizeBack() {
         Rig rig;
         QVERIFY(rig.show());
-        const Sizes before = rig.all();
+        const QString before = sizesInView(rig.window);
         const QSize size = rig.log->size();
         floatIt(*rig.log, {333, 222});
         floatIt(*rig.commands, {300, 200}); // nothing holds their place now
@@ -135,20 +132,97 @@ private Q_SLOTS:
                                  patience);
         QTRY_COMPARE_WITH_TIMEOUT(rig.commands->size(), size, patience);
         rig.log->raise();
-        QTRY_COMPARE_WITH_TIMEOUT(rig.all(), before, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(sizesInView(rig.window), before, patience);
     }
 
-    void severalComeBackTheOtherWayRound() {
+    void severalComeBackInEveryOrder_data() {
+        QTest::addColumn<QStringList>("order");
+        QTest::addColumn<bool>("isOrderOfFloating");
+        const QStringList names = {QStringLiteral("Commands"), QStringLiteral("Display"),
+                                   QStringLiteral("Log"), QStringLiteral("Readout")};
+        for (const bool isOfFloating : {false, true}) {
+            QStringList order = names;
+            do {
+                QTest::addRow("%s %s", isOfFloating ? "floated and docked" : "docked",
+                              qPrintable(order.join(QStringLiteral(", "))))
+                    << order << isOfFloating;
+            } while (std::next_permutation(order.begin(), order.end()));
+        }
+    }
+    void severalComeBackInEveryOrder() {
+        QFETCH(QStringList, order);
+        QFETCH(bool, isOrderOfFloating);
         Rig rig;
         QVERIFY(rig.show());
-        const Sizes before = rig.all();
-        for (QDockWidget* const dock : {rig.log, rig.commands, rig.readout, rig.display}) {
+        const QString before = sizesInView(rig.window);
+        const QStringList first = {QStringLiteral("Log"), QStringLiteral("Commands"),
+                                   QStringLiteral("Readout"), QStringLiteral("Display")};
+        for (const QString& name : isOrderOfFloating ? order : first) {
+            floatIt(*rig.dock(name), {333, 222});
+        }
+        for (const QString& name : order) {
+            dockIt(*rig.dock(name));
+        }
+        rig.log->raise();
+        QTRY_COMPARE_WITH_TIMEOUT(sizesInView(rig.window), before, patience);
+        floatIt(*rig.commands, {333, 222});
+        rig.log->raise();
+        dockIt(*rig.commands);
+        rig.log->raise();
+        QTRY_COMPARE_WITH_TIMEOUT(sizesInView(rig.window), before, patience);
+    }
+
+    void allComeBackAtOnce() {
+        Rig rig;
+        QVERIFY(rig.show());
+        const QString before = sizesInView(rig.window);
+        const auto docks = {rig.log, rig.commands, rig.readout, rig.display, rig.points};
+        for (QDockWidget* const dock : docks) {
             floatIt(*dock, {333, 222});
         }
-        for (QDockWidget* const dock : {rig.display, rig.readout, rig.commands, rig.log}) {
-            dockIt(*dock);
+        for (QDockWidget* const dock : docks) {
+            dock->setFloating(false);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(rig.all(), before, patience);
+        QCoreApplication::processEvents();
+        rig.log->raise();
+        QTRY_COMPARE_WITH_TIMEOUT(sizesInView(rig.window), before, patience);
+    }
+
+    void whileOthersStillFloatThoseInViewHaveTheirShare() {
+        Rig rig;
+        QVERIFY(rig.show());
+        const QSize readout = rig.readout->size();
+        const QSize display = rig.display->size();
+        const QSize points = rig.points->size();
+        for (QDockWidget* const dock : {rig.readout, rig.log, rig.commands, rig.display}) {
+            floatIt(*dock, {333, 222});
+        }
+        dockIt(*rig.readout);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.readout->height(), readout.height(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.points->height(), points.height(), patience);
+        dockIt(*rig.display);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.display->size(), display, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.points->size(), points, patience);
+    }
+
+    // In the gap between display and points.
+    void aBorderThatTheUserHasMovedStays() {
+        Rig rig;
+        QVERIFY(rig.show());
+        floatIt(*rig.readout, {333, 222});
+        const int width = rig.display->width();
+        const QPoint border(rig.display->geometry().right() + 2,
+                            rig.display->geometry().center().y());
+        QVERIFY(rig.window.childAt(border) == nullptr);
+        QTest::mousePress(&rig.window, Qt::LeftButton, Qt::NoModifier, border);
+        moveWithButton(rig.window, border - QPoint(120, 0));
+        QTRY_COMPARE_WITH_TIMEOUT(rig.display->width(), width - 120, patience);
+        QTest::mouseRelease(&rig.window, Qt::LeftButton, Qt::NoModifier, border - QPoint(120, 0));
+        floatIt(*rig.log, {333, 222});
+        dockIt(*rig.readout);
+        dockIt(*rig.log);
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.log->isFloating(), patience);
+        QCOMPARE(rig.display->width(), width - 120);
     }
 
     void ofAWindowThatHasChangedOnlyTheDockThatWasFloatedGetsItsSize() {
