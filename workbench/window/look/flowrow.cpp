@@ -63,20 +63,24 @@ QLayoutItem* FlowRow::takeAt(int index) {
 // As high as it is with the width that it has; a dock asks nobody what height a width needs.
 QSize FlowRow::minimumSize() const {
     int widest = leastInCharacters * parentWidget()->fontMetrics().averageCharWidth();
-    int all = std::max(0, count() - 1) * spacing();
+    int all = -spacing();
     for (const auto& item : m_items) {
-        widest = std::max(widest, item->minimumSize().width());
-        all += item->minimumSize().width();
+        if (!item->isEmpty()) {
+            widest = std::max(widest, item->minimumSize().width());
+            all += spacing() + item->minimumSize().width();
+        }
     }
-    return {std::min(all, widest), heightOf(lines(m_width))};
+    return {std::clamp(all, 0, widest), heightOf(lines(m_width))};
 }
 
 QSize FlowRow::sizeHint() const {
-    int width = std::max(0, count() - 1) * spacing();
+    int width = -spacing();
     for (const auto& item : m_items) {
-        width += item->sizeHint().width();
+        if (!item->isEmpty()) {
+            width += spacing() + item->sizeHint().width();
+        }
     }
-    return {width, heightOf(lines(m_width))};
+    return {std::max(0, width), heightOf(lines(m_width))};
 }
 
 Qt::Orientations FlowRow::expandingDirections() const {

@@ -30,6 +30,8 @@ constexpr int showIntervalMs = 500;
 constexpr int trialIntervalMs = 100;
 constexpr int leastWidthInCharacters = 110;
 constexpr int mostWidthInCharacters = 150;
+constexpr int sentenceWidthInCharacters = 45;
+constexpr int leastColumnInCharacters = 16;
 constexpr int outletsHeightInLines = 16;
 
 QString resultsText(const OutletWord& word) {
@@ -95,12 +97,18 @@ SendDialog::SendDialog(OutletControl& control, OutletHub::Maker trialMaker, QWid
     m_showTimer.start(showIntervalMs);
     showEntries();
     showButtons();
-    m_ui->tableWidget_outlets->resizeColumnsToContents();
-    // The last one is as narrow as that when there is no room for it.
-    QHeaderView* const header = m_ui->tableWidget_outlets->horizontalHeader();
-    header->setMinimumSectionSize(header->sectionSizeHint(OutletResultsColumn));
     const int character = fontMetrics().averageCharWidth();
-    const int columns = m_ui->tableWidget_outlets->horizontalHeader()->length();
+    QHeaderView* const header = m_ui->tableWidget_outlets->horizontalHeader();
+    header->setMinimumSectionSize(
+        std::max(header->sectionSizeHint(OutletStateColumn), leastColumnInCharacters * character));
+    m_ui->tableWidget_outlets->resizeColumnsToContents();
+    const int columns = header->length() + std::max(0, sentenceWidthInCharacters * character -
+                                                           header->sectionSize(OutletStateColumn));
+    for (const int column : {OutletSentColumn, OutletDroppedColumn, OutletResultsColumn}) {
+        header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    }
+    // Sentences: they take what the others leave.
+    header->setSectionResizeMode(OutletStateColumn, QHeaderView::Stretch);
     const QMargins margins = layout()->contentsMargins();
     const int besides =
         margins.left() + margins.right() + 2 * m_ui->tableWidget_outlets->frameWidth();

@@ -70,6 +70,9 @@ private Q_SLOTS:
         control.start(path());
         QVERIFY(changed.wait(patience));
         QCOMPARE(control.stateText(), QStringLiteral("recording"));
+        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().freeBytes >= 0, patience);
+        const QRegularExpression room(QStringLiteral("^[0-9].* free$"));
+        QVERIFY2(room.match(control.diskText()).hasMatch(), qPrintable(control.diskText()));
         overflow(recorder);
         QTRY_COMPARE_WITH_TIMEOUT(control.stateText(), QStringLiteral("the disk does not answer"),
                                   patience);
@@ -81,6 +84,8 @@ private Q_SLOTS:
         QVERIFY(missing > 0);
         QVERIFY(control.numbersText().endsWith(
             QStringLiteral(", %1 not written, to %2").arg(QString::number(missing), path())));
+        QVERIFY(control.diskText().endsWith(
+            QStringLiteral(" free, %1 not written").arg(QString::number(missing))));
         QVERIFY(control.isRunning());
 
         disk.read();
@@ -90,6 +95,7 @@ private Q_SLOTS:
         control.stop();
         QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 1, patience);
         QVERIFY(!control.isRunning());
+        QCOMPARE(control.diskText(), QString());
         const QString sentence = QStringLiteral("%1 frames could not be written to %2")
                                      .arg(QString::number(missing), path());
         QCOMPARE(changed.first().at(1).toString(), sentence);

@@ -5,6 +5,7 @@
 #include "workbench/window/sending/senddialog.h"
 #include "workbench/window/settings/windowsettings.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -175,6 +176,47 @@ private Q_SLOTS:
         }
         m_hub->frame({"fr 1"});
         QTRY_COMPARE_WITH_TIMEOUT(cell(0, 3), QStringLiteral("1"), patience);
+    }
+
+    void aSentenceHasTheRoomThatNumbersLeave_data() {
+        QTest::addColumn<int>("points");
+        QTest::newRow("9 pt") << 9;
+        QTest::newRow("14 pt") << 14; // as high in pixels as 9 at 144 dpi
+    }
+    void aSentenceHasTheRoomThatNumbersLeave() {
+        QFETCH(int, points);
+        const QFont usual = QApplication::font();
+        QFont font = usual;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        OutletUrl url;
+        QString error;
+        QVERIFY(url.parse(QStringLiteral("mqtt://measuring-room.example/tracking"), &error));
+        QVERIFY(m_control->add(url, OutletControl::Memory::Kept, &error));
+        m_dialog = std::make_unique<SendDialog>(*m_control, maker(), nullptr,
+                                                std::chrono::milliseconds(1000));
+        QApplication::setFont(usual);
+        m_dialog->setFont(font);
+        m_dialog->show();
+        m_script->say(State::Connected, "what nobody has heard of yet, and is sent again");
+        const QHeaderView& header = *table().horizontalHeader();
+        QTRY_VERIFY_WITH_TIMEOUT(cell(0, 1).startsWith(QStringLiteral("Connected: what")),
+                                 patience);
+        QTRY_COMPARE_WITH_TIMEOUT(header.length(), table().viewport()->width(), patience);
+        for (const int column : {2, 3, 4}) {
+            QCOMPARE(header.sectionSize(column),
+                     std::max(header.sectionSizeHint(column), header.minimumSectionSize()));
+        }
+        const QFontMetrics metrics = table().fontMetrics();
+        QVERIFY(header.sectionSize(1) >= 45 * metrics.averageCharWidth());
+        // Results come later, and need more than their header then.
+        for (int count = 0; count < 1000; ++count) {
+            m_hub->result(QStringLiteral("A"), QStringLiteral("{}"));
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(cell(0, 4).endsWith(QStringLiteral(" waiting")), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(header.sectionSize(4) > metrics.horizontalAdvance(cell(0, 4)),
+                                 patience);
+        QTRY_COMPARE_WITH_TIMEOUT(header.length(), table().viewport()->width(), patience);
     }
 
     void theLogTellsOfEachChangeOnce() {
