@@ -8,12 +8,16 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTranslator>
 #include <QtTest>
 
 #include <cerrno>
+#include <future>
 #include <limits>
 #include <memory>
 
@@ -24,6 +28,27 @@ namespace {
 
 constexpr int patience = 15000;
 constexpr std::size_t smallQueue = 200 * 1024;
+
+/// The language of the program, while it lives.
+class Language {
+public:
+    explicit Language(const QLocale& locale) {
+        QLocale::setDefault(locale);
+        if (locale.language() == QLocale::German) {
+            if (!m_german.load("kestrel-workbench_de", KESTREL_TRANSLATIONS_DIR)) {
+                qFatal("no German");
+            }
+            QCoreApplication::installTranslator(&m_german);
+        }
+    }
+    ~Language() { QLocale::setDefault(m_before); } // a translator takes itself away
+    Language(const Language&) = delete;
+    Language& operator=(const Language&) = delete;
+
+private:
+    const QLocale m_before;
+    QTranslator m_german;
+};
 
 } // namespace
 
@@ -237,6 +262,51 @@ private Q_SLOTS:
                                   control.numbersText().contains(QStringLiteral(", room for "))),
                                  patience);
         control.stop();
+    }
+
+    void ofTheDiskIsToldWhatIsKnown_data() {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("notWritten");
+        QTest::addColumn<QString>("bothTexts");
+        row("English", QLocale::c(), QStringLiteral("%1 not written"),
+            QStringLiteral("%1 free, %2 not written"));
+        row("German", QLocale(QLocale::German), QStringLiteral("%1 nicht geschrieben"),
+            QStringLiteral("%1 frei, %2 nicht geschrieben"));
+    }
+    void ofTheDiskIsToldWhatIsKnown() {
+        QFETCH(QLocale, locale);
+        QFETCH(QString, notWritten);
+        QFETCH(QString, bothTexts);
+        const Language language(locale);
+        HangingDisk disk;
+        std::promise<void> open;
+        Recorder recorder(
+            [opener = disk.opener(), mayOpen = open.get_future().share()](const QString& name,
+                                                                          QString* error) {
+                mayOpen.wait();
+                return opener(name, error);
+            },
+            smallQueue);
+        const auto atEnd = qScopeGuard([&] { disk.read(); });
+        RecordingControl control(m_backend->session, recorder, m_backend->log);
+        QCOMPARE(control.diskText(), QString());
+
+        // The disk has not been asked yet.
+        control.start(path());
+        QTRY_VERIFY_WITH_TIMEOUT(recorder.status().running, patience);
+        QCOMPARE(control.diskText(), QString());
+        overflow(recorder);
+        const quint64 early = recorder.status().unwritten;
+        QVERIFY(early > 0);
+        QCOMPARE(control.diskText(), notWritten.arg(early));
+
+        open.set_value(); // a pipe, which has room for nothing
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.status().freeBytes, qint64(0), patience);
+        const QString none = locale.formattedDataSize(0, 1, QLocale::DataSizeSIFormat);
+        QCOMPARE(control.diskText(), bothTexts.arg(none, QString::number(early)));
+        disk.read();
+        control.finish();
+        QCOMPARE(control.diskText(), QString());
     }
 
     void theRoomIsToldAsATime() {
