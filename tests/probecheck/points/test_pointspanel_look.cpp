@@ -24,6 +24,8 @@ private Q_SLOTS:
     void everythingCanBeRead();
     void aLowPageCanBeRead_data() { surroundings(); }
     void aLowPageCanBeRead();
+    void aSmallScreenIsWideEnough_data();
+    void aSmallScreenIsWideEnough();
     void whatHasRoomIsNotScrolled_data() { surroundings(); }
     void whatHasRoomIsNotScrolled();
     void theTabulatorScrollsToWhatItReaches();
@@ -153,6 +155,23 @@ void TestPointsPanelLook::aLowPageCanBeRead() {
         QVERIFY(fit.texts > 10);
         QVERIFY(fit.buttons >= 9);
     }
+}
+
+void TestPointsPanelLook::aSmallScreenIsWideEnough_data() {
+    QTest::addColumn<bool>("isGerman");
+    QTest::addColumn<double>("fontScale");
+    row("English", false, 1.0);
+    row("German", true, 1.0);
+}
+
+// Of 800 pixels at up to 120 dpi, as of 1280 at 192.
+void TestPointsPanelLook::aSmallScreenIsWideEnough() {
+    constexpr int dpi = 120;
+    constexpr int room = 780; // the window has a frame besides
+    begin();
+    const int width = f->panel->minimumSizeHint().width();
+    const int most = room * std::max(dpi, f->panel->logicalDpiX()) / dpi;
+    QVERIFY2(width <= most, qPrintable(QStringLiteral("%1 of %2").arg(width).arg(most)));
 }
 
 void TestPointsPanelLook::whatHasRoomIsNotScrolled() {
