@@ -596,6 +596,49 @@
     </message>
 </context>
 <context>
+    <name>workbench::ChannelResult</name>
+    <message>
+        <source>success</source>
+        <translation>erfolgreich</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
+    </message>
+    <message>
+        <source>no reply in time</source>
+        <translation>keine rechtzeitige Antwort</translation>
+    </message>
+    <message>
+        <source>malformed reply</source>
+        <translation>fehlerhafte Antwort</translation>
+    </message>
+    <message>
+        <source>reply too long</source>
+        <translation>Antwort zu lang</translation>
+    </message>
+    <message>
+        <source>not a command line</source>
+        <translation>keine Befehlszeile</translation>
+    </message>
+    <message>
+        <source>bad argument</source>
+        <translation>unzulässiges Argument</translation>
+    </message>
+    <message>
+        <source>too many commands under way</source>
+        <translation>zu viele Befehle unterwegs</translation>
+    </message>
+    <message>
+        <source>called from a thread other than the GUI thread</source>
+        <translation>aus einem anderen Thread als dem der Oberfläche aufgerufen</translation>
+    </message>
+    <message>
+        <source>unknown result</source>
+        <translation>unbekanntes Ergebnis</translation>
+    </message>
+</context>
+<context>
     <name>workbench::CommandChannel</name>
     <message>
         <source>the controller closed the connection</source>
@@ -1123,16 +1166,16 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <translation>Kein Andockfenster ist offen. Das Menü Ansicht zeigt sie: die Anzeigen der Module, das Protokoll und die Befehlszeile.</translation>
     </message>
     <message>
-        <source>Data</source>
-        <translation>Daten</translation>
-    </message>
-    <message>
         <source>&amp;Read-out</source>
         <translation>&amp;Großanzeige</translation>
     </message>
     <message>
         <source>Time &amp;plot</source>
         <translation>&amp;Zeitverlauf</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Daten</translation>
     </message>
 </context>
 <context>
@@ -1615,10 +1658,6 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>angehalten</translation>
     </message>
     <message>
-        <source>mm from the mean, over seconds; s: standard deviation over %1</source>
-        <translation>mm vom Mittelwert, über Sekunden; s: Standardabweichung über %1</translation>
-    </message>
-    <message>
         <source>no data for %1 s</source>
         <translation>seit %1 s keine Daten</translation>
     </message>
@@ -1645,6 +1684,10 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>%1 cannot be written: %2</source>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>last %1: mm from the mean, over seconds; s: standard deviation</source>
+        <translation>letzte %1: mm vom Mittelwert, über Sekunden; s: Standardabweichung</translation>
     </message>
 </context>
 <context>
@@ -1705,7 +1748,16 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     </message>
     <message>
         <source>b%1 pressed</source>
-        <translation>b%1 gedrückt</translation>
+        <translation>T%1 gedrückt</translation>
+    </message>
+    <message>
+        <source>b%1</source>
+        <comment>a button</comment>
+        <translation>T%1</translation>
+    </message>
+    <message>
+        <source>%1 s ago</source>
+        <translation>vor %1 s</translation>
     </message>
 </context>
 <context>
@@ -1780,10 +1832,6 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>recording</source>
         <translation>Aufzeichnung läuft</translation>
-    </message>
-    <message>
-        <source>none</source>
-        <translation>keine</translation>
     </message>
     <message>
         <source>It is whole until then: %1 frames.</source>
@@ -2093,10 +2141,6 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>&amp;Ausgang der Kalibrierung</translation>
     </message>
     <message>
-        <source>Simulator</source>
-        <translation>Simulator</translation>
-    </message>
-    <message>
         <source>Press button &amp;%1</source>
         <translation>Taste &amp;%1 drücken</translation>
     </message>
@@ -2115,6 +2159,10 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>Back to its &amp;own motion</source>
         <translation>Zurück zur &amp;eigenen Bewegung</translation>
+    </message>
+    <message>
+        <source>Simulator</source>
+        <translation>Simulator</translation>
     </message>
 </context>
 <context>
@@ -2245,6 +2293,10 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>%1 lost</source>
         <translation>%1 verloren</translation>
+    </message>
+    <message>
+        <source>measurement unknown</source>
+        <translation>Messung unbekannt</translation>
     </message>
 </context>
 <context>

@@ -24,7 +24,7 @@ constexpr int patienceMs = 15000 * slowness;
 constexpr int goneWithinMs = 2500 * slowness;
 constexpr int liveWithinMs = 2000 * slowness;
 constexpr int toldWithinMs = 1000 * slowness;
-constexpr int goneAfterSleepMs = 1000 * slowness; // less than data that stop are given
+constexpr int goneAtOnceMs = 1000 * slowness; // less than data that stop are given
 constexpr int lastingMs = 3000; // of a cause: long enough for a lost connection to be tried again
 
 } // namespace
@@ -78,13 +78,14 @@ class TestOldData : public QObject {
     }
 
     // The cause begins, lasts and ends; `place` says what is to be shown afterwards.
-    void goesAndComes(const std::function<void()>& begin, const std::function<void()>& end) {
+    void goesAndComes(const std::function<void()>& begin, const std::function<void()>& end,
+                      int goneWithin = goneWithinMs) {
         begin();
         const auto isTold = [this] { return !m_place->window->banner().lines().isEmpty(); };
         const int told = timeUntil(isTold);
         const int gone = timeUntil([this] { return areCellsGone(); });
         QVERIFY(told >= 0 && gone >= 0);
-        QVERIFY(gone + told <= goneWithinMs);
+        QVERIFY2(gone + told <= goneWithin, qPrintable(QString::number(gone + told)));
         QVERIFY2(told <= toldWithinMs, qPrintable(QString::number(told)));
         QTest::qWait(lastingMs);
         QVERIFY(areCellsGone());
@@ -135,7 +136,8 @@ private Q_SLOTS:
                              QStringList{"--no-occlusion", "--noise", "0", "--port", port});
                          QVERIFY(holdsAt(2.0));
                          QVERIFY(m_place->order("tracking start"));
-                     });
+                     },
+                     goneAtOnceMs);
     }
 
     void theProcessIsStopped() {
@@ -202,7 +204,7 @@ private Q_SLOTS:
         standStill(seconds, together ? m_place->simulator->processId() : 0);
 
         const int gone = timeUntil([this] { return areCellsGone() || isShownAt(2.0); });
-        QVERIFY2(gone >= 0 && gone <= goneAfterSleepMs, qPrintable(QString::number(gone)));
+        QVERIFY2(gone >= 0 && gone <= goneAtOnceMs, qPrintable(QString::number(gone)));
         if (!together) {
             QTRY_VERIFY_WITH_TIMEOUT(!m_place->window->banner().lines().isEmpty(), toldWithinMs);
             QVERIFY(areCellsGone());

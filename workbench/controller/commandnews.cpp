@@ -2,6 +2,7 @@
 
 #include "libs/kestrel_wire/command.h"
 #include "libs/kestrel_wire/startswith.h"
+#include "workbench/controller/command/resultwords.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/text/logmodel.h"
 
@@ -56,9 +57,8 @@ void CommandNews::take(const std::string& command, const CommandChannel::Answer&
 }
 
 void CommandNews::tellTraffic(const std::string& command, const CommandChannel::Answer& answer) {
-    const QString reply = answer.line.empty()
-                              ? QLatin1String(describe(static_cast<ChannelResult>(answer.result)))
-                              : QString::fromUtf8(answer.line.c_str());
+    const QString reply =
+        answer.line.empty() ? resultWords(answer.result) : QString::fromUtf8(answer.line.c_str());
     m_log.add(QStringLiteral("traffic"), QStringLiteral("CONTROLLER"), LogModel::Information,
               QStringLiteral("%1 → %2").arg(QString::fromUtf8(command.c_str()), reply));
 }

@@ -2,6 +2,7 @@
 
 #include "libs/kestrel_wire/command.h"
 #include "workbench/controller/command/replyrules.h"
+#include "workbench/controller/command/resultwords.h"
 #include "workbench/controller/controllersession.h"
 #include "workbench/controller/data/requesterregistry.h"
 #include "workbench/outlets/sending/outlethub.h"
@@ -68,8 +69,7 @@ CommandChannel::Answer HostIo::get(const std::string* parameter, const char* for
 
 // What the channel cannot know of: the reasons that lie between a module and the channel.
 int HostIo::reported(int result, const char* what) {
-    m_log.problem(QStringLiteral("%1: %2").arg(
-        QLatin1String(describe(static_cast<ChannelResult>(result))), text(what)));
+    m_log.problem(QStringLiteral("%1: %2").arg(resultWords(result), text(what)));
     return result;
 }
 

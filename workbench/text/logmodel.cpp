@@ -205,11 +205,14 @@ void LogModel::append(const std::vector<Entry>& added) {
     }
 }
 
-int LogModel::problemsSince(quint64 serial) const {
-    return static_cast<int>(
-        std::count_if(m_entries.begin(), m_entries.end(), [serial](const Entry& entry) {
-            return entry.meaning() == Problem && entry.serial > serial;
-        }));
+QVector<int> LogModel::problemRowsSince(quint64 serial) const {
+    QVector<int> rows;
+    for (std::size_t row = 0; row < m_entries.size(); ++row) {
+        if (m_entries[row].meaning() == Problem && m_entries[row].serial > serial) {
+            rows << static_cast<int>(row);
+        }
+    }
+    return rows;
 }
 
 void LogModel::clear() {

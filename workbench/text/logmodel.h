@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <QDateTime>
 #include <QString>
+#include <QVector>
 
 #include <deque>
 #include <mutex>
@@ -51,7 +52,7 @@ public:
     /// A number that grows with each line that is written, repetitions too.
     quint64 serial() const { return m_serial; }
     /// Rows about something that went wrong, of which the last line came after `serial`.
-    int problemsSince(quint64 serial) const;
+    QVector<int> problemRowsSince(quint64 serial) const;
 
     void info(const QString& text);    ///< a line of the workbench itself
     void problem(const QString& text); ///< the same, about something that went wrong

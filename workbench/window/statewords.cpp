@@ -115,7 +115,7 @@ void StateWords::showConnection() {
 void StateWords::showMeasurement() {
     const ReplayControl& replay = m_sources.backend.replay;
     if (!m_sources.backend.session.isReady()) {
-        show(m_measurement, Symbol::No, tr("unknown"));
+        show(m_measurement, Symbol::No, tr("measurement unknown"));
     } else if (!m_sources.backend.monitor.isMeasuring()) {
         show(m_measurement, Symbol::Stop, tr("not measuring"));
     } else if (replay.isActive()) {

@@ -158,7 +158,7 @@ private Q_SLOTS:
         m_controller->setSilent(true);
         const QString unanswered = QStringLiteral("kestrel2 tracking start");
         ask(unanswered, shortTimeoutMs);
-        const QString reason = QLatin1String(describe(workbench::TimedOut));
+        const QString reason = QStringLiteral("no reply in time");
         QTRY_COMPARE_WITH_TIMEOUT(
             lines(unanswered), QStringList(unanswered + QStringLiteral(" → ") + reason), patience);
         const QString text = m_parts->log.toText();

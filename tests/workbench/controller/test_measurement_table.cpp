@@ -332,6 +332,24 @@ private Q_SLOTS:
         QCOMPARE(rig.state(), QString("O"));
     }
 
+    // Of sixty frames a second one comes each second or two.
+    void aControllerThatLosesMostOfItsFramesIsNotGivenMore() {
+        MeasurementRig rig;
+        QVERIFY(rig.bring("M"));
+        rig.backend().receiver.statistics().reset();
+        const BootClock::time_point now = BootClock::now();
+        for (const int second : {-5, -3, -2, 0}) {
+            rig.backend().receiver.statistics().addFrame(600 + 60 * second,
+                                                         now + std::chrono::seconds(second));
+        }
+        DataWatchProbe::lookAfter(rig.watch(), 0.4);
+        QCOMPARE(rig.state(), QString("M"));
+        DataWatchProbe::lookAfter(rig.watch(), old);
+        QCOMPARE(rig.state(), QString("O"));
+        DataWatchProbe::lookAfter(rig.watch(), stopped);
+        QCOMPARE(rig.state(), QString("S"));
+    }
+
     void aControllerWithFewFramesIsGivenItsTime() {
         MeasurementRig rig;
         QVERIFY(rig.bring("M"));

@@ -230,7 +230,7 @@ private Q_SLOTS:
         QTEST(level.data().toString(), "word");
         const bool isError = level.data(LogModel::LevelRole).toInt() == LogModel::Problem;
         QCOMPARE(isError, level.data().toString() == QLatin1String("Error"));
-        QCOMPARE(log.problemsSince(0), isError ? 1 : 0);
+        QCOMPARE(log.problemRowsSince(0), isError ? QVector<int>{0} : QVector<int>{});
         QCOMPARE(
             log.rowText(0).section(QLatin1Char('\t'), LogModel::LevelColumn, LogModel::LevelColumn),
             level.data().toString());

@@ -503,13 +503,14 @@ private Q_SLOTS:
     }
 
     void withoutAConnectionNobodyKnowsWhetherItMeasures() {
-        QCOMPARE(label("statusMeasurement"), QStringLiteral("unknown"));
+        QCOMPARE(label("statusMeasurement"), QStringLiteral("measurement unknown"));
         m_controller->answer("status active", "tracking");
         connectWindow();
         QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("measuring"),
                                   patience);
         m_controller->stopListening();
-        QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("unknown"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("measurement unknown"),
+                                  patience);
     }
 
     void withoutAnyDockTheMiddleSaysHowToGetOne() {

@@ -16,7 +16,4 @@ enum ChannelResult : int {
     QueueFull = -8       ///< too many commands wait for their replies
 };
 
-/// In words, for logs.
-const char* describe(ChannelResult result);
-
 } // namespace workbench

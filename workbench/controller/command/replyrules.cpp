@@ -7,34 +7,6 @@
 #include <limits>
 #include <string>
 
-namespace workbench {
-
-const char* describe(ChannelResult result) {
-    switch (result) {
-    case Success:
-        return "success";
-    case NotConnected:
-        return "not connected";
-    case TimedOut:
-        return "no reply in time";
-    case MalformedReply:
-        return "malformed reply";
-    case ReplyTooLong:
-        return "reply too long";
-    case BadCommand:
-        return "not a command line";
-    case BadArgument:
-        return "bad argument";
-    case QueueFull:
-        return "too many commands under way";
-    case WrongThread:
-        return "called from a thread other than the GUI thread";
-    }
-    return "unknown result";
-}
-
-} // namespace workbench
-
 namespace workbench::replyrules {
 
 namespace {

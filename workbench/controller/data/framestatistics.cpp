@@ -34,15 +34,19 @@ void FrameStatistics::addFrame(std::int64_t counter, Clock::time_point now) {
     }
     const double interval = m_counts.frames == 0 ? 0.0 : BootClock::seconds(now - m_lastFrame);
     const bool wasSilent = m_counts.frames == 0 || interval > longestSilence;
-    // The shorter of two: a single silence is nothing usual.
-    m_counts.usualInterval = std::min(interval, m_lastInterval);
-    m_lastInterval = interval;
+    const std::uint64_t lostThen = m_gaps.lost();
     ++m_counts.frames;
     m_lastFrame = now;
     if (counter >= 0) {
         m_gaps.add(static_cast<std::uint32_t>(counter));
         m_counts.lostFrames = m_gaps.lost();
     }
+    // One that loses most of its frames is not slow.
+    const std::uint64_t sent = 1 + std::max(m_gaps.lost(), lostThen) - lostThen;
+    const double intervalOfSent = interval / static_cast<double>(sent);
+    // The shorter of two: a single silence is nothing usual.
+    m_counts.usualInterval = std::min(intervalOfSent, m_lastInterval);
+    m_lastInterval = intervalOfSent;
     if (wasSilent) {
         m_producedSince = now;
         m_producedThen = produced();

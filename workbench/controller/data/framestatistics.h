@@ -27,8 +27,8 @@ public:
         std::uint64_t rejectedLines = 0; ///< lines that a receiver could not read
         std::size_t longestRejected = 0; ///< characters of the longest of them
         double framesPerSecond = 0.0;    ///< over the last second or so
-        double usualInterval = 0.0;      ///< seconds between frames; 0: not known yet
-        double lastFrameAge = -1.0;      ///< seconds since a readable one; below 0: none yet
+        double usualInterval = 0.0; ///< seconds between frames, lost ones too; 0: not known yet
+        double lastFrameAge = -1.0; ///< seconds since a readable one; below 0: none yet
     };
 
     void reset();

@@ -1,6 +1,7 @@
 #include "workbench/window/log/commanddock.h"
 
 #include "ui_commanddock.h"
+#include "workbench/controller/command/resultwords.h"
 #include "workbench/controller/controllersession.h"
 
 #include <QFontDatabase>
@@ -56,7 +57,7 @@ void CommandDock::run(const QString& command) {
     m_history.add(command);
     append(QStringLiteral("> ") + command);
     if (!m_session.isReady()) {
-        append(QStringLiteral("! ") + QLatin1String(describe(NotConnected)));
+        append(QStringLiteral("! ") + resultWords(NotConnected));
         return;
     }
     m_session.channel().askLater(command.toStdString(), [self = QPointer<CommandDock>(this)](
@@ -68,8 +69,7 @@ void CommandDock::run(const QString& command) {
             self->append(QStringLiteral("< ") + QString::fromUtf8(answer.line.c_str()));
         }
         if (answer.result < 0) {
-            self->append(QStringLiteral("! ") +
-                         QLatin1String(describe(static_cast<ChannelResult>(answer.result))));
+            self->append(QStringLiteral("! ") + resultWords(answer.result));
         }
     });
 }

@@ -39,6 +39,10 @@ LogDock::LogDock(LogModel& log, QWidget* parent)
     connect(m_ui->pushButton_save, &QPushButton::clicked, this, &LogDock::save);
     connect(m_ui->pushButton_clear, &QPushButton::clicked, &log, &LogModel::clear);
     connect(m_ui->checkBox_traffic, &QCheckBox::toggled, this, &LogDock::trafficWanted);
+    for (const auto signal :
+         {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(m_filter, signal, this, &LogDock::countUnseen); // also when the filter is changed
+    }
     connect(&log, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) {
                 takeSources(first, last);
@@ -48,7 +52,8 @@ LogDock::LogDock(LogModel& log, QWidget* parent)
     connect(&log, &QAbstractItemModel::modelReset, this, &LogDock::markSeen);
     connect(this, &QDockWidget::visibilityChanged, this, [this](bool isVisible) {
         if (isVisible) {
-            markSeen();
+            lookAtEnd();
+            countUnseen();
         }
     });
 }
@@ -74,8 +79,10 @@ void LogDock::setUpTable() {
     shortcut->setContext(Qt::WidgetShortcut);
     connect(shortcut, &QShortcut::activated, this, &LogDock::copy);
     const QScrollBar* const bar = view->verticalScrollBar();
-    connect(bar, &QScrollBar::valueChanged, this,
-            [this, bar] { m_atEnd = bar->value() >= bar->maximum(); });
+    connect(bar, &QScrollBar::valueChanged, this, [this, bar] {
+        m_atEnd = bar->value() >= bar->maximum();
+        countUnseen();
+    });
     connect(bar, &QScrollBar::rangeChanged, this, [this, view] {
         if (m_atEnd) {
             view->scrollToBottom();
@@ -121,17 +128,30 @@ void LogDock::markSeen() {
 
 void LogDock::countUnseen() {
     if (isInView()) {
-        m_seen = m_log.serial();
+        lookAtEnd();
     }
-    const int unseen = m_log.problemsSince(m_seen);
+    const int unseen = m_log.problemRowsSince(m_seen).size();
     const QString title = unseen == 0 ? tr("Log") : tr("Log – new errors: %1").arg(unseen);
     if (windowTitle() != title) {
         setTitleAlone(*this, title);
     }
 }
 
+void LogDock::lookAtEnd() {
+    if (m_atEnd && !isProblemLeftOut()) {
+        m_seen = m_log.serial();
+    }
+}
+
 bool LogDock::isInView() const {
     return isVisible() && !visibleRegion().isEmpty() && !window()->isMinimized();
+}
+
+bool LogDock::isProblemLeftOut() const {
+    const QVector<int> unseen = m_log.problemRowsSince(m_seen);
+    return std::any_of(unseen.begin(), unseen.end(), [this](int row) {
+        return !m_filter->mapFromSource(m_log.index(row, 0)).isValid();
+    });
 }
 
 LogDock::~LogDock() = default;

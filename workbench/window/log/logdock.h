@@ -14,8 +14,8 @@ class LogFilter;
 class LogModel;
 
 /// Shows the log: filter by text, level and source, copy, save, clear; switches on what is sent and
-/// answered. Follows new lines while the last one is in view. Errors that came while it was not in
-/// view are counted in its title.
+/// answered. Follows new lines while the last one is in view. Errors that came while it was not, or
+/// that the filter leaves out, are counted in its title.
 class LogDock : public QDockWidget {
     Q_OBJECT
 
@@ -41,7 +41,9 @@ private:
     void takeSources(int first, int last);
     void countUnseen();
     void markSeen();
+    void lookAtEnd();
     bool isInView() const;
+    bool isProblemLeftOut() const; ///< by the filter, of those that nobody has seen
 
     LogModel& m_log;
     std::unique_ptr<Ui::LogDock> m_ui;

@@ -316,7 +316,7 @@ void PlotDock::showState() {
         showColour(*m_ui->label_plotColour, colour, 1.0);
     }
     m_ui->label_plotState->setText(readouttexts::toolName(view.tool) + QLatin1Char(' ') + word);
-    QString remark = tr("mm from the mean, over seconds; s: standard deviation over %1")
+    QString remark = tr("last %1: mm from the mean, over seconds; s: standard deviation")
                          .arg(m_ui->comboBox_span->currentText());
     if (news.isMeasuring && news.isOld) {
         remark = tr("no data for %1 s").arg(m_backend.watch.ageText());

@@ -124,7 +124,8 @@ QString buttons(const ReadoutView& view) {
     QStringList texts;
     for (int button = 0; button < std::min(view.buttonCount, shownButtons); ++button) {
         const bool isPressed = (view.pressedButtons >> static_cast<unsigned>(button) & 1U) != 0;
-        texts += QStringLiteral("b%1 %2").arg(button).arg(QChar(isPressed ? 0x25cf : 0x25cb));
+        texts += Texts::tr("b%1", "a button").arg(button) + QLatin1Char(' ') +
+                 QChar(isPressed ? 0x25cf : 0x25cb);
     }
     return texts.join(QLatin1Char(' '));
 }
@@ -145,6 +146,9 @@ QString sentence(const ReadoutView& view, bool withAngles) {
             parts += QStringLiteral("%1 %2°").arg(
                 axisName(axis, true), figure(anglesOf(view)[static_cast<std::size_t>(axis)]));
         }
+    }
+    if (view.figures && view.age >= 1.0) { // less is no news, and would be told ten times a second
+        parts += Texts::tr("%1 s ago").arg(QString::number(std::floor(view.age), 'f', 0));
     }
     parts += reference(view);
     for (int button = 0; button < std::min(view.buttonCount, shownButtons); ++button) {

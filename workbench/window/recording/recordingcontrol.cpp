@@ -254,7 +254,7 @@ QString RecordingControl::diskText() const {
 QString RecordingControl::numbersText() const {
     const Recorder::Status status = m_recorder.status();
     if (!status.running) {
-        return tr("none");
+        return QStringLiteral("–"); // the state is told elsewhere
     }
     const qint64 seconds = secondsLeft(status.freeBytes, status.bytesPerSecond);
     const QString room = seconds < 0 ? QString() : tr("room for %1").arg(timeText(seconds));

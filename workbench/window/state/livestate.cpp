@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QMainWindow>
 
 #include <algorithm>
 #include <utility>
@@ -17,12 +18,24 @@ namespace workbench {
 namespace {
 
 // The workbench's own dialogs do not mind a controller that is gone.
+bool isOfWorkbench(const QWidget& widget) {
+    return QLatin1String(widget.metaObject()->className()).startsWith(QLatin1String("workbench::"));
+}
+
+// Nor do the questions of its docks and of file dialogs. Modules ask over the window itself.
 bool isDialogOfModuleOpen() {
     const QWidget* const dialog = QApplication::activeModalWidget();
-    return dialog != nullptr && qobject_cast<const QFileDialog*>(dialog) == nullptr &&
-           dialog->objectName() != QLatin1String("messageBox_about") &&
-           !QLatin1String(dialog->metaObject()->className())
-                .startsWith(QLatin1String("workbench::"));
+    if (dialog == nullptr || isOfWorkbench(*dialog) ||
+        dialog->objectName() == QLatin1String("messageBox_about")) {
+        return false;
+    }
+    for (const QWidget* of = dialog; of != nullptr; of = of->parentWidget()) {
+        const bool isOwn = isOfWorkbench(*of) && qobject_cast<const QMainWindow*>(of) == nullptr;
+        if (isOwn || qobject_cast<const QFileDialog*>(of) != nullptr) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace

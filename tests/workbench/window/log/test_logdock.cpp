@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -104,6 +105,49 @@ private Q_SLOTS:
                                   patience);
         log.clear();
         QCOMPARE(dock->windowTitle(), QStringLiteral("Log"));
+    }
+
+    void errorsThatTheFilterLeavesOutAreNotSeen() {
+        LogModel log;
+        LogDock dock(log);
+        dock.resize(600, 300);
+        dock.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dock));
+        auto* const levels = child<QComboBox>(dock, "comboBox_level");
+        levels->setCurrentIndex(levels->findData(LogModel::Information));
+        log.problem(QStringLiteral("hidden"));
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log – new errors: 1"),
+                                  patience);
+        log.info(QStringLiteral("shown"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 2, patience);
+        QCOMPARE(dock.windowTitle(), QStringLiteral("Log – new errors: 1"));
+        levels->setCurrentIndex(levels->findData(LogModel::Problem));
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log"), patience);
+        child<QLineEdit>(dock, "lineEdit_filter")->setText(QStringLiteral("something else"));
+        log.problem(QStringLiteral("hidden, too"));
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log – new errors: 1"),
+                                  patience);
+        child<QLineEdit>(dock, "lineEdit_filter")->clear();
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log"), patience);
+    }
+
+    void errorsBelowWhatIsInViewAreNotSeen() {
+        LogModel log;
+        LogDock dock(log);
+        dock.resize(600, 300);
+        dock.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dock));
+        for (int line = 0; line < 200; ++line) {
+            log.info(QString::number(line));
+        }
+        QScrollBar* const bar = child<QTableView>(dock, "tableView_log")->verticalScrollBar();
+        QTRY_VERIFY_WITH_TIMEOUT(bar->maximum() > 0 && bar->value() == bar->maximum(), patience);
+        bar->setValue(0);
+        log.problem(QStringLiteral("far below"));
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log – new errors: 1"),
+                                  patience);
+        bar->setValue(bar->maximum());
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log"), patience);
     }
 
     void linesAreFilteredByLevelAndSource() {

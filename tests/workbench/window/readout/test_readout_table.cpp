@@ -362,6 +362,24 @@ private Q_SLOTS:
         QTEST(readouttexts::age(view), "text");
     }
 
+    // Less than a second is no news, and would be told ten times in it.
+    void theSentenceTellsAnAgeFromASecondOn_data() {
+        QTest::addColumn<double>("age");
+        QTest::addColumn<QString>("text");
+        row("none", 0.0, "M1, old, x 0.00 mm, y 0.00 mm, z 0.00 mm");
+        row("just less", 0.99, "M1, old, x 0.00 mm, y 0.00 mm, z 0.00 mm");
+        row("a second", 1.0, "M1, old, x 0.00 mm, y 0.00 mm, z 0.00 mm, 1 s ago");
+        row("more", 61.9, "M1, old, x 0.00 mm, y 0.00 mm, z 0.00 mm, 61 s ago");
+    }
+    void theSentenceTellsAnAgeFromASecondOn() {
+        QFETCH(double, age);
+        ReadoutView view;
+        view.state = ReadoutState::Old;
+        view.figures = ReadoutView::Figures();
+        view.age = age;
+        QTEST(readouttexts::sentence(view, false), "text");
+    }
+
     void allIsSaidInASentence() {
         Rig rig;
         QVERIFY(rig.bring("L"));

@@ -7,10 +7,14 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QElapsedTimer>
+#include <QFileDialog>
+#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
+
+#include <map>
 
 using workbench::BannerTopic;
 using workbench::ControllerAddress;
@@ -213,15 +217,28 @@ private Q_SLOTS:
     }
 
     void withoutADialogOfAModuleItIsNot_data() {
-        QTest::addColumn<bool>("ownDialog");
-        QTest::newRow("no dialog") << false;
-        QTest::newRow("a dialog of the workbench") << true;
+        QTest::addColumn<QByteArray>("dialog");
+        for (const char* dialog : {"no dialog", "a dialog of the workbench", "a file dialog",
+                                   "the question of a file dialog", "the question of a dock"}) {
+            QTest::newRow(dialog) << QByteArray(dialog);
+        }
     }
     void withoutADialogOfAModuleItIsNot() {
-        QFETCH(bool, ownDialog);
-        workbench::ConnectDialog dialog({}, {}, m_window.get());
-        dialog.setModal(true);
-        dialog.setVisible(ownDialog);
+        QFETCH(QByteArray, dialog);
+        workbench::ConnectDialog own({}, {}, m_window.get());
+        QFileDialog files(m_window.get());
+        files.setOption(QFileDialog::DontUseNativeDialog);
+        QMessageBox ofFiles(&files);
+        QMessageBox ofDock(m_window->findChild<QDockWidget*>("LogDock"));
+        const std::map<QByteArray, QDialog*> dialogs = {{"a dialog of the workbench", &own},
+                                                        {"a file dialog", &files},
+                                                        {"the question of a file dialog", &ofFiles},
+                                                        {"the question of a dock", &ofDock}};
+        const auto open = dialogs.find(dialog);
+        if (open != dialogs.end()) {
+            open->second->setModal(true);
+            open->second->show();
+        }
         interrupt(QString());
         QVERIFY(m_window->banner().text(BannerTopic::Restart).isEmpty());
     }
