@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iostream>
+#include <unistd.h>
 
 namespace recording {
 
@@ -27,6 +28,13 @@ std::string faultText(const Outcome& outcome) {
     return "line " + std::to_string(outcome.line) + ": " + reason;
 }
 
+Watch toldTo(Progress& progress) {
+    return [&progress](std::uint64_t bytes) {
+        progress.tell(bytes);
+        return true;
+    };
+}
+
 // Of the walk that has made `output`.
 ExitCode end(const Options& options, const Outcome& outcome, Output& output) {
     if (outcome.ending == Ending::NotWritten || !output.close()) {
@@ -44,9 +52,10 @@ ExitCode end(const Options& options, const Outcome& outcome, Output& output) {
     return ExitFault;
 }
 
-ExitCode runInfo(const Options& options, std::istream& input, const Watch& watch, Output& output) {
+ExitCode runInfo(const Options& options, std::istream& input, Progress& progress, Output& output) {
     kestrel_recording::Summary summary;
-    Outcome outcome = kestrel_recording::summarize(input, summary, watch);
+    Outcome outcome = kestrel_recording::summarize(input, summary, toldTo(progress));
+    progress.clear();
     // Nothing is known of a file that is no recording at all.
     const bool hasContent = outcome.ending != Ending::Malformed || summary.frames > 0;
     if (hasContent && !output.write(summaryText(summary))) {
@@ -55,8 +64,9 @@ ExitCode runInfo(const Options& options, std::istream& input, const Watch& watch
     return end(options, outcome, output);
 }
 
-ExitCode runCheck(const Options& options, std::istream& input, const Watch& watch, Output& output) {
-    Outcome outcome = kestrel_recording::check(input, watch);
+ExitCode runCheck(const Options& options, std::istream& input, Progress& progress, Output& output) {
+    Outcome outcome = kestrel_recording::check(input, toldTo(progress));
+    progress.clear();
     if (outcome.ending != Ending::Whole) {
         tell(options.file + ": " + faultText(outcome));
         return ExitFault;
@@ -67,9 +77,14 @@ ExitCode runCheck(const Options& options, std::istream& input, const Watch& watc
     return end(options, outcome, output);
 }
 
-ExitCode runCsv(const Options& options, std::istream& input, const Watch& watch, Output& output) {
+ExitCode runCsv(const Options& options, std::istream& input, Progress& progress, Output& output) {
     const kestrel_recording::CsvReport report = kestrel_recording::writeCsv(
-        input, options.csv, [&](std::string_view text) { return output.write(text); }, watch);
+        input, options.csv, [&](std::string_view text) { return output.write(text); },
+        toldTo(progress));
+    progress.clear();
+    if (report.rows == 0 && report.outcome.ending == Ending::Whole) {
+        tell(options.file + ": no rows: nothing in it is of the chosen times, tools and channels");
+    }
     if (report.unreadableLines > 0) {
         tell(options.file + ": data lines that could not be read and have no rows: " +
              std::to_string(report.unreadableLines));
@@ -77,29 +92,30 @@ ExitCode runCsv(const Options& options, std::istream& input, const Watch& watch,
     return end(options, report.outcome, output);
 }
 
-ExitCode runCut(const Options& options, std::istream& input, const Watch& watch, Output& output) {
+ExitCode runCut(const Options& options, std::istream& input, Progress& progress, Output& output) {
     const kestrel_recording::CutReport report = kestrel_recording::cut(
-        input, options.csv.range, [&](std::string_view text) { return output.write(text); }, watch);
+        input, options.csv.range, [&](std::string_view text) { return output.write(text); },
+        toldTo(progress));
+    progress.clear();
     return end(options, report.outcome, output);
 }
 
 ExitCode runOn(std::istream& input, const Options& options, Output& output) {
-    Progress progress(options.file, !options.quiet);
-    const Watch watch = [&](std::uint64_t bytes) {
-        progress.tell(bytes);
-        return true;
-    };
+    // Rows are written while the file is walked.
+    const bool hasRows = options.command == Command::Csv || options.command == Command::Cut;
+    const bool isAmongRows = hasRows && options.output.empty() && ::isatty(STDOUT_FILENO) == 1;
+    Progress progress(options.file, !options.quiet && !isAmongRows);
     switch (options.command) {
     case Command::Check:
-        return runCheck(options, input, watch, output);
+        return runCheck(options, input, progress, output);
     case Command::Csv:
-        return runCsv(options, input, watch, output);
+        return runCsv(options, input, progress, output);
     case Command::Cut:
-        return runCut(options, input, watch, output);
+        return runCut(options, input, progress, output);
     case Command::Info:
         break;
     }
-    return runInfo(options, input, watch, output);
+    return runInfo(options, input, progress, output);
 }
 
 } // namespace

@@ -23,8 +23,14 @@ Progress::Progress(const std::string& file, bool isWanted)
 }
 
 Progress::~Progress() {
+    clear();
+}
+
+void Progress::clear() {
     if (m_hasLine) {
+        m_hasLine = false;
         std::fputs("\r\x1b[K", stderr);
+        std::fflush(stderr);
     }
 }
 

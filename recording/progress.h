@@ -11,11 +11,12 @@ class Progress {
 public:
     /// `file`: the recording, for its size.
     Progress(const std::string& file, bool isWanted);
-    ~Progress(); ///< the line goes
+    ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
     void tell(std::uint64_t bytes);
+    void clear(); ///< the line goes, before anything else is written
 
 private:
     using Clock = std::chrono::steady_clock;

@@ -2183,6 +2183,10 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <source>%1 has ended (exit code %2) %3</source>
         <translation>%1 hat sich beendet (Exitcode %2) %3</translation>
     </message>
+    <message>
+        <source>%1 was ended by signal %2 %3</source>
+        <translation>%1 wurde durch das Signal %2 beendet %3</translation>
+    </message>
 </context>
 <context>
     <name>workbench::StartPage</name>

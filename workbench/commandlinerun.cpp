@@ -46,14 +46,7 @@ CommandLineRun::CommandLineRun(MainWindow& window, const Options& options, Audie
     , m_audience(options.quitAfter < 0.0 ? audience : Audience::Nobody)
     , m_mayOverwrite(options.overwrite) {
     connect(&m_window, &MainWindow::modulesBuilt, this, &CommandLineRun::onModulesBuilt);
-    connect(&m_window, &MainWindow::recordingChanged, this,
-            [this](bool running, const QString& error) {
-                m_recordingMade = m_recordingMade || running;
-                if (!error.isEmpty() && !m_options.recordFile.isEmpty()) {
-                    giveUp(ExitNoRecording,
-                           tr("cannot record to %1: %2").arg(m_options.recordFile, error));
-                }
-            });
+    connect(&m_window, &MainWindow::recordingChanged, this, &CommandLineRun::onRecordingChanged);
     connect(&m_window, &MainWindow::simulatorFailed, this, [this](const QString& reason) {
         if (m_options.simulate) {
             giveUp(ExitNoSimulator, reason);
@@ -203,6 +196,25 @@ void CommandLineRun::onModulesBuilt() {
     }
 }
 
+// The window stays for who sits before it: it tells the reason, and the log in it may be needed.
+void CommandLineRun::onRecordingChanged(bool running, const QString& error) {
+    if (m_recordingOver || m_options.recordFile.isEmpty()) {
+        return; // later ones are begun by hand
+    }
+    m_recordingMade = m_recordingMade || running;
+    m_recordingOver = m_recordingMade && !running;
+    if (error.isEmpty()) {
+        return;
+    }
+    const QString reason = tr("cannot record to %1: %2").arg(m_options.recordFile, error);
+    if (m_recordingMade && m_audience == Audience::Somebody) {
+        m_recordingFailed = true;
+        complain(reason);
+    } else {
+        giveUp(ExitNoRecording, reason);
+    }
+}
+
 void CommandLineRun::printRows() {
     const QStringList rows = m_window.moduleRows();
     for (const QString& row : rows) {
@@ -240,7 +252,7 @@ int CommandLineRun::finish(int code) const {
         complain(tr("no picture: the program ended before it was due"));
         return ExitNoScreenshot;
     }
-    if (m_recordingDeclined) {
+    if (m_recordingDeclined || m_recordingFailed) {
         return ExitNoRecording;
     }
     if (!m_options.recordFile.isEmpty() && !m_recordingMade) {

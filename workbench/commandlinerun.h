@@ -42,6 +42,7 @@ private:
     void askWhetherToReplace();
     void goOn();
     void onModulesBuilt();
+    void onRecordingChanged(bool running, const QString& error);
     void printRows();
     void takePicture();
     void quit();
@@ -55,6 +56,8 @@ private:
     bool m_first = true;
     bool m_pictureTried = false;
     bool m_recordingMade = false;
+    bool m_recordingOver = false;     // that of --record
+    bool m_recordingFailed = false;   // when it had begun
     bool m_recordingDeclined = false; // by the user
     bool m_simulatorEnded = false;
 };

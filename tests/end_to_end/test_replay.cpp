@@ -437,8 +437,8 @@ private Q_SLOTS:
         QVERIFY(process > 0);
         QCOMPARE(::kill(process, SIGKILL), 0);
         QTRY_COMPARE_WITH_TIMEOUT(replay().state(), State::None, patienceMs);
-        QVERIFY2(startText().contains("has ended"), qPrintable(startText()));
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().log.toText().contains("has ended"),
+        QVERIFY2(startText().contains("was ended"), qPrintable(startText()));
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().log.toText().contains("was ended"),
                                  patienceMs);
         QCOMPARE(m_window->windowTitle(), own);
         QVERIFY(!isBarVisible());

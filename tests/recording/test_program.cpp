@@ -129,6 +129,17 @@ TEST_F(RecordingProgram, exportsATableWithoutTheLocale) {
     EXPECT_EQ(ended(std::system(german.c_str())).output, csv.output);
 }
 
+TEST_F(RecordingProgram, saysWhenATableHasNoRows) {
+    const std::string reason = "kestrel-recording: good: no rows: nothing in it is of the chosen "
+                               "times, tools and channels\n";
+    for (const char* choice : {"--tool 9", "--from 1000", "--channel 6d"}) {
+        const Ended csv = run(std::string("csv ") + choice + " good");
+        EXPECT_EQ(csv.code, 0) << choice;
+        EXPECT_EQ(csv.errors, reason) << choice;
+        EXPECT_EQ(std::count(csv.output.begin(), csv.output.end(), '\n'), 1) << choice;
+    }
+}
+
 TEST_F(RecordingProgram, readsStandardInput) {
     const std::string line =
         "cd '" + folder + "' && cat good | '" RECORDING_PROGRAM "' check - >out 2>err";

@@ -110,6 +110,25 @@ TEST_F(RecordingProgress, tellsOnOneLineOfATerminalAndTakesItAway) {
     EXPECT_FALSE(terminal.shows("\n"));
 }
 
+TEST_F(RecordingProgress, makesRoomForWhatElseIsWritten) {
+    Terminal terminal;
+    ASSERT_TRUE(terminal.isGood());
+    {
+        Progress progress(file, true);
+        EXPECT_TRUE(
+            showsWhenTold(terminal, progress, 50 * megabyte, "\r50 MB of 200 MB, 25 %\x1b[K"));
+        progress.clear();
+        std::fputs("words\n", stderr);
+        progress.clear(); // there is no line to be taken away
+    }
+    const Clock::time_point end = Clock::now() + patience;
+    while (!terminal.shows("words") && Clock::now() < end) {
+    }
+    const std::string shown = terminal.text();
+    EXPECT_NE(shown.find("25 %\x1b[K\r\x1b[Kwords"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find("\r\x1b[K", shown.find("words")), std::string::npos) << shown;
+}
+
 TEST_F(RecordingProgress, ofAFileThatGrowsItTellsNoMoreThanAll) {
     Terminal terminal;
     ASSERT_TRUE(terminal.isGood());

@@ -2,6 +2,7 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/commandlinerun.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/state/banner.h"
 
 #include <QFile>
 #include <QMessageBox>
@@ -120,6 +121,24 @@ private Q_SLOTS:
         start();
         QVERIFY(question() == nullptr);
         QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+    }
+
+    void aRecordingThatEndsByItselfLeavesTheWindowAndItsLog() {
+        start(/*overwrite=*/true);
+        QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+        QVERIFY(QFile::remove(path()));
+        const auto told = [this] {
+            return m_window->banner().text(workbench::BannerTopic::Recording);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(told().contains(QStringLiteral("the file was removed meanwhile")),
+                                 patience);
+        QVERIFY(m_window->isVisible());
+        QVERIFY(m_window->backend().session.isReady());
+        QCOMPARE(m_run->finish(0), int(workbench::ExitNoRecording));
+        // What is recorded by hand afterwards is another matter.
+        m_window->startRecording(m_folder->filePath(QStringLiteral("none/there.kestrel")));
+        QTRY_VERIFY_WITH_TIMEOUT(told().contains(QStringLiteral("there.kestrel")), patience);
+        QVERIFY(m_window->isVisible());
     }
 
     void escapeIsANo() {

@@ -9,6 +9,7 @@
 #include "workbench/window/startpage.h"
 #include "workbench/window/statewords.h"
 
+#include <QApplication>
 #include <QPushButton>
 
 #include <algorithm>
@@ -91,8 +92,11 @@ void MainWindow::setUpSimulator() {
         m_backend.log.problem(reason);
         m_simulatorTrouble = reason;
         m_backend.replay.end();
-        stopRecording();
-        m_backend.session.disconnectFromController();
+        m_backend.session.disconnectFromController();       // ends a recording, with its reason
+        if (QApplication::activeModalWidget() == nullptr) { // it may be a module's
+            tearDownModules();
+            showState();
+        }
         Q_EMIT simulatorEnded(reason);
     });
     m_simulatorMenu =

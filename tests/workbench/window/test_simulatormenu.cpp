@@ -2,13 +2,18 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/mainwindow.h"
+#include "workbench/window/state/banner.h"
 
+#include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <csignal>
 
 using workbench::CommandDock;
 using workbench::ControllerAddress;
@@ -117,6 +122,15 @@ class TestSimulatorMenu : public QObject {
     QString commandLine() const {
         return m_window->findChild<QPlainTextEdit*>(QStringLiteral("plainTextEdit_replies"))
             ->toPlainText();
+    }
+
+    // The first process that this one has started and that still runs; 0 when there is none.
+    static qint64 childProcess() {
+        QFile children(
+            QStringLiteral("/proc/self/task/%1/children").arg(QCoreApplication::applicationPid()));
+        return children.open(QIODevice::ReadOnly)
+                   ? children.readAll().split(' ').constFirst().toLongLong()
+                   : 0;
     }
 
 private Q_SLOTS:
@@ -300,6 +314,34 @@ private Q_SLOTS:
             commandLine().contains(QStringLiteral("< kestrel2 set sim pivot twist")), patience);
         QVERIFY(commandLine().contains(QStringLiteral("< kestrel2 set sim misbehaviour slow ")));
         m_window->close();
+    }
+
+    void itsEndEndsARecordingWithAReasonAndLeavesTheStartPageItsRoom() {
+        openWindow(QStringLiteral(SIMULATOR_PROGRAM));
+        m_window->resize(1080, 930);
+        QSignalSpy built(m_window.get(), &MainWindow::modulesBuilt);
+        m_window->simulate({});
+        QVERIFY(built.wait(patience));
+        const QString file = m_folder.filePath(QStringLiteral("ended.kestrel"));
+        m_window->startRecording(file);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().recorder.status().begun, patience);
+        const qint64 simulator = childProcess();
+        QVERIFY(simulator > 0);
+        QCOMPARE(::kill(static_cast<pid_t>(simulator), SIGKILL), 0);
+        const auto told = [this] {
+            return m_window->banner().text(workbench::BannerTopic::Recording);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(told().contains(QStringLiteral("the connection was closed")),
+                                 patience);
+        QVERIFY2(told().contains(file), qPrintable(told()));
+        QVERIFY(!m_window->modules().isBuilt()); // their docks would be empty
+        for (const char* name : {"pushButton_connect", "pushButton_simulate",
+                                 "pushButton_openRecording", "pushButton_guide"}) {
+            const auto* const choice = m_window->findChild<QPushButton*>(QLatin1String(name));
+            QVERIFY2(choice != nullptr, name);
+            QTRY_COMPARE_WITH_TIMEOUT(choice->visibleRegion().boundingRect().size(), choice->size(),
+                                      patience);
+        }
     }
 };
 

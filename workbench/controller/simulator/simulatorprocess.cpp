@@ -101,8 +101,10 @@ void SimulatorProcess::onFinished() {
     m_lastWords = said;
     m_refusedRecording = m_process->exitStatus() == QProcess::NormalExit &&
                          m_process->exitCode() == exitBadRecording;
-    fail(tr("%1 has ended (exit code %2) %3")
-             .arg(m_program, QString::number(m_process->exitCode()), said.left(maxReasonLength)));
+    const QString how = m_process->exitStatus() == QProcess::CrashExit // its code is the signal
+                            ? tr("%1 was ended by signal %2 %3")
+                            : tr("%1 has ended (exit code %2) %3");
+    fail(how.arg(m_program, QString::number(m_process->exitCode()), said.left(maxReasonLength)));
 }
 
 void SimulatorProcess::fail(const QString& reason) {

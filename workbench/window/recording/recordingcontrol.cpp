@@ -72,6 +72,16 @@ QString timeText(qint64 seconds) {
     return Texts::tr("%1 days").arg(std::min<qint64>(seconds / day, 999));
 }
 
+namespace {
+
+// For how long the free space lasts; empty when nobody knows yet.
+QString roomText(const Recorder::Status& status) {
+    const qint64 seconds = secondsLeft(status.freeBytes, status.bytesPerSecond);
+    return seconds < 0 ? QString() : Texts::tr("room for %1").arg(timeText(seconds));
+}
+
+} // namespace
+
 RecordingControl::RecordingControl(ControllerSession& session, Recorder& recorder, LogModel& log,
                                    QObject* parent, int goneMs)
     : QObject(parent)
@@ -248,7 +258,8 @@ QString RecordingControl::stateText() const {
 
 QString RecordingControl::diskText() const {
     const Recorder::Status status = m_recorder.status();
-    return status.running ? listed({freeText(status), unwrittenText(status)}) : QString();
+    return status.running ? listed({freeText(status), roomText(status), unwrittenText(status)})
+                          : QString();
 }
 
 QString RecordingControl::numbersText() const {
@@ -256,10 +267,8 @@ QString RecordingControl::numbersText() const {
     if (!status.running) {
         return QStringLiteral("–"); // the state is told elsewhere
     }
-    const qint64 seconds = secondsLeft(status.freeBytes, status.bytesPerSecond);
-    const QString room = seconds < 0 ? QString() : tr("room for %1").arg(timeText(seconds));
     // The path, which may be long, comes last: the end is what a narrow window leaves out.
-    return listed({tr("%1 frames").arg(status.frames), freeText(status), room,
+    return listed({tr("%1 frames").arg(status.frames), freeText(status), roomText(status),
                    unwrittenText(status), tr("to %1").arg(status.fileName)});
 }
 
