@@ -44,8 +44,7 @@ public:
     bool isRunning() const;      ///< from start() until the last frame is written
     QString stateText() const;   ///< "recording" and the like
     QString numbersText() const; ///< frames, room on the disk, file
-    QString
-    diskText() const; ///< free space, for how long, what is missing; empty when nothing is recorded
+    QString diskText() const;    ///< free space, for how long, what is missing; empty without one
 
 Q_SIGNALS:
     /// A recording has begun or ended; `error` is not empty when it could not begin or go on, or
