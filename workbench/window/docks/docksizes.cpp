@@ -69,9 +69,9 @@ void DockSizes::onResized(QDockWidget& dock) {
     if (!isInFront(dock)) {
         return;
     }
-    const auto behind = m_window.tabifiedDockWidgets(&dock);
-    const Docked docked{dock.size(), m_window.dockWidgetArea(&dock), !behind.isEmpty()};
-    for (QDockWidget* const one : QList<QDockWidget*>{&dock} + behind) {
+    const QList<QDockWidget*> all = m_window.tabifiedDockWidgets(&dock) << &dock;
+    const Docked docked{dock.size(), m_window.dockWidgetArea(&dock), all.size() > 1};
+    for (QDockWidget* const one : all) {
         const auto found = m_places.find(one);
         if (found != m_places.end() && !found->second.isReturning) {
             found->second.docked = docked;

@@ -39,10 +39,9 @@ LogDock::LogDock(LogModel& log, QWidget* parent)
     connect(m_ui->pushButton_save, &QPushButton::clicked, this, &LogDock::save);
     connect(m_ui->pushButton_clear, &QPushButton::clicked, &log, &LogModel::clear);
     connect(m_ui->checkBox_traffic, &QCheckBox::toggled, this, &LogDock::trafficWanted);
-    for (const auto signal :
-         {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(m_filter, signal, this, &LogDock::countUnseen); // also when the filter is changed
-    }
+    // Also when the filter is changed.
+    connect(m_filter, &QAbstractItemModel::rowsInserted, this, &LogDock::countUnseen);
+    connect(m_filter, &QAbstractItemModel::rowsRemoved, this, &LogDock::countUnseen);
     connect(&log, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) {
                 takeSources(first, last);
