@@ -68,7 +68,7 @@ KNOWS = {
     "workbench/window/state": [LOOK, DOCKS, "workbench/text", *CONTROLLER],
     READOUT: HOST + [LOOK, *CONTROLLER, FRAMES, "workbench/modules"],
     TABLES: [LOOK, "workbench/text", *CONTROLLER, "workbench/outlets"],
-    "workbench/window/plot": HOST + [LOOK, READOUT, TABLES, "workbench/text", *CONTROLLER, *OUTLETS,
+    "workbench/window/plot": HOST + [LOOK, READOUT, "workbench/text", *CONTROLLER, *OUTLETS,
                                      "workbench/modules"],
     "workbench/window/sending": [LOOK, SETTINGS, "workbench/text", *CONTROLLER, SENDING],
     "workbench/window/dialogs": [LOOK, "workbench/text", *CONTROLLER, SENDING, "workbench/modules"],

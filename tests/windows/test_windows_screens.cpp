@@ -1,7 +1,9 @@
 #include "tests/support/children.h"
+#include "tests/support/modalwatchdog.h"
 #include "tests/support/textfit.h"
 #include "tests/windows/windowtour.h"
 #include "tests/windows/workbenchwindows.h"
+#include "workbench/window/look/savefile.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -38,6 +40,17 @@ void addRows(const std::vector<TourStop>& stops) {
                               language)
                     << static_cast<int>(i) << withoutFrame(screen) << QByteArray(language);
             }
+        }
+    }
+}
+
+void addScreens() {
+    QTest::addColumn<QSize>("room");
+    QTest::addColumn<QByteArray>("language");
+    for (const QSize screen : screens) {
+        for (const char* language : {"en", "de"}) {
+            QTest::addRow("%d x %d, %s", screen.width(), screen.height(), language)
+                << withoutFrame(screen) << QByteArray(language);
         }
     }
 }
@@ -175,16 +188,32 @@ private Q_SLOTS:
         QCOMPARE(faults, QString());
     }
 
-    void theToolBarShowsAllOfItsEntries_data() {
-        QTest::addColumn<QSize>("room");
-        QTest::addColumn<QByteArray>("language");
-        for (const QSize screen : screens) {
-            for (const char* language : {"en", "de"}) {
-                QTest::addRow("%d x %d, %s", screen.width(), screen.height(), language)
-                    << withoutFrame(screen) << QByteArray(language);
-            }
-        }
+    void filesAreAskedForOnASmallScreen_data() { addScreens(); }
+    void filesAreAskedForOnASmallScreen() {
+        QFETCH(QSize, room);
+        QFETCH(QByteArray, language);
+        const Surroundings surroundings(language.constData(), 100);
+        const workbench::SaveFileTexts texts{QStringLiteral("Save"), QStringLiteral("Logs (*.log)"),
+                                             QStringLiteral("log")};
+        QSize least;
+        QSize shown;
+        ModalWatchdog dog(patience);
+        dog.on(QStringLiteral("QFileDialog"), [&](QWidget* dialog) {
+            least = dialog->minimumSizeHint().expandedTo(dialog->minimumSize());
+            shown = dialog->size();
+            static_cast<void>(QMetaObject::invokeMethod(dialog, "reject"));
+        });
+        const QString name = workbench::askForFileToSave(
+            texts, workbench::suggestedFile(QStringLiteral("kestrel-workbench"), texts.suffix),
+            nullptr);
+        QCOMPARE(dog.strays(), QStringList());
+        QCOMPARE(name, QString());
+        QVERIFY(!shown.isEmpty());
+        QCOMPARE(sizeText(shown.expandedTo(least).boundedTo(room)),
+                 sizeText(shown.expandedTo(least)));
     }
+
+    void theToolBarShowsAllOfItsEntries_data() { addScreens(); }
     void theToolBarShowsAllOfItsEntries() {
         QFETCH(QSize, room);
         QFETCH(QByteArray, language);

@@ -1,5 +1,5 @@
+#include "workbench/window/look/savefile.h"
 #include "workbench/window/mainwindow.h"
-#include "workbench/window/recording/savefile.h"
 #include "workbench/window/state/banner.h"
 #include "workbench/window/statewords.h"
 

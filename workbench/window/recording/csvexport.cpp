@@ -4,7 +4,7 @@
 #include "workbench/text/logmodel.h"
 #include "workbench/text/recordingreason.h"
 #include "workbench/window/look/dialogroom.h"
-#include "workbench/window/recording/savefile.h"
+#include "workbench/window/look/savefile.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

@@ -3,13 +3,11 @@
 #include "workbench/controller/controllersession.h"
 #include "workbench/outlets/recorder.h"
 #include "workbench/text/logmodel.h"
+#include "workbench/window/look/savefile.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -124,17 +122,8 @@ void RecordingControl::start(const QString& fileName) {
 }
 
 QString RecordingControl::suggestedFile() const {
-    QString folder = m_folder;
-    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
-        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    }
-    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
-        folder = QDir::homePath();
-    }
-    const QDateTime now = QDateTime::currentDateTime();
-    // No colons: not every file system takes them.
-    return QDir(folder).filePath(
-        now.toString(QStringLiteral("'recording_'yyyy-MM-dd_HH-mm-ss'.kestrel'")));
+    return workbench::suggestedFile(QStringLiteral("recording"), QStringLiteral("kestrel"),
+                                    m_folder);
 }
 
 void RecordingControl::refuse(const QString& fileName, const QString& error) {

@@ -1,7 +1,7 @@
 #include "libs/kestrel_wire/recording.h"
 #include "workbench/text/logmodel.h"
+#include "workbench/window/look/savefile.h"
 #include "workbench/window/recording/csvexport.h"
-#include "workbench/window/recording/savefile.h"
 
 #include <QApplication>
 #include <QDir>

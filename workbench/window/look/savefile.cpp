@@ -1,9 +1,29 @@
-#include "workbench/window/recording/savefile.h"
+#include "workbench/window/look/savefile.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace workbench {
+
+QString suggestedFile(const QString& word, const QString& suffix, const QString& folder) {
+    const auto isThere = [](const QString& path) {
+        return !path.isEmpty() && QFileInfo(path).isDir();
+    };
+    QString place = folder;
+    if (!isThere(place)) {
+        place = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    }
+    if (!isThere(place)) {
+        place = QDir::homePath();
+    }
+    // No colons: not every file system takes them.
+    const QString time =
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss"));
+    return QDir(place).filePath(QStringLiteral("%1_%2.%3").arg(word, time, suffix));
+}
 
 QString askForFileToSave(const SaveFileTexts& texts, const QString& suggested, QWidget* parent) {
     const QFileInfo file(suggested);
