@@ -100,6 +100,11 @@ ScriptedController::ScriptedController() {
                 {"version system_ct", "1.2.3"},
                 {"version model", "SCRIPTED"},
                 {"status active", "none"}};
+    // A socket that is bound and does not listen keeps the port while nobody listens on it: the
+    // next free port that another test is given would else be this one, and our client reach it.
+    m_guard.bind(QHostAddress::LocalHost, 0,
+                 QAbstractSocket::ShareAddress | QAbstractSocket::ReuseAddressHint);
+    m_port = m_guard.localPort();
     m_server = new Server(*this);
     m_server->moveToThread(&m_thread);
     m_thread.start();
@@ -185,7 +190,6 @@ bool ScriptedController::listenAgain() {
     bool good = false;
     onServerThread([this, &good] {
         good = m_server->isListening() || m_server->listen(QHostAddress::LocalHost, m_port);
-        m_port = m_server->serverPort();
     });
     return good;
 }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QThread>
 #include <QUdpSocket>
 
@@ -76,6 +77,7 @@ private:
     bool m_silent = false;
     int m_delay = 0;
     int m_connections = 0;
+    QTcpSocket m_guard; // of the test's thread
     quint16 m_port = 0;
     QThread m_thread;
     Server* m_server = nullptr;
