@@ -6,21 +6,19 @@
 #include "workbench/outlets/savedfile.h"
 #include "workbench/text/elidedlabel.h"
 #include "workbench/window/look/flowrow.h"
+#include "workbench/window/look/savefile.h"
+#include "workbench/window/look/screenroom.h"
 #include "workbench/window/plot/trackitem.h"
 #include "workbench/window/readout/readouttexts.h"
 #include "workbench/window/readout/toolbox.h"
-#include "workbench/window/recording/savefile.h"
 
 #include <QApplication>
 #include <QBuffer>
-#include <QDateTime>
-#include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
 #include <QSignalBlocker>
-#include <QStandardPaths>
 #include <qwt_picker_machine.h>
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
@@ -43,6 +41,9 @@ constexpr int usualColumns = 600;
 constexpr double smallestRange = 0.01; // mm
 constexpr double closestZoom = 1e-6;
 constexpr double zoomFactor = 2.0;
+constexpr int leastLines = 6;     // of text are as high as the plot, with its axis
+constexpr int otherLines = 26;    // what a window with this dock alone needs besides, at the most
+constexpr int mostMarks = 8;      // of the axis, as many as there are without being told
 constexpr double lineShare = 0.2; // of the height of a line of text
 
 // Told apart by those who see few colours, too: on a light ground and on a dark one.
@@ -68,7 +69,7 @@ public:
     }
 };
 
-QString tooSmall(double deviation) {
+QString deviationText(double deviation) {
     return std::isnan(deviation) ? QStringLiteral("–") : QString::number(deviation, 'f', 3);
 }
 
@@ -138,7 +139,6 @@ void PlotDock::setUpPlot() {
     m_plot->setAutoReplot(false);
     auto* const canvas = qobject_cast<QwtPlotCanvas*>(m_plot->canvas());
     canvas->setFrameStyle(QFrame::NoFrame);
-    canvas->setFocusPolicy(Qt::NoFocus);
     auto* const grid = new QwtPlotGrid;
     grid->attach(m_plot);
     for (int axis = 0; axis < 3; ++axis) {
@@ -160,6 +160,7 @@ void PlotDock::setUpPlot() {
     auto* const picker = new QwtPlotPicker(QwtPlot::xBottom, QwtPlot::yLeft,
                                            QwtPicker::RectRubberBand, QwtPicker::AlwaysOff, canvas);
     picker->setStateMachine(new QwtPickerDragRectMachine);
+    canvas->setFocusPolicy(Qt::NoFocus); // the picker has set another; keys have the buttons
     connect(picker, qOverload<const QRectF&>(&QwtPlotPicker::selected), this,
             [this](const QRectF& range) {
                 if (range.isValid()) {
@@ -198,9 +199,11 @@ double PlotDock::span() const {
 }
 
 void PlotDock::follow(bool isVisible) {
-    m_feed.setSubscribed(isVisible);
-    m_facts.setWanted(this, isVisible);
-    if (isVisible) {
+    m_isInView = isVisible;
+    const bool isOpen = !isHidden(); // also behind another tab, or in a window that is minimised
+    m_feed.setSubscribed(isOpen);
+    m_facts.setWanted(this, isOpen);
+    if (isOpen) {
         if (m_ring.capacity() < TipRing::usualCapacity) {
             m_ring = TipRing(); // not before somebody wants it, and once
         }
@@ -215,8 +218,10 @@ void PlotDock::follow() {
     const double column = 1000.0 * span() / usualColumns;
     m_timer.start(std::clamp(static_cast<int>(column), fastestMs, slowestMs));
     takeSamples();
-    offerTools(*m_ui->comboBox_plotTool, m_facts.toolCount(), m_readout.tool());
-    draw();
+    if (m_isInView) {
+        offerTools(*m_ui->comboBox_plotTool, m_facts.toolCount(), m_readout.tool());
+        draw();
+    }
 }
 
 void PlotDock::choose(int tool) {
@@ -246,7 +251,15 @@ QRectF PlotDock::shownRange() const {
     return m_zoom.value_or(m_whole);
 }
 
+// Docks become tabs for it. A screen that is too small for that has it as low as must be.
+void PlotDock::askForRoom() {
+    const int line = m_plot->fontMetrics().height();
+    const int left = screenRoom(*window()).height() - otherLines * line;
+    m_plot->setMinimumHeight(std::clamp(left, 1, leastLines * line));
+}
+
 void PlotDock::draw() {
+    askForRoom();
     const TipRing& ring = shown();
     const double newest = ring.isEmpty() ? 0.0 : ring.newest().seconds;
     m_statistics = tipStatistics(ring, newest - span());
@@ -266,7 +279,7 @@ void PlotDock::draw() {
         showFigure(*m_deviations[axis],
                    QStringLiteral("s%1 %2 mm")
                        .arg(readouttexts::axisName(static_cast<int>(axis), false),
-                            tooSmall(m_statistics.deviation[axis])));
+                            deviationText(m_statistics.deviation[axis])));
     }
     if (!m_zoom) {
         height = roundedUp(height);
@@ -275,6 +288,8 @@ void PlotDock::draw() {
     const QRectF range = shownRange();
     m_plot->setAxisScale(QwtPlot::xBottom, range.left(), range.right());
     m_plot->setAxisScale(QwtPlot::yLeft, range.top(), range.bottom());
+    const int lines = m_plot->canvas()->height() / (2 * m_plot->fontMetrics().height());
+    m_plot->setAxisMaxMajor(QwtPlot::yLeft, std::clamp(lines, 1, mostMarks));
     m_plot->replot();
     const bool hasSamples = !ring.isEmpty();
     m_ui->toolButton_pause->setEnabled(hasSamples);
@@ -316,7 +331,7 @@ void PlotDock::showState() {
         showColour(*m_ui->label_plotColour, colour, 1.0);
     }
     m_ui->label_plotState->setText(readouttexts::toolName(view.tool) + QLatin1Char(' ') + word);
-    QString remark = tr("last %1: mm from the mean, over seconds; s: standard deviation")
+    QString remark = tr("last %1: mm from the mean; s: standard deviation")
                          .arg(m_ui->comboBox_span->currentText());
     if (news.isMeasuring && news.isOld) {
         remark = tr("no data for %1 s").arg(m_backend.watch.ageText());
@@ -417,15 +432,11 @@ void PlotDock::save(bool isTable) {
                                 QStringLiteral("csv")}
                 : SaveFileTexts{tr("Save the plot"), tr("Pictures (*.png);;All files (*)"),
                                 QStringLiteral("png")};
-    const QString name =
-        QStringLiteral("M%1_%2.%3")
-            .arg(QString::number(m_readout.tool()),
-                 QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss")),
-                 texts.suffix);
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    const QString suggested =
+        suggestedFile(QStringLiteral("M%1").arg(m_readout.tool()), texts.suffix);
     const bool wasPaused = isPaused();
     setPaused(true); // what was to be seen is what is saved
-    const QString fileName = askForFileToSave(texts, folder.filePath(name), this);
+    const QString fileName = askForFileToSave(texts, suggested, this);
     QString error;
     if (!fileName.isEmpty()) {
         const bool isGood = isTable ? saveTable(fileName, &error) : savePicture(fileName, &error);

@@ -55,6 +55,7 @@ private:
     void follow(bool isVisible);
     void follow();
     void takeSamples();
+    void askForRoom();
     void draw();
     void showState();
     void setPaused(bool isPaused);
@@ -80,6 +81,7 @@ private:
     TipFeed::Batch m_batch;
     TipRing m_ring;
     TipRing m_paused; // what is shown then
+    bool m_isInView = false;
     bool m_isPaused = false;
     Readout m_readout;
     TipStatistics m_statistics;

@@ -5,6 +5,7 @@
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/plot/plotdock.h"
+#include "workbench/window/readout/readoutdock.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -216,6 +217,60 @@ private Q_SLOTS:
         QCOMPARE(count(), before);
         child<QToolButton>("toolButton_pause")->click();
         QTRY_VERIFY_WITH_TIMEOUT(count() >= before + 20, patience);
+    }
+
+    void onlyAPlotThatIsClosedHasAGap_data() {
+        QTest::addColumn<bool>("isClosed");
+        row("behind another tab", false);
+        row("closed", true);
+    }
+    void onlyAPlotThatIsClosedHasAGap() {
+        constexpr int unseen = 20;
+        QFETCH(bool, isClosed);
+        auto* const readout = m_window->findChild<workbench::ReadoutDock*>();
+        readout->show(); // it tells when all frames have come
+        auto* const log = m_window->findChild<QDockWidget*>(QStringLiteral("LogDock"));
+        log->show();
+        m_window->tabifyDockWidget(log, dock());
+        dock()->raise();
+        QTRY_VERIFY_WITH_TIMEOUT(!dock()->visibleRegion().isEmpty(), patience);
+        QVERIFY(sendUntil([this] { return count() >= 10; }));
+        if (isClosed) {
+            dock()->hide();
+        } else {
+            log->raise();
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(dock()->visibleRegion().isEmpty(), patience);
+        const std::size_t before = count();
+        for (int i = 0; i < unseen; ++i) {
+            sendFrame(1000.0);
+        }
+        constexpr double last = 2000.0;
+        sendFrame(last);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            readout->view().figures && readout->view().figures->position[0] == last, patience);
+        QCOMPARE(count(), before); // nothing is computed that nobody sees
+        dock()->show();
+        dock()->raise();
+        QVERIFY(sendUntil([&] { return count() > before; }));
+        QCOMPARE(dock()->statistics().mean[0] > 10.0, !isClosed);
+    }
+
+    // With all docks of the window, at 96 dpi.
+    void thePlotHasRoomOnASmallScreen() {
+        constexpr QSize room(784, 560); // of 800 x 600, without a frame
+        constexpr int lines = 4;
+        QCOMPARE(dock()->logicalDpiY(), 96);
+        const auto docks = m_window->findChildren<QDockWidget*>();
+        for (QDockWidget* const other : docks) {
+            other->show();
+        }
+        m_window->setMaximumSize(room);
+        dock()->raise();
+        const auto* const plot = child<QwtPlot>("plot");
+        QTRY_VERIFY_WITH_TIMEOUT(plot->height() >= lines * plot->fontMetrics().height() &&
+                                     m_window->height() <= room.height(),
+                                 patience);
     }
 
     void theZoomGoesInAndOut() {
