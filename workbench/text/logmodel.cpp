@@ -205,6 +205,10 @@ void LogModel::append(const std::vector<Entry>& added) {
     }
 }
 
+quint64 LogModel::serialOf(int row) const {
+    return m_entries.at(static_cast<std::size_t>(row)).serial;
+}
+
 QVector<int> LogModel::problemRowsSince(quint64 serial) const {
     QVector<int> rows;
     for (std::size_t row = 0; row < m_entries.size(); ++row) {

@@ -53,6 +53,7 @@ public:
     quint64 serial() const { return m_serial; }
     /// Rows about something that went wrong, of which the last line came after `serial`.
     QVector<int> problemRowsSince(quint64 serial) const;
+    quint64 serialOf(int row) const; ///< of the last line that the row stands for
 
     void info(const QString& text);    ///< a line of the workbench itself
     void problem(const QString& text); ///< the same, about something that went wrong

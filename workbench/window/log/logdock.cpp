@@ -6,15 +6,17 @@
 #include "workbench/window/docks/docktitle.h"
 #include "workbench/window/log/logfilter.h"
 #include "workbench/window/look/flowrow.h"
+#include "workbench/window/look/savefile.h"
 
 #include <QClipboard>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QTimer>
 
 #include <algorithm>
+#include <iterator>
 
 namespace workbench {
 
@@ -22,6 +24,10 @@ namespace {
 
 constexpr int maxSources = 50; // in the box
 constexpr int longestSource = 40;
+constexpr int leastRows = 2;
+constexpr int leastText = 12; // letters of a line, before the dock asks for more room
+constexpr int usualText = 30; // and before the columns that tell less give way
+constexpr LogModel::Column lesserColumns[] = {LogModel::CategoryColumn, LogModel::SourceColumn};
 
 } // namespace
 
@@ -50,9 +56,8 @@ LogDock::LogDock(LogModel& log, QWidget* parent)
     connect(&log, &QAbstractItemModel::dataChanged, this, &LogDock::countUnseen);
     connect(&log, &QAbstractItemModel::modelReset, this, &LogDock::markSeen);
     connect(this, &QDockWidget::visibilityChanged, this, [this](bool isVisible) {
-        if (isVisible) {
-            lookAtEnd();
-            countUnseen();
+        if (isVisible) { // and when it has its place
+            QTimer::singleShot(0, this, &LogDock::showFirstUnseen);
         }
     });
 }
@@ -65,7 +70,6 @@ void LogDock::setUpTable() {
     view->setIconSize(QSize(symbol, symbol));
     view->verticalHeader()->setDefaultSectionSize(std::max(metrics.height(), symbol) + 4);
     view->horizontalHeader()->setHighlightSections(false);
-    view->setMinimumHeight(2 * view->verticalHeader()->defaultSectionSize()); // it scrolls
     const QString widest[] = {QStringLiteral("00:00:00.000  "), QStringLiteral("Category   "),
                               QStringLiteral("WORKBENCH   "),
                               LogModel::levelWord(LogModel::Information)};
@@ -74,18 +78,26 @@ void LogDock::setUpTable() {
     }
     view->setColumnWidth(LogModel::LevelColumn,
                          view->columnWidth(LogModel::LevelColumn) + symbol + 8);
+    const int bar = view->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, view);
+    view->setMinimumSize(
+        view->columnWidth(LogModel::TimeColumn) + view->columnWidth(LogModel::LevelColumn) +
+            leastText * metrics.averageCharWidth() + bar,
+        view->horizontalHeader()->sizeHint().height() + bar +
+            leastRows * view->verticalHeader()->defaultSectionSize() + 2 * view->frameWidth());
+    view->viewport()->installEventFilter(this);
     auto* const shortcut = new QShortcut(QKeySequence::Copy, view);
     shortcut->setContext(Qt::WidgetShortcut);
     connect(shortcut, &QShortcut::activated, this, &LogDock::copy);
-    const QScrollBar* const bar = view->verticalScrollBar();
-    connect(bar, &QScrollBar::valueChanged, this, [this, bar] {
-        m_atEnd = bar->value() >= bar->maximum();
+    const QScrollBar* const rows = view->verticalScrollBar();
+    connect(rows, &QScrollBar::valueChanged, this, [this, rows] {
+        m_atEnd = rows->value() >= rows->maximum();
         countUnseen();
     });
-    connect(bar, &QScrollBar::rangeChanged, this, [this, view] {
+    connect(rows, &QScrollBar::rangeChanged, this, [this, view] {
         if (m_atEnd) {
             view->scrollToBottom();
         }
+        countUnseen();
     });
 }
 
@@ -122,23 +134,53 @@ void LogDock::takeSources(int first, int last) {
 
 void LogDock::markSeen() {
     m_seen = m_log.serial();
+    m_looked.clear();
     countUnseen();
 }
 
 void LogDock::countUnseen() {
-    if (isInView()) {
-        lookAtEnd();
+    const bool inView = isInView();
+    const QVector<int> rows = unseen();
+    if (inView && m_atEnd && !rows.isEmpty()) {
+        m_ui->tableView_log->scrollToBottom(); // now, not with the next layout
     }
-    const int unseen = m_log.problemRowsSince(m_seen).size();
-    const QString title = unseen == 0 ? tr("Log") : tr("Log – new errors: %1").arg(unseen);
+    int count = 0;
+    for (const int row : rows) {
+        if (inView && isInView(row)) {
+            m_looked.insert(m_log.serialOf(row));
+        } else {
+            ++count;
+        }
+    }
+    if (count == 0) {
+        m_seen = m_log.serial();
+        m_looked.clear();
+    }
+    const QString title = count == 0 ? tr("Log") : tr("Log – new errors: %1").arg(count);
     if (windowTitle() != title) {
         setTitleAlone(*this, title);
     }
 }
 
-void LogDock::lookAtEnd() {
-    if (m_atEnd && !isProblemLeftOut()) {
-        m_seen = m_log.serial();
+QVector<int> LogDock::unseen() const {
+    QVector<int> rows = m_log.problemRowsSince(m_seen);
+    rows.erase(std::remove_if(rows.begin(), rows.end(),
+                              [this](int row) { return m_looked.contains(m_log.serialOf(row)); }),
+               rows.end());
+    return rows;
+}
+
+// Lines that come later are not followed then, until somebody scrolls to the end.
+void LogDock::showFirstUnseen() {
+    countUnseen();
+    const QVector<int> rows = unseen();
+    for (const int row : rows) {
+        const QModelIndex index = m_filter->mapFromSource(m_log.index(row, LogModel::TimeColumn));
+        if (isInView() && index.isValid()) {
+            m_ui->tableView_log->scrollTo(index);
+            countUnseen();
+            return;
+        }
     }
 }
 
@@ -146,11 +188,36 @@ bool LogDock::isInView() const {
     return isVisible() && !visibleRegion().isEmpty() && !window()->isMinimized();
 }
 
-bool LogDock::isProblemLeftOut() const {
-    const QVector<int> unseen = m_log.problemRowsSince(m_seen);
-    return std::any_of(unseen.begin(), unseen.end(), [this](int row) {
-        return !m_filter->mapFromSource(m_log.index(row, 0)).isValid();
-    });
+bool LogDock::isInView(int row) const {
+    const QTableView& view = *m_ui->tableView_log;
+    const QModelIndex index = m_filter->mapFromSource(m_log.index(row, LogModel::TimeColumn));
+    const QRect place = view.visualRect(index);
+    return index.isValid() && place.top() >= 0 && place.bottom() < view.viewport()->height();
+}
+
+// The text is what one wants to read.
+void LogDock::fitColumns() {
+    QTableView& view = *m_ui->tableView_log;
+    int room = view.viewport()->width() - view.columnWidth(LogModel::TimeColumn) -
+               view.columnWidth(LogModel::LevelColumn) -
+               usualText * view.fontMetrics().averageCharWidth();
+    for (std::size_t i = std::size(lesserColumns); i-- > 0;) { // the source tells more
+        const LogModel::Column column = lesserColumns[i];
+        if (!view.isColumnHidden(column)) {
+            m_columnWidths[i] = view.columnWidth(column);
+        }
+        room -= m_columnWidths[i];
+        if (view.isColumnHidden(column) != (room < 0)) {
+            view.setColumnHidden(column, room < 0);
+        }
+    }
+}
+
+bool LogDock::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_ui->tableView_log->viewport() && event->type() == QEvent::Resize) {
+        fitColumns();
+    }
+    return QDockWidget::eventFilter(watched, event);
 }
 
 LogDock::~LogDock() = default;
@@ -179,13 +246,16 @@ bool LogDock::saveTo(const QString& fileName, QString* error) const {
 }
 
 void LogDock::save() {
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the log"),
-                                                          QStringLiteral("kestrel-workbench.log"));
+    const SaveFileTexts texts{tr("Save the log"), tr("Logs (*.log);;All files (*)"),
+                              QStringLiteral("log")};
+    const QString fileName = askForFileToSave(
+        texts, suggestedFile(QStringLiteral("kestrel-workbench"), texts.suffix), this);
     QString error;
     if (!fileName.isEmpty() && !saveTo(fileName, &error)) {
-        QMessageBox box(QMessageBox::Warning, tr("Save the log"),
+        QMessageBox box(QMessageBox::Warning, texts.title,
                         tr("%1 could not be written: %2").arg(fileName, error), QMessageBox::Ok,
                         this);
+        box.setObjectName(QStringLiteral("messageBox_saveLog"));
         box.setTextFormat(Qt::PlainText);
         box.exec();
     }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDockWidget>
+#include <QSet>
+#include <QVector>
 
 #include <memory>
 
@@ -14,8 +16,8 @@ class LogFilter;
 class LogModel;
 
 /// Shows the log: filter by text, level and source, copy, save, clear; switches on what is sent and
-/// answered. Follows new lines while the last one is in view. Errors that came while it was not, or
-/// that the filter leaves out, are counted in its title.
+/// answered. Follows new lines while the last one is in view. Errors whose rows nobody has had in
+/// view yet are counted in its title, and shown when it comes into view.
 class LogDock : public QDockWidget {
     Q_OBJECT
 
@@ -33,6 +35,9 @@ Q_SIGNALS:
     /// Whether all that is sent to the controller, and its answers, are to be lines too.
     void trafficWanted(bool wanted);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void setUpFilters();
     void setUpTable();
@@ -41,15 +46,19 @@ private:
     void takeSources(int first, int last);
     void countUnseen();
     void markSeen();
-    void lookAtEnd();
+    void showFirstUnseen();
+    void fitColumns();
+    QVector<int> unseen() const; ///< rows of the log
     bool isInView() const;
-    bool isProblemLeftOut() const; ///< by the filter, of those that nobody has seen
+    bool isInView(int row) const;
 
     LogModel& m_log;
     std::unique_ptr<Ui::LogDock> m_ui;
     LogFilter* m_filter;
     bool m_atEnd = true;
-    quint64 m_seen = 0; // the log's serial when it was in view last
+    quint64 m_seen = 0;     // the log's serial when no error was left to be seen
+    QSet<quint64> m_looked; // serials of errors since that were in view
+    int m_columnWidths[2] = {};
 };
 
 } // namespace workbench

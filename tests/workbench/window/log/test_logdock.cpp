@@ -1,12 +1,16 @@
 #include "tests/support/datarows.h"
 #include "tests/support/fulldisk.h"
+#include "tests/support/modalwatchdog.h"
 #include "workbench/text/logmodel.h"
 #include "workbench/window/log/logdock.h"
 
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QStyleFactory>
 #include <QTableView>
@@ -150,6 +154,70 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log"), patience);
     }
 
+    // One that has gone by while nobody looked is shown, and seen only then.
+    void anErrorAboveWhatIsInViewIsNotSeen() {
+        LogModel log;
+        LogDock dock(log);
+        dock.resize(600, 300);
+        dock.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dock));
+        auto* const view = child<QTableView>(dock, "tableView_log");
+        const auto fill = [&log](int lines) {
+            for (int line = 0; line < lines; ++line) {
+                log.info(QString::number(log.rowCount() + line));
+            }
+        };
+        dock.hide();
+        log.problem(QStringLiteral("one"));
+        fill(200);
+        log.problem(QStringLiteral("two"));
+        fill(200);
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 402, patience);
+        QCOMPARE(dock.windowTitle(), QStringLiteral("Log – new errors: 2"));
+        dock.show();
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log – new errors: 1"),
+                                  patience);
+        QCOMPARE(view->verticalScrollBar()->value(), 0);
+        view->scrollToBottom();
+        QCOMPARE(dock.windowTitle(), QStringLiteral("Log – new errors: 1"));
+        view->scrollTo(view->model()->index(201, 0), QAbstractItemView::PositionAtCenter);
+        QTRY_COMPARE_WITH_TIMEOUT(dock.windowTitle(), QStringLiteral("Log"), patience);
+        // One that goes by while the end is followed was in view.
+        view->scrollToBottom();
+        log.problem(QStringLiteral("three"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 403, patience);
+        fill(200);
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 603, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(view->verticalScrollBar()->value(),
+                                  view->verticalScrollBar()->maximum(), patience);
+        QCOMPARE(dock.windowTitle(), QStringLiteral("Log"));
+    }
+
+    void whatALineSaysHasRoomInANarrowDock() {
+        LogModel log;
+        LogDock dock(log);
+        log.problem(QStringLiteral("what one wants to read"));
+        dock.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dock));
+        auto* const view = child<QTableView>(dock, "tableView_log");
+        const auto resizeTo = [&](int letters) {
+            dock.resize(letters * view->fontMetrics().averageCharWidth(), 1);
+            QCoreApplication::processEvents();
+        };
+        resizeTo(200);
+        QVERIFY(!view->isColumnHidden(LogModel::CategoryColumn));
+        QVERIFY(!view->isColumnHidden(LogModel::SourceColumn));
+        resizeTo(1);
+        QVERIFY(view->isColumnHidden(LogModel::CategoryColumn));
+        QVERIFY(view->isColumnHidden(LogModel::SourceColumn));
+        QVERIFY(view->columnWidth(LogModel::TextColumn) >=
+                10 * view->fontMetrics().averageCharWidth());
+        QVERIFY(view->viewport()->height() >= 2 * view->verticalHeader()->defaultSectionSize());
+        QCOMPARE(view->horizontalScrollBar()->maximum(), 0);
+        resizeTo(200);
+        QVERIFY(!view->isColumnHidden(LogModel::CategoryColumn));
+    }
+
     void linesAreFilteredByLevelAndSource() {
         LogModel log;
         LogDock dock(log);
@@ -266,6 +334,47 @@ private Q_SLOTS:
         QVERIFY(!error.isEmpty());
         QVERIFY(!dock.saveTo(QStringLiteral("/no/such/folder/log"), &error));
         QVERIFY(!error.isEmpty());
+    }
+
+    void theButtonAsksForAFileAndSaysWhenItCannotBeWritten() {
+        const QTemporaryDir folder;
+        LogModel log;
+        LogDock dock(log);
+        log.info(QStringLiteral("one"));
+        QTRY_COMPARE_WITH_TIMEOUT(log.rowCount(), 1, patience);
+        QString suggested;
+        QString told;
+        const auto saveAs = [&](const QString& name) {
+            ModalWatchdog dog(patience);
+            dog.on(QStringLiteral("QFileDialog"), [&](QWidget* widget) {
+                auto* const line = widget->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+                suggested = line->text();
+                line->setText(name);
+                static_cast<void>(QMetaObject::invokeMethod(widget, "accept"));
+            });
+            dog.on(QStringLiteral("messageBox_saveLog"), [&](QWidget* widget) {
+                told = qobject_cast<QMessageBox*>(widget)->text();
+                widget->close();
+            });
+            child<QPushButton>(dock, "pushButton_save")->click();
+            return dog.strays();
+        };
+        QCOMPARE(saveAs(folder.filePath(QStringLiteral("seen"))), QStringList());
+        const QRegularExpression usual(
+            QStringLiteral("^kestrel-workbench_\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d\\.log$"));
+        QVERIFY2(usual.match(suggested).hasMatch(), qPrintable(suggested));
+        QFile file(folder.filePath(QStringLiteral("seen.log")));
+        QVERIFY2(file.open(QIODevice::ReadOnly), "the suffix is added");
+        QCOMPARE(QString::fromUtf8(file.readAll()), log.toText());
+        QCOMPARE(told, QString());
+        const QString cut = folder.filePath(QStringLiteral("cut.log"));
+        {
+            const FullDisk disk(16);
+            QCOMPARE(saveAs(cut), QStringList());
+        }
+        QVERIFY2(told.startsWith(cut + QStringLiteral(" could not be written: ")),
+                 qPrintable(told));
+        QVERIFY(!QFile::exists(cut));
     }
 
     void clearingRemovesAllLines() {
