@@ -136,7 +136,8 @@ void LiveState::entitle(Titled& titled, const QString& remark) {
     if (titled.shown.isEmpty() || dock.windowTitle() != titled.shown) {
         titled.own = dock.windowTitle(); // also one that the module has changed meanwhile
     }
-    titled.shown = remark.isEmpty() ? QString() : titled.own + QStringLiteral(" – ") + remark;
+    // What is cut off where the dock is narrow is the end.
+    titled.shown = remark.isEmpty() ? QString() : remark + QStringLiteral(" – ") + titled.own;
     const QString title = remark.isEmpty() ? titled.own : titled.shown;
     if (dock.windowTitle() != title) {
         setTitleAlone(dock, title);
