@@ -245,14 +245,20 @@ int CommandLineRun::finish(int code) const {
     if (code != ExitSuccess) {
         return code;
     }
+    const bool isPictureMissing = !m_options.screenshotFile.isEmpty() && !m_pictureTried;
+    if (isPictureMissing) {
+        complain(tr("no picture: the program ended before it was due"));
+    }
+    if (m_recordingFailed) {
+        return ExitNoRecording;
+    }
     if (m_simulatorEnded) {
         return ExitNoSimulator;
     }
-    if (!m_options.screenshotFile.isEmpty() && !m_pictureTried) {
-        complain(tr("no picture: the program ended before it was due"));
+    if (isPictureMissing) {
         return ExitNoScreenshot;
     }
-    if (m_recordingDeclined || m_recordingFailed) {
+    if (m_recordingDeclined) {
         return ExitNoRecording;
     }
     if (!m_options.recordFile.isEmpty() && !m_recordingMade) {

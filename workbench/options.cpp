@@ -21,8 +21,8 @@ void declare(QCommandLineParser& parser) {
         "A front end for tracking controllers: connects, loads modules, shows and records data.\n"
         "\n"
         "Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has\n"
-        "ended, 4 the picture could not be written, 5 the recording could not be written,\n"
-        "6 data cannot be sent there."));
+        "ended, 4 the picture could not be written, 5 the recording could not be written or\n"
+        "has ended by itself, 6 data cannot be sent there."));
     parser.addOptions({
         {"connect",
          Texts::tr("Connect to a controller; the port is %1 unless given.")

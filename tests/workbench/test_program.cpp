@@ -1,3 +1,4 @@
+#include "tests/support/childprocesses.h"
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/options.h"
@@ -46,21 +47,6 @@ class TestProgram : public QObject {
         ended.output = QString::fromUtf8(process.readAllStandardOutput());
         ended.errors = QString::fromUtf8(process.readAllStandardError());
         return ended;
-    }
-
-    static QList<qint64> childrenOf(qint64 parent) {
-        QList<qint64> children;
-        const QString path = QStringLiteral("/proc/%1/task/%1/children").arg(parent);
-        QFile file(path);
-        if (file.open(QIODevice::ReadOnly)) {
-            const QList<QByteArray> words = file.readAll().simplified().split(' ');
-            for (const QByteArray& word : words) {
-                if (!word.isEmpty()) {
-                    children += word.toLongLong();
-                }
-            }
-        }
-        return children;
     }
 
     // The simulator sends data to nobody who has not connected, and has a socket for each who has.
@@ -135,7 +121,7 @@ private Q_SLOTS:
                   QStringLiteral("--simulate")}));
         QVERIFY(process.waitForStarted(patience));
         // With a child of its own it is past its start.
-        QTRY_COMPARE_WITH_TIMEOUT(childrenOf(process.processId()).size(), 1, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(childProcesses(process.processId()).size(), 1, patience);
         QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
         QVERIFY(process.waitForFinished(patience));
         QCOMPARE(process.exitCode(), int(workbench::ExitNoScreenshot));
@@ -218,8 +204,8 @@ private Q_SLOTS:
         QProcess process;
         process.start(QStringLiteral(WORKBENCH), with({QStringLiteral("--simulate")}));
         QVERIFY(process.waitForStarted(patience));
-        QTRY_COMPARE_WITH_TIMEOUT(childrenOf(process.processId()).size(), 1, patience);
-        const qint64 simulator = childrenOf(process.processId()).constFirst();
+        QTRY_COMPARE_WITH_TIMEOUT(childProcesses(process.processId()).size(), 1, patience);
+        const qint64 simulator = childProcesses(process.processId()).constFirst();
         QTRY_VERIFY_WITH_TIMEOUT(QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(simulator))
                                      .endsWith(QStringLiteral("kestrel-simulator")),
                                  patience);
@@ -236,8 +222,8 @@ private Q_SLOTS:
         QProcess process;
         process.start(QStringLiteral(WORKBENCH), with({QStringLiteral("--simulate")}));
         QVERIFY(process.waitForStarted(patience));
-        QTRY_COMPARE_WITH_TIMEOUT(childrenOf(process.processId()).size(), 1, patience);
-        const qint64 simulator = childrenOf(process.processId()).constFirst();
+        QTRY_COMPARE_WITH_TIMEOUT(childProcesses(process.processId()).size(), 1, patience);
+        const qint64 simulator = childProcesses(process.processId()).constFirst();
         // Once it listens: before, its end is a start that failed.
         QTRY_VERIFY_WITH_TIMEOUT(isConnectedTo(simulator), patience);
         QCOMPARE(::kill(static_cast<pid_t>(simulator), SIGKILL), 0);

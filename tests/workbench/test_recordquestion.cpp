@@ -1,3 +1,4 @@
+#include "tests/support/childprocesses.h"
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/commandlinerun.h"
@@ -7,10 +8,13 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
+#include <sys/types.h>
 
 using workbench::CommandLineRun;
 using workbench::MainWindow;
@@ -42,8 +46,9 @@ class TestRecordQuestion : public QObject {
 
     bool isRecording() { return m_window->backend().recorder.status().begun; }
 
-    void start(bool overwrite = false) {
+    void start(bool overwrite = false, bool simulate = false) {
         workbench::Options options;
+        options.simulate = simulate;
         options.pluginFolder = m_folder->path(); // none
         options.connectTo.emplace();
         options.connectTo->port = m_controller->port();
@@ -74,6 +79,7 @@ private Q_SLOTS:
         m_controller = std::make_unique<ScriptedController>();
         MainWindow::Setup setup;
         setup.settingsFile = m_folder->filePath(QStringLiteral("s.ini"));
+        setup.simulatorProgram = QStringLiteral(SIMULATOR_PROGRAM);
         m_window = std::make_unique<MainWindow>(setup);
     }
     void cleanup() {
@@ -121,6 +127,19 @@ private Q_SLOTS:
         start();
         QVERIFY(question() == nullptr);
         QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+    }
+
+    // As where nobody watches, who is told at once of the recording.
+    void aRecordingThatEndsWithItsSimulatorEndsWith5() {
+        start(/*overwrite=*/true, /*simulate=*/true);
+        QTRY_VERIFY_WITH_TIMEOUT(isRecording(), patience);
+        QSignalSpy ended(m_window.get(), &MainWindow::simulatorEnded);
+        const QList<qint64> children = childProcesses(QCoreApplication::applicationPid());
+        QCOMPARE(children.size(), 1);
+        QCOMPARE(::kill(static_cast<pid_t>(children.constFirst()), SIGKILL), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
+        QVERIFY(m_window->isVisible());
+        QTRY_COMPARE_WITH_TIMEOUT(m_run->finish(0), int(workbench::ExitNoRecording), patience);
     }
 
     void aRecordingThatEndsByItselfLeavesTheWindowAndItsLog() {

@@ -1,3 +1,4 @@
+#include "tests/support/childprocesses.h"
 #include "tests/support/datarows.h"
 #include "tests/workbench/scriptedcontroller.h"
 #include "workbench/window/log/commanddock.h"
@@ -124,13 +125,9 @@ class TestSimulatorMenu : public QObject {
             ->toPlainText();
     }
 
-    // The first process that this one has started and that still runs; 0 when there is none.
+    // 0 when there is none.
     static qint64 childProcess() {
-        QFile children(
-            QStringLiteral("/proc/self/task/%1/children").arg(QCoreApplication::applicationPid()));
-        return children.open(QIODevice::ReadOnly)
-                   ? children.readAll().split(' ').constFirst().toLongLong()
-                   : 0;
+        return childProcesses(QCoreApplication::applicationPid()).value(0);
     }
 
 private Q_SLOTS:

@@ -59,14 +59,23 @@ private Q_SLOTS:
                  qPrintable(failed.first().first().toString()));
     }
 
+    void aSimulatorThatEndsLaterIsToldAsThat_data() {
+        QTest::addColumn<QByteArray>("end");
+        QTest::addColumn<QString>("part");
+        row("by itself", QByteArray("exit 0\n"), "has ended (exit code 0)");
+        row("by a signal", QByteArray("kill -KILL $$\n"), "was ended by signal 9");
+    }
     void aSimulatorThatEndsLaterIsToldAsThat() {
-        SimulatorProcess simulator(script("echo listening on 127.0.0.1:1\nsleep 0.1\nexit 0\n"));
+        QFETCH(QByteArray, end);
+        QFETCH(QString, part);
+        SimulatorProcess simulator(script("echo listening on 127.0.0.1:1\nsleep 0.1\n" + end));
         QSignalSpy failed(&simulator, &SimulatorProcess::failed);
         QSignalSpy ended(&simulator, &SimulatorProcess::ended);
         simulator.start({});
         QVERIFY(simulator.isStarting());
         QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
-        QVERIFY(ended.first().first().toString().contains(QStringLiteral("(exit code 0)")));
+        QVERIFY2(ended.first().first().toString().contains(part),
+                 qPrintable(ended.first().first().toString()));
         QVERIFY(!simulator.isListening());
         QCOMPARE(failed.count(), 0);
     }
