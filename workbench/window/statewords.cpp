@@ -36,6 +36,10 @@ Symbol symbolOf(ControllerSession::State state) {
     return Symbol::No;
 }
 
+Symbol symbolOf(ReplayControl::State state) {
+    return state == ReplayControl::State::Playing ? Symbol::Play : Symbol::Pause;
+}
+
 } // namespace
 
 StateWords::StateWords(const Sources& sources, const Ui::MainWindow& ui, QMainWindow* window)
@@ -106,7 +110,7 @@ void StateWords::showConnection() {
     const ControllerSession& session = m_sources.backend.session;
     const ReplayControl& replay = m_sources.backend.replay;
     if (session.isReady() && replay.isActive()) {
-        show(m_connection, Symbol::Play, replay.text());
+        show(m_connection, symbolOf(replay.state()), replay.text());
     } else {
         show(m_connection, symbolOf(session.state()), session.stateText());
     }
@@ -119,9 +123,7 @@ void StateWords::showMeasurement() {
     } else if (!m_sources.backend.monitor.isMeasuring()) {
         show(m_measurement, Symbol::Stop, tr("not measuring"));
     } else if (replay.isActive()) {
-        show(m_measurement,
-             replay.state() == ReplayControl::State::Playing ? Symbol::Play : Symbol::Pause,
-             tr("replay"));
+        show(m_measurement, symbolOf(replay.state()), tr("replay"));
     } else {
         show(m_measurement, Symbol::Play, tr("measuring"));
     }

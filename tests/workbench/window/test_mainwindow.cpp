@@ -169,6 +169,25 @@ private Q_SLOTS:
                                   patience);
         QVERIFY(symbol("symbolMeasurement") == Symbol::Play);
         QCOMPARE(places("measuring"), 1);
+        const auto replays = [&](const char* state, Symbol sign) {
+            m_controller->answer("sim replay", std::string(state) + " 1.0 10.0 1 none");
+            return QTest::qWaitFor(
+                [&] {
+                    return symbol("symbolConnection") == sign &&
+                           symbol("symbolMeasurement") == sign &&
+                           label("statusConnection").startsWith(QLatin1String("REPLAY r"));
+                },
+                patience);
+        };
+        m_window->backend().replay.begin(QStringLiteral("r"));
+        QVERIFY(replays("playing", Symbol::Play));
+        QVERIFY(replays("paused", Symbol::Pause));
+        QCOMPARE(label("statusMeasurement"), QStringLiteral("replay"));
+        QVERIFY(replays("playing", Symbol::Play));
+        QVERIFY(replays("ended", Symbol::Pause));
+        m_window->backend().replay.end();
+        QTRY_COMPARE_WITH_TIMEOUT(label("statusMeasurement"), QStringLiteral("measuring"),
+                                  patience);
         m_window->startRecording(m_folder.filePath(QStringLiteral("state.kestrel")));
         QTRY_COMPARE_WITH_TIMEOUT(label("statusRecording"), QStringLiteral("recording"), patience);
         QVERIFY(symbol("symbolRecording") == Symbol::Record);
@@ -369,7 +388,7 @@ private Q_SLOTS:
                                      patience);
         }
         if (state == "replay") {
-            m_controller->answer("sim replay", "playing 1.0 10.0 1");
+            m_controller->answer("sim replay", "playing 1.0 10.0 1 none");
             m_window->backend().replay.begin(QStringLiteral("old.kestrel"));
             QTRY_VERIFY_WITH_TIMEOUT(!m_window->findChild<QAction*>("actionRecord")->isEnabled(),
                                      patience);
