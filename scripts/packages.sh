@@ -2,7 +2,8 @@
 
 build_packages=(
     build-essential cmake ninja-build ccache python3
-    qtbase5-dev qttools5-dev qttools5-dev-tools qtmultimedia5-dev libqwt-qt5-dev libfast-float-dev libeigen3-dev
+    qtbase5-dev qttranslations5-l10n qttools5-dev qttools5-dev-tools qtmultimedia5-dev libqwt-qt5-dev
+    libfast-float-dev libeigen3-dev
     libmosquitto-dev libopenigtlink-dev mosquitto openssl
     libgtest-dev libbenchmark-dev
     python3-dev pybind11-dev python3-numpy python3-pytest python3-matplotlib python3-pip

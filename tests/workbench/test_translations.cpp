@@ -1,6 +1,8 @@
 #include "workbench/translations.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -32,6 +34,22 @@ private Q_SLOTS:
         QCOMPARE(german.language(), QStringLiteral("de"));
         QCOMPARE(textOfTheProgram(), QStringLiteral("&Beenden"));
         QCOMPARE(textOfTheModule(), QStringLiteral("&Kalibrieren"));
+    }
+
+    // For the dialogs that are Qt's: those for files, the buttons of message boxes.
+    void textsOfQtItselfAreInTheLanguageAskedFor() {
+        const QString folder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+        if (!QFile::exists(folder + QStringLiteral("/qtbase_de.qm"))) {
+            // QSKIP wants one argument more than C++17 lets it have.
+            QTest::qSkip("the package qttranslations5-l10n is not installed", __FILE__, __LINE__);
+            return;
+        }
+        const auto textOfQt = [] {
+            return QCoreApplication::translate("QFileDialog", "File &name:");
+        };
+        QCOMPARE(textOfQt(), QStringLiteral("File &name:"));
+        const Translations german(QStringLiteral("de"), folders());
+        QCOMPARE(textOfQt(), QStringLiteral("Datei&name:"));
     }
 
     void textsAreEnglishAgainAfterwards() {
