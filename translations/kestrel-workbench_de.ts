@@ -983,6 +983,10 @@
         <source>Log – new errors: %1</source>
         <translation>Protokoll – neue Fehler: %1</translation>
     </message>
+    <message>
+        <source>Logs (*.log);;All files (*)</source>
+        <translation>Protokolle (*.log);;Alle Dateien (*)</translation>
+    </message>
 </context>
 <context>
     <name>workbench::LogModel</name>
@@ -1503,19 +1507,6 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <translation>--connect verlangt HOST oder HOST:PORT mit einem Port von 1 bis 65535, nicht „%1“</translation>
     </message>
     <message>
-        <source>A front end for tracking controllers: connects, loads modules, shows and records data.
-
-Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has
-ended, 4 the picture could not be written, 5 the recording could not be written,
-6 data cannot be sent there.</source>
-        <translation>Eine Oberfläche für Tracking-Controller: verbindet sich, lädt Module, zeigt und
-speichert Daten.
-
-Exitcodes: 0 Erfolg, 2 falsche Optionen, 3 der Simulator konnte nicht gestartet werden
-oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben werden,
-6 dorthin kann nicht gesendet werden.</translation>
-    </message>
-    <message>
         <source>Send tools, references and results to udp://HOST, mqtt://HOST/PREFIX, mqtts://HOST/PREFIX or igtl://; may be repeated.</source>
         <translation>Werkzeuge, Referenzen und Ergebnisse an udp://HOST, mqtt://HOST/PREFIX, mqtts://HOST/PREFIX oder igtl:// senden; mehrfach möglich.</translation>
     </message>
@@ -1530,6 +1521,19 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
     <message>
         <source>--overwrite needs --record</source>
         <translation>--overwrite verlangt --record</translation>
+    </message>
+    <message>
+        <source>A front end for tracking controllers: connects, loads modules, shows and records data.
+
+Exit codes: 0 success, 2 bad options, 3 the simulator could not be started or has
+ended, 4 the picture could not be written, 5 the recording could not be written or
+has ended by itself, 6 data cannot be sent there.</source>
+        <translation>Eine Oberfläche für Tracking-Controller: verbindet sich, lädt Module, zeigt und
+speichert Daten.
+
+Exitcodes: 0 Erfolg, 2 falsche Optionen, 3 der Simulator konnte nicht gestartet werden
+oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben werden oder
+sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
     </message>
 </context>
 <context>
@@ -1686,8 +1690,8 @@ oder hat sich beendet, 4 das Bild, 5 die Aufzeichnung konnte nicht geschrieben w
         <translation>%1 kann nicht geschrieben werden: %2</translation>
     </message>
     <message>
-        <source>last %1: mm from the mean, over seconds; s: standard deviation</source>
-        <translation>letzte %1: mm vom Mittelwert, über Sekunden; s: Standardabweichung</translation>
+        <source>last %1: mm from the mean; s: standard deviation</source>
+        <translation>letzte %1: mm vom Mittel; s: Standardabweichung</translation>
     </message>
 </context>
 <context>

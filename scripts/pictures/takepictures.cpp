@@ -213,9 +213,13 @@ private:
                     m_window.findChild<QComboBox*>("comboBox_tool")->setCurrentIndex(1);
                 });
             step(
+                "seen", [this] { return waitedMs() > animationMs; },
+                [this] { command("kestrel2 sim occlude tool b02 yes"); });
+            step(
                 "a hidden one", [this] { return waitedMs() > animationMs; },
                 [this] {
                     take(*m_window.findChild<QDockWidget*>("ReadoutDock"), "readout_hidden");
+                    command("kestrel2 sim occlude tool b02 no");
                 });
         }
         step(
@@ -250,8 +254,14 @@ private:
             step(
                 "pause the plot", [this] { return waitedMs() > plottedMs; },
                 [this] {
+                    m_window.findChild<QDockWidget*>("PlotDock")
+                        ->findChild<QAbstractButton*>("toolButton_zoomIn")
+                        ->click();
+                });
+            step(
+                "zoomed plot", [this] { return waitedMs() > animationMs; },
+                [this] {
                     auto* const dock = m_window.findChild<QDockWidget*>("PlotDock");
-                    dock->findChild<QAbstractButton*>("toolButton_zoomIn")->click();
                     take(*dock, "plot_zoomed");
                     dock->findChild<QAbstractButton*>("toolButton_pause")->click();
                     m_window.stopMeasurement();

@@ -45,7 +45,9 @@ bool isInteractive(const QWidget& widget) {
            widget.inherits("QLineEdit") || widget.inherits("QPlainTextEdit") ||
            widget.inherits("QComboBox") || widget.inherits("QAbstractItemView") ||
            widget.inherits("QProgressBar") || widget.inherits("QLCDNumber") ||
-           widget.inherits("QTabBar");
+           widget.inherits("QTabBar") || widget.inherits("QSlider") ||
+           ((widget.focusPolicy() & Qt::TabFocus) != 0 && // also what draws itself
+            widget.focusProxy() == nullptr);
 }
 
 // Of Qt's own making inside a widget, which speaks for it, or left over from docks that went.

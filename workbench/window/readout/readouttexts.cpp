@@ -147,7 +147,7 @@ QString sentence(const ReadoutView& view, bool withAngles) {
                 axisName(axis, true), figure(anglesOf(view)[static_cast<std::size_t>(axis)]));
         }
     }
-    if (view.figures && view.age >= 1.0) { // less is no news, and would be told ten times a second
+    if (view.figures && view.age >= 1.0) { // less is no news, and would be told five times a second
         parts += Texts::tr("%1 s ago").arg(QString::number(std::floor(view.age), 'f', 0));
     }
     parts += reference(view);

@@ -362,7 +362,7 @@ private Q_SLOTS:
         QTEST(readouttexts::age(view), "text");
     }
 
-    // Less than a second is no news, and would be told ten times in it.
+    // Less than a second is no news, and would be told five times in it.
     void theSentenceTellsAnAgeFromASecondOn_data() {
         QTest::addColumn<double>("age");
         QTest::addColumn<QString>("text");
