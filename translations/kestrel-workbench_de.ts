@@ -956,6 +956,18 @@
         <source>the recording has no frames here. The replay goes on with the next one.</source>
         <translation>die Aufzeichnung hat hier keine Frames. Die Wiedergabe geht mit dem nächsten weiter.</translation>
     </message>
+    <message>
+        <source>the recording has no line %1 here.</source>
+        <translation>die Aufzeichnung hat hier keine Zeile %1.</translation>
+    </message>
+    <message>
+        <source>the controller sends frames, but no longer the line %1. Another program may have switched it off: connect again.</source>
+        <translation>Der Controller sendet Frames, aber nicht mehr die Zeile %1. Vielleicht hat ein anderes Programm sie abgeschaltet: verbinden Sie neu.</translation>
+    </message>
+    <message>
+        <source>the line %1 arrives, but can no longer be read. Check that the controller&apos;s version is supported.</source>
+        <translation>Die Zeile %1 kommt an, ist aber nicht mehr lesbar. Prüfen Sie, ob die Version des Controllers unterstützt wird.</translation>
+    </message>
 </context>
 <context>
     <name>workbench::LogDock</name>

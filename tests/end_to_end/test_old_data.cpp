@@ -180,6 +180,37 @@ private Q_SLOTS:
                      });
     }
 
+    // Frames go on, but one of the lines that are shown does not: another program has switched it
+    // off, or it has become longer than the display takes.
+    void oneLineCeasesAmongFrames_data() {
+        QTest::addColumn<QString>("begin");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("tools") << "set output active chmon 6dmt2 no"
+                               << "set output active chmon 6dmt2 yes"
+                               << "the controller sends frames, but no longer the line 6dmt2.";
+        QTest::newRow("references") << "set output active chmon 6dmtr no"
+                                    << "set output active chmon 6dmtr yes"
+                                    << "the controller sends frames, but no longer the line 6dmtr.";
+        QTest::newRow("too long") << "sim misbehave long-data 11000"
+                                  << "sim behave"
+                                  << "arrives, but can no longer be read.";
+    }
+    void oneLineCeasesAmongFrames() {
+        QFETCH(QString, begin);
+        QFETCH(QString, end);
+        QFETCH(QString, told);
+        open();
+        goesAndComes([&] { QVERIFY(m_place->order(begin)); },
+                     [&] {
+                         const QString lines =
+                             m_place->window->banner().lines().join(QLatin1Char('\n'));
+                         QVERIFY2(lines.contains(told), qPrintable(lines));
+                         QVERIFY(holdsAt(2.0));
+                         QVERIFY(m_place->order(end));
+                     });
+    }
+
     // Both programs stand still as a suspended computer's do. Where the controller wakes up with us
     // its data may be there first; where it is another box that takes longer, what was shown must
     // be gone at once, not after the time for data that stop.

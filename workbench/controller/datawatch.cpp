@@ -28,6 +28,7 @@ DataWatch::DataWatch(DataReceiver& receiver, const MeasurementMonitor& monitor,
 
 void DataWatch::onMeasuring(bool measuring) {
     m_told = false;
+    m_receiver.forgetLines();
     if (measuring) {
         m_timer.start();
     } else {
@@ -57,18 +58,25 @@ void DataWatch::lookAt(BootClock::time_point now) {
         return;
     }
     const FrameStatistics::Snapshot counts = m_receiver.statistics().snapshot(now);
-    double age = BootClock::seconds(now - m_since);
-    if (counts.lastFrameAge >= 0.0) {
-        age = std::min(age, counts.lastFrameAge);
-    }
-    if (age < std::max(m_slowness * oldAfter, 2.0 * counts.usualInterval)) {
+    const double watched = BootClock::seconds(now - m_since);
+    const double frameAge =
+        counts.lastFrameAge < 0.0 ? watched : std::min(watched, counts.lastFrameAge);
+    const std::optional<LineTimes::Oldest> line = m_receiver.oldestLine(now);
+    const double age = line ? std::max(frameAge, std::min(watched, line->age)) : frameAge;
+    const double limit = std::max(m_slowness * oldAfter, 2.0 * counts.usualInterval);
+    if (age < limit) {
         m_told = false;
         m_unreadableThen = counts.unreadable;
         m_foreignThen = counts.foreign;
         show(0.0);
         return;
     }
-    show(age);
+    if (frameAge < limit) {
+        m_line = QString::fromStdString(line->channel);
+        show(age, line->isRefused ? Cause::LineRefused : Cause::LineMissing);
+    } else {
+        show(age, likelyCause());
+    }
     if (age >= std::max(m_slowness * stoppedAfter, 3.0 * counts.usualInterval) && !m_told) {
         m_told = true;
         m_teller.stopData();
@@ -92,12 +100,12 @@ DataWatch::Cause DataWatch::likelyCause() const {
     return counts.lastFrameAge < 0.0 ? Cause::NeverCame : Cause::Stopped;
 }
 
-void DataWatch::show(double age) {
+void DataWatch::show(double age, Cause cause) {
     const QString before = m_age > 0.0 ? ageText() : QString();
     const Cause causeBefore = m_cause;
     m_age = age;
     if (age > 0.0) {
-        m_cause = likelyCause();
+        m_cause = cause;
     }
     if (before != (age > 0.0 ? ageText() : QString()) || m_cause != causeBefore) {
         Q_EMIT changed();

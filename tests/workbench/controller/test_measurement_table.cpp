@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <cstring>
+
 using workbench::BootClock;
 using workbench::ControllerSession;
 using workbench::DataWatch;
@@ -83,6 +85,16 @@ private:
         heard += QLatin1Char(what);
         return 0;
     }
+};
+
+/// Takes lines as they may be, and none that is longer.
+class Limited final : public Requester {
+public:
+    int set_ascii_data(const char*, const char* line) override {
+        return std::strlen(line) > workbench::LineTimes::longestForAll ? -1 : 0;
+    }
+    void set_mea_started() override {}
+    void set_mea_stopped() override {}
 };
 
 /// A backend with a module that takes frames, in each state and with each event.
@@ -303,6 +315,104 @@ private Q_SLOTS:
         DataWatchProbe::lookAfter(rig.watch(), old);
         QCOMPARE(changed.count(), 1);
         QCOMPARE(int(rig.watch().cause()), cause);
+    }
+
+    // Another program may have switched it off: frames come, and what shows that line is old.
+    void aLineThatNoLongerComesIsOldDataAmongNewFrames_data() {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("back");
+        QTest::addColumn<QByteArray>("others");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("tools") << QByteArray("6dmt2 0 0 ") << QByteArray("6dmt2 0 0 ")
+                               << QByteArray("6dmtr 0 ") << "6dmt2";
+        QTest::newRow("tools, back in the old format")
+            << QByteArray("6dmt2 0 0 ") << QByteArray("6dmt 0 ") << QByteArray("6dmtr 0 ")
+            << "6dmt2";
+        QTest::newRow("references") << QByteArray("6dmtr 0 ") << QByteArray("6dmtr 0 ")
+                                    << QByteArray("6dmt2 0 0 ") << "6dmtr";
+    }
+    void aLineThatNoLongerComesIsOldDataAmongNewFrames() {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, back);
+        QFETCH(QByteArray, others);
+        QFETCH(QString, name);
+        MeasurementRig rig;
+        QVERIFY(rig.bring("M"));
+        for (const char* channel : {"6dmt", "6dmt2", "6dmtr"}) {
+            rig.backend().registry.add(channel, &rig.module);
+        }
+        int number = 1;
+        const auto comes = [&](const QByteArray& lines) {
+            rig.backend().receiver.handOut("fr " + std::to_string(++number) + "\r\n" +
+                                           lines.toStdString());
+            DataWatchProbe::lookAfter(rig.watch(), 0.0);
+            return rig.state();
+        };
+        QCOMPARE(comes(line + "\r\n" + others), QString("M"));
+        QVERIFY(waitFor([&] { return comes(others) == "O"; }));
+        QVERIFY(rig.watch().age() >= DataWatch::oldAfter);
+        QCOMPARE(int(rig.watch().cause()), int(DataWatch::Cause::LineMissing));
+        QCOMPARE(rig.watch().line(), name);
+        QVERIFY(waitFor([&] { return comes(others) == "S"; }));
+        QVERIFY(rig.watch().age() >= DataWatch::stoppedAfter);
+        rig.module.heard.clear();
+        QCOMPARE(comes(others), QString("S")); // such frames start nothing
+        QCOMPARE(rig.module.heard, QString("ff"));
+        rig.module.heard.clear();
+        QCOMPARE(comes(back + "\r\n" + others), QString("M"));
+        QCOMPARE(rig.module.heard, QString("+fff"));
+    }
+
+    void aLineThatNobodyTakesIsNotMissed() {
+        MeasurementRig rig;
+        QVERIFY(rig.bring("M"));
+        rig.backend().receiver.handOut("fr 1\r\n6dmt2 0 0 ");
+        BootClock::time_point begun = BootClock::now();
+        QVERIFY(waitFor([&] {
+            rig.backend().receiver.handOut("fr 2");
+            return BootClock::seconds(BootClock::now() - begun) > old;
+        }));
+        DataWatchProbe::lookAfter(rig.watch(), 0.0);
+        QCOMPARE(rig.state(), QString("M"));
+        rig.backend().registry.add("6dmt2", &rig.module); // who takes it now is told
+        DataWatchProbe::lookAfter(rig.watch(), 0.0);
+        QCOMPARE(rig.state(), QString("O"));
+        // With another measurement it counts once it has come.
+        rig.happen(Event::StopAcknowledged);
+        QVERIFY(rig.reach("R"));
+        rig.happen(Event::StartAcknowledged);
+        QVERIFY(rig.reach("M"));
+        begun = BootClock::now();
+        QVERIFY(waitFor([&] {
+            rig.backend().receiver.handOut("fr 3");
+            return BootClock::seconds(BootClock::now() - begun) > old;
+        }));
+        DataWatchProbe::lookAfter(rig.watch(), 0.0);
+        QCOMPARE(rig.state(), QString("M"));
+    }
+
+    // As one whose buffer is too short for it.
+    void aLineThatIsRefusedAllAtOnceHasNotCome() {
+        MeasurementRig rig;
+        QVERIFY(rig.bring("M"));
+        Limited limited;
+        rig.backend().registry.add("6dmt2", &limited);
+        const std::string good = "fr 1\r\n6dmt2 0 0 ";
+        const std::string tooLong =
+            good + std::string(workbench::LineTimes::longestForAll + 1, ' ');
+        const auto comes = [&](const std::string& frame) {
+            rig.backend().receiver.handOut(frame);
+            DataWatchProbe::lookAfter(rig.watch(), 0.0);
+            return rig.state();
+        };
+        QCOMPARE(comes(good), QString("M"));
+        QVERIFY(waitFor([&] { return comes(tooLong) == "O"; }));
+        QCOMPARE(int(rig.watch().cause()), int(DataWatch::Cause::LineRefused));
+        QCOMPARE(rig.watch().line(), QString("6dmt2"));
+        QVERIFY(waitFor([&] { return comes(tooLong) == "S"; }));
+        QCOMPARE(comes(tooLong), QString("S"));
+        QCOMPARE(comes(good), QString("M"));
+        rig.backend().registry.remove("6dmt2", &limited);
     }
 
     void theAgeIsRoundedDown() {

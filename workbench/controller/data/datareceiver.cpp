@@ -133,6 +133,7 @@ quint16 DataReceiver::start(const QHostAddress& address, quint16 port,
                             const QHostAddress& controller, QString* error) {
     stop();
     m_statistics.reset();
+    m_lines.reset();
     m_thread = std::make_unique<ReceivingThread>(*this, address, port, controller);
     std::future<ReceivingThread::Bound> future = m_thread->bound();
     m_thread->start(QThread::TimeCriticalPriority);
@@ -152,6 +153,18 @@ void DataReceiver::stop() {
     }
 }
 
+std::optional<LineTimes::Oldest> DataReceiver::oldestLine(BootClock::time_point now) const {
+    return m_lines.oldest(
+        [this](std::string_view channel) { return m_registry.hasSubscriber(channel); }, now);
+}
+
+bool DataReceiver::isAwaited(const std::vector<std::string_view>& lines) const {
+    return m_teller->isWaitingForData() &&
+           m_lines.areAllIn(lines, [this](std::string_view channel) {
+               return m_registry.hasSubscriber(channel);
+           });
+}
+
 void DataReceiver::handOut(std::string_view frame) {
     const std::vector<std::string_view> lines = linesOf(frame);
     m_recorder.frame(lines);
@@ -162,9 +175,10 @@ void DataReceiver::handOut(std::string_view frame) {
         m_outlets->frame(lines);
     }
     const bool isReadable = m_check.isReadable(lines);
-    if (isReadable && m_teller != nullptr) {
+    if (isReadable && m_teller != nullptr && isAwaited(lines)) {
         m_teller->dataCame();
     }
+    const BootClock::time_point now = BootClock::now();
     std::int64_t counter = -1;
     std::string line;
     for (const std::string_view text : lines) {
@@ -173,13 +187,17 @@ void DataReceiver::handOut(std::string_view frame) {
         }
         line.assign(text);
         const std::string channel(kestrel_wire::channelOf(text));
-        const int rejected = m_registry.deliver(channel.c_str(), line.c_str()).rejected;
-        for (int i = 0; i < rejected; ++i) {
+        const RequesterRegistry::Delivery delivery =
+            m_registry.deliver(channel.c_str(), line.c_str());
+        for (int i = 0; i < delivery.rejected; ++i) {
             m_statistics.addRejectedLine(line.size());
+        }
+        if (isReadable) {
+            m_lines.add(channel, line.size(), delivery.isRefused, now);
         }
     }
     if (isReadable) {
-        m_statistics.addFrame(counter);
+        m_statistics.addFrame(counter, now);
     } else {
         m_statistics.addUnreadableFrame();
     }

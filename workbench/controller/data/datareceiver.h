@@ -2,11 +2,13 @@
 
 #include "workbench/controller/data/framecheck.h"
 #include "workbench/controller/data/framestatistics.h"
+#include "workbench/controller/data/linetimes.h"
 
 #include <QHostAddress>
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +27,8 @@ class RequesterRegistry;
 /// elsewhere are counted and dropped.
 class DataReceiver {
 public:
-    /// `teller` hears of each readable frame before the requesters get it; it and `outlets` may be
-    /// null.
+    /// `teller` hears of each readable frame before the requesters get it, but once it waits for
+    /// data only of one with all the lines that they had before; it and `outlets` may be null.
     DataReceiver(RequesterRegistry& registry, Recorder& recorder,
                  MeasurementTeller* teller = nullptr, OutletHub* outlets = nullptr);
     ~DataReceiver();
@@ -45,6 +47,12 @@ public:
 
     FrameStatistics& statistics() { return m_statistics; }
 
+    /// Of the lines that have a subscriber and came before, the one that has not for the longest.
+    std::optional<LineTimes::Oldest> oldestLine(BootClock::time_point now) const;
+
+    /// Which lines are to come is not known yet.
+    void forgetLines() { m_lines.reset(); }
+
     /// Cuts a frame at "\r\n" (a lone "\n" counts as well) and hands it out; the receiving thread's
     /// work for one datagram. Lines of more than 64 KiB are dropped.
     void handOut(std::string_view frame);
@@ -52,11 +60,14 @@ public:
 private:
     class ReceivingThread;
 
+    bool isAwaited(const std::vector<std::string_view>& lines) const;
+
     RequesterRegistry& m_registry;
     Recorder& m_recorder;
     MeasurementTeller* m_teller;
     OutletHub* m_outlets;
     FrameStatistics m_statistics;
+    LineTimes m_lines;
     FrameCheck m_check;
     std::unique_ptr<ReceivingThread> m_thread;
 };

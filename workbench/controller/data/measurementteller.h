@@ -23,6 +23,9 @@ public:
     /// dataCame().
     void stopData();
 
+    /// Since stopData(): a frame that is not called for by dataCame() changes nothing.
+    bool isWaitingForData() const { return m_dataStopped; }
+
     /// To be called for each frame before it is handed out, so that it finds its requesters
     /// started.
     void dataCame();

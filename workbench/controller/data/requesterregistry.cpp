@@ -106,7 +106,7 @@ bool RequesterRegistry::closesCircle(const Subscription& subscription) const {
 }
 
 void RequesterRegistry::callEach(const Subscriptions& list,
-                                 const std::function<void(Requester*)>& call) {
+                                 const std::function<void(Subscription&)>& call) {
     const std::thread::id self = std::this_thread::get_id();
     for (const std::shared_ptr<Subscription>& subscription : list) {
         {
@@ -116,7 +116,7 @@ void RequesterRegistry::callEach(const Subscriptions& list,
             }
             subscription->callers.push_back(self);
         }
-        call(subscription->requester);
+        call(*subscription);
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             auto& callers = subscription->callers;
@@ -153,11 +153,22 @@ RequesterRegistry::Delivery RequesterRegistry::deliver(const char* channel, cons
         }
     }
     Delivery delivery;
-    callEach(list, [&](Requester* requester) {
-        const int result = requester->set_ascii_data(channel, line);
+    callEach(list, [&](Subscription& subscription) {
+        const int result = subscription.requester->set_ascii_data(channel, line);
         ++(result == -1 ? delivery.rejected : delivery.accepted);
+        if (result == -1) {
+            delivery.isRefused = delivery.isRefused || subscription.hasTaken;
+        } else if (result == 0) {
+            subscription.hasTaken = true;
+        }
     });
     return delivery;
+}
+
+bool RequesterRegistry::hasSubscriber(std::string_view channel) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_data.find(channel);
+    return found != m_data.end() && !found->second.empty();
 }
 
 void RequesterRegistry::notifyStarted() {
@@ -166,7 +177,7 @@ void RequesterRegistry::notifyStarted() {
         const std::lock_guard<std::mutex> lock(m_mutex);
         list = m_measurement;
     }
-    callEach(list, [](Requester* requester) { requester->set_mea_started(); });
+    callEach(list, [](Subscription& subscription) { subscription.requester->set_mea_started(); });
 }
 
 void RequesterRegistry::notifyStopped() {
@@ -175,7 +186,7 @@ void RequesterRegistry::notifyStopped() {
         const std::lock_guard<std::mutex> lock(m_mutex);
         list = m_measurement;
     }
-    callEach(list, [](Requester* requester) { requester->set_mea_stopped(); });
+    callEach(list, [](Subscription& subscription) { subscription.requester->set_mea_stopped(); });
 }
 
 } // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "host_api/requester.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <functional>
 #include <initializer_list>
@@ -38,11 +39,14 @@ public:
 
     struct Delivery {
         int accepted = 0;
-        int rejected = 0; ///< answered -1: a line that the receiver could not read
+        int rejected = 0;       ///< answered -1: a line that the receiver could not read
+        bool isRefused = false; ///< by one who could read an earlier line of the channel
     };
     /// Hands `line` to all subscribers of `channel`; both are NUL-terminated. The subscribers of
     /// the moment count: one that is added meanwhile gets the next line.
     Delivery deliver(const char* channel, const char* line);
+
+    bool hasSubscriber(std::string_view channel);
 
     void notifyStarted();
     void notifyStopped();
@@ -51,6 +55,7 @@ private:
     struct Subscription {
         Requester* requester = nullptr;
         bool active = true;
+        std::atomic<bool> hasTaken{false};    // a line
         std::vector<std::thread::id> callers; // one entry for each call in flight
     };
     using Subscriptions = std::vector<std::shared_ptr<Subscription>>;
@@ -61,7 +66,7 @@ private:
     int removeFrom(Subscriptions& list, Requester* requester, std::unique_lock<std::mutex>& lock);
     bool hasForeignCalls(const Subscription& subscription) const;
     bool closesCircle(const Subscription& subscription) const;
-    void callEach(const Subscriptions& list, const std::function<void(Requester*)>& call);
+    void callEach(const Subscriptions& list, const std::function<void(Subscription&)>& call);
 
     std::mutex m_mutex;
     std::condition_variable m_callEnded;

@@ -151,7 +151,18 @@ QString LiveState::sentence() const {
     if (!m_replay.isEmpty() && isSilence) {
         return tr("the recording has no frames here. The replay goes on with the next one.");
     }
+    if (!m_replay.isEmpty() && cause == DataWatch::Cause::LineMissing) {
+        return tr("the recording has no line %1 here.").arg(m_watch.line());
+    }
     switch (cause) {
+    case DataWatch::Cause::LineMissing:
+        return tr("the controller sends frames, but no longer the line %1. Another program may "
+                  "have switched it off: connect again.")
+            .arg(m_watch.line());
+    case DataWatch::Cause::LineRefused:
+        return tr("the line %1 arrives, but can no longer be read. Check that the controller's "
+                  "version is supported.")
+            .arg(m_watch.line());
     case DataWatch::Cause::NoPort:
         return tr("the port for the data could not be opened. Connect again, with another data "
                   "port.");

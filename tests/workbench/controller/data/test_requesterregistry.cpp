@@ -112,6 +112,27 @@ TEST(RequesterRegistry, rejectedLinesAreCounted) {
     EXPECT_EQ(delivery.accepted, 2);
 }
 
+TEST(RequesterRegistry, whoCouldReadAChannelAndCannotAnyMoreRefusesIt) {
+    RequesterRegistry registry;
+    Receiver receiver;
+    EXPECT_FALSE(registry.hasSubscriber("6dmt"));
+    registry.add("6dmt", &receiver);
+    EXPECT_TRUE(registry.hasSubscriber("6dmt"));
+    EXPECT_FALSE(registry.hasSubscriber("6dmtr"));
+    receiver.result = -1; // one that has never read it says nothing about the line
+    EXPECT_FALSE(registry.deliver("6dmt", "6dmt x").isRefused);
+    receiver.result = -2; // nor does one that is not measuring
+    EXPECT_FALSE(registry.deliver("6dmt", "6dmt x").isRefused);
+    receiver.result = -1;
+    EXPECT_FALSE(registry.deliver("6dmt", "6dmt x").isRefused);
+    receiver.result = 0;
+    EXPECT_FALSE(registry.deliver("6dmt", "6dmt 0").isRefused);
+    receiver.result = -1;
+    EXPECT_TRUE(registry.deliver("6dmt", "6dmt x").isRefused);
+    registry.remove("6dmt", &receiver);
+    EXPECT_FALSE(registry.hasSubscriber("6dmt"));
+}
+
 TEST(RequesterRegistry, aRequesterMayLeaveFromInsideItsOwnCall) {
     RequesterRegistry registry;
     Receiver receiver;
