@@ -968,6 +968,10 @@
         <source>the line %1 arrives, but can no longer be read. Check that the controller&apos;s version is supported.</source>
         <translation>Die Zeile %1 kommt an, ist aber nicht mehr lesbar. Prüfen Sie, ob die Version des Controllers unterstützt wird.</translation>
     </message>
+    <message>
+        <source>%1. The program that plays the recording does not answer; open the recording again if it does not come back.</source>
+        <translation>%1. Das Programm, das die Aufzeichnung abspielt, antwortet nicht; öffnen Sie die Aufzeichnung neu, wenn es nicht wiederkommt.</translation>
+    </message>
 </context>
 <context>
     <name>workbench::LogDock</name>
@@ -1192,6 +1196,14 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
     <message>
         <source>Data</source>
         <translation>Daten</translation>
+    </message>
+    <message>
+        <source>Replay of %1 ended</source>
+        <translation>Wiedergabe von %1 beendet</translation>
+    </message>
+    <message>
+        <source>Replay of %1 begun</source>
+        <translation>Wiedergabe von %1 begonnen</translation>
     </message>
 </context>
 <context>
@@ -2101,6 +2113,10 @@ sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
     <message>
         <source>REPLAY %1, playing at speed %2</source>
         <translation>WIEDERGABE %1, läuft mit Geschwindigkeit %2</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, which does not answer</source>
+        <translation>WIEDERGABE %1, die nicht antwortet</translation>
     </message>
 </context>
 <context>

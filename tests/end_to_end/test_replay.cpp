@@ -1,5 +1,6 @@
 #include "libs/kestrel_wire/recording.h"
 #include "tests/end_to_end/processes.h"
+#include "tests/support/childprocesses.h"
 #include "tests/support/datarows.h"
 #include "workbench/commandlinerun.h"
 #include "workbench/window/mainwindow.h"
@@ -197,6 +198,42 @@ private Q_SLOTS:
         QCOMPARE(m_window->windowTitle(), own);
         QVERIFY(!isBarVisible());
         QCOMPARE(startText(), QString("Not connected"));
+    }
+
+    void itsBeginAndItsEndAreLinesOfTheLog() {
+        const auto hasLine = [this](const char* name, const char* word) {
+            return m_window->backend().log.toText().contains(
+                QStringLiteral("Replay of %1 %2").arg(path(name), QLatin1String(word)));
+        };
+        playUntilShown();
+        QTRY_VERIFY_WITH_TIMEOUT(hasLine("demo.kestrel", "begun"), patienceMs);
+        pause();
+        QVERIFY(!hasLine("demo.kestrel", "ended"));
+        QVERIFY(QFile::copy(path("demo.kestrel"), path("other.kestrel")));
+        m_window->openRecording(path("other.kestrel"));
+        QTRY_VERIFY_WITH_TIMEOUT(hasLine("demo.kestrel", "ended"), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLine("other.kestrel", "begun"), patienceMs);
+        closeButton()->click();
+        QTRY_VERIFY_WITH_TIMEOUT(hasLine("other.kestrel", "ended"), patienceMs);
+    }
+
+    void oneThatHangsIsNoControllerWithABadCable() {
+        playUntilShown();
+        const auto simulator =
+            static_cast<pid_t>(childProcesses(QCoreApplication::applicationPid()).value(0));
+        QVERIFY(simulator > 0);
+        QCOMPARE(::kill(simulator, SIGSTOP), 0);
+        const auto told = [this] { return m_window->banner().text(BannerTopic::Connection); };
+        QTRY_VERIFY_WITH_TIMEOUT(
+            told().contains("The program that plays the recording does not answer"), patienceMs);
+        QVERIFY2(!told().contains("cable"), qPrintable(told()));
+        QVERIFY2(
+            m_window->windowTitle().startsWith("REPLAY demo.kestrel, which does not answer – "),
+            qPrintable(m_window->windowTitle()));
+        QCOMPARE(::kill(simulator, SIGCONT), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->windowTitle().startsWith("REPLAY demo.kestrel, playing"),
+                                 patienceMs);
+        QCOMPARE(told(), QString());
     }
 
     void aPauseIsNoFaultAndNothingInItLooksLive() {

@@ -113,6 +113,7 @@ private:
     void setUpReplay();
     void askForReplay();
     void showReplay();
+    void logReplay();
     QString replayTrouble(const QString& reason) const;
     void showGuide();
     void showAbout();
@@ -160,7 +161,8 @@ private:
     bool m_measureAtOnce = false; // as soon as the simulator is there
     QString m_ownTitle;           // of the window without a replay
     QString m_replayFile;
-    QString m_simulatorTrouble; // why the last one is not there, until the next try
+    bool m_replayLogged = false; // its begin, in the log
+    QString m_simulatorTrouble;  // why the last one is not there, until the next try
 };
 
 } // namespace workbench

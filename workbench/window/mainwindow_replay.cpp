@@ -71,8 +71,22 @@ void MainWindow::showReplay() {
     const QString text = m_backend.replay.text();
     const QString title = text.isEmpty() ? m_ownTitle : tr("%1 – %2").arg(text, m_ownTitle);
     setWindowTitle(forTitle(title));
+    logReplay();
     m_liveState->setReplay(forTitle(m_backend.replay.shortText()));
     showState();
+}
+
+// Another one is opened only after this one's end.
+void MainWindow::logReplay() {
+    const ReplayControl::State state = m_backend.replay.state();
+    if (state == ReplayControl::State::None && m_replayLogged) {
+        m_backend.log.info(tr("Replay of %1 ended").arg(m_replayFile));
+        m_replayLogged = false;
+    } else if (state != ReplayControl::State::None && state != ReplayControl::State::Opening &&
+               !m_replayLogged) {
+        m_backend.log.info(tr("Replay of %1 begun").arg(m_replayFile));
+        m_replayLogged = true;
+    }
 }
 
 // The simulator names itself and the file first.

@@ -65,6 +65,7 @@ ReplayControl::ReplayControl(ControllerSession& session, DataReceiver& receiver,
     m_timer.setInterval(pollIntervalMs);
     connect(&m_timer, &QTimer::timeout, this, &ReplayControl::poll);
     connect(&m_session, &ControllerSession::ready, this, &ReplayControl::poll);
+    connect(&m_session, &ControllerSession::stateChanged, this, &ReplayControl::tell);
     connect(&m_monitor, &MeasurementMonitor::changed, this, &ReplayControl::tell);
 }
 
@@ -117,7 +118,8 @@ QString ReplayControl::shortText() const {
     case State::Opening:
         return tr("REPLAY %1, being opened").arg(m_name);
     case State::Stopped:
-        return tr("REPLAY %1, measurement stopped").arg(m_name);
+        return m_session.isReady() ? tr("REPLAY %1, measurement stopped").arg(m_name)
+                                   : tr("REPLAY %1, which does not answer").arg(m_name);
     case State::Paused:
         return tr("REPLAY %1, paused at %2 s").arg(m_name, seconds(m_told.position));
     case State::Ended:

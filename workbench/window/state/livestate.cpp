@@ -69,10 +69,13 @@ void LiveState::setReplay(const QString& words) {
 void LiveState::showConnection() {
     if (m_session.state() == ControllerSession::State::Lost) {
         m_dialogInterrupted = m_dialogInterrupted || isDialogOfModuleOpen();
-        m_banner.set(BannerTopic::Connection, Severity::Error,
-                     tr("%1. No live data until it is back; check that the controller is switched "
-                        "on and its cable plugged in.")
-                         .arg(m_session.stateText()));
+        const QString text =
+            m_replay.isEmpty()
+                ? tr("%1. No live data until it is back; check that the controller is switched "
+                     "on and its cable plugged in.")
+                : tr("%1. The program that plays the recording does not answer; open the "
+                     "recording again if it does not come back.");
+        m_banner.set(BannerTopic::Connection, Severity::Error, text.arg(m_session.stateText()));
     } else {
         m_banner.clear(BannerTopic::Connection);
     }
