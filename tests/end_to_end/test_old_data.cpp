@@ -211,6 +211,17 @@ private Q_SLOTS:
                      });
     }
 
+    // As the line over the docks advises.
+    void aLineThatWasSwitchedOffComesBackWithANewConnection() {
+        open();
+        QVERIFY(m_place->order("set output active chmon 6dmt2 no"));
+        QTRY_VERIFY_WITH_TIMEOUT(areCellsGone(), patienceMs);
+        QVERIFY(holdsAt(2.0));
+        m_place->window->connectTo({m_place->host, m_place->simulator->port()});
+        QTRY_VERIFY_WITH_TIMEOUT(tools() != nullptr && isShownAt(2.0), patienceMs);
+        QVERIFY(m_place->window->banner().lines().isEmpty());
+    }
+
     // Both programs stand still as a suspended computer's do. Where the controller wakes up with us
     // its data may be there first; where it is another box that takes longer, what was shown must
     // be gone at once, not after the time for data that stop.
