@@ -123,7 +123,7 @@ void addOptions(QCommandLineParser& parser) {
     add("replay", "FILE",
         QStringLiteral("Send the frames of a recording instead of simulated ones."));
     parser.addOption({QStringLiteral("replay-once"),
-                      QStringLiteral("Stop at the recording's end instead of beginning anew.")});
+                      QStringLiteral("Stop at the end of --replay instead of beginning anew.")});
     parser.addOption({QStringLiteral("no-occlusion"), QStringLiteral("Tools are always seen.")});
     parser.addOption({QStringLiteral("help"), QStringLiteral("Show this help.")});
     parser.addOption({QStringLiteral("version"), QStringLiteral("Show the version.")});
@@ -250,6 +250,54 @@ void readController(ValueReader& values, ControllerSetup& setup) {
     values.number("cal-pause", calibration.pauseSeconds, 0, Calibration::maxPauseSeconds);
 }
 
+void readReplay(ValueReader& values, const QCommandLineParser& parser, SimulatorOptions& options) {
+    values.read("replay", [&](const QString& given) {
+        options.replayFile = given;
+        return given.isEmpty() ? QStringLiteral("a file") : QString();
+    });
+    if (parser.isSet(QStringLiteral("replay-once"))) {
+        options.replayEnd = Replay::AtEnd::Stop;
+    }
+}
+
+// Empty when all values are good, else what is wrong with the first that is not.
+QString readValues(const QCommandLineParser& parser, SimulatorOptions& options) {
+    ValueReader values(parser);
+    values.read("listen", [&](const QString& given) {
+        return options.address.setAddress(given)
+                   ? QString()
+                   : QStringLiteral("an address in numbers, such as 127.0.0.1");
+    });
+    int port = options.port;
+    values.number("port", port, 0, 65535);
+    options.port = static_cast<quint16>(port);
+    readBodies(values, options.controller);
+    readController(values, options.controller);
+    readProbes(values, options.controller);
+    values.read("misbehave",
+                [&](const QString& given) { return readMisbehaviour(given, options); });
+    readReplay(values, parser, options);
+    options.controller.occlusions = !parser.isSet(QStringLiteral("no-occlusion"));
+    return values.error();
+}
+
+// What would be without effect is not passed over in silence. Empty when all goes together.
+QString contradiction(const QCommandLineParser& parser) {
+    if (!parser.isSet(QStringLiteral("replay"))) {
+        return parser.isSet(QStringLiteral("replay-once"))
+                   ? QStringLiteral("--replay-once needs --replay")
+                   : QString();
+    }
+    // Of frames and versions, which are the recording's, and of calibrations, which it has none of.
+    for (const char* name : {"bodies", "rate", "noise", "no-occlusion", "model", "protocol",
+                             "system", "pivot", "tip", "lever", "slip"}) {
+        if (parser.isSet(QLatin1String(name))) {
+            return QStringLiteral("--%1 has no effect with --replay").arg(QLatin1String(name));
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 ParsedOptions parseOptions(const QStringList& arguments) {
@@ -271,30 +319,13 @@ ParsedOptions parseOptions(const QStringList& arguments) {
                                 .arg(QCoreApplication::applicationVersion());
         return parsed;
     }
-    SimulatorOptions& options = parsed.options;
-    ValueReader values(parser);
-    values.read("listen", [&](const QString& given) {
-        return options.address.setAddress(given)
-                   ? QString()
-                   : QStringLiteral("an address in numbers, such as 127.0.0.1");
-    });
-    int port = options.port;
-    values.number("port", port, 0, 65535);
-    options.port = static_cast<quint16>(port);
-    readBodies(values, options.controller);
-    readController(values, options.controller);
-    readProbes(values, options.controller);
-    values.read("misbehave",
-                [&](const QString& given) { return readMisbehaviour(given, options); });
-    options.replayFile = parser.value(QStringLiteral("replay"));
-    if (parser.isSet(QStringLiteral("replay-once"))) {
-        options.replayEnd = Replay::AtEnd::Stop;
-    }
-    options.controller.occlusions = !parser.isSet(QStringLiteral("no-occlusion"));
-    parsed.text = values.error();
+    parsed.text = readValues(parser, parsed.options);
     if (parsed.text.isEmpty() && !parser.positionalArguments().isEmpty()) {
         parsed.text = QStringLiteral("unexpected argument '%1'")
                           .arg(parser.positionalArguments().constFirst());
+    }
+    if (parsed.text.isEmpty()) {
+        parsed.text = contradiction(parser);
     }
     if (!parsed.text.isEmpty()) {
         parsed.action = ParsedOptions::Action::Refuse;

@@ -160,6 +160,7 @@ void TestSimulatorProcess::refusesBadOptions_data() {
     }
     row("--lever 0", "of --lever: expected MM or bNN=MM, each a number from 1 to 1000, NN up to 4");
     row("--slip 1,2", "of --slip: expected MM or bNN=MM, each a number from 0 to 100, NN up to 4");
+    row("--replay-once", "--replay-once needs --replay");
     row("--port", "Missing value after '--port'.");
     row("stray", "unexpected argument 'stray'");
 }
