@@ -2212,12 +2212,12 @@ sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
         <translation>%1 sagt „%2“</translation>
     </message>
     <message>
-        <source>%1 has ended (exit code %2) %3</source>
-        <translation>%1 hat sich beendet (Exitcode %2) %3</translation>
+        <source>%1 has ended (exit code %2)</source>
+        <translation>%1 hat sich beendet (Exitcode %2)</translation>
     </message>
     <message>
-        <source>%1 was ended by signal %2 %3</source>
-        <translation>%1 wurde durch das Signal %2 beendet %3</translation>
+        <source>%1 was ended by signal %2</source>
+        <translation>%1 wurde durch das Signal %2 beendet</translation>
     </message>
 </context>
 <context>

@@ -89,7 +89,7 @@ void MainWindow::logReplay() {
     }
 }
 
-// The simulator names itself and the file first.
+// The simulator names the file first.
 QString MainWindow::replayTrouble(const QString& reason) const {
     if (!m_simulator.refusedRecording()) {
         return reason;

@@ -175,11 +175,11 @@ private Q_SLOTS:
         QVERIFY(QFile(path("end")).open(QIODevice::WriteOnly));
         QVERIFY(ended.wait(patience));
         QVERIFY(m_window->isVisible());
-        QVERIFY2(state().endsWith(QStringLiteral("has ended (exit code 7) tripped")),
+        QVERIFY2(state().endsWith(QStringLiteral("has ended (exit code 7): tripped")),
                  qPrintable(state()));
         QVERIFY(!m_window->backend().session.isReady());
         QCoreApplication::processEvents();
-        QCOMPARE(m_window->backend().log.toText().count(QStringLiteral("(exit code 7) tripped")),
+        QCOMPARE(m_window->backend().log.toText().count(QStringLiteral("(exit code 7): tripped")),
                  1);
         m_window->connectTo(address());
         QVERIFY(state().startsWith(QStringLiteral("Connecting to ")));

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QRegularExpression>
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -13,6 +14,13 @@ namespace {
 constexpr int stopTimeoutMs = 2000;
 constexpr int maxReasonLength = 500;
 constexpr int exitBadRecording = 4;
+
+// What it said, without the name that its lines begin with: that is told anyway.
+QString withoutName(const QByteArray& said) {
+    static const QRegularExpression name(QStringLiteral("^kestrel-simulator: "),
+                                         QRegularExpression::MultilineOption);
+    return QString::fromUtf8(said).remove(name).trimmed();
+}
 
 } // namespace
 
@@ -97,14 +105,15 @@ void SimulatorProcess::onFinished() {
     if (m_isStopping) {
         return;
     }
-    const QString said = QString::fromUtf8(m_process->readAllStandardError()).trimmed();
-    m_lastWords = said;
+    m_lastWords = withoutName(m_process->readAllStandardError());
     m_refusedRecording = m_process->exitStatus() == QProcess::NormalExit &&
                          m_process->exitCode() == exitBadRecording;
     const QString how = m_process->exitStatus() == QProcess::CrashExit // its code is the signal
-                            ? tr("%1 was ended by signal %2 %3")
-                            : tr("%1 has ended (exit code %2) %3");
-    fail(how.arg(m_program, QString::number(m_process->exitCode()), said.left(maxReasonLength)));
+                            ? tr("%1 was ended by signal %2")
+                            : tr("%1 has ended (exit code %2)");
+    const QString reason = how.arg(m_program, QString::number(m_process->exitCode()));
+    fail(m_lastWords.isEmpty() ? reason
+                               : reason + QStringLiteral(": ") + m_lastWords.left(maxReasonLength));
 }
 
 void SimulatorProcess::fail(const QString& reason) {

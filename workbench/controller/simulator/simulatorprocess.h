@@ -26,7 +26,8 @@ public:
     void start(const QStringList& options, int timeoutMs = startTimeoutMs);
     void stop();
 
-    /// In failed(): it has ended because its recording is none, or damaged; what it said.
+    /// In failed(): it has ended because its recording is none, or damaged; what it said,
+    /// without its name.
     bool refusedRecording() const { return m_refusedRecording; }
     const QString& lastWords() const { return m_lastWords; }
 

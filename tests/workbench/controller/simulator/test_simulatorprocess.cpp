@@ -43,7 +43,14 @@ private Q_SLOTS:
     void aSimulatorThatMisbehavesIsTold_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("part");
-        row("ends", QByteArray("echo too bad >&2\nexit 7\n"), "(exit code 7) too bad");
+        row("ends", QByteArray("echo too bad >&2\nexit 7\n"),
+            "script.sh has ended (exit code 7): too bad");
+        row("names itself",
+            QByteArray("echo 'kestrel-simulator: bad' >&2\necho 'kestrel-simulator: worse' >&2\n"
+                       "exit 2\n"),
+            "script.sh has ended (exit code 2): bad\nworse");
+        row("speaks of itself", QByteArray("echo 'no kestrel-simulator: gone' >&2\nexit 2\n"),
+            "(exit code 2): no kestrel-simulator: gone");
         row("says something else", QByteArray("echo hello\nexec sleep 60\n"), "says \"hello\"");
         row("bad address", QByteArray("echo listening on nowhere:x\nexec sleep 60\n"), "says");
     }
@@ -55,15 +62,28 @@ private Q_SLOTS:
         simulator.start({});
         QVERIFY(failed.wait(patience));
         QCOMPARE(failed.count(), 1);
-        QVERIFY2(failed.first().first().toString().contains(part),
-                 qPrintable(failed.first().first().toString()));
+        const QString reason = failed.first().first().toString();
+        QVERIFY2(reason.contains(part), qPrintable(reason));
+    }
+
+    void theRealOneIsNamedOnce() {
+        SimulatorProcess simulator(QStringLiteral(SIMULATOR_PROGRAM));
+        QSignalSpy failed(&simulator, &SimulatorProcess::failed);
+        simulator.start({QStringLiteral("--tools"), QStringLiteral("x")});
+        QVERIFY(failed.wait(patience));
+        QCOMPARE(failed.first().first().toString(),
+                 QStringLiteral(SIMULATOR_PROGRAM) +
+                     QStringLiteral(" has ended (exit code 2): bad value 'x' of --tools: expected "
+                                    "a whole number from 0 to 100 (see --help)"));
     }
 
     void aSimulatorThatEndsLaterIsToldAsThat_data() {
         QTest::addColumn<QByteArray>("end");
         QTest::addColumn<QString>("part");
-        row("by itself", QByteArray("exit 0\n"), "has ended (exit code 0)");
-        row("by a signal", QByteArray("kill -KILL $$\n"), "was ended by signal 9");
+        row("by itself", QByteArray("exit 0\n"), "script.sh has ended (exit code 0)");
+        row("by a signal", QByteArray("kill -KILL $$\n"), "script.sh was ended by signal 9");
+        row("by a signal, with a word", QByteArray("echo help >&2\nkill -KILL $$\n"),
+            "script.sh was ended by signal 9: help");
     }
     void aSimulatorThatEndsLaterIsToldAsThat() {
         QFETCH(QByteArray, end);
@@ -74,8 +94,8 @@ private Q_SLOTS:
         simulator.start({});
         QVERIFY(simulator.isStarting());
         QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
-        QVERIFY2(ended.first().first().toString().contains(part),
-                 qPrintable(ended.first().first().toString()));
+        const QString reason = ended.first().first().toString();
+        QVERIFY2(reason.endsWith(part), qPrintable(reason));
         QVERIFY(!simulator.isListening());
         QCOMPARE(failed.count(), 0);
     }
