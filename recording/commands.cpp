@@ -35,11 +35,16 @@ Watch toldTo(Progress& progress) {
     };
 }
 
-// Of the walk that has made `output`.
-ExitCode end(const Options& options, const Outcome& outcome, Output& output) {
-    if (outcome.ending == Ending::NotWritten || !output.close()) {
-        tell((options.output.empty() ? "standard output" : options.output) + ": " + output.error());
-        output.discard();
+std::string nameOfOutput(const Options& options) {
+    return options.output.empty() ? "standard output" : options.output;
+}
+
+// Of the walk that has made `output`. No file is made of a recording at fault of which nothing was
+// taken: one that is there already is worth more.
+ExitCode end(const Options& options, const Outcome& outcome, bool hasContent, Output& output) {
+    const bool isMade = hasContent || outcome.ending != Ending::Malformed;
+    if (outcome.ending == Ending::NotWritten || (isMade && !output.close())) {
+        tell(nameOfOutput(options) + ": " + output.error());
         return ExitNotWritten;
     }
     if (outcome.ending == Ending::Truncated) {
@@ -48,7 +53,8 @@ ExitCode end(const Options& options, const Outcome& outcome, Output& output) {
     if (outcome.ending != Ending::Malformed) {
         return ExitOk;
     }
-    tell(options.file + ": " + faultText(outcome) + "; nothing from there on was taken");
+    tell(options.file + ": " + faultText(outcome) +
+         (hasContent ? "; nothing from there on was taken" : "; nothing was taken"));
     return ExitFault;
 }
 
@@ -61,7 +67,7 @@ ExitCode runInfo(const Options& options, std::istream& input, Progress& progress
     if (hasContent && !output.write(summaryText(summary))) {
         outcome.ending = Ending::NotWritten;
     }
-    return end(options, outcome, output);
+    return end(options, outcome, hasContent, output);
 }
 
 ExitCode runCheck(const Options& options, std::istream& input, Progress& progress, Output& output) {
@@ -74,7 +80,7 @@ ExitCode runCheck(const Options& options, std::istream& input, Progress& progres
     if (!output.write(options.file + ": whole\n")) {
         outcome.ending = Ending::NotWritten;
     }
-    return end(options, outcome, output);
+    return end(options, outcome, true, output);
 }
 
 ExitCode runCsv(const Options& options, std::istream& input, Progress& progress, Output& output) {
@@ -89,7 +95,7 @@ ExitCode runCsv(const Options& options, std::istream& input, Progress& progress,
         tell(options.file + ": data lines that could not be read and have no rows: " +
              std::to_string(report.unreadableLines));
     }
-    return end(options, report.outcome, output);
+    return end(options, report.outcome, report.rows > 0, output);
 }
 
 ExitCode runCut(const Options& options, std::istream& input, Progress& progress, Output& output) {
@@ -97,7 +103,7 @@ ExitCode runCut(const Options& options, std::istream& input, Progress& progress,
         input, options.csv.range, [&](std::string_view text) { return output.write(text); },
         toldTo(progress));
     progress.clear();
-    return end(options, report.outcome, output);
+    return end(options, report.outcome, report.frames > 0, output);
 }
 
 ExitCode runOn(std::istream& input, const Options& options, Output& output) {
@@ -130,7 +136,7 @@ ExitCode run(const Options& options) {
     }
     Output output;
     if (!output.open(options.output, options.force, options.file, error)) {
-        tell(options.output + ": " + error);
+        tell(nameOfOutput(options) + ": " + error);
         return ExitNotWritten;
     }
     std::istream& input = isStandardInput ? std::cin : file;

@@ -15,7 +15,7 @@ enum ExitCode {
     ExitFault = 1,      ///< the recording is malformed; "check": or its last line is cut
     ExitBadOption = 2,  ///< unknown command or option, bad value
     ExitUnreadable = 3, ///< the recording cannot be opened or is no ordinary file
-    ExitNotWritten = 4  ///< the output cannot be written
+    ExitNotWritten = 4  ///< the output cannot be written, or must not be
 };
 
 enum class Command { Info, Check, Csv, Cut };

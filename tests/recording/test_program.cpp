@@ -1,72 +1,7 @@
-#include "libs/kestrel_wire/recording.h"
+#include "tests/recording/recordingprogram.h"
 
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <sstream>
-#include <string>
+#include <algorithm>
 #include <sys/stat.h>
-#include <sys/wait.h>
-
-namespace {
-
-struct Ended {
-    int code = -1;
-    std::string output;
-    std::string errors;
-};
-
-std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-constexpr const char* tool =
-    "6dmt2 1 1 [0 1.000 4 0.750][1 2 3][1 0 0 0 1 0 0 0 1][0][0 0 0 0 0 0]";
-
-/// The program as its users start it.
-class RecordingProgram : public testing::Test {
-protected:
-    void SetUp() override {
-        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-        folder = testing::TempDir() + "kestrel_recording_" + test->name() + "/";
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directory(folder);
-        kestrel_wire::RecordingHeader header = {"3.1.0", "1.14.0", "3.1.0", "MODEL\x1b[2J", {}};
-        header.start = 1795318812345;
-        good = kestrel_wire::formatRecordingHeader(header);
-        for (std::uint64_t i = 1; i <= 5; ++i) {
-            good += kestrel_wire::formatRecord(i * 1000000, "fr " + std::to_string(i));
-            good += kestrel_wire::formatRecord(i * 1000000, tool);
-        }
-        write("good", good);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    void write(const std::string& name, const std::string& content) const {
-        std::ofstream(folder + name, std::ios::binary) << content;
-    }
-
-    // `arguments` as in a shell, in the test's folder.
-    Ended run(const std::string& arguments) const {
-        const std::string line = "cd '" + folder + "' && timeout 60 '" RECORDING_PROGRAM "' " +
-                                 arguments + " >out 2>err </dev/null";
-        return ended(std::system(line.c_str()));
-    }
-
-    Ended ended(int status) const {
-        Ended result;
-        result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        result.output = contentOf(folder + "out");
-        result.errors = contentOf(folder + "err");
-        return result;
-    }
-
-    std::string folder;
-    std::string good;
-};
-
-} // namespace
 
 TEST_F(RecordingProgram, tellsWhatIsInARecording) {
     const Ended info = run("info good");
@@ -123,10 +58,8 @@ TEST_F(RecordingProgram, exportsATableWithoutTheLocale) {
     EXPECT_NE(csv.output.find("\n3.000000,2026-11-22T03:40:15.345Z,3,M1,1,1,2,3,"),
               std::string::npos);
     EXPECT_EQ(csv.errors, ""); // no progress where there is no terminal
-    const std::string german = "cd '" + folder +
-                               "' && LC_ALL=de_DE.UTF-8 '" RECORDING_PROGRAM
-                               "' csv --from 2 --to 3 good >out 2>err";
-    EXPECT_EQ(ended(std::system(german.c_str())).output, csv.output);
+    EXPECT_EQ(shell("LC_ALL=de_DE.UTF-8 \"$PROGRAM\" csv --from 2 --to 3 good >out 2>err").output,
+              csv.output);
 }
 
 TEST_F(RecordingProgram, saysWhenATableHasNoRows) {
@@ -141,9 +74,7 @@ TEST_F(RecordingProgram, saysWhenATableHasNoRows) {
 }
 
 TEST_F(RecordingProgram, readsStandardInput) {
-    const std::string line =
-        "cd '" + folder + "' && cat good | '" RECORDING_PROGRAM "' check - >out 2>err";
-    const Ended check = ended(std::system(line.c_str()));
+    const Ended check = shell("cat good | \"$PROGRAM\" check - >out 2>err");
     EXPECT_EQ(check.code, 0) << check.errors;
     EXPECT_EQ(check.output, "-: whole\n");
 }
@@ -153,23 +84,9 @@ TEST_F(RecordingProgram, cutsATimeRange) {
     EXPECT_EQ(cut.code, 0) << cut.errors;
     const std::string part = contentOf(folder + "part");
     EXPECT_EQ(part.substr(part.find("records\n")),
-              "records\n2000000 fr fr 2\n2000000 6dmt2 " + std::string(tool) +
-                  "\n3000000 fr fr 3\n3000000 6dmt2 " + tool + "\n");
+              "records\n2000000 fr fr 2\n2000000 6dmt2 " + std::string(recordedTool) +
+                  "\n3000000 fr fr 3\n3000000 6dmt2 " + recordedTool + "\n");
     EXPECT_EQ(run("check part").code, 0);
-}
-
-TEST_F(RecordingProgram, destroysNothing) {
-    write("old", "old");
-    Ended cut = run("cut -o old good");
-    EXPECT_EQ(cut.code, 4);
-    EXPECT_EQ(cut.errors, "kestrel-recording: old: the file exists already (see --force)\n");
-    EXPECT_EQ(contentOf(folder + "old"), "old");
-    cut = run("cut --force -o ./good good");
-    EXPECT_EQ(cut.code, 4);
-    EXPECT_EQ(cut.errors, "kestrel-recording: ./good: this is the recording itself\n");
-    EXPECT_EQ(contentOf(folder + "good"), good);
-    EXPECT_EQ(run("cut --force -o old good").code, 0);
-    EXPECT_EQ(contentOf(folder + "old"), good);
 }
 
 TEST_F(RecordingProgram, tellsWhatIsMissingOfARecordingAtFault) {
@@ -187,26 +104,10 @@ TEST_F(RecordingProgram, tellsWhatIsMissingOfARecordingAtFault) {
 
 TEST_F(RecordingProgram, tellsOfADiskThatIsFull) {
     for (const char* command : {"info", "check", "csv", "cut"}) {
-        const std::string line =
-            "cd '" + folder + "' && '" RECORDING_PROGRAM "' " + command + " good >/dev/full 2>err";
-        const Ended full = ended(std::system(line.c_str()));
+        const Ended full = shell("\"$PROGRAM\" " + std::string(command) + " good >/dev/full 2>err");
         EXPECT_EQ(full.code, 4) << command;
         EXPECT_EQ(full.errors, "kestrel-recording: standard output: No space left on device\n");
     }
-}
-
-TEST_F(RecordingProgram, aFileThatBecameTooLargeIsRemoved) {
-    std::string large = good;
-    for (std::uint64_t i = 6; i <= 5000; ++i) {
-        large += kestrel_wire::formatRecord(i * 1000000, tool);
-    }
-    write("large", large);
-    const std::string line = "cd '" + folder +
-                             "' && trap '' XFSZ && ulimit -f 100 && exec '" RECORDING_PROGRAM
-                             "' cut -o part large >out 2>err";
-    const Ended cut = ended(std::system(line.c_str()));
-    EXPECT_EQ(cut.code, 4) << cut.errors;
-    EXPECT_FALSE(std::filesystem::exists(folder + "part"));
 }
 
 TEST_F(RecordingProgram, whatIsNoRecordingEndsWithASentence) {
