@@ -28,11 +28,24 @@ std::string faultText(const Outcome& outcome) {
     return "line " + std::to_string(outcome.line) + ": " + reason;
 }
 
+// But for a last line that is cut.
+bool isReadable(const Outcome& outcome) {
+    return outcome.ending == Ending::Whole || outcome.ending == Ending::Truncated;
+}
+
 Watch toldTo(Progress& progress) {
     return [&progress](std::uint64_t bytes) {
         progress.tell(bytes);
         return true;
     };
+}
+
+// What is made then is well-formed, but hardly what was meant.
+template <typename Report>
+void tellOfNoFrame(const Options& options, const Report& report) {
+    if (report.frames == 0 && isReadable(report.outcome)) {
+        tell(options.file + ": " + noFrameText(options.csv.range, report.recorded));
+    }
 }
 
 std::string nameOfOutput(const Options& options) {
@@ -88,7 +101,8 @@ ExitCode runCsv(const Options& options, std::istream& input, Progress& progress,
         input, options.csv, [&](std::string_view text) { return output.write(text); },
         toldTo(progress));
     progress.clear();
-    if (report.rows == 0 && report.outcome.ending == Ending::Whole) {
+    tellOfNoFrame(options, report);
+    if (report.rows == 0 && report.frames > 0 && isReadable(report.outcome)) {
         tell(options.file + ": no rows: nothing in it is of the chosen times, tools and channels");
     }
     if (report.unreadableLines > 0) {
@@ -103,6 +117,7 @@ ExitCode runCut(const Options& options, std::istream& input, Progress& progress,
         input, options.csv.range, [&](std::string_view text) { return output.write(text); },
         toldTo(progress));
     progress.clear();
+    tellOfNoFrame(options, report);
     return end(options, report.outcome, report.frames > 0, output);
 }
 

@@ -9,6 +9,7 @@ namespace recording {
 namespace {
 
 using kestrel_recording::Summary;
+using kestrel_recording::TimeRange;
 
 constexpr std::size_t columnWidth = 15;
 constexpr std::size_t longestChannel = 40; // of a garbled recording
@@ -91,6 +92,21 @@ std::string summaryText(const Summary& summary) {
     }
     addRow("unreadable", linesText(summary.unreadableLines), text);
     return text;
+}
+
+std::string noFrameText(const TimeRange& asked, const std::optional<TimeRange>& recorded) {
+    if (!recorded) {
+        return "there is no frame in it";
+    }
+    const std::string to = " to " + secondsText(asked.to);
+    std::string text = "no frame ";
+    if (asked.to == TimeRange().to) {
+        text += "from " + secondsText(asked.from) + " on";
+    } else {
+        text += asked.from == TimeRange().from ? "up" + to : "from " + secondsText(asked.from) + to;
+    }
+    return text + ": its frames are from " + secondsText(recorded->from) + " to " +
+           secondsText(recorded->to);
 }
 
 } // namespace recording

@@ -86,11 +86,13 @@ public:
 
     bool isWritten() const { return m_isWritten; }
     std::uint64_t rows() const { return m_rows; }
+    std::uint64_t frames() const { return m_frames; }
     std::uint64_t unreadableLines() const { return m_unreadableLines; }
 
 private:
     void beginFrame(std::uint64_t time, const std::optional<kestrel_wire::ClockMark>& clock) {
         m_inFrame = true;
+        ++m_frames;
         m_time = time;
         m_frameText.clear();
         appendSeconds(time, m_frameText);
@@ -193,6 +195,7 @@ private:
     std::string m_frameText; // of the columns that a frame's rows have in common
     std::uint64_t m_time = 0;
     std::uint64_t m_rows = 0;
+    std::uint64_t m_frames = 0;
     std::uint64_t m_unreadableLines = 0;
     bool m_inFrame = false;
     bool m_hasCounter = false;
@@ -236,8 +239,11 @@ CsvReport writeCsv(std::istream& stream, const CsvOptions& options, const Sink& 
     }
     if (!writer.isWritten()) {
         report.outcome.ending = Outcome::Ending::NotWritten;
+    } else if (writer.frames() == 0) {
+        report.recorded = walk.readTimes();
     }
     report.rows = writer.rows();
+    report.frames = writer.frames();
     report.unreadableLines = writer.unreadableLines();
     return report;
 }

@@ -20,6 +20,9 @@ struct CsvOptions {
 struct CsvReport {
     Outcome outcome;
     std::uint64_t rows = 0;
+    std::uint64_t frames = 0; ///< in the range, with rows or without
+    /// Of all frames, when none of them is in the range.
+    std::optional<TimeRange> recorded;
     std::uint64_t unreadableLines = 0; ///< of the chosen channels and times; they have no rows
 };
 

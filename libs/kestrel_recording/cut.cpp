@@ -35,6 +35,8 @@ CutReport cut(std::istream& stream, const TimeRange& range, const Sink& sink, co
     report.outcome = walk.outcome();
     if (!written || !sink(text)) {
         report.outcome.ending = Outcome::Ending::NotWritten;
+    } else if (report.frames == 0) {
+        report.recorded = walk.readTimes();
     }
     return report;
 }

@@ -8,6 +8,8 @@ namespace kestrel_recording {
 struct CutReport {
     Outcome outcome;
     std::uint64_t frames = 0;
+    /// Of all frames, when none of them is in the range.
+    std::optional<TimeRange> recorded;
 };
 
 /// Writes the frames of a time range as a recording of the same version. Header and time stamps

@@ -26,10 +26,25 @@ bool Walk::readHeader(kestrel_wire::RecordingHeader& header) {
 }
 
 bool Walk::next(kestrel_wire::RecordView& record) {
-    return take(m_reader.next(record));
+    if (!take(m_reader.next(record))) {
+        return false;
+    }
+    if (!m_times) {
+        m_times = {record.microseconds, record.microseconds};
+    }
+    m_times->to = record.microseconds;
+    return true;
+}
+
+const std::optional<TimeRange>& Walk::readTimes() {
+    kestrel_wire::RecordView record;
+    while (!m_isOver && next(record)) {
+    }
+    return m_times;
 }
 
 bool Walk::take(Result result) {
+    m_isOver = result != Result::Ok;
     if (result == Result::Malformed) {
         m_outcome.ending = Outcome::Ending::Malformed;
         m_outcome.line = std::max<std::size_t>(1, m_reader.lineNumber());
@@ -42,10 +57,10 @@ bool Walk::take(Result result) {
         m_told = m_reader.bytesTaken();
         if (!m_watch(m_told) && result == Result::Ok) {
             m_outcome.ending = Outcome::Ending::Stopped;
-            return false;
+            m_isOver = true;
         }
     }
-    return result == Result::Ok;
+    return !m_isOver;
 }
 
 Outcome Walk::outcome() const {

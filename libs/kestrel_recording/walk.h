@@ -7,6 +7,7 @@
 #include <functional>
 #include <iosfwd>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -59,6 +60,10 @@ public:
     /// Of the record that was read last.
     const std::optional<kestrel_wire::ClockMark>& clock() const { return m_reader.clock(); }
 
+    /// Reads on to the recording's end, where the walk is not over, and tells the times of its
+    /// first and its last record. None when it has no record.
+    const std::optional<TimeRange>& readTimes();
+
     std::uint64_t bytesTaken() const { return m_reader.bytesTaken(); }
 
     /// Once the walk is over, or has been left early.
@@ -70,6 +75,8 @@ private:
     kestrel_wire::RecordingReader m_reader;
     Watch m_watch;
     std::uint64_t m_told = 0;
+    std::optional<TimeRange> m_times; // of what has been read
+    bool m_isOver = false;
     Outcome m_outcome;
 };
 

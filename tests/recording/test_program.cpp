@@ -65,12 +65,37 @@ TEST_F(RecordingProgram, exportsATableWithoutTheLocale) {
 TEST_F(RecordingProgram, saysWhenATableHasNoRows) {
     const std::string reason = "kestrel-recording: good: no rows: nothing in it is of the chosen "
                                "times, tools and channels\n";
-    for (const char* choice : {"--tool 9", "--from 1000", "--channel 6d"}) {
+    for (const char* choice : {"--tool 9", "--channel 6d"}) {
         const Ended csv = run(std::string("csv ") + choice + " good");
         EXPECT_EQ(csv.code, 0) << choice;
         EXPECT_EQ(csv.errors, reason) << choice;
         EXPECT_EQ(std::count(csv.output.begin(), csv.output.end(), '\n'), 1) << choice;
     }
+}
+
+TEST_F(RecordingProgram, saysWhenNoFrameIsInTheRange) {
+    const struct {
+        const char* range;
+        const char* text;
+    } rows[] = {{"--from 1000", "no frame from 1000.000000 s on"},
+                {"--to 0.5", "no frame up to 0.500000 s"},
+                {"--from 2.25 --to 2.75", "no frame from 2.250000 s to 2.750000 s"}};
+    const std::string head = good.substr(0, good.find("records\n") + 8);
+    for (const auto& row : rows) {
+        for (const std::string& command : {std::string("cut "), std::string("csv ")}) {
+            const Ended ended = run(command + row.range + " -o " + command + "good");
+            EXPECT_EQ(ended.code, 0) << command << row.range;
+            EXPECT_EQ(ended.errors, "kestrel-recording: good: " + std::string(row.text) +
+                                        ": its frames are from 1.000000 s to 5.000000 s\n");
+            std::filesystem::remove(folder + "csv");
+        }
+        EXPECT_EQ(contentOf(folder + "cut"), head);
+        std::filesystem::remove(folder + "cut");
+    }
+    write("bare", head + "1000000 fr");
+    EXPECT_EQ(run("cut bare").errors,
+              "kestrel-recording: bare: there is no frame in it\n"
+              "kestrel-recording: bare: line 8: the last line is cut and left out\n");
 }
 
 TEST_F(RecordingProgram, readsStandardInput) {

@@ -191,6 +191,28 @@ TEST(Csv, aRecordingAtFaultKeepsItsRowsAndIsTold) {
     EXPECT_EQ(table.text, "");
 }
 
+TEST(Csv, ofARangeWithoutAFrameTellsWhereTheFramesAre) {
+    const std::string whole =
+        headerText() + frame(2000000, {"fr 1", twoTools}) + frame(3000000, {"fr 2", twoTools});
+    for (const auto& [from, to] : {std::pair<std::uint64_t, std::uint64_t>(0, 1999999),
+                                   {2000001, 2999999},
+                                   {3000001, UINT64_MAX}}) {
+        CsvOptions options;
+        options.range = {from, to};
+        const CsvReport report = tableOf(whole, options).report;
+        EXPECT_EQ(report.frames, 0U);
+        ASSERT_TRUE(report.recorded.has_value()) << from;
+        EXPECT_EQ(report.recorded->from, 2000000U) << from;
+        EXPECT_EQ(report.recorded->to, 3000000U) << from;
+    }
+    CsvOptions options;
+    options.tools = {9};
+    const CsvReport report = tableOf(whole, options).report;
+    EXPECT_EQ(report.rows, 0U);
+    EXPECT_EQ(report.frames, 2U);
+    EXPECT_FALSE(report.recorded.has_value());
+}
+
 TEST(Csv, anOutputThatFailsEndsIt) {
     std::istringstream stream(headerText() + frame(1, {"fr 1", twoTools}));
     const CsvReport report =

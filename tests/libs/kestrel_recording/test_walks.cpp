@@ -120,8 +120,29 @@ TEST(Cut, isARecordingWithTheTimesOfTheOther) {
     EXPECT_EQ(report.frames, 1U);
     EXPECT_EQ(report.outcome.ending, Ending::Whole);
     EXPECT_EQ(cut(whole, 0, 1999999), headerText() + first);
-    EXPECT_EQ(cut(whole, 4000000, 5000000, &report), headerText());
-    EXPECT_EQ(report.frames, 0U);
+    EXPECT_FALSE(report.recorded.has_value());
+}
+
+TEST(Cut, ofARangeWithoutAFrameTellsWhereTheFramesAre) {
+    const std::string whole =
+        headerText() + frame(2000000, {"fr 1", "6dmt 0"}) + frame(3000000, {"fr 2"});
+    for (const auto& [from, to] : {std::pair<std::uint64_t, std::uint64_t>(0, 1999999),
+                                   {2000001, 2999999},
+                                   {3000001, UINT64_MAX}}) {
+        CutReport report;
+        EXPECT_EQ(cut(whole, from, to, &report), headerText());
+        EXPECT_EQ(report.frames, 0U);
+        ASSERT_TRUE(report.recorded.has_value()) << from;
+        EXPECT_EQ(report.recorded->from, 2000000U) << from;
+        EXPECT_EQ(report.recorded->to, 3000000U) << from;
+    }
+    CutReport report;
+    EXPECT_EQ(cut(headerText(), 0, UINT64_MAX, &report), headerText());
+    EXPECT_FALSE(report.recorded.has_value());
+    // What is behind the range is read for its times alone.
+    EXPECT_EQ(cut(whole + "x\n", 0, 1, &report), headerText());
+    EXPECT_EQ(report.outcome.ending, Ending::Whole);
+    EXPECT_EQ(report.recorded->to, 3000000U);
 }
 
 TEST(Cut, keepsTheVersion) {
