@@ -32,6 +32,11 @@ public:
     /// "CommandManager" (IOManager*), "ModuleParent" (QWidget*), "BackendVersions"
     /// (BackendVersions*), "ObserverMode" (bool). The objects stay the host's and outlive the
     /// module. Unknown keys are ignored.
+    ///
+    /// "Replay" (QString) may be handed over as well: the name of a recording that is played in
+    /// place of a controller, so that what comes was measured before, and elsewhere. Never handed
+    /// over, or empty: what comes is measured now. It holds until another one is handed over,
+    /// which happens after exit_module only.
     virtual void set_param(QString key, QVariant value) = 0;
 };
 

@@ -102,6 +102,7 @@ QString ModuleHost::load(Module& module) {
     interface->set_param(QStringLiteral("BackendVersions"),
                          QVariant::fromValue(m_services.versions));
     interface->set_param(QStringLiteral("ObserverMode"), m_services.observerMode);
+    interface->set_param(QStringLiteral("Replay"), m_replay);
     return {};
 }
 
@@ -130,6 +131,19 @@ QVector<ModuleInfo> ModuleHost::modules() const {
         infos += module.info;
     }
     return infos;
+}
+
+void ModuleHost::setReplay(const QString& name) {
+    Q_ASSERT(!m_built);
+    if (name == m_replay) {
+        return;
+    }
+    m_replay = name;
+    for (const Module& module : m_modules) {
+        if (module.interface != nullptr) {
+            module.interface->set_param(QStringLiteral("Replay"), m_replay);
+        }
+    }
 }
 
 QList<_GuiElement*> ModuleHost::build() {

@@ -55,6 +55,10 @@ public:
 
     QVector<ModuleInfo> modules() const;
 
+    /// The recording that the modules which are built next will be shown; empty: none. Only while
+    /// nothing is built.
+    void setReplay(const QString& name);
+
     /// The entries of all modules, built when they are not. They are valid until tearDown().
     QList<_GuiElement*> build();
     bool isBuilt() const { return m_built; }
@@ -79,6 +83,7 @@ private:
     Services m_services;
     LogModel& m_log;
     std::vector<Module> m_modules;
+    QString m_replay;
     bool m_built = false;
 };
 

@@ -18,6 +18,10 @@ void FakeModule::note(const QString& call) {
 }
 
 void FakeModule::set_param(QString key, QVariant value) {
+    if (key == QLatin1String("Replay")) {
+        note(QStringLiteral("set_param Replay \"%1\"").arg(value.toString()));
+        return;
+    }
     note(QStringLiteral("set_param ") + key);
     if (key == QLatin1String("CommandManager")) {
         m_iom = value.value<IOManager*>();

@@ -56,7 +56,29 @@ private Q_SLOTS:
         QCOMPARE(info.className, QStringLiteral("FakeModule"));
         QCOMPARE(calls(), QStringList({"set_param CommandManager", "set_param ModuleParent",
                                        "set_param BackendVersions", "set_param ObserverMode",
-                                       "no observer"}));
+                                       "no observer", "set_param Replay \"\""}));
+    }
+
+    void whatIsShownIsKnownBeforeItIsBuilt() {
+        m_host->loadFile(QStringLiteral(FAKE_MODULE));
+        m_host->build();
+        m_host->tearDown();
+        qApp->setProperty("calls", QStringList());
+        m_host->setReplay(QStringLiteral("demo.kestrel"));
+        m_host->build();
+        QCOMPARE(calls().constFirst(), QString("set_param Replay \"demo.kestrel\""));
+        QVERIFY2(calls().value(1).startsWith("built for "), qPrintable(calls().value(1)));
+        m_host->tearDown();
+        qApp->setProperty("calls", QStringList());
+        m_host->setReplay(QString());
+        m_host->build();
+        QCOMPARE(calls().constFirst(), QString("set_param Replay \"\""));
+    }
+
+    void aModuleThatIsLoadedInAReplayIsToldOfIt() {
+        m_host->setReplay(QStringLiteral("demo.kestrel"));
+        m_host->loadFile(QStringLiteral(FAKE_MODULE));
+        QCOMPARE(calls().constLast(), QString("set_param Replay \"demo.kestrel\""));
     }
 
     void itsEntriesAreBuiltAndTakenDownInOrder() {
