@@ -36,14 +36,18 @@ QString ProbeCheckModule::get_module_version() {
 }
 
 void ProbeCheckModule::set_param(QString key, QVariant value) {
-    hostparameters::take(key, value, iom, mod_parent, beVers);
+    if (key == QLatin1String("Replay")) {
+        m_replay = value.toString();
+    } else {
+        hostparameters::take(key, value, iom, mod_parent, beVers);
+    }
 }
 
 QList<_GuiElement*> ProbeCheckModule::get_gui_elements() {
     if (!m_data.isNull() || toolqueries::isOldCompactSystem(beVers)) {
         return gui_elements;
     }
-    m_data = new ProbeData(iom, beVers);
+    m_data = new ProbeData(iom, beVers, !m_replay.isEmpty());
     addTipCheck();
     addPoints();
     const QPointer<QObject> self = this;

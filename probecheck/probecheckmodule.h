@@ -55,5 +55,6 @@ private:
     _GuiElement gui_points;
     IOManager* iom = nullptr;
     BackendVersions* beVers = nullptr;
+    QString m_replay;           ///< the recording that is played; empty when there is none
     QPointer<ProbeData> m_data; ///< null before the docks are built and after they are gone
 };

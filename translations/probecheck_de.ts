@@ -450,6 +450,10 @@
         <source>&amp;within</source>
         <translation>To&amp;leranz</translation>
     </message>
+    <message>
+        <source>A recording is played: nothing is captured.</source>
+        <translation>Eine Aufzeichnung wird wiedergegeben: Es wird nichts aufgenommen.</translation>
+    </message>
 </context>
 <context>
     <name>ProbeCheckModule</name>
@@ -566,6 +570,10 @@
     <message>
         <source>Put the tip into a hollow, press Start, and tilt the tool slowly to all sides for some ten seconds.</source>
         <translation>Setzen Sie die Spitze in eine Mulde, drücken Sie Start und neigen Sie das Werkzeug langsam etwa zehn Sekunden lang nach allen Seiten.</translation>
+    </message>
+    <message>
+        <source>A recording is played: nothing is checked.</source>
+        <translation>Eine Aufzeichnung wird wiedergegeben: Es wird nichts geprüft.</translation>
     </message>
 </context>
 <context>

@@ -27,9 +27,10 @@ QEvent::Type newsEvent() {
 
 } // namespace
 
-ProbeData::ProbeData(IOManager* iom, BackendVersions* beVers)
+ProbeData::ProbeData(IOManager* iom, BackendVersions* beVers, bool isReplay)
     : m_iom(iom)
-    , m_versions(beVers, m_iom) {
+    , m_versions(beVers, m_iom)
+    , m_isReplay(isReplay) {
     newsEvent();
     m_timer.setInterval(refreshMs);
     connect(&m_timer, &QTimer::timeout, this, &ProbeData::deliver);
@@ -87,7 +88,7 @@ void ProbeData::forget(const QObject* user) {
 
 void ProbeData::setWanted(const QObject* user, bool wanted) {
     const auto found = std::find(m_wanting.begin(), m_wanting.end(), user);
-    if (wanted == (found != m_wanting.end()) || m_iom.isHungUp()) {
+    if (wanted == (found != m_wanting.end()) || m_iom.isHungUp() || m_isReplay) {
         return;
     }
     if (wanted) {

@@ -33,8 +33,9 @@ class ProbeData : public QObject, public Requester {
 public:
     static constexpr int refreshMs = 50; ///< between two deliveries of samples
 
-    /// The host's objects are borrowed. Null ones stand for a host that answers nothing.
-    ProbeData(IOManager* iom, BackendVersions* beVers);
+    /// The host's objects are borrowed. Null ones stand for a host that answers nothing. In a
+    /// replay what comes was measured before: it is of no use here, and nobody gets any samples.
+    ProbeData(IOManager* iom, BackendVersions* beVers, bool isReplay = false);
     ~ProbeData() override;
 
     /// Registers for measurement start and stop.
@@ -55,6 +56,8 @@ public:
 
     const HostPointer& host() const { return m_iom; }
     const BackendVersions* versions() const { return m_versions; } ///< null after leave()
+
+    bool isReplay() const { return m_isReplay; }
 
     /// A measurement runs, and the tools are known.
     bool isReceiving() const { return m_isReceiving; }
@@ -101,6 +104,7 @@ private:
     QVector<ProbeTool> m_tools;
     std::vector<const QObject*> m_users;
     std::vector<const QObject*> m_wanting;
+    const bool m_isReplay;
     bool m_useOldFormat = true;
     bool m_isRegistered = false;
     bool m_isSubscribed = false;

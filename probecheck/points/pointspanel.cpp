@@ -76,7 +76,8 @@ PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& fold
     , m_host(source->host())
     , m_sounds(std::make_unique<points::Loudspeaker>())
     , m_capture([this](Notice notice) { hear(notice); })
-    , m_session(folder, std::move(sync)) {
+    , m_session(folder, std::move(sync))
+    , m_isReplay(source->isReplay()) {
     setUpPage();
     ui.frame_left->hide();
     ui.label_disk->hide();
@@ -89,6 +90,7 @@ PointsPanel::PointsPanel(ProbeData* source, QWidget* parent, const QString& fold
     connect(ui.comboBox_button, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &PointsPanel::claimButton);
     claimButton();
+    refuseReplay();
     connect(source, &ProbeData::farewell, this, [this](const QObject* user) {
         if (user == nullptr || user == this) {
             sayFarewell();
@@ -335,8 +337,9 @@ void PointsPanel::follow(const ProbeSamples& samples) {
 
 void PointsPanel::claimButton() {
     if (!m_data.isNull()) {
-        m_data->buttons().want(this, ui.comboBox_button->currentData().toInt(),
-                               tr("%1 captures a point"));
+        const int button =
+            m_isReplay ? ButtonClaim::noButton : ui.comboBox_button->currentData().toInt();
+        m_data->buttons().want(this, button, tr("%1 captures a point"));
     }
     showButtons();
 }
@@ -363,7 +366,23 @@ void PointsPanel::followButtons(const ProbeSample& sample, double now) {
     }
 }
 
+// What was captured before can be looked at all the same.
+void PointsPanel::refuseReplay() {
+    if (!m_isReplay) {
+        return;
+    }
+    for (QWidget* const widget : std::initializer_list<QWidget*>{
+             ui.pushButton_capture, ui.comboBox_tool, ui.comboBox_mode, ui.comboBox_button,
+             ui.doubleSpinBox_duration, ui.doubleSpinBox_tolerance}) {
+        widget->setEnabled(false);
+        widget->setToolTip(stateWords());
+    }
+}
+
 void PointsPanel::captureOrCancel() {
+    if (m_isReplay) {
+        return;
+    }
     if (m_capture.state() == Capture::State::Holding &&
         m_capture.mode() == Capture::Mode::Trigger) {
         m_capture.cancel();

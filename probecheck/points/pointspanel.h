@@ -76,6 +76,7 @@ private:
 
     // The capture.
     void setUpCapture();
+    void refuseReplay();
     void captureOrCancel();
     void chooseTool();
     void chooseHold();
@@ -120,6 +121,7 @@ private:
     quint64 m_changes = 0;          ///< of the list, but deletions
     quint64 m_exportedChanges = 0;  ///< those in a file that the user has asked for
     quint64 m_exportingChanges = 0; ///< those in the last one that was begun
+    const bool m_isReplay;          ///< nothing is captured
     bool m_hasSaidFarewell = false;
     std::vector<points::PointRecord> m_left;
     QHash<int, Hold> m_asked;             ///< of each tool: the controller's

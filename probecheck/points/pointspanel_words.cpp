@@ -40,6 +40,9 @@ QString PointsPanel::wordsOf(Notice notice) const {
 }
 
 QString PointsPanel::stateWords() const {
+    if (m_isReplay) {
+        return tr("A recording is played: nothing is captured.");
+    }
     switch (m_capture.state()) {
     case Capture::State::Off:
         return tr("No measurement is running.");

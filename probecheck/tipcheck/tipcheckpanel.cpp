@@ -65,6 +65,7 @@ TipCheckPanel::TipCheckPanel(ProbeData* probeData, QWidget* parent)
     connect(m_data, &ProbeData::receivingEnded, this, &TipCheckPanel::loseMeasurement);
     connect(m_data, &ProbeData::samplesArrived, this, &TipCheckPanel::takeSamples);
     showState();
+    refuseReplay();
 }
 
 // A host may delete the dock itself.
@@ -145,6 +146,17 @@ void TipCheckPanel::buildPage() {
     m_scrolled = scrollUpAndDown(content, this); // as wide as what stands in it needs
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrolled);
     m_scrolled->setMinimumWidth(content->minimumSizeHint().width() + 2 * scrollBar);
+}
+
+void TipCheckPanel::refuseReplay() {
+    if (!m_data->isReplay()) {
+        return;
+    }
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{m_tool, m_tolerance, m_startByButton, m_start}) {
+        widget->setEnabled(false);
+        widget->setToolTip(m_words->text());
+    }
 }
 
 // What has been tilted, and what came of it.
@@ -299,7 +311,8 @@ void TipCheckPanel::watchButton(const ProbeSample& sample) {
 
 void TipCheckPanel::claimButton() {
     if (!m_data.isNull()) {
-        m_data->buttons().want(this, m_startByButton->isChecked() ? 0 : ButtonClaim::noButton,
+        const bool wantsButton = m_startByButton->isChecked() && !m_data->isReplay();
+        m_data->buttons().want(this, wantsButton ? 0 : ButtonClaim::noButton,
                                m_check.isRunning() ? tr("%1 does nothing while the tip check runs")
                                                    : tr("%1 starts a tip check"));
         m_buttons->setText(m_data->buttons().words());
@@ -371,6 +384,8 @@ void TipCheckPanel::showState() {
         m_words->setText(tipchecktexts::resultWords(m_check.result()));
         m_table->setText(tipchecktexts::resultTable(m_check.result()));
         m_rose->display(m_check.result().rose, false);
+    } else if (!m_data.isNull() && m_data->isReplay()) {
+        m_words->setText(tr("A recording is played: nothing is checked."));
     } else if (m_data.isNull() || !m_data->isReceiving()) {
         m_words->setText(tr("No tracking runs. Start it to check a tip."));
     } else if (m_tool->count() == 0) {

@@ -52,6 +52,7 @@ private:
     void tellResult();
     void showState();
     void showRunning();
+    void refuseReplay();
     void updateWanted();
     bool canStart(int tool) const;
     int chosenTool() const;

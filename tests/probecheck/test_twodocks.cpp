@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QDoubleSpinBox>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -31,17 +32,29 @@ public:
                          QVariant::fromValue(static_cast<IOManager*>(&controller.host)));
         module.set_param("ModuleParent", QVariant::fromValue(static_cast<QWidget*>(&window)));
         module.set_param("BackendVersions", QVariant::fromValue(&controller.versions));
-        const QList<_GuiElement*> elements = module.get_gui_elements();
         window.setAnimated(false);
         window.resize(1200, 900);
         window.show();
+        build();
+    }
+    ~TwoDocks() { module.exit_module(); }
+
+    void build() {
+        const QList<_GuiElement*> elements = module.get_gui_elements();
         for (int i = 0; i < 2; ++i) {
             docks[i] = qobject_cast<QDockWidget*>(elements.at(i)->content);
             window.addDockWidget(Qt::RightDockWidgetArea, docks[i]);
             docks[i]->show();
         }
     }
-    ~TwoDocks() { module.exit_module(); }
+    // As a host does between two connections.
+    void rebuild(const char* replay) {
+        module.about_to_exit_module();
+        module.exit_module();
+        controller.host.stopMeasurement();
+        module.set_param("Replay", QString::fromUtf8(replay));
+        build();
+    }
 
     template <typename Widget>
     Widget* inCheck(const char* name) const {
@@ -58,6 +71,7 @@ public:
     int poses() const {
         return inCheck<QLabel>("label_figures")->text().section(' ', 2, 2).toInt();
     }
+    int points() const { return inPoints<QTableView>("tableView_points")->model()->rowCount(); }
     QString words() const { return inPoints<QLabel>("label_buttons")->text(); }
     QString checksWords() const { return inCheck<QLabel>("label_buttons")->text(); }
 
@@ -140,6 +154,7 @@ private Q_SLOTS:
     void aDockThatGoesLeavesTheButton();
     void outOfSightNothingIsCaptured_data();
     void outOfSightNothingIsCaptured();
+    void ofAReplayNothingIsCapturedOrChecked();
     void aLetterOfBothIsThatOfTheDockUsedLast();
     void aLetterThatTheHostHasTooGoesRound();
 
@@ -271,6 +286,55 @@ void TestTwoDocks::outOfSightNothingIsCaptured() {
             return list->rowCount() == 1;
         },
         patienceMs));
+}
+
+void TestTwoDocks::ofAReplayNothingIsCapturedOrChecked() {
+    QVERIFY(f->measure());
+    QVERIFY(f->press(1));
+    QVERIFY(QTest::qWaitFor(
+        [this] {
+            f->deliver(0);
+            return f->points() == 1;
+        },
+        patienceMs));
+    f->rebuild("demo.kestrel");
+    f->controller.host.clearJournal();
+    f->controller.host.startMeasurement();
+    const auto* const offer = f->inPoints<QFrame>("frame_left");
+    const bool isOffered = QTest::qWaitFor(
+        [&] {
+            f->deliver(7);
+            QTest::keyClick(f->docks[1]->widget(), Qt::Key_Space);
+            f->deliver(0);
+            return offer->isVisible();
+        },
+        patienceMs);
+    QVERIFY2(isOffered, "what was captured live before");
+    QCOMPARE(f->points(), 0);
+    QVERIFY(!f->isChecking());
+    QVERIFY(f->controller.host.logTexts().empty());
+    QVERIFY2(f->controller.host.operations().empty(), "no lines are asked for");
+    QCOMPARE(f->words(), QString("The buttons on the tool do nothing."));
+    const QString points = "A recording is played: nothing is captured.";
+    const QString check = "A recording is played: nothing is checked.";
+    QCOMPARE(f->inPoints<QLabel>("label_state")->text(), points);
+    QCOMPARE(f->inCheck<QLabel>("label_words")->text(), check);
+    for (const char* const name : {"pushButton_capture", "comboBox_tool", "comboBox_mode",
+                                   "comboBox_button", "doubleSpinBox_duration"}) {
+        QVERIFY2(!f->inPoints<QWidget>(name)->isEnabled(), name);
+        QCOMPARE(f->inPoints<QWidget>(name)->toolTip(), points);
+    }
+    for (const char* const name : {"pushButton_start", "checkBox_startByButton", "comboBox_tool"}) {
+        QVERIFY2(!f->inCheck<QWidget>(name)->isEnabled(), name);
+        QCOMPARE(f->inCheck<QWidget>(name)->toolTip(), check);
+    }
+    f->inPoints<QPushButton>("pushButton_keep")->click();
+    QCOMPARE(f->points(), 1);
+    QVERIFY2(f->inPoints<QPushButton>("pushButton_export")->isEnabled(), "it is of before");
+    f->rebuild("");
+    QVERIFY(f->measure());
+    QVERIFY(f->press(1));
+    QVERIFY(f->isCapturing());
 }
 
 void TestTwoDocks::aLetterOfBothIsThatOfTheDockUsedLast() {
