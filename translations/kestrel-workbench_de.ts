@@ -536,6 +536,10 @@
         <source>Send no more data to the selected place, and forget it</source>
         <translation>Keine Daten mehr an die gewählte Stelle senden und sie vergessen</translation>
     </message>
+    <message>
+        <source>A recording is played: neither its frames nor what modules make of them are sent. Connections stay up.</source>
+        <translation>Eine Aufzeichnung wird wiedergegeben: Weder ihre Frames noch was Module daraus machen wird gesendet. Verbindungen bleiben bestehen.</translation>
+    </message>
 </context>
 <context>
     <name>workbench::Banner</name>
@@ -1585,6 +1589,14 @@ sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
     <message>
         <source>Data for %1: %2: %3</source>
         <translation>Daten für %1: %2: %3</translation>
+    </message>
+    <message>
+        <source>A recording is played: nothing of it is sent to other programs</source>
+        <translation>Eine Aufzeichnung wird wiedergegeben: Nichts davon wird an andere Programme gesendet</translation>
+    </message>
+    <message>
+        <source>nothing of the recording that is played is sent</source>
+        <translation>von der Aufzeichnung, die wiedergegeben wird, wird nichts gesendet</translation>
     </message>
 </context>
 <context>

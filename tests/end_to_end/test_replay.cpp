@@ -6,6 +6,7 @@
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/readout/readoutdock.h"
 #include "workbench/window/recording/replaybar.h"
+#include "workbench/window/sending/outletcontrol.h"
 #include "workbench/window/settings/windowsettings.h"
 #include "workbench/window/state/banner.h"
 
@@ -13,13 +14,18 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QElapsedTimer>
+#include <QHostAddress>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
+#include <QNetworkDatagram>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSlider>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QToolButton>
+#include <QUdpSocket>
 #include <QtTest>
 
 #include <csignal>
@@ -499,6 +505,62 @@ private Q_SLOTS:
                                  patienceMs);
         QCOMPARE(shownFrame(), -1);
         QVERIFY(!m_window->windowTitle().contains("REPLAY"));
+    }
+
+    void nothingOfItIsSentModulesAreToldAndAfterwardsAllIsLive() {
+        constexpr int first = 1000000; // a number that live frames do not reach
+        const Simulator controller(QStringList{QStringLiteral("--no-occlusion")});
+        QVERIFY(controller.isListening());
+        QUdpSocket reader;
+        QVERIFY(reader.bind(QHostAddress::LocalHost));
+        openWindow();
+        workbench::OutletUrl url;
+        QString error;
+        QVERIFY(url.parse(QStringLiteral("udp://127.0.0.1:%1").arg(reader.localPort()), &error));
+        QVERIFY(m_window->outlets().add(url, workbench::OutletControl::Memory::ThisRun, &error));
+        int live = 0;
+        int old = 0;
+        const auto readAll = [&] {
+            while (reader.hasPendingDatagrams()) {
+                const QByteArray text = reader.receiveDatagram().data();
+                const int number =
+                    QJsonDocument::fromJson(text).object().value(QLatin1String("frame")).toInt();
+                ++(number < first ? live : old);
+            }
+            return live;
+        };
+        const auto result = [this](const char* text) {
+            m_window->backend().io.write_log("result", "TEST", 1, text);
+        };
+        const auto pointsState = [this] {
+            const auto* const dock = find<QDockWidget>("ProbePointsDock");
+            const auto* const label =
+                dock == nullptr ? nullptr : dock->findChild<QLabel*>(QStringLiteral("label_state"));
+            return label == nullptr ? QString() : label->text();
+        };
+        const QString refusal = QStringLiteral("A recording is played: nothing is captured.");
+        workbench::ControllerAddress address;
+        QVERIFY(address.parse(controller.address()));
+
+        for (int round = 0; round < 2; ++round) {
+            m_window->connectTo(address);
+            QTRY_VERIFY_WITH_TIMEOUT(m_window->backend().session.isReady(), patienceMs);
+            QVERIFY(!pointsState().isEmpty() && pointsState() != refusal);
+            live = 0;
+            m_window->startMeasurement();
+            QTRY_VERIFY_WITH_TIMEOUT(readAll() > 3, patienceMs);
+            QCOMPARE(old, 0);
+            if (round == 0) {
+                m_window->openRecording(write(manyFrames(first)));
+                QTRY_VERIFY_WITH_TIMEOUT(shownFrame() >= first + 10, patienceMs);
+                QCOMPARE(pointsState(), refusal);
+                result("{\"old\":1}");
+                QTRY_VERIFY_WITH_TIMEOUT(
+                    m_window->backend().log.toText().contains("result (replay)\tTEST"), patienceMs);
+            }
+        }
+        const workbench::OutletHub::Entry entry = m_window->outlets().entries().front();
+        QCOMPARE(entry.status.droppedFrames, quint64(0));
     }
 
     void itEndsARecordingAndCannotBeRecorded() {

@@ -18,6 +18,7 @@ namespace workbench {
 namespace {
 
 constexpr int longestTimeoutMs = 60000;
+constexpr const char* replayedResult = "result (replay)"; // nobody takes it for one of today
 
 QString text(const char* bytes) {
     return bytes == nullptr ? QString() : QString::fromUtf8(bytes);
@@ -150,8 +151,11 @@ int HostIo::unregister_measurement_requester(Requester* requester) {
 }
 
 void HostIo::write_log(const char* category, const char* source, int level, const char* message) {
-    m_log.add(text(category), text(source), level, text(message));
-    if (m_outlets != nullptr && category != nullptr && isResultCategory(category)) {
+    const bool isResult = category != nullptr && isResultCategory(category);
+    const bool isReplayed = isResult && m_outlets != nullptr && m_outlets->isReplay();
+    m_log.add(isReplayed ? QLatin1String(replayedResult) : text(category), text(source), level,
+              text(message));
+    if (isResult && m_outlets != nullptr) {
         m_outlets->result(text(source), text(message));
     }
 }

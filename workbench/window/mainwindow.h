@@ -127,6 +127,7 @@ private:
     void showState();
     void showMiddle();
     void openConnection(const ControllerAddress& address);
+    void tellSource();
     void disconnectByHand();
     void trySimulator();
 

@@ -10,6 +10,7 @@
 #include "workbench/window/statewords.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QPushButton>
 
 #include <algorithm>
@@ -95,6 +96,7 @@ void MainWindow::setUpSimulator() {
         m_backend.session.disconnectFromController();       // ends a recording, with its reason
         if (QApplication::activeModalWidget() == nullptr) { // it may be a module's
             tearDownModules();
+            tellSource();
             showState();
         }
         Q_EMIT simulatorEnded(reason);
@@ -155,7 +157,17 @@ void MainWindow::openConnection(const ControllerAddress& address) {
     m_simulatorTrouble.clear();
     stopRecording();
     tearDownModules();
+    m_backend.session.disconnectFromController();
+    tellSource();
     m_backend.session.connectTo(address);
+}
+
+// Between two connections only: what the last one's modules and lines still bring is of its source.
+void MainWindow::tellSource() {
+    const bool isReplay = m_backend.replay.isActive();
+    m_outlets.setReplay(isReplay);
+    // Not the name for people: of blanks alone nothing is left there.
+    m_modules.setReplay(isReplay ? QFileInfo(m_replayFile).fileName() : QString());
 }
 
 void MainWindow::disconnectByHand() {
@@ -163,6 +175,7 @@ void MainWindow::disconnectByHand() {
     stopRecording();
     tearDownModules();
     m_backend.session.disconnectFromController();
+    tellSource();
     m_simulator.stop();
     showState();
 }

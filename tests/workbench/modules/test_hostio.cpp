@@ -78,6 +78,20 @@ private Q_SLOTS:
                                  patience);
         QCOMPARE(texts, QStringList({QStringLiteral("PROBE|{\"a\":\"ü\"}"), "PROBE|" + longText}));
         QVERIFY(logHas(QStringLiteral("no result")));
+        QVERIFY(!logHas(QStringLiteral("replay")));
+        hub.setReplay(true);
+        io.write_log("result", "PROBE", 1, "{\"old\":1}");
+        io.write_log("info", "PROBE", 1, "something else");
+        hub.setReplay(false);
+        io.write_log("result", "PROBE", 1, "{\"new\":1}");
+        QTRY_VERIFY_WITH_TIMEOUT(([&] {
+                                     const std::lock_guard<std::mutex> lock(mutex);
+                                     return texts.size() == 3;
+                                 }()),
+                                 patience);
+        QCOMPARE(texts.constLast(), QStringLiteral("PROBE|{\"new\":1}"));
+        QVERIFY(logHas(QStringLiteral("result (replay)\tPROBE")));
+        QCOMPARE(m_parts->log.toText().count(QStringLiteral("replay")), 1);
         QVERIFY(logHas(QStringLiteral("{\"a\":\"ü\"}")));
     }
 

@@ -115,12 +115,15 @@ void OutletHub::setReferences(std::vector<std::optional<int>> references) {
 }
 
 void OutletHub::frame(const std::vector<std::string_view>& lines) {
-    if (m_hasOutlets) {
+    if (m_hasOutlets && !m_isReplay) {
         m_buffer.add(lines, now());
     }
 }
 
 void OutletHub::result(const QString& source, const QString& text) {
+    if (m_isReplay) {
+        return;
+    }
     const ModuleResult result{source, text, now()};
     std::vector<std::shared_ptr<Outlet>> outlets;
     {

@@ -53,6 +53,11 @@ public:
     /// not known. Holds for the frames to come.
     void setReferences(std::vector<std::optional<int>> references);
 
+    /// In a replay nothing is handed to outlets and nothing counts as dropped: what comes was
+    /// measured before. Outlets stay connected. Changed only while no lines come.
+    void setReplay(bool isReplay) { m_isReplay = isReplay; }
+    bool isReplay() const { return m_isReplay; }
+
     /// The lines of one datagram. Copies what is wanted and returns, at once when there is no
     /// outlet.
     void frame(const std::vector<std::string_view>& lines);
@@ -77,6 +82,7 @@ private:
     const Maker m_maker;
     FrameBuffer m_buffer;
     std::atomic<bool> m_hasOutlets{false};
+    std::atomic<bool> m_isReplay{false};
     std::thread m_thread;
     std::vector<std::shared_ptr<Outlet>> m_ending; // of the adding thread alone
 

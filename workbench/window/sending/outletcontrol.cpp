@@ -60,6 +60,19 @@ void OutletControl::remove(const QString& text) {
     }
 }
 
+void OutletControl::setReplay(bool isReplay) {
+    if (isReplay && !m_hub.isReplay() && m_hub.hasOutlets()) {
+        m_log.info(tr("A recording is played: nothing of it is sent to other programs"));
+    }
+    m_hub.setReplay(isReplay);
+}
+
+QString OutletControl::textOf(const OutletWord& word) const {
+    return m_hub.isReplay() && word.state == OutletWord::State::Connected
+               ? tr("nothing of the recording that is played is sent")
+               : word.text;
+}
+
 QString OutletControl::stateText(OutletWord::State state) {
     switch (state) {
     case OutletWord::State::Waiting:
@@ -81,14 +94,15 @@ void OutletControl::follow() {
             continue;
         }
         m_states[entry.url.text] = word.state;
+        const QString text = textOf(word);
         const QString line =
-            tr("Data for %1: %2: %3").arg(entry.url.text, stateText(word.state), word.text);
+            tr("Data for %1: %2: %3").arg(entry.url.text, stateText(word.state), text);
         if (word.state == OutletWord::State::Refused) {
             m_log.problem(line);
         } else {
             m_log.info(line);
         }
-        Q_EMIT stateChanged(entry.url.text, word.state, word.text);
+        Q_EMIT stateChanged(entry.url.text, word.state, text);
     }
     if (entries.empty()) {
         m_timer.stop();

@@ -43,6 +43,13 @@ public:
 
     std::vector<OutletHub::Entry> entries() { return m_hub.entries(); }
 
+    /// Whether a recording is shown, of which nothing goes out. The log tells who sends elsewhere.
+    void setReplay(bool isReplay);
+    bool isReplay() const { return m_hub.isReplay(); }
+
+    /// The outlet's own word, but for one that would send and must not.
+    QString textOf(const OutletWord& word) const;
+
     /// "Connected", "Waiting", "Refused".
     static QString stateText(OutletWord::State state);
 

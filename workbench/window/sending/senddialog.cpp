@@ -49,13 +49,14 @@ QString resultsText(const OutletWord& word) {
     return parts.join(QStringLiteral(", "));
 }
 
-QStringList cellsOf(const OutletHub::Entry& entry) {
+QStringList cellsOf(const OutletHub::Entry& entry, const OutletControl& control) {
     const OutletWord& word = entry.status.word;
     const QLocale locale;
-    return {entry.url.text,
-            QStringLiteral("%1: %2").arg(OutletControl::stateText(word.state), word.text),
-            locale.toString(entry.status.sentFrames), locale.toString(entry.status.droppedFrames),
-            resultsText(word)};
+    return {
+        entry.url.text,
+        QStringLiteral("%1: %2").arg(OutletControl::stateText(word.state), control.textOf(word)),
+        locale.toString(entry.status.sentFrames), locale.toString(entry.status.droppedFrames),
+        resultsText(word)};
 }
 
 void fillRow(QTableWidget& table, int row, const QStringList& cells) {
@@ -206,9 +207,10 @@ void SendDialog::showEntries() {
     const std::vector<OutletHub::Entry> entries = m_control.entries();
     table.setRowCount(static_cast<int>(entries.size()));
     for (int row = 0; row < table.rowCount(); ++row) {
-        fillRow(table, row, cellsOf(entries[static_cast<std::size_t>(row)]));
+        fillRow(table, row, cellsOf(entries[static_cast<std::size_t>(row)], m_control));
     }
     m_ui->label_none->setVisible(entries.empty());
+    m_ui->label_replay->setVisible(m_control.isReplay());
 }
 
 void SendDialog::showButtons() {

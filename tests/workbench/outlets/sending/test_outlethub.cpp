@@ -246,6 +246,29 @@ private Q_SLOTS:
         QCOMPARE(ledger->ask([&] { return ledger->frames.back().counter.value(); }), 100U);
     }
 
+    void ofAReplayNothingGoesOutAndNothingCountsAsLost() {
+        Rig rig;
+        const auto ledger = rig.add("a");
+        rig.hub.setReplay(true);
+        for (int i = 0; i < 100; ++i) {
+            rig.hub.frame({"fr 7", twoTools});
+            rig.hub.result(QStringLiteral("PROBE"), QStringLiteral("{\"old\":1}"));
+        }
+        rig.hub.setReplay(false);
+        rig.hub.frame({"fr 8", twoTools});
+        rig.hub.result(QStringLiteral("PROBE"), QStringLiteral("{\"new\":1}"));
+        QTRY_COMPARE_WITH_TIMEOUT(ledger->frameCount(), std::size_t(1), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(ledger->resultCount(), std::size_t(1), patience);
+        ledger->ask([&] {
+            QCOMPARE(ledger->frames[0].counter.value(), 8U);
+            QCOMPARE(ledger->results[0].text, QStringLiteral("{\"new\":1}"));
+            QCOMPARE(ledger->closed, 0);
+        });
+        const workbench::OutletStatus status = rig.hub.entries().front().status;
+        QCOMPARE(status.droppedFrames, quint64(0));
+        QCOMPARE(status.word.droppedResults, quint64(0));
+    }
+
     void addingNeverWaitsForABusyOutlet() {
         const auto ledger = std::make_shared<Ledger>();
         Outlet outlet(std::make_unique<LedgerChannel>(ledger));

@@ -178,6 +178,31 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(cell(0, 3), QStringLiteral("1"), patience);
     }
 
+    void thatNothingOfAReplayIsSentIsSaid() {
+        type("udp://plotter");
+        button("pushButton_add").click();
+        m_script->say(State::Connected, "sending");
+        QTRY_COMPARE_WITH_TIMEOUT(cell(0, 1), QStringLiteral("Connected: sending"), patience);
+        const auto* const words = child<QLabel>(*m_dialog, "label_replay");
+        QVERIFY(!words->isVisible());
+        m_control->setReplay(true);
+        m_control->setReplay(true); // another one in its place
+        m_hub->frame({"fr 1"});
+        QTRY_COMPARE_WITH_TIMEOUT(
+            cell(0, 1),
+            QStringLiteral("Connected: nothing of the recording that is played is sent"), patience);
+        QVERIFY(words->isVisible());
+        QCOMPARE(log().count(QStringLiteral("nothing of it is sent")), 1);
+        m_script->say(State::Refused, "not you");
+        QTRY_COMPARE_WITH_TIMEOUT(cell(0, 1), QStringLiteral("Refused: not you"), patience);
+        m_script->say(State::Connected, "sending");
+        m_control->setReplay(false);
+        QTRY_COMPARE_WITH_TIMEOUT(cell(0, 1), QStringLiteral("Connected: sending"), patience);
+        QVERIFY(!words->isVisible());
+        QCOMPARE(cell(0, 2), QStringLiteral("0"));
+        QCOMPARE(cell(0, 3), QStringLiteral("0"));
+    }
+
     void aSentenceHasTheRoomThatNumbersLeave_data() {
         QTest::addColumn<int>("points");
         QTest::newRow("9 pt") << 9;
