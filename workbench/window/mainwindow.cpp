@@ -4,6 +4,7 @@
 #include "workbench/text/rowprinter.h"
 #include "workbench/window/dialogs/guidedialog.h"
 #include "workbench/window/dialogs/modulelistdialog.h"
+#include "workbench/window/docks/dockarrangements.h"
 #include "workbench/window/docks/dockroom.h"
 #include "workbench/window/docks/docksizes.h"
 #include "workbench/window/log/commanddock.h"
@@ -33,7 +34,14 @@ namespace workbench {
 namespace {
 
 constexpr int moduleDockHeight = 330; // at 96 dpi
+constexpr int leastModuleDockWidth = 240;
 constexpr int pictureCacheKb = 2048;
+
+// In the settings.
+constexpr std::pair<DockArrangements::Kind, const char*> arrangementNames[] = {
+    {DockArrangements::Kind::Start, "start"},
+    {DockArrangements::Kind::Working, "working"},
+};
 
 // Not by clear(): that forgets the numbers of its pictures but not their names, each of which then
 // stays for as long as another picture has its number.
@@ -70,6 +78,9 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     tabifyDockWidget(m_logDock, m_commandDock);
     m_logDock->raise();
     m_dockSizes = new DockSizes(*this);
+    m_arrangements = new DockArrangements(*this, *m_dockSizes);
+    connect(m_banner, &Banner::appears, m_arrangements, &DockArrangements::onStripAppears);
+    connect(m_banner, &Banner::gone, m_arrangements, &DockArrangements::onStripGone);
     m_dockRoom = new DockRoom(*this);
     connect(m_dockRoom, &DockRoom::middleMoved, this, &MainWindow::showMiddle);
     watchDock(m_logDock);
@@ -80,6 +91,9 @@ MainWindow::MainWindow(const Setup& setup, QWidget* parent)
     setUpSimulator();
     setUpFigures();
     m_settings.restore(*this);
+    for (const auto& [kind, name] : arrangementNames) {
+        m_arrangements->setSizes(kind, m_settings.dockSizes(name));
+    }
     m_replayBar->placeIn(*this);
     m_banner->placeIn(*this);
     connect(&m_backend.session, &ControllerSession::stateChanged, this, &MainWindow::showState);
@@ -178,6 +192,7 @@ void MainWindow::buildModules() {
         }
     }
     m_moduleEntries->offer(elements, m_setup.observerMode);
+    m_arrangements->arrange();
 }
 
 void MainWindow::watchDock(QDockWidget* dock) {
@@ -196,6 +211,11 @@ void MainWindow::addDock(QDockWidget* dock) {
     // show or hide yet is open from the start.
     const bool opensAtOnce = !dock->testAttribute(Qt::WA_WState_ExplicitShowHide);
     watchDock(dock);
+    // One that can do with next to nothing would get that between others.
+    const int least = screenPixels(leastModuleDockWidth, *this);
+    if (dock->minimumSizeHint().width() < least) {
+        dock->setMinimumWidth(least);
+    }
     if (!restoreDockWidget(dock)) {
         addDockWidget(Qt::TopDockWidgetArea, dock);
         dock->setVisible(opensAtOnce);
@@ -215,6 +235,7 @@ void MainWindow::tearDownModules() {
     if (!m_modules.isBuilt()) {
         return;
     }
+    m_arrangements->enter(DockArrangements::Kind::Start); // their docks are still there
     // The places of docks that are deleted stay in the saved state, and wait there for their
     // successors.
     const QByteArray docks = saveState();
@@ -299,6 +320,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     m_settings.setCommandHistory(m_commandDock->history().commands());
     m_settings.setModuleEntries(m_moduleEntries->known());
+    for (const auto& [kind, name] : arrangementNames) {
+        m_settings.setDockSizes(name, m_arrangements->sizes(kind));
+    }
     m_settings.save(*this);
     m_backend.replay.end();
     m_recording.finish();

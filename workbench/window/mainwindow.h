@@ -28,6 +28,7 @@ namespace workbench {
 
 class Banner;
 class CommandDock;
+class DockArrangements;
 class DockRoom;
 class DockSizes;
 class LiveState;
@@ -154,6 +155,7 @@ private:
     SimulatorMenu* m_simulatorMenu = nullptr;
     StateWords* m_words = nullptr;
     DockSizes* m_dockSizes = nullptr;
+    DockArrangements* m_arrangements = nullptr;
     DockRoom* m_dockRoom = nullptr;
     QList<QPointer<QDockWidget>> m_moduleDocks;
     QPointer<QDialog> m_guide;

@@ -1,6 +1,7 @@
 #include "libs/kestrel_wire/command.h"
 #include "ui_mainwindow.h"
 #include "workbench/window/dialogs/connectdialog.h"
+#include "workbench/window/docks/dockarrangements.h"
 #include "workbench/window/docks/dockroom.h"
 #include "workbench/window/log/commanddock.h"
 #include "workbench/window/log/logdock.h"
@@ -67,6 +68,8 @@ void MainWindow::showMiddle() {
     if (isStart && m_startPage->isHidden()) {
         m_startPage->setControllers(m_settings.recentControllers());
     }
+    m_arrangements->enter(isStart ? DockArrangements::Kind::Start
+                                  : DockArrangements::Kind::Working);
     const auto docks = findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly);
     const bool isEmpty =
         !isStart && std::all_of(docks.cbegin(), docks.cend(),

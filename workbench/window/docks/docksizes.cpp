@@ -110,7 +110,35 @@ void DockSizes::onMouseButton(bool isPressed) {
         m_sizesAtPress = std::move(sizes);
     } else if (sizes != m_sizesAtPress) {
         m_layout.reset();
+        Q_EMIT movedByUser();
     }
+}
+
+DockSizes::ByName DockSizes::sizes() const {
+    ByName found;
+    for (const auto& [dock, place] : m_places) {
+        if (isInFront(*dock)) {
+            found[dock->objectName()] = dock->size();
+        }
+    }
+    return found;
+}
+
+void DockSizes::give(const ByName& sizes) {
+    m_window.layout()->activate();
+    QList<QDockWidget*> docks;
+    QList<int> widths;
+    QList<int> heights;
+    for (const auto& [dock, place] : m_places) {
+        const QSize size = sizes.value(dock->objectName());
+        if (size.isValid() && isInFront(*dock)) {
+            docks << dock;
+            widths << size.width();
+            heights << size.height();
+        }
+    }
+    resize(docks, heights, Qt::Vertical);
+    resize(docks, widths, Qt::Horizontal);
 }
 
 void DockSizes::putBack(QDockWidget& dock) {
@@ -167,10 +195,10 @@ void DockSizes::resize(const QList<QDockWidget*>& docks, const QList<int>& sizes
     for (int step = 0; step < mostSteps && extents() != sizes; ++step) {
         if (extents() == before) {
             const int missing = sizes.first() - before.first();
-            if (docks.size() != 1 || wanted != sizes || std::abs(missing) != 1) {
+            if (docks.size() != 1 || wanted != sizes) {
                 return; // there is no room for more
             }
-            wanted.first() += missing; // half a pixel is none
+            wanted.first() = std::max(1, sizes.first() + missing); // part of it went astray
         }
         before = extents();
         m_window.resizeDocks(docks, wanted, direction);

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QSize>
+#include <QString>
 
 #include <map>
 #include <memory>
@@ -21,6 +23,9 @@ class DockSizes : public QObject {
     Q_OBJECT
 
 public:
+    /// Object name to size.
+    using ByName = QMap<QString, QSize>;
+
     explicit DockSizes(QMainWindow& window);
 
     /// May be deleted at any time.
@@ -28,6 +33,15 @@ public:
 
     /// As soon as the dock is in view it is at the least so high, if there is room.
     void wish(QDockWidget* dock, int height);
+
+    /// Of the docks in view; of tabs, of the one in front.
+    ByName sizes() const;
+
+    /// Gives those of them that are in view these sizes, as far as there is room.
+    void give(const ByName& sizes);
+
+Q_SIGNALS:
+    void movedByUser(); ///< a border between docks
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -72,6 +72,23 @@ bool readStored(const QString& text, ControllerAddress& address) {
     return good && slash > 0 && dataPort <= 0xffff && address.parse(text.left(slash));
 }
 
+// "1080\t250\tLogDock"
+QString storedText(const QString& dock, const QSize& size) {
+    return QStringLiteral("%1\t%2\t").arg(size.width()).arg(size.height()) + dock;
+}
+
+bool readStored(const QString& text, QString& dock, QSize& size) {
+    const QStringList parts = text.split(QLatin1Char('\t'));
+    size = QSize(parts.value(0).toInt(), parts.value(1).toInt());
+    dock = parts.value(2);
+    return parts.size() == 3 && !dock.isEmpty() && isWithin(size.width(), 1, farthest) &&
+           isWithin(size.height(), 1, farthest);
+}
+
+QString dockSizesKey(const char* name) {
+    return QStringLiteral("window/dockSizes_") + QLatin1String(name);
+}
+
 // "300\t50\t&Tracking\t&Measurement Tool"
 QString storedText(const EntryMemo& entry) {
     return QStringList{QString::number(entry.menuOrder), QString::number(entry.entryOrder),
@@ -192,6 +209,32 @@ void WindowSettings::save(const QMainWindow& window) {
     m_settings.setValue(QStringLiteral("window/maximized"), window.isMaximized());
     m_settings.setValue(QStringLiteral("window/docks"), window.saveState(stateVersion));
     m_settings.sync();
+}
+
+QMap<QString, QSize> WindowSettings::dockSizes(const char* name) {
+    QMap<QString, QSize> sizes;
+    const QStringList stored = m_settings.value(dockSizesKey(name)).toStringList();
+    for (const QString& text : stored) {
+        QString dock;
+        QSize size;
+        if (!readStored(text, dock, size)) {
+            dropBroken(dockSizesKey(name));
+            return {};
+        }
+        sizes[dock] = size;
+    }
+    return sizes;
+}
+
+// What cannot be read again is left out.
+void WindowSettings::setDockSizes(const char* name, const QMap<QString, QSize>& sizes) {
+    QStringList stored;
+    for (auto size = sizes.begin(); size != sizes.end(); ++size) {
+        if (!size.key().contains(QLatin1Char('\t'))) {
+            stored += storedText(size.key(), *size);
+        }
+    }
+    m_settings.setValue(dockSizesKey(name), stored);
 }
 
 ControllerAddress WindowSettings::address() {

@@ -3,6 +3,7 @@
 #include "workbench/controller/command/controlleraddress.h"
 #include "workbench/modules/moduleentries.h"
 
+#include <QMap>
 #include <QRect>
 #include <QSettings>
 #include <QStringList>
@@ -24,6 +25,10 @@ public:
     /// Puts the window back, moved and shrunk to fit a screen, and its docks.
     void restore(QMainWindow& window);
     void save(const QMainWindow& window);
+
+    /// By object name; under a name of their own, as a window may have several sets of them.
+    QMap<QString, QSize> dockSizes(const char* name);
+    void setDockSizes(const char* name, const QMap<QString, QSize>& sizes);
 
     ControllerAddress address();
     QStringList recentHosts(); ///< the last one first

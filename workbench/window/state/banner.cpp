@@ -176,7 +176,15 @@ void Banner::placeIn(QMainWindow& window) {
 }
 
 void Banner::setVisible(bool) {
-    QToolBar::setVisible(!m_lines.empty());
+    const bool isWanted = !m_lines.empty();
+    if (isWanted && isHidden()) {
+        Q_EMIT appears();
+    }
+    const bool wasShown = !isHidden();
+    QToolBar::setVisible(isWanted);
+    if (!isWanted && wasShown) {
+        Q_EMIT gone();
+    }
 }
 
 void Banner::showLines() {
@@ -192,7 +200,10 @@ void Banner::showLines() {
 // Tool bars do not ask their widgets for a height to their width.
 void Banner::fitHeight() {
     const QMargins margins = contentsMargins() + layout()->contentsMargins();
-    const int width = std::max(narrowest, this->width() - margins.left() - margins.right());
+    // As long as it is hidden it has no width yet, but will have the window's.
+    const int whole =
+        isHidden() && parentWidget() != nullptr ? parentWidget()->width() : this->width();
+    const int width = std::max(narrowest, whole - margins.left() - margins.right());
     const int height = m_lines.empty() ? 0 : m_layout->totalHeightForWidth(width);
     if (m_content->minimumHeight() != height || m_content->maximumHeight() != height) {
         m_content->setFixedHeight(height);

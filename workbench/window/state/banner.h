@@ -67,6 +67,8 @@ public:
 Q_SIGNALS:
     /// The user took the line away.
     void dismissed(workbench::BannerTopic topic);
+    void appears(); ///< the strip, in a moment
+    void gone();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -169,6 +169,52 @@ private Q_SLOTS:
         QCOMPARE(settings.takeNotice(), QString());
     }
 
+    void sizesOfDocksComeBackEachSetUnderItsName() {
+        const QMap<QString, QSize> start{{QStringLiteral("LogDock"), QSize(1080, 250)}};
+        const QMap<QString, QSize> working{
+            {QStringLiteral("LogDock"), QSize(1080, 270)},
+            {QStringLiteral("moduleDock_x, y; \"z\" / ä"), QSize(1, 32767)}};
+        {
+            WindowSettings settings(path());
+            settings.setDockSizes("start", start);
+            settings.setDockSizes("working", working);
+            settings.save(Window());
+        }
+        WindowSettings settings(path());
+        QCOMPARE(settings.dockSizes("start"), start);
+        QCOMPARE(settings.dockSizes("working"), working);
+        QVERIFY(settings.dockSizes("other").isEmpty());
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void aDockWhoseNameCannotBeKeptIsLeftOut() {
+        WindowSettings settings(path());
+        settings.setDockSizes("start", {{QStringLiteral("a\tb"), QSize(10, 10)},
+                                        {QStringLiteral("c"), QSize(10, 10)}});
+        QCOMPARE(settings.dockSizes("start").keys(), QStringList(QStringLiteral("c")));
+        QCOMPARE(settings.takeNotice(), QString());
+    }
+
+    void damagedSizesOfDocksAreNone_data() {
+        QTest::addColumn<QByteArray>("sizes");
+        row("no size", QByteArray("LogDock"));
+        row("no name", QByteArray("\"10\\t10\\t\""));
+        row("too many parts", QByteArray("\"10\\t10\\tLogDock\\tx\""));
+        row("no width", QByteArray("\"x\\t10\\tLogDock\""));
+        row("nothing high", QByteArray("\"10\\t0\\tLogDock\""));
+        row("negative", QByteArray("\"-10\\t10\\tLogDock\""));
+        row("larger than any window", QByteArray("\"10\\t32768\\tLogDock\""));
+        row("the second of them", QByteArray("\"10\\t10\\tLogDock\", x"));
+    }
+
+    void damagedSizesOfDocksAreNone() {
+        QFETCH(QByteArray, sizes);
+        write("[window]\ndockSizes_start=" + sizes + "\n");
+        WindowSettings settings(path());
+        QVERIFY(settings.dockSizes("start").isEmpty());
+        QVERIFY(!settings.takeNotice().isEmpty());
+    }
+
     void theLastControllerIsRemembered() {
         {
             WindowSettings settings(path());
