@@ -3,9 +3,18 @@
 #include <QMainWindow>
 #include <QResizeEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace workbench {
+
+namespace {
+
+bool areSameDocks(const DockSizes::ByName& a, const DockSizes::ByName& b) {
+    return std::equal(a.keyBegin(), a.keyEnd(), b.keyBegin(), b.keyEnd());
+}
+
+} // namespace
 
 DockArrangements::DockArrangements(QMainWindow& window, DockSizes& sizes)
     : QObject(&window)
@@ -65,7 +74,7 @@ void DockArrangements::keep() {
         return;
     }
     const DockSizes::ByName now = m_sizes.sizes();
-    const bool isAsBefore = m_beforeStrip && m_beforeStrip->docks.keys() == now.keys();
+    const bool isAsBefore = m_beforeStrip && areSameDocks(m_beforeStrip->docks, now);
     m_known[m_kind] = isAsBefore ? m_beforeStrip->docks : now;
 }
 
@@ -90,7 +99,7 @@ void DockArrangements::giveBack() {
     if (m_window.size() == before->grown) {
         m_window.resize(before->window);
     }
-    if (before->docks.keys() == m_sizes.sizes().keys()) {
+    if (areSameDocks(before->docks, m_sizes.sizes())) {
         m_sizes.give(before->docks);
     }
 }

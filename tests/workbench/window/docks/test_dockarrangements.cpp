@@ -1,6 +1,7 @@
 #include "tests/support/childprocesses.h"
 #include "tests/support/datarows.h"
 #include "tests/support/docksinview.h"
+#include "tests/workbench/window/docks/plaindock.h"
 #include "workbench/window/docks/dockarrangements.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/startpage.h"
@@ -50,12 +51,7 @@ struct Rig {
     }
 
     QDockWidget* addDock(const QString& name, Qt::DockWidgetArea area) {
-        auto* const dock = new QDockWidget(name, &window);
-        dock->setObjectName(name);
-        auto* const page = new QWidget;
-        page->setMinimumSize(100, 80);
-        dock->setWidget(page);
-        window.addDockWidget(area, dock);
+        auto* const dock = addPlainDock(window, name, area);
         sizes->watch(dock);
         return dock;
     }

@@ -1,4 +1,5 @@
 #include "tests/support/docksinview.h"
+#include "tests/workbench/window/docks/plaindock.h"
 #include "workbench/window/docks/docksizes.h"
 
 #include <QDockWidget>
@@ -35,12 +36,7 @@ struct Rig {
     }
 
     QDockWidget* addDock(const QString& name, Qt::DockWidgetArea area) {
-        auto* const dock = new QDockWidget(name, &window);
-        dock->setObjectName(name);
-        auto* const page = new QWidget;
-        page->setMinimumSize(100, 80);
-        dock->setWidget(page);
-        window.addDockWidget(area, dock);
+        auto* const dock = addPlainDock(window, name, area);
         sizes->watch(dock);
         return dock;
     }
