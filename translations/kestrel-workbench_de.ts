@@ -1439,6 +1439,10 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <source>A recording is being played</source>
         <translation>Eine Aufzeichnung wird wiedergegeben</translation>
     </message>
+    <message>
+        <source>A recording is about to begin</source>
+        <translation>Eine Aufzeichnung beginnt gleich</translation>
+    </message>
 </context>
 <context>
     <name>workbench::Options</name>
@@ -1924,6 +1928,18 @@ sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
     <message>
         <source>%1 not written</source>
         <translation>%1 nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>The recording to %1 has not begun: %2</source>
+        <translation>Die Aufzeichnung nach %1 hat nicht begonnen: %2</translation>
+    </message>
+    <message>
+        <source>The recording to %1 was stopped before it began</source>
+        <translation>Die Aufzeichnung nach %1 wurde beendet, bevor sie begann</translation>
+    </message>
+    <message>
+        <source>starting to record</source>
+        <translation>Aufzeichnung beginnt</translation>
     </message>
 </context>
 <context>

@@ -25,8 +25,12 @@ const Rule rules[] = {
      Obstacle::NotMeasuring},
     {Need::NoCalibration, [](const Situation& now) { return !now.isCalibrating; },
      Obstacle::Calibrating},
+    {Need::NoRecording, [](const Situation& now) { return !now.isStartingToRecord; },
+     Obstacle::StartingToRecord},
     {Need::NoRecording, [](const Situation& now) { return !now.isRecording; }, Obstacle::Recording},
-    {Need::Recording, [](const Situation& now) { return now.isRecording; }, Obstacle::NotRecording},
+    {Need::Recording,
+     [](const Situation& now) { return now.isRecording || now.isStartingToRecord; },
+     Obstacle::NotRecording},
     {Need::NoExport, [](const Situation& now) { return !now.isExporting; }, Obstacle::Exporting},
     {Need::NoSimulatorStart, [](const Situation& now) { return !now.isSimulatorStarting; },
      Obstacle::SimulatorStarting},
@@ -75,6 +79,9 @@ QString textOf(Obstacle obstacle) {
     case Obstacle::Calibrating:
         return translated(QT_TRANSLATE_NOOP("workbench::Obstacle",
                                             "The controller is busy: a calibration is running"));
+    case Obstacle::StartingToRecord:
+        return translated(
+            QT_TRANSLATE_NOOP("workbench::Obstacle", "A recording is about to begin"));
     case Obstacle::Recording:
         return translated(QT_TRANSLATE_NOOP("workbench::Obstacle", "A recording is running"));
     case Obstacle::NotRecording:

@@ -13,6 +13,7 @@ struct Situation {
     bool isCalibrating = false; ///< the controller, whoever has started it
     bool isLocked = false;      ///< the controller's configuration
     bool isReplaying = false;   ///< what comes was measured before
+    bool isStartingToRecord = false;
     bool isRecording = false;
     bool isExporting = false; ///< a recording
     bool isSimulatorStarting = false;
@@ -30,7 +31,7 @@ enum class Need : unsigned {
     Measurement = 1U << 4U,
     NoMeasurement = 1U << 5U,
     NoCalibration = 1U << 6U,
-    Recording = 1U << 7U,
+    Recording = 1U << 7U, ///< or that one is about to begin
     NoRecording = 1U << 8U,
     NoExport = 1U << 9U,
     NoSimulatorStart = 1U << 10U,
@@ -51,6 +52,7 @@ enum class Obstacle {
     Measuring,
     NotMeasuring,
     Calibrating,
+    StartingToRecord,
     Recording,
     NotRecording,
     Exporting,

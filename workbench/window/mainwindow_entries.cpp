@@ -37,6 +37,7 @@ Situation MainWindow::situation() const {
     now.isCalibrating = m_backend.monitor.isCalibrating();
     now.isLocked = m_isLocked && session.isReady();
     now.isReplaying = m_backend.replay.isActive();
+    now.isStartingToRecord = m_recording.isStarting();
     now.isRecording = m_recording.isRunning();
     now.isExporting = m_csvExport.isRunning();
     now.isSimulatorStarting = m_simulator.isStarting();

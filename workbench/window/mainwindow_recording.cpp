@@ -25,6 +25,10 @@ void MainWindow::setUpRecording() {
             m_banner->set(BannerTopic::Notice, Severity::Warning, problem, Banner::Ending::ByUser);
         }
     });
+    connect(&m_recording, &RecordingControl::starting, this, [this] {
+        showState();
+        m_words->showNumbers();
+    });
     connect(&m_recording, &RecordingControl::changed, this,
             [this](bool running, const QString& error) {
                 showState();

@@ -120,6 +120,10 @@ private Q_SLOTS:
             QString("The controller is busy: a calibration is running"));
         row("recording", Needs(Need::NoRecording), with(&Situation::isRecording), false,
             QString("A recording is running"));
+        row("about to record", Needs(Need::NoRecording), with(&Situation::isStartingToRecord),
+            false, QString("A recording is about to begin"));
+        row("a recording that is about to begin can be stopped", Needs(Need::Recording),
+            with(&Situation::isStartingToRecord), true, QString());
         row("not recording", Needs(Need::Recording), connected(), false,
             QString("No recording is running"));
         Situation replayed = with(&Situation::isReplaying);

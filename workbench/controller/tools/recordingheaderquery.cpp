@@ -7,6 +7,8 @@
 #include "workbench/controller/tools/toollines.h"
 #include "workbench/text/versiontext.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -41,27 +43,35 @@ void RecordingHeaderQuery::ask(
     }
     m_open.insert(m_open.end(), {numberOfTools, numberOfReferences});
     m_done = done;
-    askNext();
+    m_underWay = 0;
+    ++m_number;
+    goOn();
 }
 
-void RecordingHeaderQuery::askNext() {
-    if (m_open.empty()) {
+void RecordingHeaderQuery::goOn() {
+    for (; !m_open.empty() && m_underWay < mostAtOnce; ++m_underWay) {
+        m_session.channel().askLater(
+            kestrel_wire::getCommand(m_open.front()),
+            [this, self = QPointer<RecordingHeaderQuery>(this), parameter = m_open.front(),
+             number = m_number](const CommandChannel::Answer& answer) {
+                if (!self || !isAsking() || number != m_number) {
+                    return;
+                }
+                --m_underWay;
+                if (answer.result == Success) {
+                    take(parameter, answer.reply.value);
+                }
+                if (!m_session.isReady() || !m_session.channel().isOpen()) {
+                    finish(false);
+                } else {
+                    goOn();
+                }
+            });
+        m_open.pop_front();
+    }
+    if (m_underWay == 0) {
         finish(true);
-        return;
     }
-    if (!m_session.isReady()) {
-        finish(false);
-        return;
-    }
-    const std::string parameter = m_open.front();
-    m_open.pop_front();
-    m_session.channel().askLater(kestrel_wire::getCommand(parameter),
-                                 [this, parameter](const CommandChannel::Answer& answer) {
-                                     if (answer.result == Success) {
-                                         take(parameter, answer.reply.value);
-                                     }
-                                     askNext();
-                                 });
 }
 
 void RecordingHeaderQuery::take(const std::string& parameter, const std::string& value) {

@@ -100,14 +100,17 @@ bool RecordingControl::isRunning() const {
 }
 
 void RecordingControl::start(const QString& fileName) {
-    if (m_headerQuery.isAsking()) {
+    if (isStarting()) {
         return;
     }
+    m_startFile = fileName;
     m_headerQuery.ask([this, fileName](bool good, const kestrel_wire::RecordingHeader& header) {
         if (!good) {
-            refuse(fileName, tr("the connection was lost"));
+            const QString error = tr("the connection was lost");
+            tellNotBegun(tr("The recording to %1 has not begun: %2").arg(fileName, error), error);
         } else if (!m_recorder.start(fileName, header)) {
-            refuse(fileName, tr("another recording is still being written"));
+            const QString error = tr("another recording is still being written");
+            tellNotBegun(tr("%1 cannot be written: %2").arg(fileName, error), error);
         } else {
             m_begun = false;
             m_stalled = false;
@@ -119,6 +122,18 @@ void RecordingControl::start(const QString& fileName) {
             watchConnection();
         }
     });
+    if (isStarting()) {
+        Q_EMIT starting();
+    }
+}
+
+// By somebody who wants no recording any more.
+void RecordingControl::cancelStart() {
+    if (isStarting()) {
+        m_headerQuery.cancel();
+        m_log.info(tr("The recording to %1 was stopped before it began").arg(m_startFile));
+        Q_EMIT changed(false, QString());
+    }
 }
 
 QString RecordingControl::suggestedFile() const {
@@ -126,10 +141,10 @@ QString RecordingControl::suggestedFile() const {
                                     m_folder);
 }
 
-void RecordingControl::refuse(const QString& fileName, const QString& error) {
-    m_log.problem(tr("%1 cannot be written: %2").arg(fileName, error));
+void RecordingControl::tellNotBegun(const QString& sentence, const QString& error) {
+    m_log.problem(sentence);
     Q_EMIT changed(false, error);
-    Q_EMIT failed(tr("%1 cannot be written: %2").arg(fileName, error));
+    Q_EMIT failed(sentence);
 }
 
 void RecordingControl::watchConnection() {
@@ -152,12 +167,14 @@ void RecordingControl::endFor(const QString& reason) {
 }
 
 void RecordingControl::stop() {
+    cancelStart();
     m_stopping = true;
     m_recorder.stop();
     follow();
 }
 
 void RecordingControl::finish() {
+    cancelStart();
     m_stopping = true;
     m_recorder.stop();
     m_recorder.waitForEnd();
@@ -202,7 +219,8 @@ void RecordingControl::tellProgress() {
 void RecordingControl::tellEnd() {
     const Recorder::Status status = m_recorder.status();
     if (!status.begun) {
-        refuse(status.fileName, status.error);
+        tellNotBegun(tr("%1 cannot be written: %2").arg(status.fileName, status.error),
+                     status.error);
         return;
     }
     m_log.info(tr("Recorded %1 frames to %2").arg(QString::number(status.frames), status.fileName));
@@ -238,6 +256,9 @@ void RecordingControl::tellRoom() {
 }
 
 QString RecordingControl::stateText() const {
+    if (isStarting()) {
+        return tr("starting to record");
+    }
     const Recorder::Status status = m_recorder.status();
     if (!status.running) {
         return tr("not recording");
@@ -252,6 +273,9 @@ QString RecordingControl::diskText() const {
 }
 
 QString RecordingControl::numbersText() const {
+    if (isStarting()) {
+        return tr("to %1").arg(m_startFile);
+    }
     const Recorder::Status status = m_recorder.status();
     if (!status.running) {
         return QStringLiteral("–"); // the state is told elsewhere

@@ -27,26 +27,32 @@ public:
     RecordingControl(ControllerSession& session, Recorder& recorder, LogModel& log,
                      QObject* parent = nullptr, int goneMs = usualGoneMs);
 
-    /// changed() follows in any case, unless a recording is about to begin already.
+    /// changed() follows in any case, unless a recording is about to begin already; until then
+    /// isStarting().
     void start(const QString& fileName);
 
     /// A path for the next recording: named after the present date and time, in the folder of the
     /// last one.
     QString suggestedFile() const;
 
-    /// Takes no more frames; changed() follows when the last one is written.
+    /// Takes no more frames; changed() follows when the last one is written. One that has not begun
+    /// yet does not begin.
     void stop();
 
     /// stop() for a program that ends: changed() has been emitted on return. Waits for the disk,
     /// but not for one that does not answer.
     void finish();
 
-    bool isRunning() const;      ///< from start() until the last frame is written
+    bool isStarting() const { return m_headerQuery.isAsking(); } ///< the controller is asked
+    bool isRunning() const;      ///< from then on until the last frame is written
     QString stateText() const;   ///< "recording" and the like
     QString numbersText() const; ///< frames, room on the disk, file
     QString diskText() const;    ///< free space, for how long, what is missing; empty without one
 
 Q_SIGNALS:
+    /// A slow controller takes a while to tell what is to stand in the file; changed() follows.
+    void starting();
+
     /// A recording has begun or ended; `error` is not empty when it could not begin or go on, or
     /// lacks frames.
     void changed(bool running, const QString& error);
@@ -66,12 +72,14 @@ private:
     void tellRoom();
     void tellProgress();
     void tellEnd();
-    void refuse(const QString& fileName, const QString& error);
+    void cancelStart();
+    void tellNotBegun(const QString& sentence, const QString& error);
 
     ControllerSession& m_session;
     Recorder& m_recorder;
     LogModel& m_log;
     RecordingHeaderQuery m_headerQuery;
+    QString m_startFile;  // while isStarting()
     QString m_folder;     // of the last recording
     QTimer m_followTimer; // runs while a recording does
     QTimer m_goneTimer;   // runs while the connection is lost

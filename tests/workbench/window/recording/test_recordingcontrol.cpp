@@ -20,6 +20,8 @@
 #include <future>
 #include <limits>
 #include <memory>
+#include <string>
+#include <vector>
 
 using workbench::Recorder;
 using workbench::RecordingControl;
@@ -27,6 +29,7 @@ using workbench::RecordingControl;
 namespace {
 
 constexpr int patience = 15000;
+using Commands = std::vector<std::string>;
 constexpr std::size_t smallQueue = 200 * 1024;
 
 /// The language of the program, while it lives.
@@ -69,6 +72,12 @@ class TestRecordingControl : public QObject {
         QCoreApplication::processEvents();
         return m_backend->log.toText();
     }
+    // Of what the controller has sent until now.
+    void waitForAnswers() {
+        for (int turn = 0; turn < 10; ++turn) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        }
+    }
     static void overflow(Recorder& recorder) {
         for (int i = 0; i < 100; ++i) {
             recorder.frame({std::string(10000, 'x')});
@@ -77,6 +86,7 @@ class TestRecordingControl : public QObject {
 
 private Q_SLOTS:
     void init() {
+        QFile::remove(path());
         m_controller = std::make_unique<ScriptedController>();
         m_backend = std::make_unique<BackendFixture>();
         m_backend->connectTo(m_controller->port());
@@ -249,6 +259,129 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 2, patience);
         QCOMPARE(changed.at(1).at(1).toString(), QString());
         QCOMPARE(failed.size(), 0);
+    }
+
+    // What is to stand in the file is asked in one go: a controller that takes its time for each
+    // reply takes it once.
+    void aSlowControllerIsAskedInOneGoAndThatIsSaid() {
+        m_controller->answer("measurementtool number_of_tools", "2");
+        m_controller->answer("measurementtool number_of_references", "1");
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        QSignalSpy starting(&control, &RecordingControl::starting);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        m_controller->setSilent(true);
+        control.start(path());
+        QCOMPARE(starting.size(), 1);
+        QVERIFY(control.isStarting());
+        QVERIFY(!control.isRunning());
+        QCOMPARE(control.stateText(), QStringLiteral("starting to record"));
+        QCOMPARE(control.numbersText(), QStringLiteral("to ") + path());
+        const Commands first = {"kestrel2 get measurementtool available",
+                                "kestrel2 get measurementtool max_number_of_tools",
+                                "kestrel2 get measurementtool max_number_of_references",
+                                "kestrel2 get measurementtool output_6dmt",
+                                "kestrel2 get measurementtool number_of_tools",
+                                "kestrel2 get measurementtool number_of_references"};
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered(), first, patience);
+        m_controller->answerLate(first.size());
+        const Commands second = {"kestrel2 get body calibrated measurementtool b01",
+                                 "kestrel2 get measurementtool tip_calibrated b01",
+                                 "kestrel2 get measurementtool reference_of_tool b01",
+                                 "kestrel2 get body calibrated measurementtool b02",
+                                 "kestrel2 get measurementtool tip_calibrated b02",
+                                 "kestrel2 get measurementtool reference_of_tool b02",
+                                 "kestrel2 get body calibrated measurementtool_reference b01"};
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered(), second, patience);
+        QVERIFY(!QFileInfo::exists(path()));
+        QCOMPARE(changed.size(), 0);
+        m_controller->answerLate(second.size());
+        QVERIFY(changed.wait(patience));
+        QCOMPARE(changed.first().at(0).toBool(), true);
+        QVERIFY(!control.isStarting());
+        QCOMPARE(control.stateText(), QStringLiteral("recording"));
+        m_controller->setSilent(false);
+        control.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 2, patience);
+        QVERIFY(content().contains("parameter \"measurementtool number_of_tools\" 2\n"));
+    }
+
+    void ofManyQuestionsSomeAreUnderWayAtOnce() {
+        const auto most = std::size_t(workbench::RecordingHeaderQuery::mostAtOnce);
+        m_controller->answer("measurementtool number_of_tools", "20");
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        m_controller->setSilent(true);
+        control.start(path());
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered().size(), std::size_t(6), patience);
+        m_controller->answerLate(6);
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered().size(), most, patience);
+        m_controller->answerLate(4);
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->unanswered().back() ==
+                                     "kestrel2 get measurementtool tip_calibrated b07",
+                                 patience);
+        QCOMPARE(m_controller->unanswered().size(), most);
+        m_controller->setSilent(false);
+        m_controller->answerLate(most);
+        QVERIFY(changed.wait(patience));
+        QCOMPARE(m_controller->count("kestrel2 get measurementtool reference_of_tool b20"), 1);
+        control.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 2, patience);
+    }
+
+    void whatIsStoppedBeforeItBeginsDoesNotBegin() {
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        QSignalSpy failed(&control, &RecordingControl::failed);
+        m_controller->setSilent(true);
+        control.start(path());
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered().size(), std::size_t(6), patience);
+        control.stop();
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(changed.first().at(0).toBool(), false);
+        QCOMPARE(changed.first().at(1).toString(), QString());
+        QVERIFY(!control.isStarting());
+        QCOMPARE(control.stateText(), QStringLiteral("not recording"));
+        QVERIFY(log().contains(
+            QStringLiteral("The recording to %1 was stopped before it began").arg(path())));
+        // One that begins afterwards has nothing to do with the answers to the first.
+        const QString other = m_folder.filePath(QStringLiteral("other.kestrel"));
+        control.start(other);
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered().size(), std::size_t(12), patience);
+        m_controller->answerLate(6);
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered().size(), std::size_t(6), patience);
+        waitForAnswers();
+        QVERIFY(control.isStarting());
+        m_controller->setSilent(false);
+        m_controller->answerLate(6);
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 2, patience);
+        QCOMPARE(changed.at(1).at(0).toBool(), true);
+        QVERIFY(QFileInfo::exists(other));
+        QVERIFY(!QFileInfo::exists(path()));
+        QCOMPARE(failed.size(), 0);
+        control.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 3, patience);
+    }
+
+    void aConnectionThatIsLostBeforeItBeginsIsTheReason() {
+        RecordingControl control(m_backend->session, m_backend->recorder, m_backend->log);
+        QSignalSpy changed(&control, &RecordingControl::changed);
+        QSignalSpy failed(&control, &RecordingControl::failed);
+        m_controller->setSilent(true);
+        control.start(path());
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->unanswered().size(), std::size_t(6), patience);
+        m_controller->dropConnections();
+        QVERIFY(failed.wait(patience));
+        const QString sentence =
+            QStringLiteral("The recording to %1 has not begun: the connection was lost")
+                .arg(path());
+        QCOMPARE(failed.size(), 1);
+        QCOMPARE(failed.first().at(0).toString(), sentence);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(changed.first().at(0).toBool(), false);
+        QCOMPARE(changed.first().at(1).toString(), QStringLiteral("the connection was lost"));
+        QVERIFY(log().contains(sentence));
+        QVERIFY(!QFileInfo::exists(path()));
+        QVERIFY(!control.isStarting());
     }
 
     void theRoomOnTheDiskIsInTheStatus() {
