@@ -1822,6 +1822,10 @@ sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
         <source>the disk does not answer</source>
         <translation>der Datenträger antwortet nicht</translation>
     </message>
+    <message>
+        <source>the file was moved meanwhile</source>
+        <translation>die Datei wurde inzwischen verschoben</translation>
+    </message>
 </context>
 <context>
     <name>workbench::RecordingControl</name>

@@ -49,6 +49,15 @@ std::string headerText(kestrel_wire::RecordingHeader header, kestrel_wire::UtcMi
     return kestrel_wire::formatRecordingHeader(header);
 }
 
+// A disk that cannot tell what has the name, as one that is away for a while, proves nothing.
+bool isElsewhere(const struct stat& file, const QString& fileName) {
+    struct stat named {};
+    if (::stat(QFile::encodeName(fileName).constData(), &named) == 0) {
+        return named.st_dev != file.st_dev || named.st_ino != file.st_ino;
+    }
+    return errno == ENOENT || errno == ENOTDIR;
+}
+
 } // namespace
 
 kestrel_wire::UtcMilliseconds systemWallClock() {
@@ -111,6 +120,7 @@ void RecordingWriter::run() {
         while (takeBatch(batch) && write(batch)) {
             measure();
         }
+        m_lookedAt = Clock::now() - lookInterval; // once more in any case
         endIfGone();
     }
     if (m_file >= 0 && timed([this] { return ::close(m_file); }) != 0) {
@@ -230,12 +240,24 @@ std::size_t RecordingWriter::writeBytes(std::string_view text, QString* error) {
     return written;
 }
 
-// Its name was removed, alone or with its folder: what was written can be read by nobody.
+// Without any name what was written can be read by nobody; under another one it would not be where
+// the user is told that it is.
 bool RecordingWriter::endIfGone() {
     struct stat status {};
-    if (timed([&] { return ::fstat(m_file, &status); }) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_nlink > 0) {
+    if (timed([&] { return ::fstat(m_file, &status); }) != 0 || !S_ISREG(status.st_mode)) {
         return false;
+    }
+    if (status.st_nlink > 0) {
+        const Clock::time_point now = Clock::now();
+        if (now - m_lookedAt < lookInterval) {
+            return false;
+        }
+        m_lookedAt = now;
+        const bool isGone = timed([&] { return isElsewhere(status, m_fileName); });
+        if (isGone) {
+            end(Texts::tr("the file was moved meanwhile"));
+        }
+        return isGone;
     }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);

@@ -1,8 +1,10 @@
+#include "tests/support/datarows.h"
 #include "tests/support/fulldisk.h"
 #include "tests/workbench/outlets/hangingdisk.h"
 #include "workbench/outlets/recorder.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
@@ -351,6 +353,71 @@ private Q_SLOTS:
         QCOMPARE(recorder.status().frames, quint64(0)); // nobody can read them
         QVERIFY(recorder.status().unwritten >= 1);
         QVERIFY(recorder.status().unwritten <= sent);
+    }
+
+    void aFileThatWasMovedIsNoticedAndKeepsItsFrames_data() {
+        QTest::addColumn<QString>("recorded");
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("to");
+        QTest::addColumn<QString>("kept");
+        const QString file = QStringLiteral("folder/r");
+        row("the file", file, file, QString("folder/s"), QString("folder/s"));
+        row("its folder", file, QString("folder"), QString("other"), QString("other/r"));
+        row("something else is in its place", file, file, QString("folder/s"), QString("folder/s"));
+        row("a link to it", QString("link"), QString("link"), QString("other"), file);
+    }
+    void aFileThatWasMovedIsNoticedAndKeepsItsFrames() {
+        QFETCH(QString, recorded);
+        QFETCH(QString, from);
+        QFETCH(QString, to);
+        QFETCH(QString, kept);
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("folder")));
+        QVERIFY(QFile::link(folder.filePath("folder/r"), folder.filePath("link")));
+        Recorder recorder;
+        QString error;
+        QVERIFY(start(recorder, folder.filePath(recorded), &error));
+        recorder.frame({"fr 1"});
+        QVERIFY(writtenTo(recorder, 1));
+        QVERIFY(QDir(folder.path()).rename(from, to));
+        if (QTest::currentDataTag() == QByteArray("something else is in its place")) {
+            QFile other(folder.filePath(recorded));
+            QVERIFY(other.open(QIODevice::WriteOnly));
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!recorder.status().running, patience);
+        QCOMPARE(recorder.status().error, QStringLiteral("the file was moved meanwhile"));
+        QCOMPARE(recorder.status().frames, quint64(1));
+        QCOMPARE(recorder.status().unwritten, quint64(0));
+        QFile moved(folder.filePath(kept));
+        QVERIFY(moved.open(QIODevice::ReadOnly));
+        QVERIFY(moved.readAll().endsWith("fr 1\n"));
+    }
+
+    // However soon after the last look.
+    void oneThatIsMovedBeforeTheEndIsNoticedToo() {
+        const QTemporaryDir folder;
+        Recorder recorder;
+        QString error;
+        QVERIFY(start(recorder, folder.filePath("r"), &error));
+        recorder.frame({"fr 1"});
+        QVERIFY(writtenTo(recorder, 1));
+        QVERIFY(QDir(folder.path()).rename("r", "s"));
+        end(recorder);
+        QCOMPARE(recorder.status().error, QStringLiteral("the file was moved meanwhile"));
+    }
+
+    void aFileWhoseNameIsALinkIsInItsPlace() {
+        const QTemporaryDir folder;
+        QVERIFY(QFile::link(folder.filePath("r"), folder.filePath("link")));
+        Recorder recorder;
+        QString error;
+        QVERIFY(start(recorder, folder.filePath("link"), &error));
+        // Known only after it has been looked again.
+        QTRY_VERIFY_WITH_TIMEOUT((recorder.frame({"fr 1"}), recorder.status().bytesPerSecond > 0.0),
+                                 patience);
+        QVERIFY(recorder.status().running);
+        end(recorder);
+        QCOMPARE(recorder.status().error, QString());
     }
 
     void aDiskThatHangsHoldsNobodyAndIsTold() {

@@ -95,6 +95,7 @@ private Q_SLOTS:
         QTest::newRow("disk full") << qt_error_string(EFBIG) << one;
         row("folder gone", QStringLiteral("the file was removed meanwhile"),
             QStringLiteral("There are no frames in it."));
+        row("file moved", QStringLiteral("the file was moved meanwhile"), one);
         QTest::newRow("controller gone") << QStringLiteral("the controller is gone") << one;
     }
     void anEndByItselfStandsThereWithItsReason() {
@@ -111,6 +112,8 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(isTold(), patience);
         } else if (cause == "folder gone") {
             QVERIFY(QDir(m_folder->filePath(QStringLiteral("here"))).removeRecursively());
+        } else if (cause == "file moved") {
+            QVERIFY(QFile::rename(path(), m_folder->filePath(QStringLiteral("moved"))));
         } else {
             m_controller->stopListening();
             m_controller->dropConnections();
