@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
         tell(error);
         return started;
     }
+    QObject::connect(&simulator, &Simulator::noticed, &tell);
     if (!simulator.notice().isEmpty()) {
         tell(simulator.notice());
     }

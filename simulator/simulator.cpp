@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kestrel_simulator {
 
@@ -149,7 +150,16 @@ void Simulator::forget(CommandConnection* connection) {
     connection->deleteLater();
 }
 
+void Simulator::watchReplay() {
+    if (m_controller.isReplayChanged() && !std::exchange(m_isChangeTold, true)) {
+        Q_EMIT noticed(QStringLiteral("%1: the recording has been changed since it was opened; it "
+                                      "ends early")
+                           .arg(m_options.replayFile));
+    }
+}
+
 void Simulator::scheduleFrames() {
+    watchReplay();
     const double seconds = m_controller.secondsToNextFrame(now());
     if (std::isinf(seconds)) {
         m_frameTimer.stop();

@@ -40,6 +40,9 @@ public:
     /// Seconds since its making.
     double now() const { return static_cast<double>(m_clock.nsecsElapsed()) * 1e-9; }
 
+Q_SIGNALS:
+    void noticed(const QString& text); ///< what a user should know, while it runs
+
 private:
     ExitCode openReplay(QString& error);
     void acceptConnections();
@@ -48,6 +51,7 @@ private:
     void refuseConnection(QTcpSocket* socket);
     void forget(CommandConnection* connection);
     void scheduleFrames();
+    void watchReplay();
     void sendDueFrames();
     void send(const std::vector<std::string>& lines);
 
@@ -60,6 +64,7 @@ private:
     QTimer m_acceptTimer;
     std::vector<CommandConnection*> m_connections;
     QString m_notice;
+    bool m_isChangeTold = false;  // of the recording
     int m_refusedConnections = 0; // that are not closed yet
 };
 

@@ -1209,6 +1209,10 @@ Eine eigenständige Oberfläche für Tracking-Controller: Sie verbindet sich üb
         <source>Replay of %1 begun</source>
         <translation>Wiedergabe von %1 begonnen</translation>
     </message>
+    <message>
+        <source>%1 has been changed since it was opened: its replay ends early</source>
+        <translation>%1 wurde seit dem Öffnen verändert: Die Wiedergabe endet vorzeitig</translation>
+    </message>
 </context>
 <context>
     <name>workbench::ModuleEntries</name>
@@ -2149,6 +2153,10 @@ sie hat von selbst geendet, 6 dorthin kann nicht gesendet werden.</translation>
     <message>
         <source>REPLAY %1, which does not answer</source>
         <translation>WIEDERGABE %1, die nicht antwortet</translation>
+    </message>
+    <message>
+        <source>REPLAY %1, cut short at %2 of %3 s</source>
+        <translation>WIEDERGABE %1, abgebrochen bei %2 von %3 s</translation>
     </message>
 </context>
 <context>

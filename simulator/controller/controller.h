@@ -62,6 +62,9 @@ public:
     /// From now on frames and the recorded parameters come from a recording.
     void setReplay(std::unique_ptr<Replay> replay);
 
+    /// See Replay::isChanged().
+    bool isReplayChanged() const { return m_replay && m_replay->isChanged(); }
+
     /// Carries out one command line of the connection that `session` belongs to.
     ReplyPlan execute(std::string_view line, Session& session, double now);
 

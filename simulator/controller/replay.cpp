@@ -101,14 +101,17 @@ bool Replay::rewind() {
 
 void Replay::readFrom(const Entry& entry) {
     m_reader->goTo(entry.place);
+    m_hasAhead = false;
     readAhead();
     readFrame();
 }
 
 // What has been written since the file was opened, behind its end or in its place, is not played.
 void Replay::readAhead() {
+    const bool wasLast = m_hasAhead && m_ahead.microseconds == m_last;
     m_hasAhead = m_reader->next(m_ahead) == Result::Ok && m_ahead.microseconds >= m_first &&
                  m_ahead.microseconds <= m_last;
+    m_isChanged = m_isChanged || (!m_hasAhead && !wasLast);
     m_aheadClock = m_reader->clock();
 }
 

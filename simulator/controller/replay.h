@@ -44,6 +44,10 @@ public:
     /// Whether the recording's last line was cut, as by a crash; it is left out.
     bool isTruncated() const { return m_truncated; }
 
+    /// Whether less of it could be read than was there when it was opened: somebody has changed the
+    /// file. It ends there.
+    bool isChanged() const { return m_isChanged; }
+
     State state() const;
     double position() const; ///< of the frame taken last or sought
     double duration() const { return behindFirst(m_last); }
@@ -94,6 +98,7 @@ private:
     kestrel_wire::RecordingHeader m_header;
     Version m_protocol;
     bool m_truncated = false;
+    bool m_isChanged = false;
     double m_frameDistance = 0.0;
     std::uint64_t m_first = 0; // time stamps of the first and the last frame
     std::uint64_t m_last = 0;

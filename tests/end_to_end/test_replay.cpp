@@ -315,6 +315,31 @@ private Q_SLOTS:
         QVERIFY(counts().lostFrames == 0);
     }
 
+    void oneThatGetsShorterMeanwhileIsNoWholeOne() {
+        // So large that the simulator has not read it all by then.
+        const std::string much(4000, 'x');
+        std::string records;
+        for (int i = 0; i < frames; ++i) {
+            const std::uint64_t time = 1000000 + static_cast<std::uint64_t>(i) * distance;
+            records += frame(time, 100 + i) + kestrel_wire::formatRecord(time, "other " + much);
+        }
+        play(records);
+        QTRY_VERIFY_WITH_TIMEOUT(shownFrame() >= 100, patienceMs);
+        QFile file(path("demo.kestrel"));
+        QVERIFY(file.resize(file.size() / 2));
+        QTest::keyClick(find<QComboBox>("comboBox_replaySpeed"), Qt::Key_End);
+        QTRY_COMPARE_WITH_TIMEOUT(replay().state(), State::Ended, patienceMs);
+        QVERIFY(replay().isCutShort());
+        const QRegularExpression text(
+            QStringLiteral("^REPLAY demo\\.kestrel, cut short at [45]\\.[0-9] of 10\\.0 s$"));
+        QVERIFY2(text.match(status()).hasMatch(), qPrintable(status()));
+        const QString sentence =
+            path("demo.kestrel") +
+            QStringLiteral(" has been changed since it was opened: its replay ends early");
+        QCOMPARE(m_window->banner().text(BannerTopic::Notice), sentence);
+        QCOMPARE(m_window->backend().log.toText().count(sentence), 1);
+    }
+
     void aGapInTheRecordingIsTold() {
         std::string records = frame(0, 1);
         for (int i = 0; i < frames; ++i) {

@@ -165,7 +165,8 @@ private:
     QString m_ownTitle;           // of the window without a replay
     QString m_replayFile;
     bool m_replayLogged = false; // its begin, in the log
-    QString m_simulatorTrouble;  // why the last one is not there, until the next try
+    bool m_replayChangeTold = false;
+    QString m_simulatorTrouble; // why the last one is not there, until the next try
 };
 
 } // namespace workbench

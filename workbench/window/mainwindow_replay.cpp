@@ -2,6 +2,7 @@
 #include "workbench/window/look/symbols.h"
 #include "workbench/window/mainwindow.h"
 #include "workbench/window/recording/replaybar.h"
+#include "workbench/window/state/banner.h"
 #include "workbench/window/state/livestate.h"
 
 #include <QAction>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace workbench {
 
@@ -86,6 +88,13 @@ void MainWindow::logReplay() {
                !m_replayLogged) {
         m_backend.log.info(tr("Replay of %1 begun").arg(m_replayFile));
         m_replayLogged = true;
+        m_replayChangeTold = false;
+    }
+    if (m_backend.replay.isCutShort() && !std::exchange(m_replayChangeTold, true)) {
+        const QString text =
+            tr("%1 has been changed since it was opened: its replay ends early").arg(m_replayFile);
+        m_backend.log.problem(text);
+        m_banner->set(BannerTopic::Notice, Severity::Warning, text, Banner::Ending::ByUser);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "tests/simulator/talk.h"
 
 #include <cmath>
+#include <filesystem>
 #include <sys/stat.h>
 
 TEST_F(RecordingFile, isSentFrameByFrameWithItsOwnTiming) {
@@ -53,6 +54,60 @@ TEST_F(RecordingFile, canStopAtItsEndAndBeStartedAgain) {
     replay->start(9.0);
     EXPECT_NEAR(replay->nextDue(), 9.0, 1e-9);
     EXPECT_EQ(replay->take(9.0)[0], "fr 1");
+}
+
+// So many that not all of it stands in the reader's buffer.
+TEST_F(RecordingFile, thatGetsShorterEndsThereAndIsCalledChanged) {
+    std::string records;
+    constexpr int frames = 50000;
+    for (int i = 1; i <= frames; ++i) {
+        records += record(static_cast<std::uint64_t>(i) * 1000, "fr " + std::to_string(i));
+    }
+    write(records);
+    const auto replay = open(Replay::AtEnd::Stop);
+    ASSERT_TRUE(replay) << error;
+    replay->start(0.0);
+    EXPECT_EQ(replay->take(0.0)[0], "fr 1");
+    EXPECT_FALSE(replay->isChanged());
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
+    int taken = 1;
+    while (replay->state() == Replay::State::Playing) {
+        ASSERT_FALSE(replay->take(0.0).empty());
+        ++taken;
+    }
+    EXPECT_TRUE(replay->isChanged());
+    EXPECT_GT(taken, frames / 3);
+    EXPECT_LT(taken, frames * 2 / 3);
+    EXPECT_LT(replay->position(), replay->duration());
+    EXPECT_EQ(replay->state(), Replay::State::Ended);
+}
+
+TEST_F(RecordingFile, whoseFramesAreGoneWhenItBeginsAnewIsCalledChanged) {
+    write(threeFrames());
+    const auto replay = open();
+    replay->start(0.0);
+    replay->take(0.0);
+    write("");
+    replay->start(1.0);
+    EXPECT_TRUE(replay->isChanged());
+    EXPECT_EQ(replay->state(), Replay::State::Ended);
+    EXPECT_TRUE(std::isinf(replay->nextDue()));
+}
+
+TEST_F(RecordingFile, whoseEndIsReachedOrThatGrowsIsNotCalledChanged) {
+    write(threeFrames());
+    const auto replay = open();
+    replay->start(0.0);
+    for (int i = 0; i < 2; ++i) {
+        replay->take(0.0);
+    }
+    std::ofstream(path, std::ios::binary | std::ios::app) << record(1400000, "fr 4");
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_NE(replay->take(0.0)[0], "fr 4");
+    }
+    replay->seek(0.2, 0.0);
+    replay->start(0.0);
+    EXPECT_FALSE(replay->isChanged());
 }
 
 TEST_F(RecordingFile, withoutRecordsSendsNothing) {

@@ -17,6 +17,7 @@ namespace workbench {
 namespace {
 
 constexpr int valueWords = 5;
+constexpr double sameTime = 2e-6; // seconds: as far as the figures tell
 
 QString number(double value) {
     return QString::number(value, 'g', 6);
@@ -123,6 +124,10 @@ QString ReplayControl::shortText() const {
     case State::Paused:
         return tr("REPLAY %1, paused at %2 s").arg(m_name, seconds(m_told.position));
     case State::Ended:
+        if (m_told.isCutShort) {
+            return tr("REPLAY %1, cut short at %2 of %3 s")
+                .arg(m_name, seconds(m_told.position), seconds(m_told.duration));
+        }
         return m_told.duration > 0.0 || m_receiver.statistics().snapshot().frames > 0
                    ? tr("REPLAY %1, at its end (%2 s)").arg(m_name, seconds(m_told.position))
                    : tr("REPLAY %1, which has no frames").arg(m_name);
@@ -179,8 +184,12 @@ void ReplayControl::take(const std::string& value) {
         m_watch.setSpeed(*speed);
     }
     const double sought = m_told.position;
-    m_told = {*state, m_seeking || m_wanted ? sought : *position, *duration, *speed,
-              timeText(words.value(4))};
+    m_told = {*state,
+              m_seeking || m_wanted ? sought : *position,
+              *duration,
+              *speed,
+              timeText(words.value(4)),
+              state == State::Ended && *position + sameTime < *duration};
     tell();
 }
 

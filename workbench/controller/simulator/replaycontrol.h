@@ -49,6 +49,9 @@ public:
     double duration() const { return m_told.duration; } ///< seconds; 0: not known, or one frame
     double speed() const { return m_told.speed; }
 
+    /// Whether it has ended before its end: the file has been changed since it was opened.
+    bool isCutShort() const { return state() == State::Ended && m_told.isCutShort; }
+
     /// When the frame at position() was recorded, "2026-11-22 03:40:24 UTC"; empty when the
     /// recording does not know.
     const QString& recordedAt() const { return m_told.recordedAt; }
@@ -79,6 +82,7 @@ private:
         double duration = 0.0;
         double speed = 1.0;
         QString recordedAt = {};
+        bool isCutShort = false;
     };
 
     void poll();
