@@ -99,9 +99,9 @@ private:
     const kestrel_wire::UtcMilliseconds m_start;
     const std::string m_header;
 
-    int m_file = -1;         // run() only
+    int m_file = -1;                        // run() only
     Clock::time_point m_lookedAt = m_began; // for the name; run() only
-    std::int64_t m_size = 0; // of whole frames; run() only
+    std::int64_t m_size = 0;                // of whole frames; run() only
 
     struct Sample {
         Clock::time_point time;
