@@ -99,8 +99,8 @@ ReplayControl::State ReplayControl::state() const {
     if (!m_active) {
         return State::None;
     }
-    return m_told.state != State::Opening && !m_monitor.isMeasuring() ? State::Stopped
-                                                                      : m_told.state;
+    const bool isStopped = !m_monitor.isMeasuring() || !m_session.isReady();
+    return m_told.state != State::Opening && isStopped ? State::Stopped : m_told.state;
 }
 
 QString ReplayControl::text() const {

@@ -24,7 +24,7 @@ public:
     enum class State {
         None,    ///< no replay
         Opening, ///< the simulator reads the recording, or is being connected to
-        Stopped, ///< the measurement is stopped; a new one begins with the first frame
+        Stopped, ///< no answer, or no measurement; a new one begins with the first frame
         Playing,
         Paused,
         Ended ///< the last frame has been shown, or there is none
