@@ -186,8 +186,11 @@ private Q_SLOTS:
 
     void givingAControllerUpEndsTheMeasurement() {
         m_controller->answer("status active", "tracking");
+        // Who comes when it is known already, but not told yet, is told as well.
+        QSignalSpy told(&m_parts->monitor, &workbench::MeasurementMonitor::changed);
         becomeReady();
-        QTRY_VERIFY_WITH_TIMEOUT(m_parts->monitor.isMeasuring(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(told.size(), 1, patience);
+        QVERIFY(m_parts->monitor.isMeasuring());
         Witness witness;
         m_parts->host().register_measurement_requester(&witness);
         m_parts->session.disconnectFromController();
