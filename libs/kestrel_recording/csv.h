@@ -45,8 +45,7 @@ std::string_view csvHeader();
 ///   What cannot be computed is "nan".
 /// - buttons: pressed buttons as a number, the first one in the lowest bit.
 /// - reference: "MR1" or "none" as at the recording's start, whatever was assigned later; empty
-/// when
-///   the recording does not tell or the row is of no tool.
+///   when the recording does not tell or the row is of no tool.
 ///
 /// What was made of a recording that turns out to be malformed has been handed to `sink` already.
 CsvReport writeCsv(std::istream& stream, const CsvOptions& options, const Sink& sink,
